@@ -1,0 +1,1 @@
+// A level without sources yet.

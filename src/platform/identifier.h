@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <functional>
+
+namespace tweenery {
+
+/// The identity of an element, a keyframe or an animation: an upper-case UUID string.
+/// Canonical UUIDs take 16 bytes; any other text (a package may hold one) is kept as it stands.
+class Identifier {
+ public:
+    /// The null identifier, which prints as the empty string.
+    Identifier() = default;
+    /// Keeps any text. Only the canonical upper-case form takes the short representation, so that
+    /// toString() always gives back exactly what was given.
+    explicit Identifier(QStringView text);
+    Identifier(const Identifier& other);
+    Identifier(Identifier&& other) noexcept;
+    Identifier& operator=(Identifier other) noexcept;
+    ~Identifier();
+
+    /// A new random (version 4) UUID.
+    static Identifier generate();
+
+    bool isNull() const { return m_high == 0 && m_low == 0; }
+    QString toString() const;
+    size_t hash() const;
+
+    bool operator==(const Identifier& other) const;
+    /// Order of the printed text.
+    bool operator<(const Identifier& other) const;
+
+ private:
+    struct OtherText;
+    bool isText() const;
+    const QString& text() const;
+
+    // A UUID's 128 bits. Other text is marked by m_low == 0 with m_high holding a pointer.
+    uint64_t m_high = 0;
+    uint64_t m_low = 0;
+};
+
+}  // namespace tweenery
+
+template <>
+struct std::hash<tweenery::Identifier> {
+    size_t operator()(const tweenery::Identifier& id) const { return id.hash(); }
+};

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+#include <string>
+
+namespace tweenery {
+
+/// `value` with exactly `decimals` (0 to 9) digits behind the point, rounding the binary value as
+/// the C library does (10.25 to one decimal is 10.2), whatever the locale. Floats widen exactly.
+std::string fixedText(double value, int decimals);
+/// Appends the same text to `out` without an allocation of its own.
+void appendFixed(std::string& out, double value, int decimals);
+/// The shortest text that reads back as the same double, at most 17 significant digits.
+std::string shortestText(double value);
+
+}  // namespace tweenery

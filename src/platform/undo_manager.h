@@ -1,0 +1,109 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace tweenery {
+
+/// Records the inverse of each edit and plays it back. While undoing, what is registered becomes
+/// the redo step, and the other way round. Steps registered within one group are undone together,
+/// last first. Groups nest: only the outermost makes a step. A step holds what it needs alive.
+class UndoManager {
+ public:
+    using Action = std::function<void()>;
+
+    UndoManager();
+    ~UndoManager();
+    UndoManager(const UndoManager&) = delete;
+    UndoManager& operator=(const UndoManager&) = delete;
+
+    /// Registers the inverse of an edit. Ignored while registration is disabled. Outside of any
+    /// group, steps gather in the current event's group, which endEvent() or undo() closes.
+    void registerUndo(Action action);
+
+    void beginUndoGrouping();
+    /// Closes the innermost group; an empty outermost group leaves no step. Throws AssertionFailure
+    /// without an open group.
+    void endUndoGrouping();
+    /// Closes the group of the current event, if one is open. The application calls it once a turn
+    /// of its event loop; a test or a command between two edits.
+    void endEvent();
+
+    /// Nested calls count: registration is on again after as many enables.
+    void disableUndoRegistration();
+    void enableUndoRegistration();
+    bool isUndoRegistrationEnabled() const { return m_disabledCount == 0; }
+
+    bool canUndo() const;
+    bool canRedo() const;
+    void undo();
+    void redo();
+    bool isUndoing() const { return m_state == State::Undoing; }
+    bool isRedoing() const { return m_state == State::Redoing; }
+
+    /// Names the step now being recorded, or the last one when none is open.
+    void setActionName(const QString& name);
+    QString undoActionName() const;
+    QString redoActionName() const;
+
+    void removeAllActions();
+    /// 0 keeps all steps. Older steps are dropped first.
+    void setLevelsOfUndo(size_t levels);
+
+    /// Called after every change of what can be undone or redone; for menus and the edited state.
+    void setChangeHandler(std::function<void()> handler);
+    /// A count that goes up by one for each step and redo, and down for each undo: the document is
+    /// unedited when it equals the count remembered at the save.
+    int64_t changeCount() const { return m_changeCount; }
+
+ private:
+    enum class State { Normal, Undoing, Redoing };
+    struct Step {
+        QString name;
+        std::vector<Action> actions;
+    };
+
+    State m_state = State::Normal;
+    int m_disabledCount = 0;
+    int m_groupLevel = 0;
+    size_t m_levels = 0;
+    int64_t m_changeCount = 0;
+    std::unique_ptr<Step> m_open;
+    std::vector<Step> m_undoStack;
+    std::vector<Step> m_redoStack;
+    std::function<void()> m_changed;
+
+    void closeStep();
+    void play(std::vector<Step>& from, std::vector<Step>& to, State state);
+    void changed();
+};
+
+/// Groups the steps registered during its life into one.
+class UndoGroup {
+ public:
+    explicit UndoGroup(UndoManager& manager) : m_manager(manager) { m_manager.beginUndoGrouping(); }
+    ~UndoGroup() { m_manager.endUndoGrouping(); }
+    UndoGroup(const UndoGroup&) = delete;
+    UndoGroup& operator=(const UndoGroup&) = delete;
+
+ private:
+    UndoManager& m_manager;
+};
+
+/// Keeps registration off during its life.
+class UndoRegistrationPause {
+ public:
+    explicit UndoRegistrationPause(UndoManager& manager) : m_manager(manager) {
+        m_manager.disableUndoRegistration();
+    }
+    ~UndoRegistrationPause() { m_manager.enableUndoRegistration(); }
+    UndoRegistrationPause(const UndoRegistrationPause&) = delete;
+    UndoRegistrationPause& operator=(const UndoRegistrationPause&) = delete;
+
+ private:
+    UndoManager& m_manager;
+};
+
+}  // namespace tweenery
