@@ -1,5 +1,7 @@
 #include "platform/undo_manager.h"
 
+#include <algorithm>
+
 #include "platform/errors.h"
 
 namespace tweenery {
@@ -10,7 +12,7 @@ UndoManager::~UndoManager() = default;
 void UndoManager::registerUndo(Action action) {
     if (!isUndoRegistrationEnabled()) return;
     if (!m_open) {
-        m_open.emplace();
+        m_open = Step{};
         m_isEventOpen = true;
     }
     const bool isFirst = m_open->actions.empty();
@@ -24,7 +26,7 @@ void UndoManager::registerUndo(Action action) {
 }
 
 void UndoManager::beginUndoGrouping() {
-    if (m_groupLevel++ == 0 && !m_open) m_open.emplace();
+    if (m_groupLevel++ == 0 && !m_open) m_open = Step{};
 }
 
 void UndoManager::endUndoGrouping() {
@@ -133,9 +135,8 @@ void UndoManager::playActions(const Step& step, State state) {
     m_state = state;
     m_groupLevel = 1;
     try {
-        for (auto action = step.actions.rbegin(); action != step.actions.rend(); ++action) {
-            (*action)();
-        }
+        std::for_each(step.actions.rbegin(), step.actions.rend(),
+                      [](const Action& action) { action(); });
     } catch (...) {
         m_state = State::Normal;
         m_groupLevel = 0;
