@@ -24,8 +24,8 @@ const FileWrapper& requireRegularFile(const FileWrapper& file, const QString& en
 
 }  // namespace
 
-PCAnimation::Ptr PCAnimation::initWithAnimationFileWrapper(FileWrapper::Ptr directory,
-                                                           const std::shared_ptr<PCProject>& project) {
+PCAnimation::Ptr PCAnimation::initWithAnimationFileWrapper(
+    FileWrapper::Ptr directory, const std::shared_ptr<PCProject>& project) {
     Ptr animation(new PCAnimation);
     animation->m_fileWrapper = std::move(directory);
     animation->m_project = project;
@@ -71,16 +71,21 @@ QString PCAnimation::identifier() const {
     return preferred.isEmpty() ? m_fileWrapper->filename() : preferred;
 }
 
-QString PCAnimation::path() const { return u"animations/"_s + identifier(); }
+QString PCAnimation::path() const {
+    return u"animations/"_s + identifier();
+}
 
-QString PCAnimation::description() const { return u"Animation: "_s + m_name; }
+QString PCAnimation::description() const {
+    return u"Animation: "_s + m_name;
+}
 
 void PCAnimation::setName(const QString& name) {
     m_name = name;
     m_fileWrapper->pc_replaceSubFileWrapperNamed(kAnimationNameFile, name.toUtf8());
 }
 
-std::shared_ptr<PCPropertyTimelineGroup> PCAnimation::timelineGroup(const Identifier& element) const {
+std::shared_ptr<PCPropertyTimelineGroup> PCAnimation::timelineGroup(
+    const Identifier& element) const {
     const auto found = m_timelineGroups.find(element);
     return found == m_timelineGroups.end() ? nullptr : found->second;
 }
@@ -125,7 +130,8 @@ void PCAnimation::saveMasterTimeline() {
         return;
     }
     m_fileWrapper->pc_replaceSubFileWrapperNamed(
-        kAnimationKeyAllFile, KeyedArchiver::archivedDataWithRootObject(*m_masterKeyframesTimeline));
+        kAnimationKeyAllFile,
+        KeyedArchiver::archivedDataWithRootObject(*m_masterKeyframesTimeline));
     m_masterKeyframesTimeline->setHasUnsavedChanges(false);
 }
 
@@ -147,8 +153,9 @@ void PCAnimation::saveTimeline(const PCKeyedPropertyTimeline& timeline, int32_t 
                                const Identifier& element) {
     const QString directoryName = element.toString();
     if (!isSafeFilename(directoryName)) {
-        throw InputError(u"canvas"_s, u"holds an element whose identifier cannot name a directory: %1"_s.arg(
-                                          directoryName.left(100)));
+        throw InputError(u"canvas"_s,
+                         u"holds an element whose identifier cannot name a directory: %1"_s.arg(
+                             directoryName.left(100)));
     }
     m_fileWrapper->pc_ensureSubfileWrapperDirectoryExistsWithName(directoryName)
         ->pc_replaceSubFileWrapperNamed(filenameOfTimelineType(type),
@@ -163,7 +170,8 @@ void PCAnimation::removeTimelineFile(int32_t type, const Identifier& element) {
     const auto project = m_project.lock();
     const PCElement::Ptr owner = project ? project->elementForIdentifier(element) : nullptr;
     const bool hasTimelines = owner && owner->timeline(PCPropertyTypeOpacity);
-    if (directory->fileWrappers().empty() && !hasTimelines) m_fileWrapper->removeFileWrapper(directory);
+    if (directory->fileWrappers().empty() && !hasTimelines)
+        m_fileWrapper->removeFileWrapper(directory);
 }
 
 PCAnimation::Summary PCAnimation::storedSummary() const {
@@ -179,7 +187,8 @@ PCAnimation::Summary PCAnimation::storedSummary() const {
             const TimelineSummary timeline = PCKeyedPropertyTimeline::summaryOfArchive(
                 requireRegularFile(*file, entry).contents(), entry);
             summary.durationInMS = std::max(summary.durationInMS, timeline.durationInMS);
-            summary.hasLooping = summary.hasLooping || timeline.repeatBehavior != PCRepeatBehaviorNever;
+            summary.hasLooping =
+                summary.hasLooping || timeline.repeatBehavior != PCRepeatBehaviorNever;
             summary.timelinesCount += 1;
             summary.keyframesCount += timeline.keyframesCount;
         }

@@ -79,7 +79,8 @@ class PCAnimation : public std::enable_shared_from_this<PCAnimation> {
     void readMasterTimeline();
     void saveMasterTimeline();
     void saveGroup(const Identifier& element, PCPropertyTimelineGroup& group);
-    void saveTimeline(const PCKeyedPropertyTimeline& timeline, int32_t type, const Identifier& element);
+    void saveTimeline(const PCKeyedPropertyTimeline& timeline, int32_t type,
+                      const Identifier& element);
     void removeTimelineFile(int32_t type, const Identifier& element);
 };
 

@@ -9,9 +9,11 @@ using namespace Qt::StringLiterals;
 
 namespace tweenery {
 
-PCAnimationsManager::PCAnimationsManager(const std::shared_ptr<PCProject>& project) : m_project(project) {
+PCAnimationsManager::PCAnimationsManager(const std::shared_ptr<PCProject>& project)
+    : m_project(project) {
     const UndoRegistrationPause pause(project->undoManager());
-    m_fileWrapper = project->packageRoot()->pc_ensureSubfileWrapperDirectoryExistsWithName(u"animations"_s);
+    m_fileWrapper =
+        project->packageRoot()->pc_ensureSubfileWrapperDirectoryExistsWithName(u"animations"_s);
     for (const auto& [name, node] : m_fileWrapper->fileWrappers()) {
         if (node->isDirectory()) insertByName(makeAnimation(node));
     }
@@ -24,7 +26,8 @@ std::shared_ptr<PCProject> PCAnimationsManager::project() const {
 }
 
 PCAnimation::Ptr PCAnimationsManager::makeAnimation(const FileWrapper::Ptr& directory) {
-    PCAnimation::Ptr animation = PCAnimation::initWithAnimationFileWrapper(directory, m_project.lock());
+    PCAnimation::Ptr animation =
+        PCAnimation::initWithAnimationFileWrapper(directory, m_project.lock());
     animation->setAnimationsManager(this);
     return animation;
 }
@@ -47,11 +50,11 @@ void PCAnimationsManager::removeChangeListener(PCAnimationsManagerChangeListener
 }
 
 void PCAnimationsManager::insertByName(const PCAnimation::Ptr& animation) {
-    const auto place = std::upper_bound(
-        m_animations.begin(), m_animations.end(), animation,
-        [](const PCAnimation::Ptr& a, const PCAnimation::Ptr& b) {
-            return a->name().compare(b->name(), Qt::CaseInsensitive) < 0;
-        });
+    const auto place =
+        std::upper_bound(m_animations.begin(), m_animations.end(), animation,
+                         [](const PCAnimation::Ptr& a, const PCAnimation::Ptr& b) {
+                             return a->name().compare(b->name(), Qt::CaseInsensitive) < 0;
+                         });
     m_animations.insert(place, animation);
 }
 
@@ -67,7 +70,8 @@ void PCAnimationsManager::addAnimation(const PCAnimation::Ptr& animation) {
     insertByName(animation);
     m_hasUnsavedChanges = true;
     project()->undoManager().registerUndo([this, animation] { deleteAnimation(animation); });
-    tellListeners([&](auto& listener) { listener.animationManagerDidAddAnimation(*this, animation); });
+    tellListeners(
+        [&](auto& listener) { listener.animationManagerDidAddAnimation(*this, animation); });
 }
 
 PCAnimation::Ptr PCAnimationsManager::addNewEmptyAnimation() {
@@ -84,7 +88,8 @@ PCAnimation::Ptr PCAnimationsManager::duplicateAnimation(const PCAnimation::Ptr&
     const UndoGroup group(project()->undoManager());
     source->saveChangesToFileWrapper();
     const QString identifier = Identifier::generate().toString();
-    const auto directory = m_fileWrapper->pc_ensureSubfileWrapperDirectoryExistsWithName(identifier);
+    const auto directory =
+        m_fileWrapper->pc_ensureSubfileWrapperDirectoryExistsWithName(identifier);
     source->fileWrapper()->pc_copySubFileWrappersToFileWrapper(*directory);
     PCAnimation::Ptr copy = makeAnimation(directory);
     nameWithoutUndo(copy, source->name());
@@ -116,7 +121,8 @@ PCAnimation::Ptr PCAnimationsManager::renameAnimation(const PCAnimation::Ptr& an
         project()->undoManager().registerUndo(
             [this, animation, oldName] { renameAnimation(animation, oldName); });
     }
-    tellListeners([&](auto& listener) { listener.animationManagerDidRenameAnimation(*this, animation); });
+    tellListeners(
+        [&](auto& listener) { listener.animationManagerDidRenameAnimation(*this, animation); });
     return animation;
 }
 
@@ -127,7 +133,8 @@ void PCAnimationsManager::deleteAnimation(const PCAnimation::Ptr& animation) {
     m_fileWrapper->removeFileWrapper(animation->fileWrapper());
     m_hasUnsavedChanges = true;
     project()->undoManager().registerUndo([this, animation] { addAnimation(animation); });
-    tellListeners([&](auto& listener) { listener.animationManagerDidDeleteAnimation(*this, animation); });
+    tellListeners(
+        [&](auto& listener) { listener.animationManagerDidDeleteAnimation(*this, animation); });
 }
 
 void PCAnimationsManager::setSelectedAnimation(const PCAnimation::Ptr& animation) {
@@ -141,19 +148,22 @@ void PCAnimationsManager::setSelectedAnimation(const PCAnimation::Ptr& animation
         element->removeAllTimelines();
     }
     if (animation) animation->applyAnimationWithRootElement(*owner->canvas());
-    tellListeners([&](auto& listener) { listener.animationManagerDidSelectAnimation(*this, animation); });
+    tellListeners(
+        [&](auto& listener) { listener.animationManagerDidSelectAnimation(*this, animation); });
     owner->undoManager().registerUndo([this, oldSelection] { setSelectedAnimation(oldSelection); });
 }
 
 bool PCAnimationsManager::animationExistsWithName(const QString& name) const {
-    return std::any_of(m_animations.begin(), m_animations.end(),
-                       [&name](const PCAnimation::Ptr& animation) { return animation->name() == name; });
+    return std::any_of(
+        m_animations.begin(), m_animations.end(),
+        [&name](const PCAnimation::Ptr& animation) { return animation->name() == name; });
 }
 
 PCAnimation::Ptr PCAnimationsManager::animationForIdentifier(const QString& identifier) const {
-    const auto found = std::find_if(
-        m_animations.begin(), m_animations.end(),
-        [&identifier](const PCAnimation::Ptr& animation) { return animation->identifier() == identifier; });
+    const auto found = std::find_if(m_animations.begin(), m_animations.end(),
+                                    [&identifier](const PCAnimation::Ptr& animation) {
+                                        return animation->identifier() == identifier;
+                                    });
     return found == m_animations.end() ? nullptr : *found;
 }
 

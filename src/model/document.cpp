@@ -31,11 +31,12 @@ bool PCDocument::readFromFileWrapper(const FileWrapper::Ptr& root) {
 }
 
 void PCDocument::tellThatProjectIsNewer(const QString& name) {
-    m_alerts.runModal({u"Tweenery Cannot Open This Project"_s,
-                       u"%1 was created by a newer version of Tweenery. Please upgrade Tweenery to use the project."_s
-                           .arg(name),
-                       {u"Ok"_s},
-                       {}});
+    m_alerts.runModal(
+        {u"Tweenery Cannot Open This Project"_s,
+         u"%1 was created by a newer version of Tweenery. Please upgrade Tweenery to use the project."_s
+             .arg(name),
+         {u"Ok"_s},
+         {}});
 }
 
 bool PCDocument::userAgreesToUpdate(const QString& name) {
@@ -47,7 +48,9 @@ bool PCDocument::userAgreesToUpdate(const QString& name) {
     return answer.button == 0;
 }
 
-FileWrapper::Ptr PCDocument::fileWrapperOfProject() { return project()->fileWrapper(); }
+FileWrapper::Ptr PCDocument::fileWrapperOfProject() {
+    return project()->fileWrapper();
+}
 
 void PCDocument::save(OnDiskChange policy) {
     savePackage(*fileWrapperOfProject(), m_path, policy);

@@ -36,7 +36,9 @@ PCElement::~PCElement() {
     }
 }
 
-PCElement::Ptr PCElement::make() { return Ptr(new PCElement); }
+PCElement::Ptr PCElement::make() {
+    return Ptr(new PCElement);
+}
 
 PCElement::Ptr PCElement::init() {
     Ptr element = make();
@@ -91,7 +93,9 @@ bool PCElement::isCanvas() const {
     return owner && owner->canvas().get() == this;
 }
 
-PCElement* PCElement::parentElement() const { return isCanvas() ? nullptr : m_parent; }
+PCElement* PCElement::parentElement() const {
+    return isCanvas() ? nullptr : m_parent;
+}
 
 int32_t PCElement::index() const {
     assertContract(m_parent != nullptr, u"an element without a parent has no index"_s);
@@ -182,7 +186,8 @@ PCElement::Elements PCElement::reversedElementAndAllDescendants() {
     return all;
 }
 
-std::unordered_map<Identifier, PCElement::Ptr> PCElement::EXPORT_elementAndDescendantsByIdentifier() {
+std::unordered_map<Identifier, PCElement::Ptr>
+PCElement::EXPORT_elementAndDescendantsByIdentifier() {
     std::unordered_map<Identifier, Ptr> byIdentifier;
     for (const Ptr& element : elementAndAllDescendants()) {
         byIdentifier.emplace(element->identifier(), element);
@@ -234,9 +239,13 @@ QPointF PCElement::anchorPointInPts() const {
     return {m_size.width() * m_anchorPoint.x(), m_size.height() * m_anchorPoint.y()};
 }
 
-QPointF PCElement::origin() const { return m_position - anchorPointInPts(); }
+QPointF PCElement::origin() const {
+    return m_position - anchorPointInPts();
+}
 
-QTransform PCElement::scaleThenRotate() const { return scalingThenRotating(m_scale, m_zRotation); }
+QTransform PCElement::scaleThenRotate() const {
+    return scalingThenRotating(m_scale, m_zRotation);
+}
 
 QRectF PCElement::frame() const {
     const QRectF bounds(-anchorPointInPts(), m_size);
@@ -254,7 +263,9 @@ QTransform PCElement::elementToParentTransform() const {
     return transform;
 }
 
-QTransform PCElement::parentToElementTransform() const { return elementToParentTransform().inverted(); }
+QTransform PCElement::parentToElementTransform() const {
+    return elementToParentTransform().inverted();
+}
 
 QTransform PCElement::elementToCanvasTransform() const {
     QTransform transform = elementToParentTransform();
@@ -264,10 +275,16 @@ QTransform PCElement::elementToCanvasTransform() const {
     return transform;
 }
 
-QTransform PCElement::canvasToElementTransform() const { return elementToCanvasTransform().inverted(); }
+QTransform PCElement::canvasToElementTransform() const {
+    return elementToCanvasTransform().inverted();
+}
 
-QPointF PCElement::convertToCanvas(QPointF point) const { return elementToCanvasTransform().map(point); }
-QPointF PCElement::convertToElement(QPointF point) const { return canvasToElementTransform().map(point); }
+QPointF PCElement::convertToCanvas(QPointF point) const {
+    return elementToCanvasTransform().map(point);
+}
+QPointF PCElement::convertToElement(QPointF point) const {
+    return canvasToElementTransform().map(point);
+}
 
 QPointF PCElement::canvasPosition() const {
     const PCElement* parent = parentElement();
@@ -277,7 +294,8 @@ QPointF PCElement::canvasPosition() const {
 double PCElement::canvasRotation() const {
     if (isCanvas()) return 0;
     const PCElement* parent = parentElement();
-    return static_cast<double>(static_cast<float>(m_zRotation + (parent ? parent->canvasRotation() : 0)));
+    return static_cast<double>(
+        static_cast<float>(m_zRotation + (parent ? parent->canvasRotation() : 0)));
 }
 
 QPointF PCElement::scaleOnCanvas() const {
@@ -321,12 +339,17 @@ void PCElement::clearTimelines() {
 
 // Descriptions.
 
-QString PCElement::debugDescription() const { return debugDescriptionWithIndent({}, false); }
-QString PCElement::debugDescriptionWithTimelines() const { return debugDescriptionWithIndent({}, true); }
+QString PCElement::debugDescription() const {
+    return debugDescriptionWithIndent({}, false);
+}
+QString PCElement::debugDescriptionWithTimelines() const {
+    return debugDescriptionWithIndent({}, true);
+}
 
 QStringList PCElement::observableKeys() {
-    return {u"position"_s,    u"xScale"_s, u"yScale"_s, u"zRotation"_s,    u"opacity"_s, u"anchorPoint"_s,
-            u"name"_s,        u"hidden"_s, u"scalesLocked"_s, u"locked"_s, u"imageName"_s, u"size"_s};
+    return {u"position"_s,     u"xScale"_s,      u"yScale"_s,    u"zRotation"_s,
+            u"opacity"_s,      u"anchorPoint"_s, u"name"_s,      u"hidden"_s,
+            u"scalesLocked"_s, u"locked"_s,      u"imageName"_s, u"size"_s};
 }
 
 }  // namespace tweenery

@@ -8,7 +8,9 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 namespace {
 
-QString twoDecimals(double value) { return QString::fromStdString(fixedText(value, 2)); }
+QString twoDecimals(double value) {
+    return QString::fromStdString(fixedText(value, 2));
+}
 
 QString timelinesText(const PCElement& element, const QString& indent) {
     constexpr std::array kPrinted{PCPropertyTypeScaleX,       PCPropertyTypeScaleY,
@@ -35,17 +37,21 @@ QString PCElement::debugDescriptionWithIndent(const QString& indent, bool includ
     }
     const auto line = [&indent](const QString& text) { return u"\n"_s + indent + u"  "_s + text; };
     return indent + u"<PCMElement "_s + (m_locked ? u" (LOCKED) "_s : QString()) + u" "_s +
-           line(u"identifier:%1 "_s.arg(m_identifier.toString())) + line(u"name:%1 "_s.arg(name())) +
+           line(u"identifier:%1 "_s.arg(m_identifier.toString())) +
+           line(u"name:%1 "_s.arg(name())) +
            line(u"isGroup:%1 "_s.arg(m_group ? u"YES"_s : u"NO"_s)) +
            line(u"imageName:%1 "_s.arg(m_imageName.isNull() ? u"(null)"_s : m_imageName)) +
-           line(u"boundsSize:(%1, %2) "_s.arg(twoDecimals(m_size.width()), twoDecimals(m_size.height()))) +
-           line(u"position:(%1, %2) "_s.arg(twoDecimals(m_position.x()), twoDecimals(m_position.y()))) +
-           line(u"anchor:(%1, %2) "_s.arg(twoDecimals(m_anchorPoint.x()), twoDecimals(m_anchorPoint.y()))) +
+           line(u"boundsSize:(%1, %2) "_s.arg(twoDecimals(m_size.width()),
+                                              twoDecimals(m_size.height()))) +
+           line(u"position:(%1, %2) "_s.arg(twoDecimals(m_position.x()),
+                                            twoDecimals(m_position.y()))) +
+           line(u"anchor:(%1, %2) "_s.arg(twoDecimals(m_anchorPoint.x()),
+                                          twoDecimals(m_anchorPoint.y()))) +
            line(u"scale:(x:%1, y:%2) "_s.arg(twoDecimals(m_scale.x()), twoDecimals(m_scale.y()))) +
            line(u"rotationZ:%1 "_s.arg(twoDecimals(m_zRotation))) +
            line(u"opacity:%1 "_s.arg(twoDecimals(m_opacity))) +
-           (includeTimelines ? timelinesText(*this, indent) : QString()) +
-           line(u"subElements:"_s) + children + u" "_s + line(u"/"_s) + name() + u">"_s;
+           (includeTimelines ? timelinesText(*this, indent) : QString()) + line(u"subElements:"_s) +
+           children + u" "_s + line(u"/"_s) + name() + u">"_s;
 }
 
 }  // namespace tweenery

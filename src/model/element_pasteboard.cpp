@@ -27,10 +27,16 @@ constexpr std::array<TimelineKey, kElementTimelineCount> kTimelineKeys{{
     {PCPropertyTypeImageContents, "ImageContentsTimelineData"},
 }};
 
-[[noreturn]] void refuse(const QString& reason) { throw InputError(u"pasteboard"_s, reason); }
+[[noreturn]] void refuse(const QString& reason) {
+    throw InputError(u"pasteboard"_s, reason);
+}
 
-QVariantMap pointPlist(QPointF point) { return {{u"X"_s, point.x()}, {u"Y"_s, point.y()}}; }
-QVariantMap sizePlist(QSizeF size) { return {{u"Width"_s, size.width()}, {u"Height"_s, size.height()}}; }
+QVariantMap pointPlist(QPointF point) {
+    return {{u"X"_s, point.x()}, {u"Y"_s, point.y()}};
+}
+QVariantMap sizePlist(QSizeF size) {
+    return {{u"Width"_s, size.width()}, {u"Height"_s, size.height()}};
+}
 
 double numberFrom(const QVariantMap& plist, const QString& key, double missing) {
     if (!plist.contains(key)) return missing;
@@ -80,7 +86,8 @@ QVariantMap PCElement::copyablePlistRepresentation() const {
     if (!owner || owner->isSetupMode()) return plist;
     for (const auto& [type, key] : kTimelineKeys) {
         if (const auto attached = timeline(type)) {
-            plist.insert(QString::fromLatin1(key), KeyedArchiver::archivedDataWithRootObject(*attached));
+            plist.insert(QString::fromLatin1(key),
+                         KeyedArchiver::archivedDataWithRootObject(*attached));
         }
     }
     return plist;
@@ -104,10 +111,11 @@ PCElement::Ptr PCElement::initWithPasteboardPropertyList(const QVariantList& pli
     return elementWithPasteablePlist(plist.first().toMap(), nullptr);
 }
 
-PCElement::Ptr PCElement::pasteTree(const QVariantMap& plist, const std::shared_ptr<PCProject>& project,
-                                    int depth) {
+PCElement::Ptr PCElement::pasteTree(const QVariantMap& plist,
+                                    const std::shared_ptr<PCProject>& project, int depth) {
     if (plist.isEmpty()) refuse(u"holds no element"_s);
-    if (depth > kMaximumDepth) refuse(u"nests its elements more than %1 levels deep"_s.arg(kMaximumDepth));
+    if (depth > kMaximumDepth)
+        refuse(u"nests its elements more than %1 levels deep"_s.arg(kMaximumDepth));
     Ptr element = init();
     element->m_project = WeakRef<PCProject>(project);
     element->setFromPlist(plist);

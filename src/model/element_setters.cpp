@@ -12,10 +12,18 @@ namespace tweenery {
 namespace {
 
 // The point types' own operators compare fuzzily.
-bool equal(QPointF a, QPointF b) { return a.x() == b.x() && a.y() == b.y(); }
-bool equal(QSizeF a, QSizeF b) { return a.width() == b.width() && a.height() == b.height(); }
-bool isFinite(QPointF point) { return std::isfinite(point.x()) && std::isfinite(point.y()); }
-bool isFinite(QSizeF size) { return std::isfinite(size.width()) && std::isfinite(size.height()); }
+bool equal(QPointF a, QPointF b) {
+    return a.x() == b.x() && a.y() == b.y();
+}
+bool equal(QSizeF a, QSizeF b) {
+    return a.width() == b.width() && a.height() == b.height();
+}
+bool isFinite(QPointF point) {
+    return std::isfinite(point.x()) && std::isfinite(point.y());
+}
+bool isFinite(QSizeF size) {
+    return std::isfinite(size.width()) && std::isfinite(size.height());
+}
 
 }  // namespace
 

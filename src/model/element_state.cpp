@@ -50,19 +50,30 @@ Neighbours masterNeighbours(const PCElement& element, int32_t timeInMS) {
 
 PropertyValue PCElement::setupValueForPropertyType(int32_t type) const {
     switch (type) {
-        case PCPropertyTypeImageContents: return m_imageName;
-        case PCPropertyTypeOpacity: return static_cast<float>(m_opacity);
-        case PCPropertyTypeZRotation: return static_cast<float>(m_zRotation);
+        case PCPropertyTypeImageContents:
+            return m_imageName;
+        case PCPropertyTypeOpacity:
+            return static_cast<float>(m_opacity);
+        case PCPropertyTypeZRotation:
+            return static_cast<float>(m_zRotation);
         case PCPropertyTypeChildrenZPositions:
-        case PCPropertyTypeKeyAll: return PCProject::sortedSubelementIdentifiers(*this);
-        case PCPropertyTypeScale: return QPointF(1, 1);
-        case PCPropertyTypeTranslation: return QPointF(0, 0);
-        case PCPropertyTypeScaleX: return static_cast<float>(m_scale.x());
-        case PCPropertyTypeScaleY: return static_cast<float>(m_scale.y());
+        case PCPropertyTypeKeyAll:
+            return PCProject::sortedSubelementIdentifiers(*this);
+        case PCPropertyTypeScale:
+            return QPointF(1, 1);
+        case PCPropertyTypeTranslation:
+            return QPointF(0, 0);
+        case PCPropertyTypeScaleX:
+            return static_cast<float>(m_scale.x());
+        case PCPropertyTypeScaleY:
+            return static_cast<float>(m_scale.y());
         case PCPropertyTypeTranslationX:
-        case PCPropertyTypeTranslationY: return 0.0F;
-        case PCPropertyTypeZPosition: return m_parent ? static_cast<float>(index()) : 0.0F;
-        default: return {};
+        case PCPropertyTypeTranslationY:
+            return 0.0F;
+        case PCPropertyTypeZPosition:
+            return m_parent ? static_cast<float>(index()) : 0.0F;
+        default:
+            return {};
     }
 }
 
@@ -72,7 +83,9 @@ float PCElement::zRotationAtTimeInMS(int32_t timeInMS) const {
     return floatAt(zRotationTimeline(), timeInMS);
 }
 
-float PCElement::opacityAtTimeInMS(int32_t timeInMS) const { return floatAt(opacityTimeline(), timeInMS); }
+float PCElement::opacityAtTimeInMS(int32_t timeInMS) const {
+    return floatAt(opacityTimeline(), timeInMS);
+}
 
 QPointF PCElement::scaleAtTimeInMS(int32_t timeInMS) const {
     return pointAt(scaleXTimeline(), scaleYTimeline(), timeInMS);
@@ -99,7 +112,8 @@ QStringList PCElement::childrenZPositionsAtTimeInMS(int32_t timeInMS) const {
 float PCElement::canvasRotationAtTimeInMS(int32_t timeInMS) const {
     if (isCanvas()) return 0;
     const PCElement* parent = parentElement();
-    return zRotationAtTimeInMS(timeInMS) + (parent ? parent->canvasRotationAtTimeInMS(timeInMS) : 0);
+    return zRotationAtTimeInMS(timeInMS) +
+           (parent ? parent->canvasRotationAtTimeInMS(timeInMS) : 0);
 }
 
 double PCElement::canvasXScaleAtTimeInMS(int32_t timeInMS) const {
@@ -117,7 +131,8 @@ double PCElement::canvasYScaleAtTimeInMS(int32_t timeInMS) const {
 QPointF PCElement::canvasTranslationAtTimeInMS(int32_t timeInMS) const {
     const PCElement* parent = parentElement();
     if (isCanvas() || !parent) return {};
-    const QPointF sum = parent->canvasTranslationAtTimeInMS(timeInMS) + translationAtTimeInMS(timeInMS);
+    const QPointF sum =
+        parent->canvasTranslationAtTimeInMS(timeInMS) + translationAtTimeInMS(timeInMS);
     const float rotation = parent->zRotationAtTimeInMS(timeInMS);
     if (rotation == 0) return sum;
     const auto cosine = static_cast<double>(std::cos(rotation));
@@ -148,12 +163,15 @@ void PCElement::pinNeighbours(int32_t timeInMS, Read read, Write write) {
 KeyframePtr PCElement::setFloatValue(float value, int32_t timeInMS, const TimelinePtr& timeline) {
     if (!timeline) return nullptr;
     if (!isFloatProperty(timeline->propertyType())) {
-        failContract(u"You cannot call setFloatValue:atTimeInMS:forTimeline: on this timeline %1"_s.arg(
-            stringFromPropertyType(timeline->propertyType())));
+        failContract(
+            u"You cannot call setFloatValue:atTimeInMS:forTimeline: on this timeline %1"_s.arg(
+                stringFromPropertyType(timeline->propertyType())));
     }
     pinNeighbours(
         timeInMS, [&timeline](int32_t time) { return timeline->floatValueAtTimeInMS(time); },
-        [&timeline](float pinned, int32_t time) { return timeline->setFloatPropertyValue(pinned, time); });
+        [&timeline](float pinned, int32_t time) {
+            return timeline->setFloatPropertyValue(pinned, time);
+        });
     return timeline->setFloatPropertyValue(value, timeInMS);
 }
 
@@ -172,10 +190,12 @@ KeyframePtr PCElement::setYScale(float value, int32_t timeInMS) {
     return setSyncedFloat(value, timeInMS, PCPropertyTypeScaleY, ElementNotification::scale);
 }
 KeyframePtr PCElement::setXTranslation(float value, int32_t timeInMS) {
-    return setSyncedFloat(value, timeInMS, PCPropertyTypeTranslationX, ElementNotification::position);
+    return setSyncedFloat(value, timeInMS, PCPropertyTypeTranslationX,
+                          ElementNotification::position);
 }
 KeyframePtr PCElement::setYTranslation(float value, int32_t timeInMS) {
-    return setSyncedFloat(value, timeInMS, PCPropertyTypeTranslationY, ElementNotification::position);
+    return setSyncedFloat(value, timeInMS, PCPropertyTypeTranslationY,
+                          ElementNotification::position);
 }
 KeyframePtr PCElement::setOpacity(float opacity, int32_t timeInMS) {
     return setSyncedFloat(std::clamp(opacity, 0.0F, 1.0F), timeInMS, PCPropertyTypeOpacity,

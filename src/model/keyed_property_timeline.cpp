@@ -20,7 +20,9 @@ PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::initForElement(
     return timeline;
 }
 
-PCKeyedPropertyTimeline::~PCKeyedPropertyTimeline() { detachAll(); }
+PCKeyedPropertyTimeline::~PCKeyedPropertyTimeline() {
+    detachAll();
+}
 
 void PCKeyedPropertyTimeline::setElement(const std::shared_ptr<PCElement>& element) {
     m_element = WeakRef<PCElement>(element);
@@ -66,9 +68,11 @@ float PCKeyedPropertyTimeline::floatParsedByThreshold(float value) {
     return value;
 }
 
-float PCKeyedPropertyTimeline::interpolateFloatForEffectiveTimeInMS(
-    int32_t effectiveTime, int32_t startTime, float startValue, int32_t endTime, float endValue,
-    int64_t easing) {
+float PCKeyedPropertyTimeline::interpolateFloatForEffectiveTimeInMS(int32_t effectiveTime,
+                                                                    int32_t startTime,
+                                                                    float startValue,
+                                                                    int32_t endTime, float endValue,
+                                                                    int64_t easing) {
     const auto elapsed = static_cast<float>(static_cast<int64_t>(effectiveTime) - startTime);
     const auto length = static_cast<float>(static_cast<int64_t>(endTime) - startTime);
     float progress = elapsed / length;
@@ -91,13 +95,19 @@ float PCKeyedPropertyTimeline::setupNumber() const {
     const PCElement* owner = element();
     if (!owner) return 0;
     switch (m_propertyType) {
-        case PCPropertyTypeOpacity: return static_cast<float>(owner->opacity());
-        case PCPropertyTypeZRotation: return static_cast<float>(owner->zRotation());
-        case PCPropertyTypeScaleX: return static_cast<float>(owner->scale().x());
-        case PCPropertyTypeScaleY: return static_cast<float>(owner->scale().y());
+        case PCPropertyTypeOpacity:
+            return static_cast<float>(owner->opacity());
+        case PCPropertyTypeZRotation:
+            return static_cast<float>(owner->zRotation());
+        case PCPropertyTypeScaleX:
+            return static_cast<float>(owner->scale().x());
+        case PCPropertyTypeScaleY:
+            return static_cast<float>(owner->scale().y());
         case PCPropertyTypeTranslationX:
-        case PCPropertyTypeTranslationY: return 0;
-        default: return floatOfValue(setupValue());
+        case PCPropertyTypeTranslationY:
+            return 0;
+        default:
+            return floatOfValue(setupValue());
     }
 }
 
@@ -105,9 +115,12 @@ PCKeyedPropertyTimeline::FactorAndOffset PCKeyedPropertyTimeline::factorAndOffse
     switch (m_propertyType) {
         case PCPropertyTypeOpacity:
         case PCPropertyTypeScaleX:
-        case PCPropertyTypeScaleY: return {floatParsedByThreshold(setupNumber()), 0};
-        case PCPropertyTypeZRotation: return {1, floatParsedByThreshold(setupNumber())};
-        default: return {1, 0};
+        case PCPropertyTypeScaleY:
+            return {floatParsedByThreshold(setupNumber()), 0};
+        case PCPropertyTypeZRotation:
+            return {1, floatParsedByThreshold(setupNumber())};
+        default:
+            return {1, 0};
     }
 }
 
@@ -120,7 +133,8 @@ PropertyValue PCKeyedPropertyTimeline::valueOfKeyframe(const PCPropertyKeyframe&
 }
 
 PropertyValue PCKeyedPropertyTimeline::valueOfKeyframeAtIndex(size_t index) const {
-    if (m_keys[index].held != Held::Number || isInstantTransition()) return storedValueOfKeyframe(index);
+    if (m_keys[index].held != Held::Number || isInstantTransition())
+        return storedValueOfKeyframe(index);
     return floatValueOfKeyframeAtIndex(index);
 }
 
@@ -175,8 +189,8 @@ float PCKeyedPropertyTimeline::numberAt(int32_t effectiveTime) const {
         startValue = std::clamp(startValue, 0.0F, 1.0F);
         endValue = std::clamp(endValue, 0.0F, 1.0F);
     }
-    return interpolateFloatForEffectiveTimeInMS(effectiveTime, from ? from->timeInMS : 0, startValue,
-                                                to.timeInMS, endValue, to.easingMode);
+    return interpolateFloatForEffectiveTimeInMS(effectiveTime, from ? from->timeInMS : 0,
+                                                startValue, to.timeInMS, endValue, to.easingMode);
 }
 
 int32_t PCKeyedPropertyTimeline::wholeMilliseconds(float effectiveTime) {
@@ -216,8 +230,9 @@ size_t PCKeyedPropertyTimeline::indexAtOrBefore(int32_t timeInMS) const {
             return i;
         }
     }
-    const auto next = std::partition_point(
-        m_keys.begin(), m_keys.end(), [timeInMS](const Key& key) { return key.timeInMS <= timeInMS; });
+    const auto next =
+        std::partition_point(m_keys.begin(), m_keys.end(),
+                             [timeInMS](const Key& key) { return key.timeInMS <= timeInMS; });
     if (next == m_keys.begin()) return kNotFound;
     m_segmentHint = static_cast<uint32_t>(next - m_keys.begin() - 1);
     return m_segmentHint;
@@ -228,8 +243,9 @@ size_t PCKeyedPropertyTimeline::firstKeyframeIndexAtOrBeforeTimeInMS(int32_t tim
 }
 
 size_t PCKeyedPropertyTimeline::firstKeyframeIndexAtOrAfterTimeInMS(int32_t timeInMS) const {
-    const auto found = std::partition_point(
-        m_keys.begin(), m_keys.end(), [timeInMS](const Key& key) { return key.timeInMS < timeInMS; });
+    const auto found =
+        std::partition_point(m_keys.begin(), m_keys.end(),
+                             [timeInMS](const Key& key) { return key.timeInMS < timeInMS; });
     return found == m_keys.end() ? kNotFound : static_cast<size_t>(found - m_keys.begin());
 }
 
@@ -304,12 +320,14 @@ QString PCKeyedPropertyTimeline::debugDescription() const {
     }
     QStringList parts;
     for (size_t i = 0; i < m_keys.size(); ++i) {
-        parts += u"<%1%2%3|%4-->%5>"_s.arg(
-            QString::number(m_keys[i].timeInMS), m_keys[i].has(kInstant) ? u"(INSTANT)"_s : QString(),
-            easingSuffix(m_keys[i].easingMode), describeValue(storedValueOfKeyframe(i)),
-            describeValue(valueOfKeyframeAtIndex(i)));
+        parts += u"<%1%2%3|%4-->%5>"_s.arg(QString::number(m_keys[i].timeInMS),
+                                           m_keys[i].has(kInstant) ? u"(INSTANT)"_s : QString(),
+                                           easingSuffix(m_keys[i].easingMode),
+                                           describeValue(storedValueOfKeyframe(i)),
+                                           describeValue(valueOfKeyframeAtIndex(i)));
     }
-    text += parts.join(u", "_s) + u"] repeatBehavior:"_s + stringFromRepeatBehavior(m_repeatBehavior);
+    text +=
+        parts.join(u", "_s) + u"] repeatBehavior:"_s + stringFromRepeatBehavior(m_repeatBehavior);
     if (autoreversesFromCurrentRepeatBehavior()) text += u" (AUTOREVERSES)"_s;
     return text;
 }

@@ -12,7 +12,9 @@ namespace tweenery {
 namespace {
 
 // Files from before the scale timelines were split hold these types.
-bool isLegacyScaleString(const QString& string) { return string == u"xScale"_s || string == u"yScale"_s; }
+bool isLegacyScaleString(const QString& string) {
+    return string == u"xScale"_s || string == u"yScale"_s;
+}
 
 int32_t decodePropertyType(const KeyedDecoder& coder, const KeyedUnarchiver& archive) {
     const QString string = coder.decodeString("property_type");
@@ -53,7 +55,8 @@ PropertyValue decodeValue(const KeyedDecoder& coder) {
 void encodeValue(KeyedEncoder& coder, const PropertyValue& value, int32_t type) {
     const bool isImage = type == PCPropertyTypeImageContents;
     if (const float* number = std::get_if<float>(&value)) {
-        isImage ? coder.encodeNumberObject("imageName", *number) : coder.encodeFloat("float", *number);
+        isImage ? coder.encodeNumberObject("imageName", *number)
+                : coder.encodeFloat("float", *number);
     } else if (const QPointF* point = std::get_if<QPointF>(&value)) {
         coder.encodePoint("point", *point);
     } else if (const QStringList* array = std::get_if<QStringList>(&value)) {
@@ -69,7 +72,8 @@ void encodeValue(KeyedEncoder& coder, const PropertyValue& value, int32_t type) 
 
 void PCKeyedPropertyTimeline::encodeKeyframe(KeyedEncoder& coder, const KeyframeRecord& record,
                                              int32_t type) {
-    assertContract(type != PCPropertyTypeZPosition, u"* should NOT be encoding timeline of type zPosition"_s);
+    assertContract(type != PCPropertyTypeZPosition,
+                   u"* should NOT be encoding timeline of type zPosition"_s);
     coder.encodeInt("time", record.timeInMS);
     coder.encodeBool("instant", record.instantTransition);
     coder.encodeString("easingMode", stringFromEasingMode(record.easingMode));
@@ -104,7 +108,8 @@ KeyframeRecord PCKeyedPropertyTimeline::decodeKeyframe(const KeyedDecoder& coder
     return record;
 }
 
-PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::initWithArchive(const KeyedUnarchiver& archive) {
+PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::initWithArchive(
+    const KeyedUnarchiver& archive) {
     const KeyedDecoder root = archive.root();
     root.requireClass("PCKeyedPropertyTimeline");
     Ptr timeline(new PCKeyedPropertyTimeline(decodePropertyType(root, archive)));
@@ -127,7 +132,8 @@ PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::unarchive(const QByteArray
     return initWithArchive(KeyedUnarchiver(data, entry));
 }
 
-TimelineSummary PCKeyedPropertyTimeline::summaryOfArchive(const QByteArray& data, const QString& entry) {
+TimelineSummary PCKeyedPropertyTimeline::summaryOfArchive(const QByteArray& data,
+                                                          const QString& entry) {
     const KeyedUnarchiver archive(data, entry);
     const KeyedDecoder root = archive.root();
     root.requireClass("PCKeyedPropertyTimeline");

@@ -33,9 +33,12 @@ KeyframeRecord PCKeyedPropertyTimeline::recordOfKeyframe(size_t index) const {
 
 PropertyValue PCKeyedPropertyTimeline::storedValueOfKeyframe(size_t index) const {
     switch (m_keys[index].held) {
-        case Held::Number: return m_keys[index].number;
-        case Held::Other: return (*m_otherValues)[index];
-        case Held::Nothing: break;
+        case Held::Number:
+            return m_keys[index].number;
+        case Held::Other:
+            return (*m_otherValues)[index];
+        case Held::Nothing:
+            break;
     }
     return {};
 }
@@ -45,11 +48,10 @@ void PCKeyedPropertyTimeline::writeRecord(size_t index, const KeyframeRecord& re
     Key& key = m_keys[index];
     key.timeInMS = record.timeInMS;
     key.easingMode = static_cast<int16_t>(record.easingMode);
-    key.flags = static_cast<uint8_t>(flag(record.instantTransition, kInstant) |
-                                     flag(record.keyall, kKeyall) |
-                                     flag(record.liveRecorded, kRecorded) |
-                                     flag(record.liveRecordedStart, kRecordedStart) |
-                                     flag(record.liveRecordedEnd, kRecordedEnd));
+    key.flags = static_cast<uint8_t>(
+        flag(record.instantTransition, kInstant) | flag(record.keyall, kKeyall) |
+        flag(record.liveRecorded, kRecorded) | flag(record.liveRecordedStart, kRecordedStart) |
+        flag(record.liveRecordedEnd, kRecordedEnd));
     m_identifiers[index] = record.identifier;
     writeValue(index, record.value);
 }
@@ -119,7 +121,9 @@ void PCKeyedPropertyTimeline::detach(PCPropertyKeyframe& handle) {
     (*m_handles)[handle.m_index] = nullptr;
 }
 
-void PCKeyedPropertyTimeline::forgetHandle(size_t index) { (*m_handles)[index] = nullptr; }
+void PCKeyedPropertyTimeline::forgetHandle(size_t index) {
+    (*m_handles)[index] = nullptr;
+}
 
 void PCKeyedPropertyTimeline::detachAll() {
     if (!m_handles) return;
@@ -182,7 +186,8 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setStoredPropertyV
     if (UndoManager* undo = undoManager()) {
         const Ptr self = shared_from_this();
         if (existing) {
-            undo->registerUndo([self, oldValue, timeInMS] { self->setStoredPropertyValue(oldValue, timeInMS); });
+            undo->registerUndo(
+                [self, oldValue, timeInMS] { self->setStoredPropertyValue(oldValue, timeInMS); });
         } else {
             // By time, not by handle: a deletion undone in between has made another keyframe.
             undo->registerUndo([self, timeInMS] {
@@ -193,14 +198,14 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setStoredPropertyV
     return keyframe;
 }
 
-PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setFloatPropertyValue(float value,
-                                                                                    int32_t timeInMS) {
+PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setFloatPropertyValue(
+    float value, int32_t timeInMS) {
     const auto [factor, offset] = factorAndOffset();
     return setStoredPropertyValue(value / factor - offset, timeInMS);
 }
 
-PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setPointPropertyValue(QPointF value,
-                                                                                    int32_t timeInMS) {
+PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setPointPropertyValue(
+    QPointF value, int32_t timeInMS) {
     return setStoredPropertyValue(value, timeInMS);
 }
 
@@ -231,8 +236,9 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setExistingValueAt
 void PCKeyedPropertyTimeline::deleteKeyframe(const KeyframePtr& keyframe) {
     if (!keyframe || keyframe->m_owner != this) return;
     if (UndoManager* undo = undoManager()) {
-        undo->registerUndo([self = shared_from_this(), value = keyframe->propertyValue(),
-                            time = keyframe->timeInMS()] { self->setStoredPropertyValue(value, time); });
+        undo->registerUndo(
+            [self = shared_from_this(), value = keyframe->propertyValue(),
+             time = keyframe->timeInMS()] { self->setStoredPropertyValue(value, time); });
     }
     eraseAt(keyframe->m_index);
     didChange();

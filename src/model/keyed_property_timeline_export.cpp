@@ -10,7 +10,9 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 namespace {
 
-QString threeDecimals(double value) { return QString::fromStdString(fixedText(value, 3)); }
+QString threeDecimals(double value) {
+    return QString::fromStdString(fixedText(value, 3));
+}
 
 }  // namespace
 
@@ -23,7 +25,8 @@ void PCKeyedPropertyTimeline::EXPORT_setDurationInTimeInMS(int32_t duration) {
     record.timeInMS = duration;
     record.identifier = Identifier::generate();
     const float* number = std::get_if<float>(&held);
-    record.value = number && !isInstantTransition() ? PropertyValue(*number / factor - offset) : held;
+    record.value =
+        number && !isInstantTransition() ? PropertyValue(*number / factor - offset) : held;
     insertRecord(m_keys.size(), record, nullptr);
 }
 

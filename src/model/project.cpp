@@ -26,13 +26,15 @@ QImage thumbnail(const QImage& image, int longest) {
     const bool isPortrait = image.width() <= image.height();
     const QSize size = isPortrait ? QSize(image.width() * longest / image.height(), longest)
                                   : QSize(longest, image.height() * longest / image.width());
-    return image.scaled(size.expandedTo(QSize(1, 1)), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return image.scaled(size.expandedTo(QSize(1, 1)), Qt::IgnoreAspectRatio,
+                        Qt::SmoothTransformation);
 }
 
 template <typename Archived>
 void archiveIfModified(FileWrapper& root, const QString& entry, const Archived& object) {
     if (object.modified()) {
-        root.pc_replaceSubFileWrapperNamed(entry, KeyedArchiver::archivedDataWithRootObject(object));
+        root.pc_replaceSubFileWrapperNamed(entry,
+                                           KeyedArchiver::archivedDataWithRootObject(object));
     }
 }
 
@@ -60,12 +62,14 @@ PCProject::Ptr PCProject::build(FileWrapper::Ptr root) {
     project->m_fileWrapper = std::move(root);
     const FileWrapper& package = *project->m_fileWrapper;
     project->m_preferences = PCProjectPreferences::decode(
-        KeyedUnarchiver(requireFile(package, kPreferencesEntry).contents(), kPreferencesEntry).root());
+        KeyedUnarchiver(requireFile(package, kPreferencesEntry).contents(), kPreferencesEntry)
+            .root());
     project->m_canvas = PCElement::makeCanvas();
     project->m_animationsManager = std::make_unique<PCAnimationsManager>(project);
     project->m_animationsManager->addChangeListener(project.get());
     project->m_imageSetManager = std::make_unique<PCImageSetManager>(project->m_fileWrapper);
-    const KeyedUnarchiver canvasArchive(requireFile(package, kCanvasEntry).contents(), kCanvasEntry);
+    const KeyedUnarchiver canvasArchive(requireFile(package, kCanvasEntry).contents(),
+                                        kCanvasEntry);
     project->setCanvas(PCElement::initWithArchive(canvasArchive));
     project->m_version = std::make_shared<PCProjectVersion>();
     project->m_version->setModelVersion(modelVersionOfProjectFileWrapper(package));
@@ -106,9 +110,11 @@ FileWrapper::Ptr PCProject::fileWrapper() {
 void PCProject::writeQuickLook() {
     constexpr int kLowestQuality = 0;
     m_fileWrapper->pc_deleteSubFileWrapperNamed(kQuickLookEntry);
-    const auto directory = m_fileWrapper->pc_ensureSubfileWrapperDirectoryExistsWithName(kQuickLookEntry);
+    const auto directory =
+        m_fileWrapper->pc_ensureSubfileWrapperDirectoryExistsWithName(kQuickLookEntry);
     const auto add = [&directory](const QString& name, const QImage& image) {
-        directory->pc_replaceSubFileWrapperNamed(name, encodeImage(image, ImageFormat::Jpeg, kLowestQuality));
+        directory->pc_replaceSubFileWrapperNamed(
+            name, encodeImage(image, ImageFormat::Jpeg, kLowestQuality));
     };
     add(u"Preview.jpg"_s, m_previewImage);
     add(u"Preview_Thumbnail.jpg"_s, thumbnail(m_previewImage, 100));
@@ -126,7 +132,8 @@ void PCProject::updateContentScales() {
     }
 }
 
-void PCProject::animationManagerDidSelectAnimation(PCAnimationsManager&, const PCAnimation::Ptr& animation) {
+void PCProject::animationManagerDidSelectAnimation(PCAnimationsManager&,
+                                                   const PCAnimation::Ptr& animation) {
     updateZIndexAnimation();
     updateContentScales();
     m_preferences->setSelectedAnimationIdentifier(animation ? animation->identifier() : QString());
@@ -221,11 +228,11 @@ void PCProject::logHeirarchy(LogPort& log) const {
 }
 
 QString PCProject::debugDescription() {
-    return u"\n\n* * * * * * * * * * * *"_s + u"\n<PCProject"_s + u"\n* * * I M A G E S * * * \n"_s +
-           m_imageSetManager->debugDescription() + u"\n* * * C A N V A S * * * \n"_s +
-           m_canvas->debugDescription() + u"\n* * * A N I M A T I O N S * * *\n"_s +
-           m_animationsManager->debugDescription() + u"\n/PCProject>"_s +
-           u"\n* * * * * * * * * * * * *\n\n"_s;
+    return u"\n\n* * * * * * * * * * * *"_s + u"\n<PCProject"_s +
+           u"\n* * * I M A G E S * * * \n"_s + m_imageSetManager->debugDescription() +
+           u"\n* * * C A N V A S * * * \n"_s + m_canvas->debugDescription() +
+           u"\n* * * A N I M A T I O N S * * *\n"_s + m_animationsManager->debugDescription() +
+           u"\n/PCProject>"_s + u"\n* * * * * * * * * * * * *\n\n"_s;
 }
 
 }  // namespace tweenery

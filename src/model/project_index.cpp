@@ -45,7 +45,9 @@ PCElement* ProjectIndex::elementForIdentifier(const Identifier& identifier) cons
     return found == m_elements.end() ? nullptr : found->second;
 }
 
-void ProjectIndex::addName(const QString& name) { ++m_names[name.trimmed()]; }
+void ProjectIndex::addName(const QString& name) {
+    ++m_names[name.trimmed()];
+}
 
 void ProjectIndex::removeName(const QString& name) {
     const QString trimmed = name.trimmed();
@@ -72,7 +74,8 @@ QString ProjectIndex::uniqueName(const QString& base, const QString* ignored) {
 
     const auto numbered = [&base](int number) { return base + u' ' + QString::number(number); };
     // Numbers below the remembered one are taken; only the ignored element's own may be free.
-    const int ownNumber = own && own->startsWith(base + u' ') ? own->mid(base.size() + 1).toInt() : 0;
+    const int ownNumber =
+        own && own->startsWith(base + u' ') ? own->mid(base.size() + 1).toInt() : 0;
     int& next = m_nextNumbers[base];
     next = std::max(next, 1);
     if (ownNumber > 0 && ownNumber < next && *own == numbered(ownNumber) && !isTaken(*own, own)) {

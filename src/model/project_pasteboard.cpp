@@ -20,11 +20,13 @@ std::shared_ptr<PCImage> highestArtwork(PCImageSet& set) {
 
 }  // namespace
 
-std::vector<std::shared_ptr<PCImage>> PCProject::imagesForCopyingElements(const Elements& elements) {
+std::vector<std::shared_ptr<PCImage>> PCProject::imagesForCopyingElements(
+    const Elements& elements) {
     std::map<QString, std::shared_ptr<PCImageSet>> sets;
     for (const PCElement::Ptr& root : elements) {
         for (const PCElement::Ptr& element : root->elementAndAllDescendants()) {
-            if (auto set = m_imageSetManager->imageSetWithName(element->imageName())) sets[set->name()] = set;
+            if (auto set = m_imageSetManager->imageSetWithName(element->imageName()))
+                sets[set->name()] = set;
         }
     }
     std::vector<std::shared_ptr<PCImage>> images;

@@ -1,4 +1,5 @@
-// Edits that change the shape of the element tree. An element that moves keeps its place on the canvas.
+// Edits that change the shape of the element tree. An element that moves keeps its place on the
+// canvas.
 
 #include <algorithm>
 #include <unordered_map>
@@ -28,9 +29,9 @@ Elements sortedByRow(const Elements& elements, const Elements& rows) {
         return found == rowOf.end() ? rows.size() : found->second;
     };
     Elements sorted = elements;
-    std::stable_sort(sorted.begin(), sorted.end(), [&place](const PCElement::Ptr& a, const PCElement::Ptr& b) {
-        return place(a) < place(b);
-    });
+    std::stable_sort(
+        sorted.begin(), sorted.end(),
+        [&place](const PCElement::Ptr& a, const PCElement::Ptr& b) { return place(a) < place(b); });
     return sorted;
 }
 
@@ -38,8 +39,10 @@ QRectF boundsOnCanvas(const Elements& elements) {
     QRectF bounds;
     bool isFirst = true;
     for (const PCElement::Ptr& element : elements) {
-        const QRectF frame = element->elementToCanvasTransform().mapRect(QRectF(QPointF(), element->size()));
-        const QPointF topLeft(std::min(bounds.left(), frame.left()), std::min(bounds.top(), frame.top()));
+        const QRectF frame =
+            element->elementToCanvasTransform().mapRect(QRectF(QPointF(), element->size()));
+        const QPointF topLeft(std::min(bounds.left(), frame.left()),
+                              std::min(bounds.top(), frame.top()));
         const QPointF bottomRight(std::max(bounds.right(), frame.right()),
                                   std::max(bounds.bottom(), frame.bottom()));
         bounds = isFirst ? frame : QRectF(topLeft, bottomRight);
@@ -59,7 +62,9 @@ QString nameWithoutNumber(const QString& name) {
     return words.join(u' ');
 }
 
-QPointF dividedBy(QPointF a, QPointF b) { return {a.x() / b.x(), a.y() / b.y()}; }
+QPointF dividedBy(QPointF a, QPointF b) {
+    return {a.x() / b.x(), a.y() / b.y()};
+}
 
 }  // namespace
 
@@ -72,7 +77,8 @@ void PCProject::moveItem(const PCElement::Ptr& item, const PCElement::Ptr& paren
     // While undoing, the steps of these setters restore the old values themselves.
     if (m_undoManager.isUndoing()) return;
     item->setZRotation(canvasRotation - parent->canvasRotation());
-    item->setScale(parent->isCanvas() ? canvasScale : dividedBy(canvasScale, parent->scaleOnCanvas()));
+    item->setScale(parent->isCanvas() ? canvasScale
+                                      : dividedBy(canvasScale, parent->scaleOnCanvas()));
     item->setPosition(parent->convertToElement(canvasPosition));
 }
 
@@ -80,9 +86,9 @@ void PCProject::moveItems(const Elements& items, const PCElement::Ptr& parent, i
     const UndoGroup group(m_undoManager);
     const auto count = static_cast<int32_t>(parent ? parent->children().size() : 0);
     const int32_t target = index < 0 ? 0 : std::min(index, count);
-    const bool isFromBelow = std::any_of(items.begin(), items.end(), [target](const PCElement::Ptr& item) {
-        return item->index() < target;
-    });
+    const bool isFromBelow =
+        std::any_of(items.begin(), items.end(),
+                    [target](const PCElement::Ptr& item) { return item->index() < target; });
     Elements ordered = items;
     if (isFromBelow) std::reverse(ordered.begin(), ordered.end());
     const PCElement::Ptr newParent = parent ? parent : m_canvas;
@@ -100,13 +106,16 @@ void PCProject::recursivelyRemoveGroup(const PCElement::Ptr& root) {
     }
 }
 
-void PCProject::moveElementsToBack(const Elements& elements) { moveItems(elements, m_canvas, 0); }
+void PCProject::moveElementsToBack(const Elements& elements) {
+    moveItems(elements, m_canvas, 0);
+}
 
 void PCProject::moveElementsToFront(const Elements& elements) {
     moveItems(elements, m_canvas, static_cast<int32_t>(m_canvas->children().size()));
 }
 
-// One row up in the navigator: in front of the next sibling, out of the group, or into the one above.
+// One row up in the navigator: in front of the next sibling, out of the group, or into the one
+// above.
 void PCProject::moveForward(const PCElement::Ptr& element) {
     const PCElement::Ptr parent = parentOf(*element);
     if (parent != m_canvas) parent->setExpanded(true);
@@ -124,7 +133,8 @@ void PCProject::moveForward(const PCElement::Ptr& element) {
 
 void PCProject::moveElementsForward(const Elements& elements) {
     const UndoGroup group(m_undoManager);
-    for (const PCElement::Ptr& element : sortedByRow(elements, visibleHeirarchyWithRoot(*m_canvas))) {
+    for (const PCElement::Ptr& element :
+         sortedByRow(elements, visibleHeirarchyWithRoot(*m_canvas))) {
         moveForward(element);
     }
 }
@@ -252,8 +262,8 @@ void PCProject::updateChildrenZPositionsForElement(PCElement& element) {
     if (!timeline) return;
     const QStringList present = sortedSubelementIdentifiers(element);
     for (const auto& keyframe : timeline->keyframesSortedByTime()) {
-        timeline->setArrayPropertyValue(childrenOrderInLine(keyframe->arrayPropertyValue(), present),
-                                        keyframe->timeInMS());
+        timeline->setArrayPropertyValue(
+            childrenOrderInLine(keyframe->arrayPropertyValue(), present), keyframe->timeInMS());
     }
 }
 

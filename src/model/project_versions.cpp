@@ -30,7 +30,8 @@ int32_t PCProject::modelVersionOfProjectFileWrapper(const FileWrapper& root) {
     const FileWrapper::Ptr file = root.child(entry);
     if (!file || !file->isRegularFile()) return 0;
     try {
-        return PCProjectVersion::decode(KeyedUnarchiver(file->contents(), entry).root())->modelVersion();
+        return PCProjectVersion::decode(KeyedUnarchiver(file->contents(), entry).root())
+            ->modelVersion();
     } catch (const InputError&) {
         return 0;
     }
@@ -51,7 +52,9 @@ QString PCProject::backupDirectory() {
     return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + u"/Backups"_s;
 }
 
-void PCProject::setBackupDirectory(const QString& path) { backupDirectoryOverride() = path; }
+void PCProject::setBackupDirectory(const QString& path) {
+    backupDirectoryOverride() = path;
+}
 
 QString PCProject::backupProjectFileWrapper(const FileWrapper& root) {
     const QString date = QDateTime::currentDateTime().toString(u"yyyy.MM.dd_HH.mm.ss"_s);
@@ -66,6 +69,8 @@ QString PCProject::backupProjectFileWrapper(const FileWrapper& root) {
     return path;
 }
 
-void PCProject::clearProjectBackups() { QDir(backupDirectory()).removeRecursively(); }
+void PCProject::clearProjectBackups() {
+    QDir(backupDirectory()).removeRecursively();
+}
 
 }  // namespace tweenery

@@ -57,13 +57,27 @@ int32_t PCPropertyKeyframe::timeInMS() const {
     return m_owner ? m_owner->m_keys[m_index].timeInMS : m_record.timeInMS;
 }
 
-bool PCPropertyKeyframe::instantTransition() const { return record().instantTransition; }
-int64_t PCPropertyKeyframe::easingMode() const { return record().easingMode; }
-bool PCPropertyKeyframe::keyall() const { return record().keyall; }
-bool PCPropertyKeyframe::liveRecorded() const { return record().liveRecorded; }
-bool PCPropertyKeyframe::liveRecordedStart() const { return record().liveRecordedStart; }
-bool PCPropertyKeyframe::liveRecordedEnd() const { return record().liveRecordedEnd; }
-PropertyValue PCPropertyKeyframe::propertyValue() const { return record().value; }
+bool PCPropertyKeyframe::instantTransition() const {
+    return record().instantTransition;
+}
+int64_t PCPropertyKeyframe::easingMode() const {
+    return record().easingMode;
+}
+bool PCPropertyKeyframe::keyall() const {
+    return record().keyall;
+}
+bool PCPropertyKeyframe::liveRecorded() const {
+    return record().liveRecorded;
+}
+bool PCPropertyKeyframe::liveRecordedStart() const {
+    return record().liveRecordedStart;
+}
+bool PCPropertyKeyframe::liveRecordedEnd() const {
+    return record().liveRecordedEnd;
+}
+PropertyValue PCPropertyKeyframe::propertyValue() const {
+    return record().value;
+}
 
 KeyframeRecord PCPropertyKeyframe::record() const {
     return m_owner ? m_owner->recordOfKeyframe(m_index) : m_record;
@@ -148,9 +162,9 @@ bool PCPropertyKeyframe::valueIsEqualToKeyframeValue(const PCPropertyKeyframe& o
 
 QString PCPropertyKeyframe::description() const {
     const KeyframeRecord fields = record();
-    return u"<%1%2%3|%4>"_s.arg(
-        QString::number(fields.timeInMS), fields.instantTransition ? u"(INSTANT)"_s : QString(),
-        easingSuffix(fields.easingMode), describeValue(fields.value));
+    return u"<%1%2%3|%4>"_s.arg(QString::number(fields.timeInMS),
+                                fields.instantTransition ? u"(INSTANT)"_s : QString(),
+                                easingSuffix(fields.easingMode), describeValue(fields.value));
 }
 
 int32_t packedEasingMode(int64_t mode) {

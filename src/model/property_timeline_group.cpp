@@ -9,9 +9,14 @@ namespace tweenery {
 namespace {
 
 constexpr std::array<PCPropertyType, kElementTimelineCount> kGroupOrder{
-    PCPropertyTypeTranslationX, PCPropertyTypeTranslationY, PCPropertyTypeScaleX,
-    PCPropertyTypeScaleY,       PCPropertyTypeZRotation,    PCPropertyTypeOpacity,
-    PCPropertyTypeChildrenZPositions, PCPropertyTypeImageContents};
+    PCPropertyTypeTranslationX,
+    PCPropertyTypeTranslationY,
+    PCPropertyTypeScaleX,
+    PCPropertyTypeScaleY,
+    PCPropertyTypeZRotation,
+    PCPropertyTypeOpacity,
+    PCPropertyTypeChildrenZPositions,
+    PCPropertyTypeImageContents};
 
 size_t slotOf(int32_t type) {
     const int slot = elementTimelineSlot(type);
@@ -21,7 +26,9 @@ size_t slotOf(int32_t type) {
 
 }  // namespace
 
-std::span<const PCPropertyType, kElementTimelineCount> timelineGroupOrder() { return kGroupOrder; }
+std::span<const PCPropertyType, kElementTimelineCount> timelineGroupOrder() {
+    return kGroupOrder;
+}
 
 QString filenameOfTimelineType(int32_t type) {
     const char* stem = propertyTypeRow(type).fileStem;
