@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QImage>
 #include <QSize>
+#include <QSizeF>
 #include <QString>
 
 namespace tweenery {
@@ -22,10 +23,11 @@ QImage decodeImage(const QByteArray& data, const QString& entry);
 QByteArray encodeImage(const QImage& image, ImageFormat format, int quality = 90);
 
 /// The size of `source` fitted into `target`, cut to whole pixels toward zero: target wide if the
-/// source is wider than high, target high otherwise; never below 1 by 1.
-QSize fittedSize(QSize source, QSize target);
+/// source is wider than high, target high otherwise; never below 1 by 1. A target may be a fraction
+/// of a pixel, as two thirds of an odd size are.
+QSize fittedSize(QSize source, QSizeF target);
 
-/// `source` drawn in fittedSize(), smoothly.
-QImage imageFitted(const QImage& source, QSize target);
+/// `source` drawn in fittedSize(), smoothly; ARGB32_Premultiplied.
+QImage imageFitted(const QImage& source, QSizeF target);
 
 }  // namespace tweenery

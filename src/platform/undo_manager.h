@@ -1,8 +1,9 @@
 #pragma once
 
 #include <QString>
+#include <cstdint>
 #include <functional>
-#include <memory>
+#include <optional>
 #include <vector>
 
 namespace tweenery {
@@ -20,7 +21,8 @@ class UndoManager {
     UndoManager& operator=(const UndoManager&) = delete;
 
     /// Registers the inverse of an edit. Ignored while registration is disabled. Outside of any
-    /// group, steps gather in the current event's group, which endEvent() or undo() closes.
+    /// group, actions gather in the current event's group, which endEvent() or undo() closes. A new
+    /// edit drops what could be redone.
     void registerUndo(Action action);
 
     void beginUndoGrouping();
@@ -28,7 +30,8 @@ class UndoManager {
     /// without an open group.
     void endUndoGrouping();
     /// Closes the group of the current event, if one is open. The application calls it once a turn
-    /// of its event loop; a test or a command between two edits.
+    /// of its event loop; a test or a command between two edits. Explicit groups stay open over it,
+    /// so that a drag of many events is one step.
     void endEvent();
 
     /// Nested calls count: registration is on again after as many enables.
@@ -38,12 +41,15 @@ class UndoManager {
 
     bool canUndo() const;
     bool canRedo() const;
+    /// Plays the last step back; nothing without one. Throws AssertionFailure from within a group
+    /// or an action. When an action throws, all steps are dropped, because they no longer fit.
     void undo();
     void redo();
     bool isUndoing() const { return m_state == State::Undoing; }
     bool isRedoing() const { return m_state == State::Redoing; }
 
-    /// Names the step now being recorded, or the last one when none is open.
+    /// Names the step now being recorded, or the last one when none is open. Ignored while
+    /// registration is disabled, and while undoing or redoing: a step keeps its name both ways.
     void setActionName(const QString& name);
     QString undoActionName() const;
     QString redoActionName() const;
@@ -54,29 +60,36 @@ class UndoManager {
 
     /// Called after every change of what can be undone or redone; for menus and the edited state.
     void setChangeHandler(std::function<void()> handler);
-    /// A count that goes up by one for each step and redo, and down for each undo: the document is
-    /// unedited when it equals the count remembered at the save.
+    /// The state that the steps have led to: goes up with each new step, back with undo and forth
+    /// with redo. The document is unedited when it equals the count remembered at the save. A
+    /// number is never used twice, so that an edit after an undo is no return to a saved state.
     int64_t changeCount() const { return m_changeCount; }
 
  private:
     enum class State { Normal, Undoing, Redoing };
     struct Step {
         QString name;
+        int64_t countBefore = 0;
+        int64_t countAfter = 0;
         std::vector<Action> actions;
     };
 
     State m_state = State::Normal;
     int m_disabledCount = 0;
     int m_groupLevel = 0;
+    bool m_isEventOpen = false;
     size_t m_levels = 0;
     int64_t m_changeCount = 0;
-    std::unique_ptr<Step> m_open;
+    int64_t m_lastCount = 0;
+    std::optional<Step> m_open;
     std::vector<Step> m_undoStack;
     std::vector<Step> m_redoStack;
     std::function<void()> m_changed;
 
     void closeStep();
     void play(std::vector<Step>& from, std::vector<Step>& to, State state);
+    void playActions(const Step& step, State state);
+    void dropOldSteps();
     void changed();
 };
 

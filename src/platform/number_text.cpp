@@ -1,0 +1,48 @@
+#include "platform/number_text.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+#include "platform/errors.h"
+
+namespace tweenery {
+
+namespace {
+
+// The longest finite double has a sign, 309 digits before the point and here at most 9 behind it.
+using FixedBuffer = std::array<char, 320>;
+
+std::string_view textIn(const FixedBuffer& buffer, std::to_chars_result result) {
+    assertContract(result.ec == std::errc(), QStringLiteral("a number outgrew its buffer"));
+    return {buffer.data(), static_cast<size_t>(result.ptr - buffer.data())};
+}
+
+}  // namespace
+
+std::string fixedText(double value, int decimals) {
+    std::string text;
+    appendFixed(text, value, decimals);
+    return text;
+}
+
+void appendFixed(std::string& out, double value, int decimals) {
+    assertContract(decimals >= 0 && decimals <= 9,
+                   QStringLiteral("0 to 9 decimals can be printed"));
+    FixedBuffer buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): to_chars fills it
+    out += textIn(buffer, std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                        std::chars_format::fixed, decimals));
+}
+
+std::string shortestText(double value) {
+    // Plain digits as long as 17 of them are enough, as the C library's %g has it.
+    const double magnitude = std::fabs(value);
+    const bool isPlain = magnitude == 0 || (magnitude >= 1e-5 && magnitude < 1e16);
+    FixedBuffer buffer;
+    char* const end = buffer.data() + buffer.size();
+    return std::string(
+        textIn(buffer, isPlain ? std::to_chars(buffer.data(), end, value, std::chars_format::fixed)
+                               : std::to_chars(buffer.data(), end, value)));
+}
+
+}  // namespace tweenery
