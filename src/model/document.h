@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QString>
+#include <memory>
+
+#include "model/project.h"
+#include "platform/package_store.h"
+#include "platform/ports.h"
+
+namespace tweenery {
+
+/// An open package: reads it, checks its model version with the user, builds the project, and saves
+/// it back. Talks to the user through the alert port.
+class PCDocument {
+ public:
+    PCDocument(AlertPort& alerts, LogPort& log) : m_alerts(alerts), m_log(log) {}
+
+    static bool autosavesInPlace() { return true; }
+    /// False when the user was told by an alert (newer version) or declined the update; then no
+    /// project is there and nothing has changed. Throws InputError for a package that cannot be
+    /// read.
+    bool readFromPath(const QString& path);
+    bool readFromFileWrapper(const FileWrapper::Ptr& root);
+    /// The tree to write, with the canvas picture if there is one.
+    FileWrapper::Ptr fileWrapperOfProject();
+    /// Writes to where it was read from. Throws InputError, also when the package changed on disk.
+    void save(OnDiskChange policy = OnDiskChange::Refuse);
+    /// Writes to a new place, which becomes the document's own.
+    void saveAs(const QString& path);
+    /// Reads the document anew; false without a path.
+    bool revert();
+
+    /// Makes a new empty project when there is none yet.
+    const PCProject::Ptr& project();
+    void setProject(const PCProject::Ptr& project);
+    const QString& path() const { return m_path; }
+    /// The name shown for the document; its stem becomes the project's name.
+    void setDisplayName(const QString& name);
+    const QString& displayName() const { return m_displayName; }
+    /// True when edits were made since it was opened or saved.
+    bool isEdited() const;
+
+ private:
+    AlertPort& m_alerts;
+    LogPort& m_log;
+    QString m_path;
+    QString m_displayName;
+    PCProject::Ptr m_project;
+    int64_t m_savedChangeCount = 0;
+
+    bool userAgreesToUpdate(const QString& name);
+    void tellThatProjectIsNewer(const QString& name);
+};
+
+}  // namespace tweenery

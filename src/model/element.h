@@ -1,0 +1,308 @@
+#pragma once
+
+#include <QByteArray>
+#include <QPointF>
+#include <QRectF>
+#include <QSizeF>
+#include <QString>
+#include <QStringList>
+#include <QTransform>
+#include <QVariant>
+#include <array>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "model/keyed_property_timeline.h"
+#include "model/view_layer.h"
+#include "platform/identifier.h"
+#include "platform/keyed_archiver.h"
+#include "platform/keyed_unarchiver.h"
+#include "platform/weak_ref.h"
+
+namespace tweenery {
+
+class PCProject;
+class PCPropertyTimelineGroup;
+
+/// Names of the notifications that elements post, with the element as object.
+namespace ElementNotification {
+inline const QString position =
+    QStringLiteral("com.lumenfold.tweenery.elementpositionchangenotification");
+inline const QString rotation =
+    QStringLiteral("com.lumenfold.tweenery.elementrotationchangenotification");
+inline const QString scale =
+    QStringLiteral("com.lumenfold.tweenery.elementscalechangenotification");
+inline const QString opacity =
+    QStringLiteral("com.lumenfold.tweenery.elementopacitychangenotification");
+inline const QString name = QStringLiteral("com.lumenfold.tweenery.namechangednotification");
+inline const QString hidden =
+    QStringLiteral("com.lumenfold.tweenery.elementhiddenchangenotification");
+inline const QString locked =
+    QStringLiteral("com.lumenfold.tweenery.elementlockedchangenotification");
+inline const QString expanded =
+    QStringLiteral("com.lumenfold.tweenery.elementexpandedchangenotification");
+inline const QString subelements =
+    QStringLiteral("com.lumenfold.tweenery.subelementschangednotification");
+inline const QString contents =
+    QStringLiteral("com.lumenfold.tweenery.elementcontentschangenotification");
+inline const QString childrenZPosition =
+    QStringLiteral("com.lumenfold.tweenery.elementchildrenzpositionchangenotification");
+}  // namespace ElementNotification
+
+/// A node of the scene: a piece of artwork, or a group. Its own fields are the setup state, against
+/// which all animations are expressed. The root of the tree is the canvas. Children are owned, back
+/// (0) to front; the parent and the project are not.
+///
+/// Coordinates are points, y down; angles are radians, positive from x towards y; a point is scaled
+/// first, then rotated. Setters compare with the old value, register it for undo, mark `modified`,
+/// tell the view layer and post a notification, unless they say otherwise.
+class PCElement : public Archivable, public std::enable_shared_from_this<PCElement> {
+ public:
+    using Ptr = std::shared_ptr<PCElement>;
+    using Elements = std::vector<Ptr>;
+    /// Deepest tree that is read from a package: its walks are recursive.
+    static constexpr int kMaximumDepth = 1000;
+
+    static Ptr init();
+    static Ptr makeGroup();
+    static Ptr makeCanvas();
+    static Ptr elementByDuplicatingElement(const PCElement& source);
+    /// Reads an archived tree. Throws InputError for a cycle, an element in two places, or a tree
+    /// deeper than kMaximumDepth.
+    static Ptr initWithCoder(const KeyedDecoder& coder);
+    ~PCElement() override;
+    PCElement(const PCElement&) = delete;
+    PCElement& operator=(const PCElement&) = delete;
+
+    ArchiveClass archiveClass() const override { return {"PCElement"}; }
+    void encodeWithCoder(KeyedEncoder& coder) const override;
+
+    // Fields.
+
+    const Identifier& identifier() const { return m_identifier; }
+    const QString& name() const;
+    bool isGroup() const { return m_group; }
+    QPointF position() const { return m_position; }
+    QPointF scale() const { return m_scale; }
+    double zRotation() const { return m_zRotation; }
+    double opacity() const { return m_opacity; }
+    QPointF anchorPoint() const { return m_anchorPoint; }
+    QSizeF size() const { return m_size; }
+    const QString& imageName() const { return m_imageName; }
+    bool hidden() const { return m_hidden; }
+    bool locked() const { return m_locked; }
+    bool expanded() const { return m_expanded; }
+    bool scalesLocked() const { return m_scalesLocked; }
+    bool selected() const { return m_selected; }
+    bool modified() const { return m_modified; }
+    bool scaleTimelineSplit() const { return m_scaleTimelineSplit; }
+    bool translationTimelineSplit() const { return m_translationTimelineSplit; }
+    /// The product of `scale` down the chain from the topmost ancestor.
+    QPointF scaleOnCanvas() const;
+
+    void setGroup(bool group) { m_group = group; }
+    void setPosition(QPointF position);
+    /// Brought into 0 up to 359.5 degrees.
+    void setZRotation(double radians);
+    void setScale(QPointF scale);
+    /// Unit coordinates of the bounds. Moves `position`, so that the element stays where it is.
+    void setAnchorPoint(QPointF anchorPoint);
+    /// Clamped to 0..1.
+    void setOpacity(double opacity);
+    /// On the canvas a negative width or height becomes 0.
+    void setSize(QSizeF size);
+    void setName(const QString& name);
+    /// Also takes the size of the image set of that name; the zero size if there is none.
+    void setImageName(const QString& imageName);
+    void setHidden(bool hidden);
+    void setLocked(bool locked);
+    void setExpanded(bool expanded);
+    void setScalesLocked(bool scalesLocked);
+    void setSelected(bool selected);  // no undo, not modified
+    void setScaleTimelineSplit(bool split);
+    void setTranslationTimelineSplit(bool split);
+    /// Stores the flag here and in every ancestor.
+    void setModified(bool modified);
+    /// Visible again with all groups above, below the canvas.
+    void unHideRecursivelyUp();
+    /// Clears `locked` here and above, below the canvas: no cascade, no undo, no notification.
+    void unlockRecursivelyUp();
+
+    // Tree.
+
+    /// A copy of the list of children.
+    Elements subelements() const { return m_subelements; }
+    /// The list itself, good until the next structure edit.
+    const Elements& children() const { return m_subelements; }
+    /// Null for the canvas.
+    PCElement* parentElement() const;
+    /// The place in the parent's subelements. Throws AssertionFailure without a parent.
+    int32_t index() const;
+    PCProject* project() const { return m_project.get(); }
+    /// Passed on to all children when it changes.
+    void setProject(const std::shared_ptr<PCProject>& project);
+    bool isCanvas() const;
+    /// An index above the count is replaced by the count.
+    void insertSubelement(const Ptr& child, size_t index);
+    void removeSubelementAtIndex(size_t index);
+    void removeFromParentElement();
+    /// The element, then each child's own list: back to front.
+    Elements elementAndAllDescendants();
+    /// The element, then each child's reversed list, last child first.
+    Elements reversedElementAndAllDescendants();
+    std::unordered_map<Identifier, Ptr> EXPORT_elementAndDescendantsByIdentifier();
+    bool isAncestorOf(const PCElement& other) const;
+    int maxHierarchyDepth() const;
+    Elements subLayerDataSources() const { return m_subelements; }
+    ElementViewLayer& viewLayer() const;
+    void rebuildViewLayerHeirarchy();
+
+    // Geometry.
+
+    QPointF anchorPointInPts() const;
+    QPointF origin() const;
+    QPointF translationXY() const { return {}; }
+    /// The bounding rectangle in the parent's coordinates.
+    QRectF frame() const;
+    QTransform elementToParentTransform() const;
+    QTransform parentToElementTransform() const;
+    QTransform elementToCanvasTransform() const;
+    QTransform canvasToElementTransform() const;
+    QPointF convertToCanvas(QPointF point) const;
+    QPointF convertToElement(QPointF point) const;
+    QPointF canvasPosition() const;
+    /// Rounded to 32 bits at each level.
+    double canvasRotation() const;
+
+    // Timelines of the selected animation; null in setup mode.
+
+    PCKeyedPropertyTimeline::Ptr timeline(int32_t type) const;
+    /// Into the slot of its property type; AssertionFailure "type not supported: %@" without one.
+    void setTimeline(const PCKeyedPropertyTimeline::Ptr& timeline);
+    void clearTimelines();
+    PCKeyedPropertyTimeline::Ptr imageContentsTimeline() const {
+        return timeline(PCPropertyTypeImageContents);
+    }
+    PCKeyedPropertyTimeline::Ptr childrenZPositionsTimeline() const {
+        return timeline(PCPropertyTypeChildrenZPositions);
+    }
+    PCKeyedPropertyTimeline::Ptr zRotationTimeline() const {
+        return timeline(PCPropertyTypeZRotation);
+    }
+    PCKeyedPropertyTimeline::Ptr opacityTimeline() const { return timeline(PCPropertyTypeOpacity); }
+    PCKeyedPropertyTimeline::Ptr translationXTimeline() const {
+        return timeline(PCPropertyTypeTranslationX);
+    }
+    PCKeyedPropertyTimeline::Ptr translationYTimeline() const {
+        return timeline(PCPropertyTypeTranslationY);
+    }
+    PCKeyedPropertyTimeline::Ptr scaleXTimeline() const { return timeline(PCPropertyTypeScaleX); }
+    PCKeyedPropertyTimeline::Ptr scaleYTimeline() const { return timeline(PCPropertyTypeScaleY); }
+    /// Rows of the timeline display only; always null.
+    PCKeyedPropertyTimeline::Ptr calculatedScaleTimeline() const { return {}; }
+    PCKeyedPropertyTimeline::Ptr calculatedTranslationTimeline() const { return {}; }
+
+    // State at a time in milliseconds, through the attached timelines; zero or null without them.
+
+    PropertyValue setupValueForPropertyType(int32_t type) const;
+    float zRotationAtTimeInMS(int32_t timeInMS) const;
+    float opacityAtTimeInMS(int32_t timeInMS) const;
+    QPointF scaleAtTimeInMS(int32_t timeInMS) const;
+    QPointF translationAtTimeInMS(int32_t timeInMS) const;
+    QPointF positionAtTimeInMS(int32_t timeInMS) const;
+    QString imageContentsAtTimeInMS(int32_t timeInMS) const;
+    QStringList childrenZPositionsAtTimeInMS(int32_t timeInMS) const;
+    float canvasRotationAtTimeInMS(int32_t timeInMS) const;
+    double canvasXScaleAtTimeInMS(int32_t timeInMS) const;
+    double canvasYScaleAtTimeInMS(int32_t timeInMS) const;
+    QPointF canvasTranslationAtTimeInMS(int32_t timeInMS) const;
+
+    /// Keys one float property and pins it at the neighbouring master keyframes. Returns the
+    /// keyframe; null in setup mode.
+    PCKeyedPropertyTimeline::KeyframePtr setFloatValue(
+        float value, int32_t timeInMS, const PCKeyedPropertyTimeline::Ptr& timeline);
+    PCKeyedPropertyTimeline::KeyframePtr setXScale(float value, int32_t timeInMS);
+    PCKeyedPropertyTimeline::KeyframePtr setYScale(float value, int32_t timeInMS);
+    PCKeyedPropertyTimeline::KeyframePtr setXTranslation(float value, int32_t timeInMS);
+    PCKeyedPropertyTimeline::KeyframePtr setYTranslation(float value, int32_t timeInMS);
+    PCKeyedPropertyTimeline::KeyframePtr setZRotation(float radians, int32_t timeInMS);
+    PCKeyedPropertyTimeline::KeyframePtr setOpacity(float opacity, int32_t timeInMS);
+    void setScale(QPointF scale, int32_t timeInMS);
+    void setTranslation(QPointF translation, int32_t timeInMS);
+    PCKeyedPropertyTimeline::KeyframePtr setImageContents(const QString& imageName,
+                                                          int32_t timeInMS);
+    PCKeyedPropertyTimeline::KeyframePtr setChildrenZPositions(const QStringList& identifiers,
+                                                               int32_t timeInMS);
+    void setAnchorPoint(QPointF anchorPoint, int32_t timeInMS);
+    void removeAllTimelines();
+
+    // Pasteboard form.
+
+    static const QString& pasteboardType();
+    /// One dictionary for the element with its canvas values, its descendants nested.
+    QVariantList pasteboardPropertyList();
+    QVariantMap copyablePlistRepresentation() const;
+    /// Throws InputError when the dictionary has no such form.
+    static Ptr elementWithPasteablePlist(const QVariantMap& plist,
+                                         const std::shared_ptr<PCProject>& project);
+    static Ptr initWithPasteboardPropertyList(const QVariantList& plist);
+
+    QString description() const { return name(); }
+    QString debugDescription() const;
+    QString debugDescriptionWithTimelines() const;
+    QString debugDescriptionWithIndent(const QString& indent, bool includeTimelines) const;
+    /// The keys that the canvas observes.
+    static QStringList observableKeys();
+
+ private:
+    friend class PCProject;
+    using Timelines = std::array<PCKeyedPropertyTimeline::Ptr, kElementTimelineCount>;
+
+    bool m_hidden = false;
+    bool m_scalesLocked = false;
+    bool m_locked = false;
+    bool m_expanded = false;
+    bool m_group = false;
+    bool m_scaleTimelineSplit = false;
+    bool m_translationTimelineSplit = false;
+    bool m_modified = false;
+    bool m_selected = false;
+    bool m_timelinesAreFresh = true;  // the eight empty timelines of init, made when asked for
+    mutable uint32_t m_indexHint = 0;
+    Elements m_subelements;
+    QString m_name;
+    Identifier m_identifier;
+    double m_zRotation = 0;
+    double m_opacity = 1;
+    QString m_imageName;
+    WeakRef<PCProject> m_project;
+    std::unique_ptr<ElementViewLayer> m_viewLayer;  // null: the layer that does nothing
+    mutable std::unique_ptr<Timelines> m_timelines;
+    PCElement* m_parent = nullptr;  // cleared when the parent goes
+    QPointF m_position;
+    QPointF m_scale{1, 1};
+    QPointF m_anchorPoint{0.5, 0.5};
+    QSizeF m_size;
+
+    PCElement();
+    static Ptr make();
+    static Ptr decodeTree(const KeyedDecoder& coder, int depth, std::vector<bool>& seen);
+    static Ptr pasteTree(const QVariantMap& plist, const std::shared_ptr<PCProject>& project,
+                         int depth);
+
+    template <typename Setter>
+    void registerUndo(Setter setter);
+    void post(const QString& notification);
+    void setFromArchive(const KeyedDecoder& coder);
+    void updateNameToBeUnique();
+    void collect(Elements& into);
+    void collectReversed(Elements& into);
+    QTransform scaleThenRotate() const;
+    PCKeyedPropertyTimeline::KeyframePtr keyInstantly(const PropertyValue& value, int32_t timeInMS,
+                                                      int32_t type);
+    template <typename Read, typename Write>
+    void pinNeighbours(int32_t timeInMS, Read read, Write write);
+};
+
+}  // namespace tweenery

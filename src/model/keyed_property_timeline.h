@@ -1,0 +1,241 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "model/property_keyframe.h"
+#include "model/property_type.h"
+#include "model/repeat_behavior.h"
+#include "platform/keyed_archiver.h"
+#include "platform/keyed_unarchiver.h"
+#include "platform/weak_ref.h"
+
+namespace tweenery {
+
+class PCElement;
+class PCKeyedPropertyTimeline;
+class PCProject;
+
+/// Told of every change of a timeline: its keyframes, their values, its repeat behaviour.
+class PCKeyedPropertyTimelineChangeListener {
+ public:
+    virtual ~PCKeyedPropertyTimelineChangeListener() = default;
+    virtual void keyedPropertyTimelineDidChange(PCKeyedPropertyTimeline& timeline) = 0;
+};
+
+/// What a timeline's archive says of it without its keyframes being decoded.
+struct TimelineSummary {
+    int64_t repeatBehavior = PCRepeatBehaviorNever;
+    int32_t durationInMS = 0;
+    size_t keyframesCount = 0;
+};
+
+/// The keyframes of one property of one element in one animation, and the value of that property at
+/// any time. Keyframes hold values relative to the element's setup state: ratios for scale and
+/// opacity, differences for rotation, offsets for translation. Absolute values exist only at the
+/// surface of this class. Times are signed 32-bit milliseconds, 0 or greater.
+///
+/// The keyframes are kept packed, sorted strictly by time; PCPropertyKeyframe is a handle on one of
+/// them, made when asked for and the same as long as somebody holds it.
+class PCKeyedPropertyTimeline : public Archivable,
+                                public std::enable_shared_from_this<PCKeyedPropertyTimeline> {
+ public:
+    using Ptr = std::shared_ptr<PCKeyedPropertyTimeline>;
+    using KeyframePtr = std::shared_ptr<PCPropertyKeyframe>;
+    using Keyframes = std::vector<KeyframePtr>;
+    /// The platform's not-found index.
+    static constexpr size_t kNotFound = static_cast<size_t>(-1);
+
+    /// An empty timeline. `element` may be null (the master keyframes timeline).
+    static Ptr initForElement(const std::shared_ptr<PCElement>& element, int32_t type);
+    /// Reads an archived timeline. Throws InputError when it is none. The result counts as changed.
+    static Ptr initWithCoder(const KeyedDecoder& coder);
+    static Ptr unarchive(const QByteArray& data, const QString& entry);
+    static TimelineSummary summaryOfArchive(const QByteArray& data, const QString& entry);
+    /// An independent timeline with the same type, behaviour, keyframes and element.
+    Ptr copy() const;
+    ~PCKeyedPropertyTimeline() override;
+    PCKeyedPropertyTimeline(const PCKeyedPropertyTimeline&) = delete;
+    PCKeyedPropertyTimeline& operator=(const PCKeyedPropertyTimeline&) = delete;
+
+    ArchiveClass archiveClass() const override { return {"PCKeyedPropertyTimeline"}; }
+    void encodeWithCoder(KeyedEncoder& coder) const override;
+
+    int32_t propertyType() const { return m_propertyType; }
+    /// Null for a timeline just loaded, for the master timeline, and once the element has gone.
+    PCElement* element() const { return m_element.get(); }
+    void setElement(const std::shared_ptr<PCElement>& element);
+    PCProject* project() const;
+    void setProject(const std::weak_ptr<PCProject>& project) { m_project = project; }
+    /// Not owned; the listener takes itself away before it goes.
+    void setChangeListener(PCKeyedPropertyTimelineChangeListener* listener) {
+        m_listener = listener;
+    }
+    bool hasUnsavedChanges() const { return m_hasUnsavedChanges; }
+    void setHasUnsavedChanges(bool unsaved) { m_hasUnsavedChanges = unsaved; }
+    int64_t repeatBehavior() const { return m_repeatBehavior; }
+    /// Stores, marks as changed, tells the listener.
+    void setRepeatBehavior(int64_t behavior);
+    /// For children orders the parent element's children-order timeline decides.
+    bool autoreversesFromCurrentRepeatBehavior() const;
+    bool isInstantTransition() const { return propertyTypeRow(m_propertyType).onlyJumps; }
+
+    // Value queries, absolute.
+
+    PropertyValue valueAtTimeInMS(int32_t timeInMS) const;
+    float floatValueAtTimeInMS(int32_t timeInMS) const;
+    QPointF pointValueAtTimeInMS(int32_t timeInMS) const;
+    QStringList arrayValueAtTimeInMS(int32_t timeInMS) const;
+    QString stringValueAtTimeInMS(int32_t timeInMS) const;
+    /// The time inside the timeline, with loops and autoreverse taken off.
+    float effectiveTimeForTimeInMS(int32_t timeInMS) const;
+    PropertyValue valueOfKeyframe(const PCPropertyKeyframe& keyframe) const;
+    /// The same for the keyframe at `index` (below keyframesCount()).
+    PropertyValue valueOfKeyframeAtIndex(size_t index) const;
+    float floatValueOfKeyframeAtIndex(size_t index) const;
+    /// What the timeline answers when it has nothing better; nothing without an element.
+    PropertyValue setupValue() const;
+    /// The stored value of that keyframe as it stands, or setupValue() when there is none.
+    PropertyValue keyframeValueAtOrBeforeTimeInMS(int32_t timeInMS) const;
+    PropertyValue keyframeValueAtOrAfterTimeInMS(int32_t timeInMS) const;
+    bool timeInMSIsBeforeFirstKeyframe(int32_t timeInMS) const;
+    bool isEmpty() const { return m_keys.empty(); }
+    size_t keyframesCount() const { return m_keys.size(); }
+    int32_t durationInMS() const { return m_keys.empty() ? 0 : m_keys.back().timeInMS; }
+    bool validateTimeForKeyframesAreSorted() const;
+
+    /// Values nearer to 0 than 0.05 become 0.05 with their sign (0 itself becomes 0.05), so that a
+    /// ratio to them stays finite.
+    static float floatParsedByThreshold(float value);
+    /// The value at `effectiveTime` on the segment from (startTime, startValue) to (endTime,
+    /// endValue), all in milliseconds, by the end's easing mode.
+    static float interpolateFloatForEffectiveTimeInMS(int32_t effectiveTime, int32_t startTime,
+                                                      float startValue, int32_t endTime,
+                                                      float endValue, int64_t easing);
+
+    // Keyframe lookup. Binary searches but for keyframeClosestToTimeInMS.
+
+    Keyframes keyframesSortedByTime() const;
+    KeyframePtr existingKeyframeAtTimeInMS(int32_t timeInMS) const;
+    size_t firstKeyframeIndexAtOrAfterTimeInMS(int32_t timeInMS) const;
+    /// Despite its name the last keyframe at or before that time.
+    size_t firstKeyframeIndexAtOrBeforeTimeInMS(int32_t timeInMS) const;
+    KeyframePtr keyframeAtOrAfterTimeInMS(int32_t timeInMS) const;
+    KeyframePtr keyframeAtOrBeforeTimeInMS(int32_t timeInMS) const;
+    KeyframePtr existingKeyframeAtKeyframeIndex(size_t index) const;
+    /// Of two at the same distance the earlier; null for an empty timeline.
+    KeyframePtr keyframeClosestToTimeInMS(int32_t timeInMS) const;
+    /// Both bounds included.
+    Keyframes keyframesBetweenStartTime(int32_t startTime, int32_t endTime) const;
+
+    // The packed keyframes, read without making handles; `index` is below keyframesCount().
+
+    int32_t timeOfKeyframe(size_t index) const { return m_keys[index].timeInMS; }
+    int64_t easingModeOfKeyframe(size_t index) const { return m_keys[index].easingMode; }
+    bool keyframeIsInstant(size_t index) const { return m_keys[index].has(kInstant); }
+    PropertyValue storedValueOfKeyframe(size_t index) const;
+    KeyframeRecord recordOfKeyframe(size_t index) const;
+
+    // Edits. Each returns the keyframe written. Undo steps go to the project's undo manager.
+
+    /// Takes an absolute value, stores the relative one.
+    KeyframePtr setFloatPropertyValue(float value, int32_t timeInMS);
+    KeyframePtr setPointPropertyValue(QPointF value, int32_t timeInMS);
+    KeyframePtr setArrayPropertyValue(const QStringList& value, int32_t timeInMS);
+    KeyframePtr setStringPropertyValue(const QString& value, int32_t timeInMS);
+    /// Stores `value` as it stands, whatever its kind.
+    KeyframePtr setStoredPropertyValue(const PropertyValue& value, int32_t timeInMS);
+    /// The keyframe at the time, or a new one with the default easing, without a value.
+    KeyframePtr retrieveOrCreateKeyframeAtTimeInMS(int32_t timeInMS);
+    /// Pins the present value: reads it at the time and writes it back there.
+    KeyframePtr setExistingValueAtTimeInMS(int32_t timeInMS);
+    /// Nothing happens for a keyframe that is not in this timeline.
+    void deleteKeyframe(const KeyframePtr& keyframe);
+    /// Writes a copy of the value 1 ms later, with the source's instant flag.
+    KeyframePtr duplicateKeyframe(const KeyframePtr& keyframe);
+    /// Moves the keyframe closest to `fromTime`. The caller keeps two from landing on one time.
+    void moveKeyframeAtTimeInMS(int32_t fromTime, int32_t toTime);
+    void removeAllKeyframes();
+    /// Replaces the list; the keyframes become this timeline's.
+    void setKeyframes(const Keyframes& keyframes);
+    void updateKeyframeSort();
+
+    // Export queries. Only ever called on the export's private copies.
+
+    void EXPORT_setDurationInTimeInMS(int32_t durationInMS);
+    /// True when every stored value equals the value at time 0; true for an empty timeline.
+    bool EXPORT_isNonChanging() const;
+    bool EXPORT_allKeyframeValuesEqual(const PropertyValue& value) const;
+    QString EXPORT_propertyTypeAsString() const;
+    QString EXPORT_propertyValueAsStringAtTimeInMS(int32_t timeInMS) const;
+
+    QString displayString() const;
+    QString debugDescription() const;
+
+ private:
+    friend class PCPropertyKeyframe;
+
+    enum Flag : uint8_t {
+        kInstant = 1,
+        kKeyall = 2,
+        kRecorded = 4,
+        kRecordedStart = 8,
+        kRecordedEnd = 16
+    };
+    enum class Held : uint8_t { Nothing, Number, Other };
+    // What evaluation touches, twelve bytes a keyframe.
+    struct Key {
+        int32_t timeInMS = 0;
+        float number = 0;
+        int16_t easingMode = 0;
+        uint8_t flags = 0;
+        Held held = Held::Nothing;
+        bool has(Flag flag) const { return (flags & flag) != 0; }
+    };
+    struct FactorAndOffset {
+        float factor = 1;
+        float offset = 0;
+    };
+    using Handles = std::vector<PCPropertyKeyframe*>;
+    using OtherValues = std::vector<PropertyValue>;
+
+    explicit PCKeyedPropertyTimeline(int32_t type) : m_propertyType(type) {}
+
+    int32_t m_propertyType;
+    int8_t m_repeatBehavior = PCRepeatBehaviorNever;
+    bool m_hasUnsavedChanges = false;
+    mutable uint32_t m_segmentHint = 0;  // index last found, for playback; main thread only
+    std::vector<Key> m_keys;
+    std::vector<Identifier> m_identifiers;       // parallel to m_keys
+    std::unique_ptr<OtherValues> m_otherValues;  // parallel, only when one is no number
+    mutable std::unique_ptr<Handles> m_handles;  // parallel, only while one is held
+    WeakRef<PCElement> m_element;
+    std::weak_ptr<PCProject> m_project;  // of a timeline without an element
+    PCKeyedPropertyTimelineChangeListener* m_listener = nullptr;
+
+    static PropertyTypeRow storedTypeRow(const KeyedDecoder& coder);
+    static KeyframeRecord decodeKeyframe(const KeyedDecoder& coder);
+    static void encodeKeyframe(KeyedEncoder& coder, const KeyframeRecord& record, int32_t type);
+
+    FactorAndOffset factorAndOffset() const;
+    float setupNumber() const;
+    float absolute(const Key& key) const;
+    float numberAt(int32_t effectiveTime) const;
+    size_t indexAtOrBefore(int32_t timeInMS) const;
+    KeyframePtr handleAt(size_t index) const;
+    void forgetHandle(size_t index);
+    void writeRecord(size_t index, const KeyframeRecord& record);
+    void writeValue(size_t index, const PropertyValue& value);
+    void insertRecord(size_t index, const KeyframeRecord& record, PCPropertyKeyframe* handle);
+    void eraseAt(size_t index);
+    void detachAll();
+    void didChange();
+    KeyframePtr writeStoredValue(const PropertyValue& value, int32_t timeInMS);
+    KeyframeRecord newKeyframeRecord(int32_t timeInMS) const;
+    UndoManager* undoManager() const;
+    PropertyValue heldValueAt(int32_t effectiveTime) const;
+};
+
+}  // namespace tweenery

@@ -1,0 +1,161 @@
+#pragma once
+
+#include <QImage>
+#include <QPointF>
+#include <QString>
+#include <QStringList>
+#include <memory>
+#include <vector>
+
+#include "model/animations_manager.h"
+#include "model/element.h"
+#include "model/image_set_manager.h"
+#include "model/project_index.h"
+#include "model/project_preferences.h"
+#include "model/project_version.h"
+#include "platform/file_wrapper.h"
+#include "platform/notification_centre.h"
+#include "platform/ports.h"
+#include "platform/undo_manager.h"
+
+namespace tweenery {
+
+/// The root of the model: owns the package's file-wrapper tree, the element tree, the animations,
+/// the image sets, the preferences, the version record and the one undo manager.
+class PCProject : public PCAnimationsManagerChangeListener,
+                  public std::enable_shared_from_this<PCProject> {
+ public:
+    using Ptr = std::shared_ptr<PCProject>;
+    using Elements = PCElement::Elements;
+
+    /// A new empty project with a default canvas.
+    static Ptr init();
+    /// Builds the model from a package's root. An older package is backed up first; its version
+    /// record becomes the current one. Throws InputError naming the entry that cannot be read.
+    static Ptr projectWithFileWrapper(FileWrapper::Ptr root, LogPort& log);
+    /// The same without backup and without a new version number: for tools that only read.
+    static Ptr projectForReadingWithFileWrapper(FileWrapper::Ptr root);
+    ~PCProject() override;
+
+    // Model versions.
+
+    static int32_t currentModelVersion() { return PCProjectVersion::currentModelVersion; }
+    /// 0 when there is no version entry or it cannot be read.
+    static int32_t modelVersionOfProjectFileWrapper(const FileWrapper& root);
+    static FileWrapper::Ptr updateProjectFileWrapperToLastestModelVersion(FileWrapper::Ptr root,
+                                                                          LogPort& log);
+    /// Copies the package into the backup directory; failures are ignored. Returns its path.
+    static QString backupProjectFileWrapper(const FileWrapper& root);
+    static void clearProjectBackups();
+    /// "Backups" in the user's documents directory, or what setBackupDirectory() gave.
+    static QString backupDirectory();
+    static void setBackupDirectory(const QString& path);
+
+    // Parts.
+
+    /// Refreshes the tree from the model and returns its root: the selected animation's changed
+    /// timelines, and canvas, preferences and version if modified.
+    FileWrapper::Ptr fileWrapper();
+    /// The tree as it stands.
+    const FileWrapper::Ptr& packageRoot() const { return m_fileWrapper; }
+    const PCElement::Ptr& canvas() const { return m_canvas; }
+    void setCanvas(const PCElement::Ptr& canvas);
+    PCProjectVersion& version() { return *m_version; }
+    PCProjectPreferences& preferences() { return *m_preferences; }
+    PCImageSetManager& imageSetManager() { return *m_imageSetManager; }
+    PCAnimationsManager& animationsManager() { return *m_animationsManager; }
+    UndoManager& undoManager() { return m_undoManager; }
+    NotificationCentre& notificationCentre() { return m_notificationCentre; }
+    const QString& projectName() const { return m_projectName; }
+    void setProjectName(const QString& name) { m_projectName = name; }
+    bool isSetupMode() const { return m_animationsManager->selectedAnimation() == nullptr; }
+    bool inAdditiveMode() const { return m_inAdditiveMode; }
+    double backingScale() const { return m_backingScale; }
+    /// Re-reads every element's contents at the scale.
+    void setBackingScale(double scale);
+    void updateContentScales();
+    QPointF eventAnchorPoint() const { return m_eventAnchorPoint; }
+    void setEventAnchorPoint(QPointF point) { m_eventAnchorPoint = point; }
+    /// A bitmap of the canvas for the QuickLook entry; a null image writes none.
+    void setPreviewImage(const QImage& image) { m_previewImage = image; }
+    /// Not owned. Null: elements are made without a screen.
+    void setViewLayerFactory(ElementViewLayerFactory* factory) { m_viewLayerFactory = factory; }
+    ElementViewLayerFactory* viewLayerFactory() const { return m_viewLayerFactory; }
+
+    // Look-up and listings.
+
+    PCElement::Ptr elementForIdentifier(const Identifier& identifier);
+    QStringList namesFromIdentifiers(const QStringList& identifiers);
+    /// Descendants of the root, front first, each followed by its own listing.
+    Elements heirarchyWithRoot(const PCElement& root) const;
+    /// The same, descending into expanded elements only: the rows of the navigator.
+    Elements visibleHeirarchyWithRoot(const PCElement& root) const;
+    /// The lines of the hierarchy listing.
+    QStringList heirarchyLines() const;
+    void logHeirarchy(LogPort& log) const;
+    QString debugDescription();
+
+    // Structure edits. Nothing moves on the canvas; undo restores everything.
+
+    /// `parent` null is the canvas; an index not below its count of children means the count.
+    void moveItems(const Elements& items, const PCElement::Ptr& parent, int32_t index);
+    /// Removes all groups without children below `root`.
+    void recursivelyRemoveGroup(const PCElement::Ptr& root);
+    void moveElementsToBack(const Elements& elements);
+    void moveElementsToFront(const Elements& elements);
+    void moveElementsForward(const Elements& elements);
+    void moveElementsBackward(const Elements& elements);
+    void groupElements(const Elements& elements);
+    /// Does nothing unless all are groups.
+    void ungroupElements(const Elements& elements);
+    bool elementsAreAllGroups(const Elements& elements) const;
+    Elements duplicateItems(const Elements& elements, float positionOffset);
+    QString uniqueElementNameWithBase(const QString& base, const PCElement* ignoredElement);
+    void updateZIndexAnimation();
+    void updateChildrenZPositionsForElement(PCElement& element);
+    static QStringList sortedSubelementIdentifiers(const PCElement& element);
+    /// What copy puts on the pasteboard beside the elements: one image per set in use, the set's
+    /// highest artwork.
+    std::vector<std::shared_ptr<PCImage>> imagesForCopyingElements(const Elements& elements);
+    /// Adds pasted elements to the canvas, in front; their timelines, and those of their
+    /// descendants, go to the selected animation.
+    void insertPastedElements(const Elements& elements);
+
+    // Bookkeeping by the tree itself.
+
+    void treeDidInsertElement(PCElement& element);
+    void treeWillRemoveElement(PCElement& element);
+    void nameDidChange(const PCElement& element, const QString& oldName);
+
+    void animationManagerDidSelectAnimation(PCAnimationsManager& manager,
+                                            const PCAnimation::Ptr& animation) override;
+
+ private:
+    PCProject() = default;
+
+    // Declared so that what refers to others goes first.
+    UndoManager m_undoManager;
+    NotificationCentre m_notificationCentre;
+    FileWrapper::Ptr m_fileWrapper;
+    std::shared_ptr<PCProjectPreferences> m_preferences;
+    std::shared_ptr<PCProjectVersion> m_version;
+    std::unique_ptr<PCImageSetManager> m_imageSetManager;
+    PCElement::Ptr m_canvas;
+    std::unique_ptr<PCAnimationsManager> m_animationsManager;
+    ProjectIndex m_index;
+    QImage m_previewImage;
+    QString m_projectName;
+    bool m_inAdditiveMode = false;
+    double m_backingScale = 2.0;
+    QPointF m_eventAnchorPoint;
+    ElementViewLayerFactory* m_viewLayerFactory = nullptr;
+
+    static Ptr build(FileWrapper::Ptr root);
+    ProjectIndex& index();
+    void writeQuickLook();
+    void moveItem(const PCElement::Ptr& item, const PCElement::Ptr& parent, size_t index);
+    void moveForward(const PCElement::Ptr& element);
+    void moveBackward(const PCElement::Ptr& element);
+};
+
+}  // namespace tweenery

@@ -1,0 +1,110 @@
+#pragma once
+
+#include <QPointF>
+#include <QString>
+#include <QStringList>
+#include <cstdint>
+#include <memory>
+
+#include "model/property_value.h"
+#include "platform/identifier.h"
+
+namespace tweenery {
+
+class PCKeyedPropertyTimeline;
+class UndoManager;
+
+/// The stored fields of one keyframe. A timeline keeps them packed; see PCKeyedPropertyTimeline.
+struct KeyframeRecord {
+    int32_t timeInMS = 0;
+    int32_t easingMode = 0;
+    bool instantTransition = false;
+    bool keyall = false;
+    bool liveRecorded = false;
+    bool liveRecordedStart = false;
+    bool liveRecordedEnd = false;
+    Identifier identifier;
+    PropertyValue value;
+};
+
+/// One value of one property at one time: a handle with identity on a keyframe that its timeline
+/// keeps packed. A keyframe taken out of its timeline, or made without one, keeps its fields
+/// itself. The easing and the instant flag govern the segment that ends at this keyframe.
+class PCPropertyKeyframe : public std::enable_shared_from_this<PCPropertyKeyframe> {
+ public:
+    /// A keyframe that belongs to `timeline` but is not in its list yet: a new identifier, all
+    /// other fields false, zero or empty.
+    static std::shared_ptr<PCPropertyKeyframe> initWithPropertyTimeline(
+        const std::shared_ptr<PCKeyedPropertyTimeline>& timeline);
+    static std::shared_ptr<PCPropertyKeyframe> initWithRecord(
+        const std::shared_ptr<PCKeyedPropertyTimeline>& timeline, KeyframeRecord record);
+    ~PCPropertyKeyframe();
+    PCPropertyKeyframe(const PCPropertyKeyframe&) = delete;
+    PCPropertyKeyframe& operator=(const PCPropertyKeyframe&) = delete;
+
+    /// The timeline that it belongs, or belonged, to; null when that has gone.
+    std::shared_ptr<PCKeyedPropertyTimeline> timeline() const;
+    bool isInTimeline() const { return m_owner != nullptr; }
+    /// The place in the timeline's list. Throws AssertionFailure when it is in none.
+    size_t index() const;
+    std::shared_ptr<PCPropertyKeyframe> nextKeyframe() const;
+    std::shared_ptr<PCPropertyKeyframe> prevKeyframe() const;
+
+    const Identifier& identifier() const;
+    /// Whole milliseconds from the start of the animation.
+    int32_t timeInMS() const;
+    bool instantTransition() const;
+    int64_t easingMode() const;
+    bool keyall() const;
+    bool liveRecorded() const;
+    bool liveRecordedStart() const;
+    bool liveRecordedEnd() const;
+
+    /// Register the old value for undo, store, and report the change, even when the value is equal.
+    void setInstantTransition(bool instant);
+    void setEasingMode(int64_t mode);
+    /// Reports the change only when the keyframe has a value. No undo step; the timeline's order is
+    /// broken until PCKeyedPropertyTimeline::updateKeyframeSort().
+    void setTimeInMS(int32_t timeInMS);
+    void setKeyall(bool keyall);
+    void setLiveRecorded(bool recorded);
+    void setLiveRecordedStart(bool start);
+    void setLiveRecordedEnd(bool end);
+
+    /// As stored: relative to the element's setup state.
+    PropertyValue propertyValue() const;
+    float floatPropertyValue() const { return floatOfValue(propertyValue()); }
+    QPointF pointPropertyValue() const { return pointOfValue(propertyValue()); }
+    QStringList arrayPropertyValue() const { return arrayOfValue(propertyValue()); }
+    QString stringPropertyValue() const { return stringOfValue(propertyValue()); }
+    /// Stores the value and reports nothing.
+    void setPropertyValue(const PropertyValue& value);
+    /// Store the value and report the change.
+    void setFloatPropertyValue(float value) { setReportedValue(value); }
+    void setPointPropertyValue(QPointF value) { setReportedValue(value); }
+    void setArrayPropertyValue(const QStringList& value) { setReportedValue(value); }
+    void setStringPropertyValue(const QString& value) { setReportedValue(value); }
+
+    /// False when the property types differ; otherwise exact equality by the kind of the type.
+    /// Types 10 and 11 are never equal.
+    bool valueIsEqualToKeyframeValue(const PCPropertyKeyframe& other) const;
+
+    /// "<time(INSTANT)(easing)|value>".
+    QString description() const;
+
+ private:
+    friend class PCKeyedPropertyTimeline;
+    PCPropertyKeyframe() = default;
+
+    std::weak_ptr<PCKeyedPropertyTimeline> m_timeline;
+    PCKeyedPropertyTimeline* m_owner = nullptr;  // set while in the timeline's list
+    size_t m_index = 0;                          // there
+    KeyframeRecord m_record;                     // while not in a list
+
+    KeyframeRecord record() const;
+    void reportChange();
+    void setReportedValue(const PropertyValue& value);
+    UndoManager* undoManager() const;
+};
+
+}  // namespace tweenery

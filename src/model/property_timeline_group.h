@@ -1,0 +1,57 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <vector>
+
+#include "model/keyed_property_timeline.h"
+#include "platform/file_wrapper.h"
+
+namespace tweenery {
+
+class PCElement;
+
+/// The eight timelines of one element in one animation. They are decoded from the element's
+/// directory when first asked for; a missing file gives an empty timeline.
+class PCPropertyTimelineGroup {
+ public:
+    using Timelines = std::array<PCKeyedPropertyTimeline::Ptr, kElementTimelineCount>;
+
+    /// `directory` may be null: all timelines are empty. `path` names it in errors.
+    static std::shared_ptr<PCPropertyTimelineGroup> fromFileWrapper(FileWrapper::Ptr directory,
+                                                                    QString path);
+    /// The timelines that the element has attached now.
+    static std::shared_ptr<PCPropertyTimelineGroup> fromElement(PCElement& element);
+
+    /// The timeline of one of the eight element types, decoded if it was not yet. Throws InputError
+    /// when its file cannot be read, AssertionFailure for a type without a slot.
+    PCKeyedPropertyTimeline::Ptr timeline(int32_t type);
+    /// The same, but null unless the timeline is in memory.
+    PCKeyedPropertyTimeline::Ptr timelineIfLoaded(int32_t type) const;
+    /// True when timeline(type) would have keyframes; decodes at most this one.
+    bool hasKeyframes(int32_t type);
+    /// Translation x, y, scale x, y, rotation, opacity, children z positions, image contents.
+    std::vector<PCKeyedPropertyTimeline::Ptr> allTimelines();
+    /// Those of them that are in memory.
+    std::vector<PCKeyedPropertyTimeline::Ptr> loadedTimelines() const;
+    /// Decodes all files that were not yet. Throws InputError.
+    void load();
+
+    /// Attaches the eight timelines to the element and gives them its project.
+    void applyToElement(PCElement& element);
+
+ private:
+    FileWrapper::Ptr m_directory;
+    QString m_path;
+    Timelines m_timelines;
+
+    PCKeyedPropertyTimeline::Ptr propertyTimelineFromParentFileWrapper(int32_t type) const;
+};
+
+/// The order of allTimelines(), by type.
+std::span<const PCPropertyType, kElementTimelineCount> timelineGroupOrder();
+
+/// "<stem>.data" of a timeline type. Throws AssertionFailure "type not supported: %@".
+QString filenameOfTimelineType(int32_t type);
+
+}  // namespace tweenery

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+
+namespace tweenery {
+
+enum PCRepeatBehavior : int64_t {
+    PCRepeatBehaviorNever = 0,
+    PCRepeatBehaviorForever = 1,
+    PCRepeatBehaviorForeverAutoreverse = 2,
+};
+
+/// "never", "forever", "forever_autoreverse"; null for any other number.
+QString stringFromRepeatBehavior(int64_t behavior);
+/// PCRepeatBehaviorNever for any text that is none of the three.
+int64_t repeatBehaviorFromString(const QString& string);
+
+}  // namespace tweenery
