@@ -16,6 +16,7 @@ struct GenerationStamp {
 /// the comment block.
 class PCCocoaLanguageProvider : public PCLanguageCodeProvider {
  public:
+    TargetLanguage language() const final { return m_language; }
     void setGenerateForMac(bool generateForMac) override { m_generateForMac = generateForMac; }
     void setGeneratedClassName(Text name) override { m_generatedClassName = name; }
 

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "codegen/source_text.h"
+
 namespace tweenery {
 
 /// Generated text (UTF-8) by file name.
@@ -41,6 +43,8 @@ class PCLanguageCodeProvider {
     using Text = std::string_view;
 
     virtual ~PCLanguageCodeProvider() = default;
+
+    virtual TargetLanguage language() const = 0;
 
     /// Whether the target is the desktop platform, not the mobile one. False at first.
     virtual void setGenerateForMac(bool generateForMac) = 0;
