@@ -75,10 +75,13 @@ class PCAnimation : public std::enable_shared_from_this<PCAnimation> {
 
     PCAnimation() = default;
     QString path() const;
+    void readName();
+    void readMasterTimeline();
     void saveMasterTimeline();
     void saveGroup(const Identifier& element, PCPropertyTimelineGroup& group);
-    void saveTimeline(const PCKeyedPropertyTimeline& timeline, FileWrapper& elementDirectory) const;
-    void removeTimelineFile(const PCKeyedPropertyTimeline& timeline, const Identifier& element);
+    void saveTimeline(const PCKeyedPropertyTimeline& timeline, int32_t type,
+                      const Identifier& element);
+    void removeTimelineFile(int32_t type, const Identifier& element);
 };
 
 /// An animation's entries that are no element directories.

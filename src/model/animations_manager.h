@@ -74,6 +74,9 @@ class PCAnimationsManager {
 
     std::shared_ptr<PCProject> project() const;
     PCAnimation::Ptr makeAnimation(const FileWrapper::Ptr& directory);
+    void insertByName(const PCAnimation::Ptr& animation);
+    void nameWithoutUndo(const PCAnimation::Ptr& animation, const QString& name);
+    QString freeName(const QString& name) const;
     void putBackDirectory(const PCAnimation& animation);
     template <typename Call>
     void tellListeners(Call call);

@@ -47,9 +47,11 @@ class PCDocument {
     QString m_displayName;
     PCProject::Ptr m_project;
     int64_t m_savedChangeCount = 0;
+    bool m_needsSaveAfterUpdate = false;
 
     bool userAgreesToUpdate(const QString& name);
     void tellThatProjectIsNewer(const QString& name);
+    void didSave();
 };
 
 }  // namespace tweenery

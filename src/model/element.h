@@ -9,6 +9,7 @@
 #include <QTransform>
 #include <QVariant>
 #include <array>
+#include <functional>
 #include <memory>
 #include <unordered_map>
 #include <vector>
@@ -70,7 +71,7 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     static Ptr elementByDuplicatingElement(const PCElement& source);
     /// Reads an archived tree. Throws InputError for a cycle, an element in two places, or a tree
     /// deeper than kMaximumDepth.
-    static Ptr initWithCoder(const KeyedDecoder& coder);
+    static Ptr initWithArchive(const KeyedUnarchiver& archive);
     ~PCElement() override;
     PCElement(const PCElement&) = delete;
     PCElement& operator=(const PCElement&) = delete;
@@ -180,6 +181,8 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     PCKeyedPropertyTimeline::Ptr timeline(int32_t type) const;
     /// Into the slot of its property type; AssertionFailure "type not supported: %@" without one.
     void setTimeline(const PCKeyedPropertyTimeline::Ptr& timeline);
+    /// Into the slot of `slotType`, whatever its own type (old files hold others).
+    void setTimeline(const PCKeyedPropertyTimeline::Ptr& timeline, int32_t slotType);
     void clearTimelines();
     PCKeyedPropertyTimeline::Ptr imageContentsTimeline() const {
         return timeline(PCPropertyTypeImageContents);
@@ -241,7 +244,7 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
 
     static const QString& pasteboardType();
     /// One dictionary for the element with its canvas values, its descendants nested.
-    QVariantList pasteboardPropertyList();
+    QVariantList pasteboardPropertyList() const;
     QVariantMap copyablePlistRepresentation() const;
     /// Throws InputError when the dictionary has no such form.
     static Ptr elementWithPasteablePlist(const QVariantMap& plist,
@@ -287,20 +290,26 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
 
     PCElement();
     static Ptr make();
-    static Ptr decodeTree(const KeyedDecoder& coder, int depth, std::vector<bool>& seen);
+    static Ptr decodeTree(const KeyedUnarchiver& archive, const KeyedDecoder& coder, int depth,
+                          std::vector<bool>& seen);
     static Ptr pasteTree(const QVariantMap& plist, const std::shared_ptr<PCProject>& project,
                          int depth);
 
-    template <typename Setter>
-    void registerUndo(Setter setter);
+    static double normalizedRotation(double radians);
+    void registerUndo(std::function<void(PCElement&)> inverse);
+    void storeName(const QString& newName);
     void post(const QString& notification);
     void setFromArchive(const KeyedDecoder& coder);
+    void setFromPlist(const QVariantMap& plist);
+    void setTimelinesFromPlist(const QVariantMap& plist);
     void updateNameToBeUnique();
     void collect(Elements& into);
     void collectReversed(Elements& into);
     QTransform scaleThenRotate() const;
     PCKeyedPropertyTimeline::KeyframePtr keyInstantly(const PropertyValue& value, int32_t timeInMS,
                                                       int32_t type);
+    PCKeyedPropertyTimeline::KeyframePtr setSyncedFloat(float value, int32_t timeInMS, int32_t type,
+                                                        const QString& notification);
     template <typename Read, typename Write>
     void pinNeighbours(int32_t timeInMS, Read read, Write write);
 };

@@ -51,7 +51,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     /// An empty timeline. `element` may be null (the master keyframes timeline).
     static Ptr initForElement(const std::shared_ptr<PCElement>& element, int32_t type);
     /// Reads an archived timeline. Throws InputError when it is none. The result counts as changed.
-    static Ptr initWithCoder(const KeyedDecoder& coder);
+    static Ptr initWithArchive(const KeyedUnarchiver& archive);
     static Ptr unarchive(const QByteArray& data, const QString& entry);
     static TimelineSummary summaryOfArchive(const QByteArray& data, const QString& entry);
     /// An independent timeline with the same type, behaviour, keyframes and element.
@@ -215,24 +215,26 @@ class PCKeyedPropertyTimeline : public Archivable,
     std::weak_ptr<PCProject> m_project;  // of a timeline without an element
     PCKeyedPropertyTimelineChangeListener* m_listener = nullptr;
 
-    static PropertyTypeRow storedTypeRow(const KeyedDecoder& coder);
     static KeyframeRecord decodeKeyframe(const KeyedDecoder& coder);
     static void encodeKeyframe(KeyedEncoder& coder, const KeyframeRecord& record, int32_t type);
 
     FactorAndOffset factorAndOffset() const;
     float setupNumber() const;
-    float absolute(const Key& key) const;
+    static int32_t wholeMilliseconds(float effectiveTime);
     float numberAt(int32_t effectiveTime) const;
     size_t indexAtOrBefore(int32_t timeInMS) const;
     KeyframePtr handleAt(size_t index) const;
+    void attach(PCPropertyKeyframe& handle, size_t index);
+    void detach(PCPropertyKeyframe& handle);
     void forgetHandle(size_t index);
+    void renumberHandles(size_t from);
+    void restoreOrder();
     void writeRecord(size_t index, const KeyframeRecord& record);
     void writeValue(size_t index, const PropertyValue& value);
     void insertRecord(size_t index, const KeyframeRecord& record, PCPropertyKeyframe* handle);
     void eraseAt(size_t index);
     void detachAll();
     void didChange();
-    KeyframePtr writeStoredValue(const PropertyValue& value, int32_t timeInMS);
     KeyframeRecord newKeyframeRecord(int32_t timeInMS) const;
     UndoManager* undoManager() const;
     PropertyValue heldValueAt(int32_t effectiveTime) const;

@@ -20,6 +20,10 @@
 
 namespace tweenery {
 
+/// A stored children order brought into line with the present children: new ones inserted at their
+/// place in `present`, gone ones removed.
+QStringList childrenOrderInLine(const QStringList& stored, const QStringList& present);
+
 /// The root of the model: owns the package's file-wrapper tree, the element tree, the animations,
 /// the image sets, the preferences, the version record and the one undo manager.
 class PCProject : public PCAnimationsManagerChangeListener,
@@ -44,7 +48,8 @@ class PCProject : public PCAnimationsManagerChangeListener,
     static int32_t modelVersionOfProjectFileWrapper(const FileWrapper& root);
     static FileWrapper::Ptr updateProjectFileWrapperToLastestModelVersion(FileWrapper::Ptr root,
                                                                           LogPort& log);
-    /// Copies the package into the backup directory; failures are ignored. Returns its path.
+    /// Copies the package into the backup directory; failures are ignored. Returns its
+    /// path, null after a failure.
     static QString backupProjectFileWrapper(const FileWrapper& root);
     static void clearProjectBackups();
     /// "Backups" in the user's documents directory, or what setBackupDirectory() gave.
@@ -152,7 +157,10 @@ class PCProject : public PCAnimationsManagerChangeListener,
 
     static Ptr build(FileWrapper::Ptr root);
     ProjectIndex& index();
+    bool isInTree(const PCElement& element) const;
     void writeQuickLook();
+    PCElement::Ptr makeGroupAround(const Elements& elements, const PCElement& parent);
+    void attachPastedTimelines(PCElement& root);
     void moveItem(const PCElement::Ptr& item, const PCElement::Ptr& parent, size_t index);
     void moveForward(const PCElement::Ptr& element);
     void moveBackward(const PCElement::Ptr& element);

@@ -27,6 +27,11 @@ struct KeyframeRecord {
     PropertyValue value;
 };
 
+/// The mode as a timeline can keep it: all modes that mean something, and others as others.
+int32_t packedEasingMode(int64_t mode);
+/// "(easeIn)" for descriptions; empty for linear.
+QString easingSuffix(int64_t mode);
+
 /// One value of one property at one time: a handle with identity on a keyframe that its timeline
 /// keeps packed. A keyframe taken out of its timeline, or made without one, keeps its fields
 /// itself. The easing and the instant flag govern the segment that ends at this keyframe.
@@ -102,6 +107,8 @@ class PCPropertyKeyframe : public std::enable_shared_from_this<PCPropertyKeyfram
     KeyframeRecord m_record;                     // while not in a list
 
     KeyframeRecord record() const;
+    template <typename Change>
+    void change(Change changeRecord);
     void reportChange();
     void setReportedValue(const PropertyValue& value);
     UndoManager* undoManager() const;

@@ -17,9 +17,10 @@ class PCPropertyTimelineGroup {
  public:
     using Timelines = std::array<PCKeyedPropertyTimeline::Ptr, kElementTimelineCount>;
 
-    /// `directory` may be null: all timelines are empty. `path` names it in errors.
+    /// `directory` may be null: all timelines are empty. `parentPath`, the animation's place in the
+    /// package, names it in errors.
     static std::shared_ptr<PCPropertyTimelineGroup> fromFileWrapper(FileWrapper::Ptr directory,
-                                                                    QString path);
+                                                                    const QString& parentPath);
     /// The timelines that the element has attached now.
     static std::shared_ptr<PCPropertyTimelineGroup> fromElement(PCElement& element);
 
@@ -28,8 +29,8 @@ class PCPropertyTimelineGroup {
     PCKeyedPropertyTimeline::Ptr timeline(int32_t type);
     /// The same, but null unless the timeline is in memory.
     PCKeyedPropertyTimeline::Ptr timelineIfLoaded(int32_t type) const;
-    /// True when timeline(type) would have keyframes; decodes at most this one.
-    bool hasKeyframes(int32_t type);
+    /// The same, but null where there is neither a file nor a timeline in memory.
+    PCKeyedPropertyTimeline::Ptr storedTimeline(int32_t type);
     /// Translation x, y, scale x, y, rotation, opacity, children z positions, image contents.
     std::vector<PCKeyedPropertyTimeline::Ptr> allTimelines();
     /// Those of them that are in memory.
@@ -37,12 +38,12 @@ class PCPropertyTimelineGroup {
     /// Decodes all files that were not yet. Throws InputError.
     void load();
 
-    /// Attaches the eight timelines to the element and gives them its project.
+    /// Attaches the eight timelines to the element, which makes its project theirs.
     void applyToElement(PCElement& element);
 
  private:
     FileWrapper::Ptr m_directory;
-    QString m_path;
+    QString m_parentPath;  // shared by all groups of an animation
     Timelines m_timelines;
 
     PCKeyedPropertyTimeline::Ptr propertyTimelineFromParentFileWrapper(int32_t type) const;

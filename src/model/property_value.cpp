@@ -1,5 +1,8 @@
 #include "model/property_value.h"
 
+#include <array>
+#include <charconv>
+
 #include "platform/number_text.h"
 
 using namespace Qt::StringLiterals;

@@ -20,6 +20,7 @@ class FileWrapper : public std::enable_shared_from_this<FileWrapper> {
     using Children = std::map<QString, Ptr>;
 
     /// Where a node was read from, to notice changes on disk and to hard-link what is unchanged.
+    /// A directory has only device and inode; its entries say the rest.
     struct Origin {
         uint64_t device = 0;
         uint64_t inode = 0;
@@ -47,18 +48,27 @@ class FileWrapper : public std::enable_shared_from_this<FileWrapper> {
     /// The bytes of a regular file, or the target of a symbolic link. Shared, never copied.
     const QByteArray& contents() const { return m_contents; }
 
-    const Children& fileWrappers() const { return m_children; }
+    /// Empty for anything but a directory.
+    const Children& fileWrappers() const;
     /// The child of that name, or null.
     Ptr child(const QString& name) const;
     /// Files `node` under its preferred name and returns the name used: when the name is taken, a
-    /// number is put before the extension. Throws AssertionFailure when this is no directory, or
-    /// the name is empty, ".", "..", or holds "/" or NUL.
+    /// number is put before the extension. The node loses its origins: it is new at this place.
+    /// Throws AssertionFailure when this is no directory, or the name is empty, ".", "..", or holds
+    /// "/" or NUL.
     QString addFileWrapper(const Ptr& node);
+    /// Throws AssertionFailure when `node` is no child. The node loses its origins.
     void removeFileWrapper(const Ptr& node);
 
     /// What was on disk when this node was read or last saved; nullopt for a node made in memory.
+    /// The parent of a node with an origin has one too.
     const std::optional<Origin>& origin() const { return m_origin; }
-    void setOrigin(const std::optional<Origin>& origin) { m_origin = origin; }
+    /// Says what is on disk now. A directory forgets its removed entries.
+    void setOrigin(const std::optional<Origin>& origin);
+    /// The entries that are on disk, as far as we know, and were taken out of this directory since:
+    /// nodes that carry their kind, origin and stored children only. A child that was filed under
+    /// such a name since has no origin.
+    const Children& removedEntries() const;
 
     // Helpers used by every writer of the package.
 
@@ -78,18 +88,24 @@ class FileWrapper : public std::enable_shared_from_this<FileWrapper> {
     QString debugDescriptionWithIndent(const QString& indent) const;
 
  private:
+    struct Node;
     explicit FileWrapper(Kind kind) : m_kind(kind) {}
+    static Ptr create(Kind kind, const QString& preferredFilename);
+    void removeChild(Children::iterator position);
+    Ptr takeStoredState();
+    void describe(const QString& indent, QString& text) const;
 
     Kind m_kind;
     QString m_filename;
     QString m_preferredFilename;
     QByteArray m_contents;
-    Children m_children;
+    std::unique_ptr<Children> m_children;  // of directories
+    std::unique_ptr<Children> m_removed;   // of directories that lost an entry
     std::optional<Origin> m_origin;
 };
 
 /// True for a name that one directory entry can have: not empty, ".", or "..", without "/" and NUL,
-/// at most 255 bytes in UTF-8.
+/// valid Unicode, at most 255 bytes in UTF-8.
 bool isSafeFilename(const QString& name);
 
 }  // namespace tweenery

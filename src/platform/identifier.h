@@ -1,8 +1,11 @@
 #pragma once
 
 #include <QString>
+#include <array>
 #include <cstdint>
 #include <functional>
+#include <optional>
+#include <string_view>
 
 namespace tweenery {
 
@@ -10,11 +13,17 @@ namespace tweenery {
 /// Canonical UUIDs take 16 bytes; any other text (a package may hold one) is kept as it stands.
 class Identifier {
  public:
+    /// Characters of a printed UUID.
+    static constexpr size_t UuidLength = 36;
+
     /// The null identifier, which prints as the empty string.
     Identifier() = default;
     /// Keeps any text. Only the canonical upper-case form takes the short representation, so that
     /// toString() always gives back exactly what was given.
     explicit Identifier(QStringView text);
+    explicit Identifier(const QString& text);
+    /// The same from 7-bit text.
+    static Identifier fromAscii(std::string_view text);
     Identifier(const Identifier& other);
     Identifier(Identifier&& other) noexcept;
     Identifier& operator=(Identifier other) noexcept;
@@ -25,6 +34,8 @@ class Identifier {
 
     bool isNull() const { return m_high == 0 && m_low == 0; }
     QString toString() const;
+    /// The printed UUID without an allocation; nullopt for a null identifier and for other text.
+    std::optional<std::array<char, UuidLength>> uuidText() const;
     size_t hash() const;
 
     bool operator==(const Identifier& other) const;
@@ -35,6 +46,9 @@ class Identifier {
     struct OtherText;
     bool isText() const;
     const QString& text() const;
+    void keepText(const QString& text);
+    template <typename Character>
+    bool takeUuid(const Character* text, size_t length);
 
     // A UUID's 128 bits. Other text is marked by m_low == 0 with m_high holding a pointer.
     uint64_t m_high = 0;

@@ -14,6 +14,7 @@ namespace tweenery {
 
 class KeyedUnarchiver;
 class ArchivedArray;
+struct ArchivedValue;
 
 /// What stands behind a key.
 enum class ArchivedKind { Missing, Null, Bool, Number, String, Data, Array, Object };
@@ -21,7 +22,8 @@ enum class ArchivedKind { Missing, Null, Bool, Number, String, Data, Array, Obje
 /// Reads the keys of one archived object. A small value that points into its KeyedUnarchiver, which
 /// must outlive it. Values behind a key are accepted inline or as a reference to a boxed value.
 /// Every reader throws InputError (with the unarchiver's entry name) when the value has another
-/// type, or a number is not finite or out of range; a missing key reads as zero or null.
+/// type, or a number is not finite or out of range; a missing key reads as zero or null, and so
+/// does the null object.
 class KeyedDecoder {
  public:
     KeyedDecoder() = default;
@@ -63,6 +65,8 @@ class KeyedDecoder {
 
     const KeyedUnarchiver* m_archive = nullptr;
     uint32_t m_object = 0;
+
+    ArchivedValue valueForKey(std::string_view key) const;
 };
 
 /// The items of an archived array, read on demand.
@@ -82,8 +86,9 @@ class ArchivedArray {
 };
 
 /// Opens a keyed archive and reads its objects by key, on demand: nothing is decoded until asked
-/// for. Opening checks the property list's structure (trailer, offset table, every count against
-/// the bytes that are left) in linear time.
+/// for. Opening checks the property list's outline (trailer, offset table, the top-level keys);
+/// each object is checked when it is touched. Reading remembers where keys were found, so one
+/// unarchiver and its decoders serve one thread at a time.
 class KeyedUnarchiver {
  public:
     /// `data` is shared, not copied. `entry` names the archive in errors.
@@ -107,6 +112,7 @@ class KeyedUnarchiver {
  private:
     friend class KeyedDecoder;
     friend class ArchivedArray;
+    friend class ArchiveWalk;
     struct Table;
     std::unique_ptr<Table> m_table;
 };

@@ -1,0 +1,355 @@
+#include "model/element.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "model/project.h"
+#include "platform/errors.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+namespace {
+
+ElementViewLayer& layerThatDoesNothing() {
+    static ElementViewLayer layer;
+    return layer;
+}
+
+QTransform scalingThenRotating(QPointF scale, double radians) {
+    QTransform transform;
+    transform.rotateRadians(radians);
+    transform.scale(scale.x(), scale.y());
+    return transform;
+}
+
+}  // namespace
+
+// Creation.
+
+PCElement::PCElement() : m_identifier(Identifier::generate()) {}
+
+PCElement::~PCElement() {
+    for (const Ptr& child : m_subelements) {
+        if (child->m_parent == this) child->m_parent = nullptr;
+    }
+}
+
+PCElement::Ptr PCElement::make() {
+    return Ptr(new PCElement);
+}
+
+PCElement::Ptr PCElement::init() {
+    Ptr element = make();
+    element->m_name = u"Untitled"_s;
+    return element;
+}
+
+PCElement::Ptr PCElement::makeGroup() {
+    Ptr element = init();
+    element->m_group = true;
+    return element;
+}
+
+PCElement::Ptr PCElement::makeCanvas() {
+    Ptr element = makeGroup();
+    element->m_name = u"Canvas"_s;
+    element->m_size = QSizeF(1136, 768);
+    element->m_modified = true;  // not in any package yet
+    return element;
+}
+
+PCElement::Ptr PCElement::elementByDuplicatingElement(const PCElement& source) {
+    Ptr copy = init();
+    copy->m_project = source.m_project;
+    copy->m_imageName = source.m_imageName;
+    copy->m_size = source.m_size;
+    copy->m_group = source.m_group;
+    copy->m_name = source.m_name;
+    copy->m_scale = source.m_scale;
+    copy->m_zRotation = source.m_zRotation;
+    copy->m_opacity = source.m_opacity;
+    copy->m_anchorPoint = source.m_anchorPoint;
+    copy->m_hidden = source.m_hidden;
+    copy->m_position = source.m_position;
+    for (const Ptr& child : source.m_subelements) {
+        Ptr childCopy = elementByDuplicatingElement(*child);
+        childCopy->m_parent = copy.get();
+        copy->m_subelements.push_back(std::move(childCopy));
+    }
+    return copy;
+}
+
+const QString& PCElement::name() const {
+    static const QString kEmpty = u""_s;
+    return m_name.isNull() ? kEmpty : m_name;
+}
+
+// Tree.
+
+bool PCElement::isCanvas() const {
+    const PCProject* owner = m_project.get();
+    return owner && owner->canvas().get() == this;
+}
+
+PCElement* PCElement::parentElement() const {
+    return isCanvas() ? nullptr : m_parent;
+}
+
+int32_t PCElement::index() const {
+    assertContract(m_parent != nullptr, u"an element without a parent has no index"_s);
+    const Elements& siblings = m_parent->m_subelements;
+    if (m_indexHint < siblings.size() && siblings[m_indexHint].get() == this) {
+        return static_cast<int32_t>(m_indexHint);
+    }
+    for (size_t i = 0; i < siblings.size(); ++i) {
+        siblings[i]->m_indexHint = static_cast<uint32_t>(i);
+    }
+    return static_cast<int32_t>(m_indexHint);
+}
+
+void PCElement::setProject(const std::shared_ptr<PCProject>& project) {
+    if (m_project.get() == project.get()) return;
+    m_project = WeakRef<PCProject>(project);
+    for (const Ptr& child : m_subelements) {
+        child->setProject(project);
+    }
+}
+
+void PCElement::insertSubelement(const Ptr& child, size_t index) {
+    index = std::min(index, m_subelements.size());
+    registerUndo([index](PCElement& self) { self.removeSubelementAtIndex(index); });
+    m_subelements.insert(m_subelements.begin() + static_cast<ptrdiff_t>(index), child);
+    child->m_parent = this;
+    child->m_indexHint = static_cast<uint32_t>(index);
+    child->setProject(m_project.lock());
+    if (PCProject* owner = project()) {
+        owner->treeDidInsertElement(*child);
+        child->updateNameToBeUnique();
+    }
+    viewLayer().insertSublayer(child->viewLayer(), static_cast<uint32_t>(index));
+    setModified(true);
+    post(ElementNotification::subelements);
+}
+
+void PCElement::removeSubelementAtIndex(size_t index) {
+    assertContract(index < m_subelements.size(), u"no subelement at this index"_s);
+    const Ptr child = m_subelements[index];
+    registerUndo([child, index](PCElement& self) { self.insertSubelement(child, index); });
+    if (PCProject* owner = project()) owner->treeWillRemoveElement(*child);
+    child->m_parent = nullptr;
+    child->viewLayer().removeFromSuperlayer();
+    m_subelements.erase(m_subelements.begin() + static_cast<ptrdiff_t>(index));
+    setModified(true);
+    post(ElementNotification::subelements);
+}
+
+void PCElement::removeFromParentElement() {
+    assertContract(m_parent != nullptr, u"the element has no parent to be removed from"_s);
+    m_parent->removeSubelementAtIndex(static_cast<size_t>(index()));
+}
+
+// Stored directly: no undo step, no notification.
+void PCElement::updateNameToBeUnique() {
+    PCProject* owner = project();
+    if (!owner) return;
+    if (!m_name.isNull()) storeName(owner->uniqueElementNameWithBase(m_name, this));
+    for (const Ptr& child : m_subelements) {
+        child->updateNameToBeUnique();
+    }
+}
+
+void PCElement::collect(Elements& into) {
+    into.push_back(shared_from_this());
+    for (const Ptr& child : m_subelements) {
+        child->collect(into);
+    }
+}
+
+void PCElement::collectReversed(Elements& into) {
+    into.push_back(shared_from_this());
+    for (auto child = m_subelements.rbegin(); child != m_subelements.rend(); ++child) {
+        (*child)->collectReversed(into);
+    }
+}
+
+PCElement::Elements PCElement::elementAndAllDescendants() {
+    Elements all;
+    collect(all);
+    return all;
+}
+
+PCElement::Elements PCElement::reversedElementAndAllDescendants() {
+    Elements all;
+    collectReversed(all);
+    return all;
+}
+
+std::unordered_map<Identifier, PCElement::Ptr>
+PCElement::EXPORT_elementAndDescendantsByIdentifier() {
+    std::unordered_map<Identifier, Ptr> byIdentifier;
+    for (const Ptr& element : elementAndAllDescendants()) {
+        byIdentifier.emplace(element->identifier(), element);
+    }
+    return byIdentifier;
+}
+
+bool PCElement::isAncestorOf(const PCElement& other) const {
+    for (const PCElement* above = other.parentElement(); above; above = above->parentElement()) {
+        if (above == this) return true;
+    }
+    return false;
+}
+
+int PCElement::maxHierarchyDepth() const {
+    int deepest = 0;
+    for (const Ptr& child : m_subelements) {
+        deepest = std::max(deepest, child->maxHierarchyDepth());
+    }
+    return deepest + 1;
+}
+
+ElementViewLayer& PCElement::viewLayer() const {
+    return m_viewLayer ? *m_viewLayer : layerThatDoesNothing();
+}
+
+void PCElement::rebuildViewLayerHeirarchy() {
+    const PCProject* owner = project();
+    ElementViewLayerFactory* factory = owner ? owner->viewLayerFactory() : nullptr;
+    if (!factory) return;
+    m_viewLayer = factory->layer();
+    m_viewLayer->setElement(this);
+    for (const Ptr& child : m_subelements) {
+        child->rebuildViewLayerHeirarchy();
+        m_viewLayer->addSublayer(child->viewLayer());
+    }
+}
+
+void PCElement::setModified(bool modified) {
+    for (PCElement* element = this; element; element = element->parentElement()) {
+        element->m_modified = modified;
+    }
+}
+
+// Geometry. QTransform's operations are those of the row-vector convention: the last one called is
+// applied to a point first.
+
+QPointF PCElement::anchorPointInPts() const {
+    return {m_size.width() * m_anchorPoint.x(), m_size.height() * m_anchorPoint.y()};
+}
+
+QPointF PCElement::origin() const {
+    return m_position - anchorPointInPts();
+}
+
+QTransform PCElement::scaleThenRotate() const {
+    return scalingThenRotating(m_scale, m_zRotation);
+}
+
+QRectF PCElement::frame() const {
+    const QRectF bounds(-anchorPointInPts(), m_size);
+    return scaleThenRotate().mapRect(bounds).translated(m_position);
+}
+
+QTransform PCElement::elementToParentTransform() const {
+    QTransform transform;
+    if (isCanvas()) return transform;
+    const QPointF anchor = anchorPointInPts();
+    transform.translate(m_position.x(), m_position.y());
+    transform.rotateRadians(m_zRotation);
+    transform.scale(m_scale.x(), m_scale.y());
+    transform.translate(-anchor.x(), -anchor.y());
+    return transform;
+}
+
+QTransform PCElement::parentToElementTransform() const {
+    return elementToParentTransform().inverted();
+}
+
+QTransform PCElement::elementToCanvasTransform() const {
+    QTransform transform = elementToParentTransform();
+    for (const PCElement* above = parentElement(); above; above = above->parentElement()) {
+        transform *= above->elementToParentTransform();
+    }
+    return transform;
+}
+
+QTransform PCElement::canvasToElementTransform() const {
+    return elementToCanvasTransform().inverted();
+}
+
+QPointF PCElement::convertToCanvas(QPointF point) const {
+    return elementToCanvasTransform().map(point);
+}
+QPointF PCElement::convertToElement(QPointF point) const {
+    return canvasToElementTransform().map(point);
+}
+
+QPointF PCElement::canvasPosition() const {
+    const PCElement* parent = parentElement();
+    return parent ? parent->convertToCanvas(m_position) : m_position;
+}
+
+double PCElement::canvasRotation() const {
+    if (isCanvas()) return 0;
+    const PCElement* parent = parentElement();
+    return static_cast<double>(
+        static_cast<float>(m_zRotation + (parent ? parent->canvasRotation() : 0)));
+}
+
+QPointF PCElement::scaleOnCanvas() const {
+    QPointF product = m_scale;
+    for (const PCElement* above = parentElement(); above; above = above->parentElement()) {
+        product = {product.x() * above->m_scale.x(), product.y() * above->m_scale.y()};
+    }
+    return product;
+}
+
+// Timelines.
+
+PCKeyedPropertyTimeline::Ptr PCElement::timeline(int32_t type) const {
+    const int slot = elementTimelineSlot(type);
+    if (slot < 0) return nullptr;
+    if (!m_timelines && !m_timelinesAreFresh) return nullptr;
+    if (!m_timelines) m_timelines = std::make_unique<Timelines>();
+    PCKeyedPropertyTimeline::Ptr& timeline = (*m_timelines)[static_cast<size_t>(slot)];
+    if (!timeline && m_timelinesAreFresh) {
+        auto* self = const_cast<PCElement*>(this);
+        timeline = PCKeyedPropertyTimeline::initForElement(self->shared_from_this(), type);
+    }
+    return timeline;
+}
+
+void PCElement::setTimeline(const PCKeyedPropertyTimeline::Ptr& timeline) {
+    setTimeline(timeline, timeline->propertyType());
+}
+
+void PCElement::setTimeline(const PCKeyedPropertyTimeline::Ptr& timeline, int32_t slotType) {
+    const int slot = elementTimelineSlot(slotType);
+    if (slot < 0) failContract(u"type not supported: %1"_s.arg(stringFromPropertyType(slotType)));
+    if (!m_timelines) m_timelines = std::make_unique<Timelines>();
+    (*m_timelines)[static_cast<size_t>(slot)] = timeline;
+}
+
+void PCElement::clearTimelines() {
+    m_timelines.reset();
+    m_timelinesAreFresh = false;
+}
+
+// Descriptions.
+
+QString PCElement::debugDescription() const {
+    return debugDescriptionWithIndent({}, false);
+}
+QString PCElement::debugDescriptionWithTimelines() const {
+    return debugDescriptionWithIndent({}, true);
+}
+
+QStringList PCElement::observableKeys() {
+    return {u"position"_s,     u"xScale"_s,      u"yScale"_s,    u"zRotation"_s,
+            u"opacity"_s,      u"anchorPoint"_s, u"name"_s,      u"hidden"_s,
+            u"scalesLocked"_s, u"locked"_s,      u"imageName"_s, u"size"_s};
+}
+
+}  // namespace tweenery

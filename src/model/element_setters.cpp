@@ -1,0 +1,203 @@
+// The setters of an element's setup state. Each compares, registers its inverse, stores, marks the
+// element as modified, tells the view layer and posts a notification.
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "model/element.h"
+#include "model/project.h"
+
+namespace tweenery {
+namespace {
+
+// The point types' own operators compare fuzzily.
+bool equal(QPointF a, QPointF b) {
+    return a.x() == b.x() && a.y() == b.y();
+}
+bool equal(QSizeF a, QSizeF b) {
+    return a.width() == b.width() && a.height() == b.height();
+}
+bool isFinite(QPointF point) {
+    return std::isfinite(point.x()) && std::isfinite(point.y());
+}
+bool isFinite(QSizeF size) {
+    return std::isfinite(size.width()) && std::isfinite(size.height());
+}
+
+}  // namespace
+
+double PCElement::normalizedRotation(double radians) {
+    constexpr double kTurn = 2 * std::numbers::pi;
+    // Rotations nearer to a full turn than half a degree are none.
+    constexpr double kLargestDegrees = 359.5;
+    constexpr double kRoom = 1e-9;
+    double rotation = std::fmod(radians, kTurn);
+    if (rotation < 0) rotation += kTurn;
+    return rotation * 180 / std::numbers::pi > kLargestDegrees + kRoom ? 0 : rotation;
+}
+
+void PCElement::registerUndo(std::function<void(PCElement&)> inverse) {
+    PCProject* owner = project();
+    if (!owner || !owner->undoManager().isUndoRegistrationEnabled()) return;
+    owner->undoManager().registerUndo(
+        [self = shared_from_this(), inverse = std::move(inverse)] { inverse(*self); });
+}
+
+void PCElement::post(const QString& notification) {
+    if (PCProject* owner = project()) owner->notificationCentre().post(notification, this);
+}
+
+void PCElement::setPosition(QPointF position) {
+    if (equal(position, m_position) || !isFinite(position)) return;
+    registerUndo([old = m_position](PCElement& self) { self.setPosition(old); });
+    m_position = position;
+    setModified(true);
+    viewLayer().syncPositionWithModel();
+    post(ElementNotification::position);
+}
+
+void PCElement::setZRotation(double radians) {
+    const double rotation = normalizedRotation(radians);
+    if (rotation == m_zRotation || !std::isfinite(rotation)) return;
+    registerUndo([old = m_zRotation](PCElement& self) { self.setZRotation(old); });
+    m_zRotation = rotation;
+    setModified(true);
+    viewLayer().syncTransformsWithModel();
+    post(ElementNotification::rotation);
+}
+
+void PCElement::setScale(QPointF scale) {
+    if (equal(scale, m_scale) || !isFinite(scale)) return;
+    registerUndo([old = m_scale](PCElement& self) { self.setScale(old); });
+    m_scale = scale;
+    setModified(true);
+    viewLayer().syncTransformsWithModel();
+    post(ElementNotification::scale);
+}
+
+void PCElement::setAnchorPoint(QPointF anchorPoint) {
+    if (equal(anchorPoint, m_anchorPoint) || !isFinite(anchorPoint)) return;
+    registerUndo([old = m_anchorPoint](PCElement& self) { self.setAnchorPoint(old); });
+    const QTransform transform = scaleThenRotate();
+    const QPointF oldAnchor = anchorPointInPts();
+    m_anchorPoint = anchorPoint;
+    m_position += transform.map(anchorPointInPts()) - transform.map(oldAnchor);
+    setModified(true);
+    viewLayer().syncAnchorPointWithModel();
+}
+
+void PCElement::setOpacity(double opacity) {
+    if (!std::isfinite(opacity)) return;
+    const double clamped = std::clamp(opacity, 0.0, 1.0);
+    if (clamped == m_opacity) return;
+    registerUndo([old = m_opacity](PCElement& self) { self.setOpacity(old); });
+    m_opacity = clamped;
+    setModified(true);
+    viewLayer().syncOpacityWithModel();
+    post(ElementNotification::opacity);
+}
+
+void PCElement::setSize(QSizeF size) {
+    if (!isFinite(size)) return;
+    const QSizeF allowed = isCanvas() ? size.expandedTo(QSizeF(0, 0)) : size;
+    if (equal(allowed, m_size)) return;
+    registerUndo([old = m_size](PCElement& self) { self.setSize(old); });
+    m_size = allowed;
+    setModified(true);
+    viewLayer().syncBoundsWithModel();
+}
+
+void PCElement::setName(const QString& newName) {
+    if (newName == m_name) return;
+    registerUndo([old = m_name](PCElement& self) { self.setName(old); });
+    storeName(newName);
+    setModified(true);
+    post(ElementNotification::name);
+}
+
+void PCElement::storeName(const QString& newName) {
+    const QString old = std::exchange(m_name, newName);
+    if (PCProject* owner = project()) owner->nameDidChange(*this, old);
+}
+
+void PCElement::setImageName(const QString& imageName) {
+    if (imageName == m_imageName) return;
+    registerUndo([old = m_imageName](PCElement& self) { self.setImageName(old); });
+    m_imageName = imageName;
+    PCProject* owner = project();
+    const auto set = owner ? owner->imageSetManager().imageSetWithName(imageName) : nullptr;
+    setSize(set ? QSizeF(set->size()) : QSizeF(0, 0));
+    setModified(true);
+    viewLayer().syncContentsWithModel();
+}
+
+void PCElement::setHidden(bool hidden) {
+    if (hidden == m_hidden) return;
+    registerUndo([old = m_hidden](PCElement& self) { self.setHidden(old); });
+    m_hidden = hidden;
+    for (const Ptr& child : m_subelements) {
+        child->setHidden(hidden);
+    }
+    if (!hidden) unHideRecursivelyUp();
+    setModified(true);
+    viewLayer().syncHiddenWithModel();
+    post(ElementNotification::hidden);
+}
+
+void PCElement::unHideRecursivelyUp() {
+    if (m_hidden) setHidden(false);
+    PCElement* parent = parentElement();
+    if (parent && !parent->isCanvas()) parent->unHideRecursivelyUp();
+}
+
+void PCElement::setLocked(bool locked) {
+    if (locked == m_locked) return;
+    registerUndo([old = m_locked](PCElement& self) { self.setLocked(old); });
+    m_locked = locked;
+    for (const Ptr& child : m_subelements) {
+        child->setLocked(locked);
+    }
+    if (!locked) unlockRecursivelyUp();
+    setModified(true);
+    post(ElementNotification::locked);
+}
+
+void PCElement::unlockRecursivelyUp() {
+    for (PCElement* element = this; element && !element->isCanvas();
+         element = element->parentElement()) {
+        element->m_locked = false;
+    }
+}
+
+void PCElement::setExpanded(bool expanded) {
+    if (expanded == m_expanded) return;
+    registerUndo([old = m_expanded](PCElement& self) { self.setExpanded(old); });
+    m_expanded = expanded;
+    setModified(true);
+    post(ElementNotification::expanded);
+}
+
+void PCElement::setScalesLocked(bool scalesLocked) {
+    if (scalesLocked == m_scalesLocked) return;
+    registerUndo([old = m_scalesLocked](PCElement& self) { self.setScalesLocked(old); });
+    m_scalesLocked = scalesLocked;
+    setModified(true);
+}
+
+void PCElement::setSelected(bool selected) {
+    m_selected = selected;
+    viewLayer().setSelected(selected);
+}
+
+void PCElement::setScaleTimelineSplit(bool split) {
+    m_scaleTimelineSplit = split;
+    setModified(true);
+}
+
+void PCElement::setTranslationTimelineSplit(bool split) {
+    m_translationTimelineSplit = split;
+    setModified(true);
+}
+
+}  // namespace tweenery

@@ -1,0 +1,273 @@
+// The seam between an element's setup state and the timelines of the selected animation.
+
+#include <algorithm>
+#include <cmath>
+
+#include "model/app_preferences.h"
+#include "model/element.h"
+#include "model/project.h"
+#include "platform/errors.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+
+using KeyframePtr = PCKeyedPropertyTimeline::KeyframePtr;
+using TimelinePtr = PCKeyedPropertyTimeline::Ptr;
+
+namespace {
+
+float floatAt(const TimelinePtr& timeline, int32_t timeInMS) {
+    return timeline ? timeline->floatValueAtTimeInMS(timeInMS) : 0.0F;
+}
+
+QPointF pointAt(const TimelinePtr& x, const TimelinePtr& y, int32_t timeInMS) {
+    return {static_cast<double>(floatAt(x, timeInMS)), static_cast<double>(floatAt(y, timeInMS))};
+}
+
+// The master keyframes between which an edit at a time stays.
+struct Neighbours {
+    KeyframePtr previous;
+    KeyframePtr next;
+};
+
+Neighbours masterNeighbours(const PCElement& element, int32_t timeInMS) {
+    PCProject* project = element.project();
+    const PCAnimation::Ptr animation =
+        project ? project->animationsManager().selectedAnimation() : nullptr;
+    if (!animation) return {};
+    const TimelinePtr& master = animation->masterKeyframesTimeline();
+    const bool isOnMaster = master->existingKeyframeAtTimeInMS(timeInMS) != nullptr;
+    const int32_t distance = isOnMaster ? 1 : 0;
+    Neighbours neighbours;
+    neighbours.previous = master->keyframeAtOrBeforeTimeInMS(timeInMS - distance);
+    const bool isLastMoment = timeInMS > INT32_MAX - distance;
+    if (!isLastMoment) neighbours.next = master->keyframeAtOrAfterTimeInMS(timeInMS + distance);
+    return neighbours;
+}
+
+}  // namespace
+
+PropertyValue PCElement::setupValueForPropertyType(int32_t type) const {
+    switch (type) {
+        case PCPropertyTypeImageContents:
+            return m_imageName;
+        case PCPropertyTypeOpacity:
+            return static_cast<float>(m_opacity);
+        case PCPropertyTypeZRotation:
+            return static_cast<float>(m_zRotation);
+        case PCPropertyTypeChildrenZPositions:
+        case PCPropertyTypeKeyAll:
+            return PCProject::sortedSubelementIdentifiers(*this);
+        case PCPropertyTypeScale:
+            return QPointF(1, 1);
+        case PCPropertyTypeTranslation:
+            return QPointF(0, 0);
+        case PCPropertyTypeScaleX:
+            return static_cast<float>(m_scale.x());
+        case PCPropertyTypeScaleY:
+            return static_cast<float>(m_scale.y());
+        case PCPropertyTypeTranslationX:
+        case PCPropertyTypeTranslationY:
+            return 0.0F;
+        case PCPropertyTypeZPosition:
+            return m_parent ? static_cast<float>(index()) : 0.0F;
+        default:
+            return {};
+    }
+}
+
+// Reading.
+
+float PCElement::zRotationAtTimeInMS(int32_t timeInMS) const {
+    return floatAt(zRotationTimeline(), timeInMS);
+}
+
+float PCElement::opacityAtTimeInMS(int32_t timeInMS) const {
+    return floatAt(opacityTimeline(), timeInMS);
+}
+
+QPointF PCElement::scaleAtTimeInMS(int32_t timeInMS) const {
+    return pointAt(scaleXTimeline(), scaleYTimeline(), timeInMS);
+}
+
+QPointF PCElement::translationAtTimeInMS(int32_t timeInMS) const {
+    return pointAt(translationXTimeline(), translationYTimeline(), timeInMS);
+}
+
+QPointF PCElement::positionAtTimeInMS(int32_t timeInMS) const {
+    return m_position + translationAtTimeInMS(timeInMS);
+}
+
+QString PCElement::imageContentsAtTimeInMS(int32_t timeInMS) const {
+    const TimelinePtr timeline = imageContentsTimeline();
+    return timeline ? timeline->stringValueAtTimeInMS(timeInMS) : QString();
+}
+
+QStringList PCElement::childrenZPositionsAtTimeInMS(int32_t timeInMS) const {
+    const TimelinePtr timeline = childrenZPositionsTimeline();
+    return timeline ? timeline->arrayValueAtTimeInMS(timeInMS) : QStringList();
+}
+
+float PCElement::canvasRotationAtTimeInMS(int32_t timeInMS) const {
+    if (isCanvas()) return 0;
+    const PCElement* parent = parentElement();
+    return zRotationAtTimeInMS(timeInMS) +
+           (parent ? parent->canvasRotationAtTimeInMS(timeInMS) : 0);
+}
+
+double PCElement::canvasXScaleAtTimeInMS(int32_t timeInMS) const {
+    if (isCanvas()) return 1;
+    const PCElement* parent = parentElement();
+    return scaleAtTimeInMS(timeInMS).x() * (parent ? parent->canvasXScaleAtTimeInMS(timeInMS) : 1);
+}
+
+double PCElement::canvasYScaleAtTimeInMS(int32_t timeInMS) const {
+    if (isCanvas()) return 1;
+    const PCElement* parent = parentElement();
+    return scaleAtTimeInMS(timeInMS).y() * (parent ? parent->canvasYScaleAtTimeInMS(timeInMS) : 1);
+}
+
+QPointF PCElement::canvasTranslationAtTimeInMS(int32_t timeInMS) const {
+    const PCElement* parent = parentElement();
+    if (isCanvas() || !parent) return {};
+    const QPointF sum =
+        parent->canvasTranslationAtTimeInMS(timeInMS) + translationAtTimeInMS(timeInMS);
+    const float rotation = parent->zRotationAtTimeInMS(timeInMS);
+    if (rotation == 0) return sum;
+    const auto cosine = static_cast<double>(std::cos(rotation));
+    const auto sine = static_cast<double>(std::sin(rotation));
+    const QPointF pivot = parent->anchorPointInPts();
+    const QPointF arm = m_position - pivot;
+    const QPointF rotated(arm.x() * cosine - arm.y() * sine + pivot.x(),
+                          arm.x() * sine + arm.y() * cosine + pivot.y());
+    return sum + rotated - m_position;
+}
+
+// Writing.
+
+// A master keyframe is a wall: the values at the neighbouring ones are pinned before the edit. They
+// are read before anything is written.
+template <typename Read, typename Write>
+void PCElement::pinNeighbours(int32_t timeInMS, Read read, Write write) {
+    const Neighbours neighbours = masterNeighbours(*this, timeInMS);
+    const bool pinsPrevious = neighbours.previous && PCAppPreferences::tweenOn();
+    const int32_t previousTime = pinsPrevious ? neighbours.previous->timeInMS() : 0;
+    const int32_t nextTime = neighbours.next ? neighbours.next->timeInMS() : 0;
+    const auto previousValue = read(previousTime);
+    const auto nextValue = read(nextTime);
+    if (pinsPrevious) write(previousValue, previousTime)->setKeyall(true);
+    if (neighbours.next) write(nextValue, nextTime)->setKeyall(true);
+}
+
+KeyframePtr PCElement::setFloatValue(float value, int32_t timeInMS, const TimelinePtr& timeline) {
+    if (!timeline) return nullptr;
+    if (!isFloatProperty(timeline->propertyType())) {
+        failContract(
+            u"You cannot call setFloatValue:atTimeInMS:forTimeline: on this timeline %1"_s.arg(
+                stringFromPropertyType(timeline->propertyType())));
+    }
+    pinNeighbours(
+        timeInMS, [&timeline](int32_t time) { return timeline->floatValueAtTimeInMS(time); },
+        [&timeline](float pinned, int32_t time) {
+            return timeline->setFloatPropertyValue(pinned, time);
+        });
+    return timeline->setFloatPropertyValue(value, timeInMS);
+}
+
+KeyframePtr PCElement::setSyncedFloat(float value, int32_t timeInMS, int32_t type,
+                                      const QString& notification) {
+    KeyframePtr keyframe = setFloatValue(value, timeInMS, timeline(type));
+    viewLayer().syncWithModelAtTimeInMS(timeInMS);
+    post(notification);
+    return keyframe;
+}
+
+KeyframePtr PCElement::setXScale(float value, int32_t timeInMS) {
+    return setSyncedFloat(value, timeInMS, PCPropertyTypeScaleX, ElementNotification::scale);
+}
+KeyframePtr PCElement::setYScale(float value, int32_t timeInMS) {
+    return setSyncedFloat(value, timeInMS, PCPropertyTypeScaleY, ElementNotification::scale);
+}
+KeyframePtr PCElement::setXTranslation(float value, int32_t timeInMS) {
+    return setSyncedFloat(value, timeInMS, PCPropertyTypeTranslationX,
+                          ElementNotification::position);
+}
+KeyframePtr PCElement::setYTranslation(float value, int32_t timeInMS) {
+    return setSyncedFloat(value, timeInMS, PCPropertyTypeTranslationY,
+                          ElementNotification::position);
+}
+KeyframePtr PCElement::setOpacity(float opacity, int32_t timeInMS) {
+    return setSyncedFloat(std::clamp(opacity, 0.0F, 1.0F), timeInMS, PCPropertyTypeOpacity,
+                          ElementNotification::opacity);
+}
+
+KeyframePtr PCElement::setZRotation(float radians, int32_t timeInMS) {
+    KeyframePtr keyframe = setFloatValue(radians, timeInMS, zRotationTimeline());
+    post(ElementNotification::rotation);
+    return keyframe;
+}
+
+void PCElement::setScale(QPointF scale, int32_t timeInMS) {
+    const QPointF old = scaleAtTimeInMS(timeInMS);
+    if (old.x() != scale.x()) setXScale(static_cast<float>(scale.x()), timeInMS);
+    if (old.y() != scale.y()) setYScale(static_cast<float>(scale.y()), timeInMS);
+    viewLayer().syncWithModelAtTimeInMS(timeInMS);
+    post(ElementNotification::scale);
+}
+
+void PCElement::setTranslation(QPointF translation, int32_t timeInMS) {
+    const QPointF old = translationAtTimeInMS(timeInMS);
+    if (old.x() != translation.x()) setXTranslation(static_cast<float>(translation.x()), timeInMS);
+    if (old.y() != translation.y()) setYTranslation(static_cast<float>(translation.y()), timeInMS);
+    viewLayer().syncWithModelAtTimeInMS(timeInMS);
+    post(ElementNotification::position);
+}
+
+// Images and children orders only jump: every keyframe written is instant.
+KeyframePtr PCElement::keyInstantly(const PropertyValue& value, int32_t timeInMS, int32_t type) {
+    const TimelinePtr target = timeline(type);
+    if (!target) return nullptr;
+    const auto write = [&target](const PropertyValue& written, int32_t time) {
+        KeyframePtr keyframe = target->setStoredPropertyValue(written, time);
+        keyframe->setInstantTransition(true);
+        return keyframe;
+    };
+    pinNeighbours(
+        timeInMS, [&target](int32_t time) { return target->valueAtTimeInMS(time); }, write);
+    return write(value, timeInMS);
+}
+
+KeyframePtr PCElement::setImageContents(const QString& imageName, int32_t timeInMS) {
+    KeyframePtr keyframe = keyInstantly(imageName, timeInMS, PCPropertyTypeImageContents);
+    viewLayer().syncWithModelAtTimeInMS(timeInMS);
+    post(ElementNotification::contents);
+    return keyframe;
+}
+
+KeyframePtr PCElement::setChildrenZPositions(const QStringList& identifiers, int32_t timeInMS) {
+    KeyframePtr keyframe = keyInstantly(identifiers, timeInMS, PCPropertyTypeChildrenZPositions);
+    viewLayer().syncWithModelAtTimeInMS(timeInMS);
+    post(ElementNotification::childrenZPosition);
+    return keyframe;
+}
+
+void PCElement::setAnchorPoint(QPointF anchorPoint, int32_t timeInMS) {
+    const QPointF position = positionAtTimeInMS(timeInMS);
+    const QPointF scale = scaleAtTimeInMS(timeInMS);
+    const QPointF newAnchor(m_size.width() * anchorPoint.x(), m_size.height() * anchorPoint.y());
+    QTransform transform;
+    transform.rotateRadians(static_cast<double>(zRotationAtTimeInMS(timeInMS)));
+    transform.scale(scale.x(), scale.y());
+    const QPointF moved = position - transform.map(anchorPointInPts()) + transform.map(newAnchor);
+    setAnchorPoint(anchorPoint);
+    setTranslation(moved - m_position, timeInMS);
+}
+
+void PCElement::removeAllTimelines() {
+    viewLayer().removeAllAnimations();
+    clearTimelines();
+    viewLayer().syncWithModel();
+}
+
+}  // namespace tweenery

@@ -1,0 +1,335 @@
+#include "model/keyed_property_timeline.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "model/easing.h"
+#include "model/element.h"
+#include "model/project.h"
+#include "model/timing_tables.h"
+#include "platform/errors.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+
+PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::initForElement(
+    const std::shared_ptr<PCElement>& element, int32_t type) {
+    Ptr timeline(new PCKeyedPropertyTimeline(type));
+    timeline->setElement(element);
+    return timeline;
+}
+
+PCKeyedPropertyTimeline::~PCKeyedPropertyTimeline() {
+    detachAll();
+}
+
+void PCKeyedPropertyTimeline::setElement(const std::shared_ptr<PCElement>& element) {
+    m_element = WeakRef<PCElement>(element);
+}
+
+PCProject* PCKeyedPropertyTimeline::project() const {
+    if (const PCElement* owner = element()) return owner->project();
+    return m_project.lock().get();
+}
+
+UndoManager* PCKeyedPropertyTimeline::undoManager() const {
+    PCProject* owner = project();
+    return owner ? &owner->undoManager() : nullptr;
+}
+
+bool PCKeyedPropertyTimeline::autoreversesFromCurrentRepeatBehavior() const {
+    if (m_propertyType == PCPropertyTypeChildrenZPositions) {
+        const PCElement* owner = element();
+        const PCElement* parent = owner ? owner->parentElement() : nullptr;
+        const Ptr decisive = parent ? parent->childrenZPositionsTimeline() : nullptr;
+        return decisive && decisive->m_repeatBehavior == PCRepeatBehaviorForeverAutoreverse;
+    }
+    return m_repeatBehavior == PCRepeatBehaviorForeverAutoreverse;
+}
+
+float PCKeyedPropertyTimeline::effectiveTimeForTimeInMS(int32_t timeInMS) const {
+    if (timeInMS == 0) return 0;
+    const int32_t duration = durationInMS();
+    if (timeInMS <= duration || m_repeatBehavior == PCRepeatBehaviorNever) {
+        return static_cast<float>(timeInMS);
+    }
+    if (duration <= 0) return 0;
+    const int32_t rest = timeInMS % duration;
+    const bool isOddPass = (timeInMS / duration) % 2 != 0;
+    const bool isBackward = isOddPass && autoreversesFromCurrentRepeatBehavior();
+    return static_cast<float>(isBackward ? duration - rest : rest);
+}
+
+float PCKeyedPropertyTimeline::floatParsedByThreshold(float value) {
+    constexpr float kNear = 0.05F;
+    if (value > -kNear && value < 0) return -kNear;
+    if (value >= 0 && value < kNear) return kNear;
+    return value;
+}
+
+float PCKeyedPropertyTimeline::interpolateFloatForEffectiveTimeInMS(int32_t effectiveTime,
+                                                                    int32_t startTime,
+                                                                    float startValue,
+                                                                    int32_t endTime, float endValue,
+                                                                    int64_t easing) {
+    const auto elapsed = static_cast<float>(static_cast<int64_t>(effectiveTime) - startTime);
+    const auto length = static_cast<float>(static_cast<int64_t>(endTime) - startTime);
+    float progress = elapsed / length;
+    const double frame = static_cast<double>(1000.0F * progress) + 0.5;
+    if (!(frame < 1000)) {
+        progress = 1;
+    } else if (const TimingTable* table = timingTableForEasingMode(easing)) {
+        progress = static_cast<float>((*table)[static_cast<size_t>(std::max(frame, 0.0))]);
+    }
+    return startValue + (endValue - startValue) * progress;
+}
+
+PropertyValue PCKeyedPropertyTimeline::setupValue() const {
+    const PCElement* owner = element();
+    return owner ? owner->setupValueForPropertyType(m_propertyType) : PropertyValue();
+}
+
+// The setup value of a float property without the boxing of setupValue().
+float PCKeyedPropertyTimeline::setupNumber() const {
+    const PCElement* owner = element();
+    if (!owner) return 0;
+    switch (m_propertyType) {
+        case PCPropertyTypeOpacity:
+            return static_cast<float>(owner->opacity());
+        case PCPropertyTypeZRotation:
+            return static_cast<float>(owner->zRotation());
+        case PCPropertyTypeScaleX:
+            return static_cast<float>(owner->scale().x());
+        case PCPropertyTypeScaleY:
+            return static_cast<float>(owner->scale().y());
+        case PCPropertyTypeTranslationX:
+        case PCPropertyTypeTranslationY:
+            return 0;
+        default:
+            return floatOfValue(setupValue());
+    }
+}
+
+PCKeyedPropertyTimeline::FactorAndOffset PCKeyedPropertyTimeline::factorAndOffset() const {
+    switch (m_propertyType) {
+        case PCPropertyTypeOpacity:
+        case PCPropertyTypeScaleX:
+        case PCPropertyTypeScaleY:
+            return {floatParsedByThreshold(setupNumber()), 0};
+        case PCPropertyTypeZRotation:
+            return {1, floatParsedByThreshold(setupNumber())};
+        default:
+            return {1, 0};
+    }
+}
+
+PropertyValue PCKeyedPropertyTimeline::valueOfKeyframe(const PCPropertyKeyframe& keyframe) const {
+    const PropertyValue stored = keyframe.propertyValue();
+    const float* number = std::get_if<float>(&stored);
+    if (!number || isInstantTransition()) return stored;
+    const auto [factor, offset] = factorAndOffset();
+    return *number * factor + offset;
+}
+
+PropertyValue PCKeyedPropertyTimeline::valueOfKeyframeAtIndex(size_t index) const {
+    if (m_keys[index].held != Held::Number || isInstantTransition())
+        return storedValueOfKeyframe(index);
+    return floatValueOfKeyframeAtIndex(index);
+}
+
+float PCKeyedPropertyTimeline::floatValueOfKeyframeAtIndex(size_t index) const {
+    const auto [factor, offset] = factorAndOffset();
+    return m_keys[index].number * factor + offset;
+}
+
+PropertyValue PCKeyedPropertyTimeline::valueAtTimeInMS(int32_t timeInMS) const {
+    if (isEmpty()) return setupValue();
+    if (isFloatProperty(m_propertyType)) return floatValueAtTimeInMS(timeInMS);
+    return heldValueAt(wholeMilliseconds(effectiveTimeForTimeInMS(timeInMS)));
+}
+
+float PCKeyedPropertyTimeline::floatValueAtTimeInMS(int32_t timeInMS) const {
+    if (isEmpty()) return setupNumber();
+    if (!isFloatProperty(m_propertyType)) return floatOfValue(valueAtTimeInMS(timeInMS));
+    return numberAt(wholeMilliseconds(effectiveTimeForTimeInMS(timeInMS)));
+}
+
+QPointF PCKeyedPropertyTimeline::pointValueAtTimeInMS(int32_t timeInMS) const {
+    return pointOfValue(valueAtTimeInMS(timeInMS));
+}
+QStringList PCKeyedPropertyTimeline::arrayValueAtTimeInMS(int32_t timeInMS) const {
+    return arrayOfValue(valueAtTimeInMS(timeInMS));
+}
+QString PCKeyedPropertyTimeline::stringValueAtTimeInMS(int32_t timeInMS) const {
+    return stringOfValue(valueAtTimeInMS(timeInMS));
+}
+
+// Properties that never tween: the last keyframe holds.
+PropertyValue PCKeyedPropertyTimeline::heldValueAt(int32_t effectiveTime) const {
+    const size_t index = indexAtOrBefore(effectiveTime);
+    return index == kNotFound ? setupValue() : storedValueOfKeyframe(index);
+}
+
+float PCKeyedPropertyTimeline::numberAt(int32_t effectiveTime) const {
+    const auto [factor, offset] = factorAndOffset();
+    const auto absolute = [factor = factor, offset = offset](const Key& key) {
+        return key.number * factor + offset;
+    };
+    const size_t before = indexAtOrBefore(effectiveTime);
+    const size_t after = before == kNotFound ? 0 : before + 1;
+    const Key* from = before == kNotFound ? nullptr : &m_keys[before];
+    if (from && (from->timeInMS == effectiveTime || after == m_keys.size())) return absolute(*from);
+
+    const Key& to = m_keys[after];
+    if (to.has(kInstant)) return from ? absolute(*from) : setupNumber();
+    float startValue = from ? absolute(*from) : setupNumber();
+    float endValue = absolute(to);
+    if (m_propertyType == PCPropertyTypeOpacity) {
+        startValue = std::clamp(startValue, 0.0F, 1.0F);
+        endValue = std::clamp(endValue, 0.0F, 1.0F);
+    }
+    return interpolateFloatForEffectiveTimeInMS(effectiveTime, from ? from->timeInMS : 0,
+                                                startValue, to.timeInMS, endValue, to.easingMode);
+}
+
+int32_t PCKeyedPropertyTimeline::wholeMilliseconds(float effectiveTime) {
+    // The largest times round up past the integers when they become floats.
+    if (effectiveTime >= 2147483648.0F) return INT32_MAX;
+    return static_cast<int32_t>(effectiveTime);
+}
+
+PropertyValue PCKeyedPropertyTimeline::keyframeValueAtOrBeforeTimeInMS(int32_t timeInMS) const {
+    const size_t index = firstKeyframeIndexAtOrBeforeTimeInMS(timeInMS);
+    return index == kNotFound ? setupValue() : storedValueOfKeyframe(index);
+}
+
+PropertyValue PCKeyedPropertyTimeline::keyframeValueAtOrAfterTimeInMS(int32_t timeInMS) const {
+    const size_t index = firstKeyframeIndexAtOrAfterTimeInMS(timeInMS);
+    return index == kNotFound ? setupValue() : storedValueOfKeyframe(index);
+}
+
+bool PCKeyedPropertyTimeline::timeInMSIsBeforeFirstKeyframe(int32_t timeInMS) const {
+    return isEmpty() || m_keys.front().timeInMS > timeInMS;
+}
+
+bool PCKeyedPropertyTimeline::validateTimeForKeyframesAreSorted() const {
+    return std::adjacent_find(m_keys.begin(), m_keys.end(), [](const Key& a, const Key& b) {
+               return a.timeInMS >= b.timeInMS;
+           }) == m_keys.end();
+}
+
+// Lookup.
+
+size_t PCKeyedPropertyTimeline::indexAtOrBefore(int32_t timeInMS) const {
+    // During playback the answer is nearly always the last one or the one after it.
+    for (size_t i = m_segmentHint; i < m_keys.size() && i <= m_segmentHint + size_t{1}; ++i) {
+        const bool isLast = i + 1 == m_keys.size();
+        if (m_keys[i].timeInMS <= timeInMS && (isLast || m_keys[i + 1].timeInMS > timeInMS)) {
+            m_segmentHint = static_cast<uint32_t>(i);
+            return i;
+        }
+    }
+    const auto next =
+        std::partition_point(m_keys.begin(), m_keys.end(),
+                             [timeInMS](const Key& key) { return key.timeInMS <= timeInMS; });
+    if (next == m_keys.begin()) return kNotFound;
+    m_segmentHint = static_cast<uint32_t>(next - m_keys.begin() - 1);
+    return m_segmentHint;
+}
+
+size_t PCKeyedPropertyTimeline::firstKeyframeIndexAtOrBeforeTimeInMS(int32_t timeInMS) const {
+    return indexAtOrBefore(timeInMS);
+}
+
+size_t PCKeyedPropertyTimeline::firstKeyframeIndexAtOrAfterTimeInMS(int32_t timeInMS) const {
+    const auto found =
+        std::partition_point(m_keys.begin(), m_keys.end(),
+                             [timeInMS](const Key& key) { return key.timeInMS < timeInMS; });
+    return found == m_keys.end() ? kNotFound : static_cast<size_t>(found - m_keys.begin());
+}
+
+PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::existingKeyframeAtKeyframeIndex(
+    size_t index) const {
+    return index < m_keys.size() ? handleAt(index) : nullptr;
+}
+
+PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::keyframeAtOrAfterTimeInMS(
+    int32_t timeInMS) const {
+    return existingKeyframeAtKeyframeIndex(firstKeyframeIndexAtOrAfterTimeInMS(timeInMS));
+}
+
+PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::keyframeAtOrBeforeTimeInMS(
+    int32_t timeInMS) const {
+    return existingKeyframeAtKeyframeIndex(firstKeyframeIndexAtOrBeforeTimeInMS(timeInMS));
+}
+
+PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::existingKeyframeAtTimeInMS(
+    int32_t timeInMS) const {
+    const size_t index = firstKeyframeIndexAtOrAfterTimeInMS(timeInMS);
+    if (index == kNotFound || m_keys[index].timeInMS != timeInMS) return nullptr;
+    return handleAt(index);
+}
+
+PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::keyframeClosestToTimeInMS(
+    int32_t timeInMS) const {
+    const auto distance = [timeInMS](const Key& key) {
+        return std::abs(static_cast<int64_t>(key.timeInMS) - timeInMS);
+    };
+    const auto closest = std::min_element(
+        m_keys.begin(), m_keys.end(),
+        [&distance](const Key& a, const Key& b) { return distance(a) < distance(b); });
+    if (closest == m_keys.end()) return nullptr;
+    return handleAt(static_cast<size_t>(closest - m_keys.begin()));
+}
+
+PCKeyedPropertyTimeline::Keyframes PCKeyedPropertyTimeline::keyframesBetweenStartTime(
+    int32_t startTime, int32_t endTime) const {
+    Keyframes found;
+    for (size_t i = 0; i < m_keys.size(); ++i) {
+        if (m_keys[i].timeInMS >= startTime && m_keys[i].timeInMS <= endTime) {
+            found.push_back(handleAt(i));
+        }
+    }
+    return found;
+}
+
+PCKeyedPropertyTimeline::Keyframes PCKeyedPropertyTimeline::keyframesSortedByTime() const {
+    Keyframes all;
+    all.reserve(m_keys.size());
+    for (size_t i = 0; i < m_keys.size(); ++i) {
+        all.push_back(handleAt(i));
+    }
+    std::stable_sort(all.begin(), all.end(), [](const KeyframePtr& a, const KeyframePtr& b) {
+        return a->timeInMS() < b->timeInMS();
+    });
+    return all;
+}
+
+QString PCKeyedPropertyTimeline::displayString() const {
+    return QString::fromLatin1(propertyTypeRow(m_propertyType).displayText);
+}
+
+QString PCKeyedPropertyTimeline::debugDescription() const {
+    const QString elementName = element() ? element()->name() : QString();
+    QString text = u"[timeline%1 %2 (count:%3): "_s.arg(
+        element() ? u" (%1)"_s.arg(elementName) : QString(), stringFromPropertyType(m_propertyType),
+        QString::number(keyframesCount()));
+    if (!isEmpty() && m_keys.front().timeInMS > 0) {
+        text += u"%1 (from element '%2')"_s.arg(describeValue(valueAtTimeInMS(0)), elementName);
+    }
+    QStringList parts;
+    for (size_t i = 0; i < m_keys.size(); ++i) {
+        parts += u"<%1%2%3|%4-->%5>"_s.arg(QString::number(m_keys[i].timeInMS),
+                                           m_keys[i].has(kInstant) ? u"(INSTANT)"_s : QString(),
+                                           easingSuffix(m_keys[i].easingMode),
+                                           describeValue(storedValueOfKeyframe(i)),
+                                           describeValue(valueOfKeyframeAtIndex(i)));
+    }
+    text +=
+        parts.join(u", "_s) + u"] repeatBehavior:"_s + stringFromRepeatBehavior(m_repeatBehavior);
+    if (autoreversesFromCurrentRepeatBehavior()) text += u" (AUTOREVERSES)"_s;
+    return text;
+}
+
+}  // namespace tweenery

@@ -1,0 +1,317 @@
+// How a timeline's keyframes change, and how they are kept packed.
+
+#include <algorithm>
+#include <numeric>
+
+#include "model/app_preferences.h"
+#include "model/easing.h"
+#include "model/element.h"
+#include "model/keyed_property_timeline.h"
+#include "model/project.h"
+#include "platform/errors.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+
+// Packed storage.
+
+KeyframeRecord PCKeyedPropertyTimeline::recordOfKeyframe(size_t index) const {
+    const Key& key = m_keys[index];
+    KeyframeRecord record;
+    record.timeInMS = key.timeInMS;
+    record.easingMode = key.easingMode;
+    record.instantTransition = key.has(kInstant);
+    record.keyall = key.has(kKeyall);
+    record.liveRecorded = key.has(kRecorded);
+    record.liveRecordedStart = key.has(kRecordedStart);
+    record.liveRecordedEnd = key.has(kRecordedEnd);
+    record.identifier = m_identifiers[index];
+    record.value = storedValueOfKeyframe(index);
+    return record;
+}
+
+PropertyValue PCKeyedPropertyTimeline::storedValueOfKeyframe(size_t index) const {
+    switch (m_keys[index].held) {
+        case Held::Number:
+            return m_keys[index].number;
+        case Held::Other:
+            return (*m_otherValues)[index];
+        case Held::Nothing:
+            break;
+    }
+    return {};
+}
+
+void PCKeyedPropertyTimeline::writeRecord(size_t index, const KeyframeRecord& record) {
+    const auto flag = [](bool set, Flag bit) { return set ? static_cast<int>(bit) : 0; };
+    Key& key = m_keys[index];
+    key.timeInMS = record.timeInMS;
+    key.easingMode = static_cast<int16_t>(record.easingMode);
+    key.flags = static_cast<uint8_t>(
+        flag(record.instantTransition, kInstant) | flag(record.keyall, kKeyall) |
+        flag(record.liveRecorded, kRecorded) | flag(record.liveRecordedStart, kRecordedStart) |
+        flag(record.liveRecordedEnd, kRecordedEnd));
+    m_identifiers[index] = record.identifier;
+    writeValue(index, record.value);
+}
+
+void PCKeyedPropertyTimeline::writeValue(size_t index, const PropertyValue& value) {
+    Key& key = m_keys[index];
+    if (key.held == Held::Other) (*m_otherValues)[index] = {};
+    if (const float* number = std::get_if<float>(&value)) {
+        key.number = *number;
+        key.held = Held::Number;
+    } else if (std::holds_alternative<std::monostate>(value)) {
+        key.held = Held::Nothing;
+    } else {
+        if (!m_otherValues) m_otherValues = std::make_unique<OtherValues>(m_keys.size());
+        (*m_otherValues)[index] = value;
+        key.held = Held::Other;
+    }
+}
+
+void PCKeyedPropertyTimeline::insertRecord(size_t index, const KeyframeRecord& record,
+                                           PCPropertyKeyframe* handle) {
+    const auto at = static_cast<ptrdiff_t>(index);
+    m_keys.insert(m_keys.begin() + at, Key());
+    m_identifiers.insert(m_identifiers.begin() + at, Identifier());
+    if (m_otherValues) m_otherValues->insert(m_otherValues->begin() + at, PropertyValue());
+    if (m_handles) m_handles->insert(m_handles->begin() + at, nullptr);
+    renumberHandles(index + 1);
+    writeRecord(index, record);
+    if (handle) attach(*handle, index);
+}
+
+void PCKeyedPropertyTimeline::eraseAt(size_t index) {
+    const auto at = static_cast<ptrdiff_t>(index);
+    if (m_handles) {
+        if (PCPropertyKeyframe* handle = (*m_handles)[index]) detach(*handle);
+        m_handles->erase(m_handles->begin() + at);
+    }
+    m_keys.erase(m_keys.begin() + at);
+    m_identifiers.erase(m_identifiers.begin() + at);
+    if (m_otherValues) m_otherValues->erase(m_otherValues->begin() + at);
+    renumberHandles(index);
+}
+
+// Handles.
+
+PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::handleAt(size_t index) const {
+    if (m_handles && (*m_handles)[index]) return (*m_handles)[index]->shared_from_this();
+    // A handle may write, which is the timeline's business and not its reader's.
+    auto* self = const_cast<PCKeyedPropertyTimeline*>(this);
+    KeyframePtr handle = PCPropertyKeyframe::initWithRecord(self->shared_from_this(), {});
+    self->attach(*handle, index);
+    return handle;
+}
+
+void PCKeyedPropertyTimeline::attach(PCPropertyKeyframe& handle, size_t index) {
+    if (!m_handles) m_handles = std::make_unique<Handles>(m_keys.size(), nullptr);
+    (*m_handles)[index] = &handle;
+    handle.m_owner = this;
+    handle.m_index = index;
+    handle.m_timeline = weak_from_this();
+    handle.m_record = {};
+}
+
+void PCKeyedPropertyTimeline::detach(PCPropertyKeyframe& handle) {
+    handle.m_record = recordOfKeyframe(handle.m_index);
+    handle.m_owner = nullptr;
+    (*m_handles)[handle.m_index] = nullptr;
+}
+
+void PCKeyedPropertyTimeline::forgetHandle(size_t index) {
+    (*m_handles)[index] = nullptr;
+}
+
+void PCKeyedPropertyTimeline::detachAll() {
+    if (!m_handles) return;
+    for (PCPropertyKeyframe* handle : *m_handles) {
+        if (handle) detach(*handle);
+    }
+    m_handles.reset();
+}
+
+void PCKeyedPropertyTimeline::renumberHandles(size_t from) {
+    if (!m_handles) return;
+    for (size_t i = from; i < m_handles->size(); ++i) {
+        if ((*m_handles)[i]) (*m_handles)[i]->m_index = i;
+    }
+}
+
+// Edits.
+
+void PCKeyedPropertyTimeline::didChange() {
+    m_hasUnsavedChanges = true;
+    if (m_listener) m_listener->keyedPropertyTimelineDidChange(*this);
+}
+
+void PCKeyedPropertyTimeline::setRepeatBehavior(int64_t behavior) {
+    m_repeatBehavior = static_cast<int8_t>(std::clamp<int64_t>(behavior, INT8_MIN, INT8_MAX));
+    didChange();
+}
+
+KeyframeRecord PCKeyedPropertyTimeline::newKeyframeRecord(int32_t timeInMS) const {
+    KeyframeRecord record;
+    record.timeInMS = timeInMS;
+    record.identifier = Identifier::generate();
+    record.instantTransition = !PCAppPreferences::tweenOn();
+    PCProject* owner = project();
+    const int64_t easing = owner ? owner->preferences().defaultEasingMode() : 0;
+    if (easing == -1) {
+        record.instantTransition = true;
+    } else {
+        record.easingMode = packedEasingMode(easing);
+    }
+    return record;
+}
+
+PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::retrieveOrCreateKeyframeAtTimeInMS(
+    int32_t timeInMS) {
+    size_t index = firstKeyframeIndexAtOrAfterTimeInMS(timeInMS);
+    if (index == kNotFound) index = m_keys.size();
+    const bool exists = index < m_keys.size() && m_keys[index].timeInMS == timeInMS;
+    if (!exists) insertRecord(index, newKeyframeRecord(timeInMS), nullptr);
+    return handleAt(index);
+}
+
+PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setStoredPropertyValue(
+    const PropertyValue& value, int32_t timeInMS) {
+    const KeyframePtr existing = existingKeyframeAtTimeInMS(timeInMS);
+    const PropertyValue oldValue = existing ? existing->propertyValue() : PropertyValue();
+    KeyframePtr keyframe = retrieveOrCreateKeyframeAtTimeInMS(timeInMS);
+    keyframe->setPropertyValue(value);
+    didChange();
+    if (UndoManager* undo = undoManager()) {
+        const Ptr self = shared_from_this();
+        if (existing) {
+            undo->registerUndo(
+                [self, oldValue, timeInMS] { self->setStoredPropertyValue(oldValue, timeInMS); });
+        } else {
+            // By time, not by handle: a deletion undone in between has made another keyframe.
+            undo->registerUndo([self, timeInMS] {
+                self->deleteKeyframe(self->existingKeyframeAtTimeInMS(timeInMS));
+            });
+        }
+    }
+    return keyframe;
+}
+
+PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setFloatPropertyValue(
+    float value, int32_t timeInMS) {
+    const auto [factor, offset] = factorAndOffset();
+    return setStoredPropertyValue(value / factor - offset, timeInMS);
+}
+
+PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setPointPropertyValue(
+    QPointF value, int32_t timeInMS) {
+    return setStoredPropertyValue(value, timeInMS);
+}
+
+PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setArrayPropertyValue(
+    const QStringList& value, int32_t timeInMS) {
+    return setStoredPropertyValue(value, timeInMS);
+}
+
+PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setStringPropertyValue(
+    const QString& value, int32_t timeInMS) {
+    return setStoredPropertyValue(value, timeInMS);
+}
+
+PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setExistingValueAtTimeInMS(
+    int32_t timeInMS) {
+    if (isStringProperty(m_propertyType)) {
+        return setStringPropertyValue(stringValueAtTimeInMS(timeInMS), timeInMS);
+    }
+    if (isArrayProperty(m_propertyType)) {
+        return setArrayPropertyValue(arrayValueAtTimeInMS(timeInMS), timeInMS);
+    }
+    if (isPointProperty(m_propertyType)) {
+        return setPointPropertyValue(pointValueAtTimeInMS(timeInMS), timeInMS);
+    }
+    return setFloatPropertyValue(floatValueAtTimeInMS(timeInMS), timeInMS);
+}
+
+void PCKeyedPropertyTimeline::deleteKeyframe(const KeyframePtr& keyframe) {
+    if (!keyframe || keyframe->m_owner != this) return;
+    if (UndoManager* undo = undoManager()) {
+        undo->registerUndo(
+            [self = shared_from_this(), value = keyframe->propertyValue(),
+             time = keyframe->timeInMS()] { self->setStoredPropertyValue(value, time); });
+    }
+    eraseAt(keyframe->m_index);
+    didChange();
+    const bool hasNothingToLoopOver = isEmpty() || (m_keys.size() == 1 && m_keys[0].timeInMS == 0);
+    if (hasNothingToLoopOver) m_repeatBehavior = PCRepeatBehaviorNever;
+}
+
+PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::duplicateKeyframe(
+    const KeyframePtr& keyframe) {
+    KeyframePtr copy = setStoredPropertyValue(keyframe->propertyValue(), keyframe->timeInMS() + 1);
+    KeyframeRecord record = recordOfKeyframe(copy->m_index);
+    record.instantTransition = keyframe->instantTransition();
+    writeRecord(copy->m_index, record);
+    didChange();
+    return copy;
+}
+
+void PCKeyedPropertyTimeline::moveKeyframeAtTimeInMS(int32_t fromTime, int32_t toTime) {
+    const KeyframePtr keyframe = keyframeClosestToTimeInMS(fromTime);
+    if (!keyframe) return;
+    keyframe->setTimeInMS(toTime);
+    if (UndoManager* undo = undoManager()) {
+        undo->registerUndo([self = shared_from_this(), fromTime, toTime] {
+            self->moveKeyframeAtTimeInMS(toTime, fromTime);
+        });
+    }
+    updateKeyframeSort();
+}
+
+void PCKeyedPropertyTimeline::removeAllKeyframes() {
+    detachAll();
+    m_keys.clear();
+    m_identifiers.clear();
+    m_otherValues.reset();
+    didChange();
+}
+
+void PCKeyedPropertyTimeline::setKeyframes(const Keyframes& keyframes) {
+    std::vector<KeyframeRecord> records;
+    records.reserve(keyframes.size());
+    for (const KeyframePtr& keyframe : keyframes) {
+        records.push_back(keyframe->record());
+    }
+    detachAll();
+    m_keys.clear();
+    m_identifiers.clear();
+    m_otherValues.reset();
+    for (size_t i = 0; i < records.size(); ++i) {
+        const bool isOurs = keyframes[i]->m_owner == nullptr;
+        insertRecord(i, records[i], isOurs ? keyframes[i].get() : nullptr);
+    }
+    if (m_listener) m_listener->keyedPropertyTimelineDidChange(*this);
+}
+
+void PCKeyedPropertyTimeline::updateKeyframeSort() {
+    std::vector<size_t> order(m_keys.size());
+    std::iota(order.begin(), order.end(), size_t{0});
+    std::stable_sort(order.begin(), order.end(), [this](size_t a, size_t b) {
+        return m_keys[a].timeInMS < m_keys[b].timeInMS;
+    });
+    const auto permute = [&order](auto& values) {
+        std::remove_reference_t<decltype(values)> sorted;
+        sorted.reserve(values.size());
+        for (const size_t from : order) {
+            sorted.push_back(std::move(values[from]));
+        }
+        values.swap(sorted);
+    };
+    permute(m_keys);
+    permute(m_identifiers);
+    if (m_otherValues) permute(*m_otherValues);
+    if (m_handles) permute(*m_handles);
+    renumberHandles(0);
+}
+
+}  // namespace tweenery

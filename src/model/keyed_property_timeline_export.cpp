@@ -1,0 +1,59 @@
+// What the code generator asks of its private copies of the timelines.
+
+#include <algorithm>
+
+#include "model/keyed_property_timeline.h"
+#include "platform/number_text.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+namespace {
+
+QString threeDecimals(double value) {
+    return QString::fromStdString(fixedText(value, 3));
+}
+
+}  // namespace
+
+void PCKeyedPropertyTimeline::EXPORT_setDurationInTimeInMS(int32_t duration) {
+    if (m_repeatBehavior != PCRepeatBehaviorNever || durationInMS() >= duration) return;
+    if (m_propertyType == PCPropertyTypeChildrenZPositions) return;
+    const PropertyValue held = valueAtTimeInMS(duration);
+    const auto [factor, offset] = factorAndOffset();
+    KeyframeRecord record;
+    record.timeInMS = duration;
+    record.identifier = Identifier::generate();
+    const float* number = std::get_if<float>(&held);
+    record.value =
+        number && !isInstantTransition() ? PropertyValue(*number / factor - offset) : held;
+    insertRecord(m_keys.size(), record, nullptr);
+}
+
+bool PCKeyedPropertyTimeline::EXPORT_isNonChanging() const {
+    return EXPORT_allKeyframeValuesEqual(valueAtTimeInMS(0));
+}
+
+bool PCKeyedPropertyTimeline::EXPORT_allKeyframeValuesEqual(const PropertyValue& value) const {
+    for (size_t i = 0; i < m_keys.size(); ++i) {
+        if (!valuesEqual(storedValueOfKeyframe(i), value)) return false;
+    }
+    return true;
+}
+
+QString PCKeyedPropertyTimeline::EXPORT_propertyTypeAsString() const {
+    return QString::fromLatin1(propertyTypeRow(m_propertyType).exportType);
+}
+
+QString PCKeyedPropertyTimeline::EXPORT_propertyValueAsStringAtTimeInMS(int32_t timeInMS) const {
+    const PropertyValue value = valueAtTimeInMS(timeInMS);
+    if (isStringProperty(m_propertyType)) return stringOfValue(value);
+    if (isArrayProperty(m_propertyType)) return describeValue(value);
+    if (isPointProperty(m_propertyType)) {
+        const QPointF point = pointOfValue(value);
+        return u"CGPointMake(%1,%2)"_s.arg(threeDecimals(point.x()), threeDecimals(point.y()));
+    }
+    return threeDecimals(floatValueAtTimeInMS(timeInMS));
+}
+
+}  // namespace tweenery

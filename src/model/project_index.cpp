@@ -1,0 +1,90 @@
+#include "model/project_index.h"
+
+#include "model/element.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+
+void ProjectIndex::rebuild(PCElement& canvas) {
+    m_elements.clear();
+    m_names.clear();
+    m_nextNumbers.clear();
+    m_hasDuplicateIdentifiers = false;
+    m_valid = true;
+    addTree(canvas);
+}
+
+void ProjectIndex::addTree(PCElement& root) {
+    if (!m_valid) return;
+    for (const PCElement::Ptr& element : root.elementAndAllDescendants()) {
+        addName(element->name());
+        const bool isNew = m_elements.emplace(element->identifier(), element.get()).second;
+        m_hasDuplicateIdentifiers = m_hasDuplicateIdentifiers || !isNew;
+    }
+}
+
+void ProjectIndex::removeTree(PCElement& root) {
+    if (!m_valid) return;
+    // With an identifier that two elements share, the other one may now be the first.
+    if (m_hasDuplicateIdentifiers) return invalidate();
+    for (const PCElement::Ptr& element : root.elementAndAllDescendants()) {
+        removeName(element->name());
+        m_elements.erase(element->identifier());
+    }
+}
+
+void ProjectIndex::nameDidChange(const QString& oldName, const QString& newName) {
+    if (!m_valid) return;
+    removeName(oldName);
+    addName(newName);
+}
+
+PCElement* ProjectIndex::elementForIdentifier(const Identifier& identifier) const {
+    const auto found = m_elements.find(identifier);
+    return found == m_elements.end() ? nullptr : found->second;
+}
+
+void ProjectIndex::addName(const QString& name) {
+    ++m_names[name.trimmed()];
+}
+
+void ProjectIndex::removeName(const QString& name) {
+    const QString trimmed = name.trimmed();
+    const auto found = m_names.find(trimmed);
+    if (found == m_names.end() || --*found > 0) return;
+    m_names.erase(found);
+    // "Base 3" is free again: numbering of "Base" may start there.
+    const qsizetype blank = trimmed.lastIndexOf(u' ');
+    const int number = blank < 0 ? 0 : trimmed.mid(blank + 1).toInt();
+    const auto next = m_nextNumbers.find(trimmed.left(std::max<qsizetype>(blank, 0)));
+    if (number > 0 && next != m_nextNumbers.end()) *next = std::min(*next, number);
+}
+
+bool ProjectIndex::isTaken(const QString& name, const QString* ignoredTrimmed) const {
+    const int ownCount = ignoredTrimmed && *ignoredTrimmed == name ? 1 : 0;
+    return m_names.value(name) > ownCount;
+}
+
+QString ProjectIndex::uniqueName(const QString& base, const QString* ignored) {
+    const QString ignoredTrimmed = ignored ? ignored->trimmed() : QString();
+    const QString* own = ignored ? &ignoredTrimmed : nullptr;
+    const QString trimmed = base.trimmed();
+    if (!isTaken(trimmed, own)) return trimmed;
+
+    const auto numbered = [&base](int number) { return base + u' ' + QString::number(number); };
+    // Numbers below the remembered one are taken; only the ignored element's own may be free.
+    const int ownNumber =
+        own && own->startsWith(base + u' ') ? own->mid(base.size() + 1).toInt() : 0;
+    int& next = m_nextNumbers[base];
+    next = std::max(next, 1);
+    if (ownNumber > 0 && ownNumber < next && *own == numbered(ownNumber) && !isTaken(*own, own)) {
+        return *own;
+    }
+    while (m_names.contains(numbered(next)) && isTaken(numbered(next), own)) {
+        ++next;
+    }
+    return numbered(next);
+}
+
+}  // namespace tweenery

@@ -1,0 +1,62 @@
+#include "model/timing_tables.h"
+
+#include <cmath>
+
+#include "model/easing.h"
+
+namespace tweenery {
+namespace {
+
+double bezier(double p1, double p2, double s) {
+    const double r = 1 - s;
+    return 3 * r * r * s * p1 + 3 * r * s * s * p2 + s * s * s;
+}
+
+// To four decimals; what is nearer than 0.001 to an end is the end.
+double tableEntry(double height) {
+    const double rounded = std::round(height * 10000) / 10000;
+    if (std::abs(height) < 0.001) return 0;
+    if (std::abs(height - 1) < 0.001) return 1;
+    return rounded;
+}
+
+TimingTable sampleCurve(const EasingMode& row) {
+    TimingTable table{};
+    for (size_t i = 0; i < table.size(); ++i) {
+        const double x = static_cast<double>(i) / 1000;
+        table[i] = tableEntry(cubicBezierHeight(row.x1, row.y1, row.x2, row.y2, x));
+    }
+    return table;
+}
+
+using Tables = std::array<TimingTable, 6>;
+
+Tables sampleAllCurves() {
+    Tables tables{};
+    for (size_t i = 0; i < tables.size(); ++i) {
+        tables[i] = sampleCurve(easingModes()[i + 1]);
+    }
+    return tables;
+}
+
+}  // namespace
+
+double cubicBezierHeight(double x1, double y1, double x2, double y2, double x) {
+    // x(s) rises monotonically for x1, x2 in 0 to 1: bisection always converges.
+    double low = 0;
+    double high = 1;
+    while (high - low > 1e-15) {
+        const double middle = (low + high) / 2;
+        if (middle == low || middle == high) break;
+        (bezier(x1, x2, middle) < x ? low : high) = middle;
+    }
+    return bezier(y1, y2, (low + high) / 2);
+}
+
+const TimingTable* timingTableForEasingMode(int64_t mode) {
+    if (mode < 1 || mode > 6) return nullptr;
+    static const Tables tables = sampleAllCurves();
+    return &tables[static_cast<size_t>(mode - 1)];
+}
+
+}  // namespace tweenery
