@@ -1,5 +1,7 @@
 #include "codegen/cocoa_language_provider.h"
 
+#include "platform/path_name.h"
+
 namespace tweenery {
 
 std::string PCCocoaLanguageProvider::topCommentsForFileName(Text fileName) const {
@@ -11,9 +13,10 @@ std::string PCCocoaLanguageProvider::topCommentsForFileName(Text fileName) const
     return text;
 }
 
-std::string_view withoutPathExtension(std::string_view fileName) {
-    const size_t dot = fileName.rfind('.');
-    return dot == std::string_view::npos || dot == 0 ? fileName : fileName.substr(0, dot);
+std::string PCCocoaLanguageProvider::literalWithoutExtension(Text fileName) const {
+    const QString name =
+        QString::fromUtf8(fileName.data(), static_cast<qsizetype>(fileName.size()));
+    return literal(withoutPathExtension(name).toStdString());
 }
 
 }  // namespace tweenery

@@ -90,6 +90,7 @@ class PCCocoaLanguageProvider : public PCLanguageCodeProvider {
     std::string& code() { return m_codeStr; }
 
     std::string literal(Text name) const { return literalText(m_language, name); }
+    std::string literalWithoutExtension(Text fileName) const;
     std::string comment(Text name) const { return commentText(m_language, name); }
 
  private:
@@ -99,8 +100,5 @@ class PCCocoaLanguageProvider : public PCLanguageCodeProvider {
     std::string m_codeStr;
     std::string m_generatedClassName;
 };
-
-/// The file name without its extension: "card back" for "card back.png", ".png" for ".png".
-std::string_view withoutPathExtension(std::string_view fileName);
 
 }  // namespace tweenery

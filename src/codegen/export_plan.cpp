@@ -193,7 +193,10 @@ void Planner::listTimelines(size_t bundle) {
             if (!stored || !stored->isRegularFile()) continue;
             hasTimelines = true;
             if (element == m_elementByIdentifier.end()) break;
-            m_jobs.push_back({bundle, element->second, &file, stored->contents(),
+            m_jobs.push_back({bundle,
+                              element->second,
+                              &file,
+                              stored->contents(),
                               u"animations/%1/%2/%3"_s.arg(animation->identifier(), name, fileName),
                               {}});
         }

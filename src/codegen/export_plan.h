@@ -26,8 +26,8 @@ enum class PCCodeGeneratorType { Layer = 0, View = 1, RecordableView = 2, Button
 /// One element of the scene, with the names that generated code has for it.
 struct PlannedElement {
     PCElement::Ptr element;
-    size_t parent = 0;  // index of the parent; the canvas is its own
-    QString name;       // without its tag
+    size_t parent = 0;     // index of the parent; the canvas is its own
+    QString name;          // without its tag
     std::string userName;  // the same in UTF-8
     std::string variable;
     PCCodeGeneratorType type = PCCodeGeneratorType::Layer;

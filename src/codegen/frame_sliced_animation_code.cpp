@@ -36,7 +36,9 @@ std::string codeForAccessingLayer(const PlannedElement& planned) {
     return text;
 }
 
-std::string threeDecimals(double value) { return fixedText(value, 3); }
+std::string threeDecimals(double value) {
+    return fixedText(value, 3);
+}
 
 /// The table holds places in the parent, not offsets.
 std::string_view playbackKeyPath(int32_t propertyType) {
@@ -74,14 +76,16 @@ std::optional<QString> obstacleToSlicing(const PCAnimationExportBundle& bundle) 
     for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
         for (const auto& timeline : record.slicingOrder()) {
             if (timeline->propertyType() == PCPropertyTypeChildrenZPositions) {
-                return obstacle(u"* keyall, childrenZPositions, Translation should NOT be used in "
-                                "export"_s,
-                                *record.element);
+                return obstacle(
+                    u"* keyall, childrenZPositions, Translation should NOT be used in "
+                    "export"_s,
+                    *record.element);
             }
             if (isStringProperty(timeline->propertyType()) && !timeline->EXPORT_isNonChanging()) {
-                return obstacle(u"image contents and zPosition not yet supported in frame sliced "
-                                "animations"_s,
-                                *record.element);
+                return obstacle(
+                    u"image contents and zPosition not yet supported in frame sliced "
+                    "animations"_s,
+                    *record.element);
             }
         }
     }
@@ -117,12 +121,11 @@ void FrameSlicedAnimationCode::appendStructDefinitionAndValuesArrayForSlicedAnim
     if (!writesText()) return;
     for (const Bundle& bundle : m_plan.frameSlicedAnimationExportBundles) {
         append(*m_header, "\n\ntypedef struct %@ {", bundle.structType);
-        forEachChangingTimeline(
-            bundle, [&](const PlannedElement& planned, const Timeline& timeline) {
-                append(*m_header, "\n\t%@ %@;",
-                       timeline.EXPORT_propertyTypeAsString().toStdString(),
-                       structVariableName(planned, timeline));
-            });
+        forEachChangingTimeline(bundle, [&](const PlannedElement& planned,
+                                            const Timeline& timeline) {
+            append(*m_header, "\n\t%@ %@;", timeline.EXPORT_propertyTypeAsString().toStdString(),
+                   structVariableName(planned, timeline));
+        });
         append(*m_header, "\n} %@;", bundle.structType);
         append(*m_header, "\n\nextern const %@ %@[%d];", bundle.structType,
                bundle.structArrayVariableName, bundle.numberOfFrameSlices);
@@ -182,12 +185,23 @@ struct FrameSlicedAnimationCode::ElementTransform {
     /// False when the timeline belongs to neither.
     bool take(const Timeline& timeline) {
         switch (timeline.propertyType()) {
-            case PCPropertyTypeZRotation: zRotation = &timeline; return true;
-            case PCPropertyTypeScaleX: xScale = &timeline; return true;
-            case PCPropertyTypeScaleY: yScale = &timeline; return true;
-            case PCPropertyTypeTranslationX: xTranslation = &timeline; return true;
-            case PCPropertyTypeTranslationY: yTranslation = &timeline; return true;
-            default: return false;
+            case PCPropertyTypeZRotation:
+                zRotation = &timeline;
+                return true;
+            case PCPropertyTypeScaleX:
+                xScale = &timeline;
+                return true;
+            case PCPropertyTypeScaleY:
+                yScale = &timeline;
+                return true;
+            case PCPropertyTypeTranslationX:
+                xTranslation = &timeline;
+                return true;
+            case PCPropertyTypeTranslationY:
+                yTranslation = &timeline;
+                return true;
+            default:
+                return false;
         }
     }
 };
@@ -198,8 +212,8 @@ void FrameSlicedAnimationCode::generateCodeToApplyFrameSlicedValuesWithAnimation
         append(*m_implementation, "\n\t%@ frameValues = %@[frame];", bundle.structType,
                bundle.structArrayVariableName);
     }
-    for (const auto& [element, timelines] : nonChanging ? bundle.nonChangingTimelinesByElement
-                                                        : bundle.changingTimelinesByElement) {
+    for (const auto& [element, timelines] :
+         nonChanging ? bundle.nonChangingTimelinesByElement : bundle.changingTimelinesByElement) {
         const PlannedElement& planned = m_plan.planned(*element);
         ElementTransform transform;
         for (const auto& timeline : timelines) {
@@ -222,9 +236,9 @@ void FrameSlicedAnimationCode::generateCodeToApplyStructValueFromTimeline(
     }
     assertContract(timeline.propertyType() == PCPropertyTypeOpacity,
                    u"** ERROR: ILLEGAL STATE **"_s);
-    const std::string value =
-        nonChanging ? timeline.EXPORT_propertyValueAsStringAtTimeInMS(0).toStdString()
-                    : "frameValues." + structVariableName(planned, timeline);
+    const std::string value = nonChanging
+                                  ? timeline.EXPORT_propertyValueAsStringAtTimeInMS(0).toStdString()
+                                  : "frameValues." + structVariableName(planned, timeline);
     append(*m_implementation, "\n\t%@.alpha = %@;", codeForAccessingView(planned), value);
 }
 
@@ -261,13 +275,15 @@ void FrameSlicedAnimationCode::generateCodeToApplyTranslation(const PlannedEleme
                                                               bool nonChanging) {
     if (!transform.xTranslation && !transform.yTranslation) return;
     const auto value = [&](const Timeline* timeline, double position) -> std::string {
-        if (timeline && !nonChanging) return "frameValues." + structVariableName(planned, *timeline);
+        if (timeline && !nonChanging)
+            return "frameValues." + structVariableName(planned, *timeline);
         const float offset = timeline ? timeline->floatValueAtTimeInMS(0) : 0;
         return threeDecimals(position + static_cast<double>(offset));
     };
     const QPointF position = planned.element->position();
     append(*m_implementation, "\n\t%@.center = CGPointMake(%@,%@);", codeForAccessingView(planned),
-           value(transform.xTranslation, position.x()), value(transform.yTranslation, position.y()));
+           value(transform.xTranslation, position.x()),
+           value(transform.yTranslation, position.y()));
 }
 
 void FrameSlicedAnimationCode::generateCodeToAnimateForPlaybackWithAnimation(const Bundle& bundle) {
@@ -333,12 +349,12 @@ void FrameSlicedAnimationCode::appendStructValuesArray(const Bundle& bundle) {
         const float product = static_cast<float>(frame) * step;
         const int32_t timeInMS = cutToInt32(static_cast<double>(product) + 0.5);
         bool isFirst = true;
-        forEachChangingTimeline(bundle, [&](const PlannedElement& planned,
-                                            const Timeline& timeline) {
-            if (!isFirst) code += ", ";
-            isFirst = false;
-            generateStructValueForTimeline(planned, timeline, timeInMS);
-        });
+        forEachChangingTimeline(bundle,
+                                [&](const PlannedElement& planned, const Timeline& timeline) {
+                                    if (!isFirst) code += ", ";
+                                    isFirst = false;
+                                    generateStructValueForTimeline(planned, timeline, timeInMS);
+                                });
         code += frame + 1 < frames ? "}," : "}";
     }
     append(code, "\n};");

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "platform/errors.h"
+#include "platform/path_name.h"
 
 using namespace Qt::StringLiterals;
 
@@ -53,9 +54,11 @@ void HierarchyCode::createObject(const PlannedElement& planned) {
             break;
         case PCCodeGeneratorType::View:
             if (mac) {
-                m_provider.addVariableWithName(planned.variable, isGroup ? "NSView" : "NSImageView");
+                m_provider.addVariableWithName(planned.variable,
+                                               isGroup ? "NSView" : "NSImageView");
             } else {
-                m_provider.addVariableWithName(planned.variable, isGroup ? "UIView" : "UIImageView");
+                m_provider.addVariableWithName(planned.variable,
+                                               isGroup ? "UIView" : "UIImageView");
             }
             break;
         case PCCodeGeneratorType::RecordableView:

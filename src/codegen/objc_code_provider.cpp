@@ -233,7 +233,7 @@ void PCObjCCodeProvider::addImageVariableWithName(Text variableName, Text imageF
         append(code(),
                "\n\tNSImage *%@ = [[NSImage alloc] initWithContentsOfFile:[bundle "
                "pathForImageResource:@\"%@\"]];",
-               variableName, literal(withoutPathExtension(imageFileName)));
+               variableName, literalWithoutExtension(imageFileName));
     } else {
         append(code(),
                "\n\tUIImage *%@ = [UIImage imageWithContentsOfFile:[bundle "

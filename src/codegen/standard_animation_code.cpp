@@ -1,10 +1,10 @@
 #include "codegen/standard_animation_code.h"
 
 #include <QHash>
-#include <QSet>
 
 #include "codegen/parallel.h"
 #include "platform/errors.h"
+#include "platform/path_name.h"
 
 using namespace Qt::StringLiterals;
 
@@ -53,17 +53,6 @@ std::string_view animationKeyPathForPropertyType(int32_t propertyType) {
                         u"should NOT be generating code using keyall, scale, translation, or "
                         "childrenZPositions types directly"_s)
         .keyPath;
-}
-
-QStringList alignedChildrenOrder(const QStringList& stored, const QStringList& children) {
-    const QSet<QString> present(children.begin(), children.end());
-    const QSet<QString> known(stored.begin(), stored.end());
-    QStringList order = stored;
-    for (qsizetype i = 0; i < children.size(); ++i) {
-        if (!known.contains(children[i])) order.insert(std::min(i, order.size()), children[i]);
-    }
-    order.removeIf([&](const QString& identifier) { return !present.contains(identifier); });
-    return order;
 }
 
 /// The three comma-separated lists of one keyframe animation.
@@ -214,7 +203,8 @@ void StandardAnimationCode::generateCodeForTimeline(PCAnimationExportBundle& bun
         lists.populate(
             timeline,
             [&](size_t i) {
-                provider.codeForBoxedNumber(lists.values(), timeline.floatValueOfKeyframeAtIndex(i));
+                provider.codeForBoxedNumber(lists.values(),
+                                            timeline.floatValueOfKeyframeAtIndex(i));
             },
             [&] { provider.codeForBoxedNumber(lists.values(), timeline.floatValueAtTimeInMS(0)); });
     }
@@ -230,7 +220,7 @@ void StandardAnimationCode::generateCodeForChildrenOrder(
     std::vector<QHash<QString, float>> placeByKeyframe(timeline.keyframesCount());
     for (size_t i = 0; i < placeByKeyframe.size(); ++i) {
         const QStringList order =
-            alignedChildrenOrder(arrayOfValue(timeline.storedValueOfKeyframe(i)), children);
+            childrenOrderInLine(arrayOfValue(timeline.storedValueOfKeyframe(i)), children);
         for (qsizetype place = order.size(); place-- > 0;)
             placeByKeyframe[i][order[place]] = static_cast<float>(place);
     }
@@ -239,7 +229,8 @@ void StandardAnimationCode::generateCodeForChildrenOrder(
         lists.populate(
             timeline,
             [&](size_t i) {
-                m_provider.codeForBoxedNumber(lists.values(), placeByKeyframe[i].value(children[child]));
+                m_provider.codeForBoxedNumber(lists.values(),
+                                              placeByKeyframe[i].value(children[child]));
             },
             [&] { m_provider.codeForBoxedNumber(lists.values(), static_cast<float>(child)); });
         const PCElement& element = *parent.children()[static_cast<size_t>(child)];

@@ -39,10 +39,6 @@ class StandardAnimationCode {
     PCLanguageCodeProvider& m_provider;
 };
 
-/// `stored` brought into line with the present children: those it lacks stand where they stand
-/// among `children`, those that are gone are left out.
-QStringList alignedChildrenOrder(const QStringList& stored, const QStringList& children);
-
 /// The qualifier in names and the layer key path of a property. Throws AssertionFailure for the
 /// children order and the combined types, which never stand in generated code as such.
 std::string_view animationQualifierForPropertyType(int32_t propertyType);

@@ -198,7 +198,7 @@ void PCSwiftCodeProvider::addImageVariableWithName(Text variableName, Text image
                "\n\t\tvar %@: NSImage!"
                "\n\t\tif let imagePath = bundle.pathForImageResource(\"%@\") {"
                "\n\t\t\t%@ = NSImage(contentsOfFile:imagePath)\n\t\t}",
-               variableName, literal(withoutPathExtension(imageFileName)), variableName);
+               variableName, literalWithoutExtension(imageFileName), variableName);
     } else {
         append(code(),
                "\n\t\tvar %@: UIImage!"
