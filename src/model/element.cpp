@@ -28,7 +28,7 @@ QTransform scalingThenRotating(QPointF scale, double radians) {
 
 // Creation.
 
-PCElement::PCElement() : m_identifier(Identifier::generate()) {}
+PCElement::PCElement(Passkey) : m_identifier(Identifier::generate()) {}
 
 PCElement::~PCElement() {
     for (const Ptr& child : m_subelements) {
@@ -37,7 +37,7 @@ PCElement::~PCElement() {
 }
 
 PCElement::Ptr PCElement::make() {
-    return Ptr(new PCElement);
+    return std::make_shared<PCElement>(Passkey());
 }
 
 PCElement::Ptr PCElement::init() {
@@ -309,16 +309,27 @@ QPointF PCElement::scaleOnCanvas() const {
 // Timelines.
 
 PCKeyedPropertyTimeline::Ptr PCElement::timeline(int32_t type) const {
+    PCKeyedPropertyTimeline* attached = attachedTimeline(type);
+    return attached ? attached->shared_from_this() : nullptr;
+}
+
+PCKeyedPropertyTimeline* PCElement::attachedTimeline(int32_t type) const {
     const int slot = elementTimelineSlot(type);
     if (slot < 0) return nullptr;
-    if (!m_timelines && !m_timelinesAreFresh) return nullptr;
-    if (!m_timelines) m_timelines = std::make_unique<Timelines>();
-    PCKeyedPropertyTimeline::Ptr& timeline = (*m_timelines)[static_cast<size_t>(slot)];
-    if (!timeline && m_timelinesAreFresh) {
-        auto* self = const_cast<PCElement*>(this);
-        timeline = PCKeyedPropertyTimeline::initForElement(self->shared_from_this(), type);
+    if (m_timelines) {
+        PCKeyedPropertyTimeline* attached = (*m_timelines)[static_cast<size_t>(slot)].get();
+        if (attached || !m_timelinesAreFresh) return attached;
     }
-    return timeline;
+    return m_timelinesAreFresh ? makeFreshTimeline(type) : nullptr;
+}
+
+// The empty timelines of a new element, made as they are asked for.
+PCKeyedPropertyTimeline* PCElement::makeFreshTimeline(int32_t type) const {
+    if (!m_timelines) m_timelines = std::make_unique<Timelines>();
+    auto* self = const_cast<PCElement*>(this);
+    auto& timeline = (*m_timelines)[static_cast<size_t>(elementTimelineSlot(type))];
+    timeline = PCKeyedPropertyTimeline::initForElement(self->shared_from_this(), type);
+    return timeline.get();
 }
 
 void PCElement::setTimeline(const PCKeyedPropertyTimeline::Ptr& timeline) {

@@ -59,12 +59,16 @@ inline const QString childrenZPosition =
 /// first, then rotated. Setters compare with the old value, register it for undo, mark `modified`,
 /// tell the view layer and post a notification, unless they say otherwise.
 class PCElement : public Archivable, public std::enable_shared_from_this<PCElement> {
+    struct Passkey {};
+
  public:
     using Ptr = std::shared_ptr<PCElement>;
     using Elements = std::vector<Ptr>;
     /// Deepest tree that is read from a package: its walks are recursive.
     static constexpr int kMaximumDepth = 1000;
 
+    /// For the factories only: the passkey is private.
+    explicit PCElement(Passkey);
     static Ptr init();
     static Ptr makeGroup();
     static Ptr makeCanvas();
@@ -288,8 +292,9 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     QPointF m_anchorPoint{0.5, 0.5};
     QSizeF m_size;
 
-    PCElement();
     static Ptr make();
+    PCKeyedPropertyTimeline* attachedTimeline(int32_t type) const;
+    PCKeyedPropertyTimeline* makeFreshTimeline(int32_t type) const;
     static Ptr decodeTree(const KeyedUnarchiver& archive, const KeyedDecoder& coder, int depth,
                           std::vector<bool>& seen);
     static Ptr pasteTree(const QVariantMap& plist, const std::shared_ptr<PCProject>& project,

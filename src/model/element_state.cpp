@@ -17,11 +17,12 @@ using TimelinePtr = PCKeyedPropertyTimeline::Ptr;
 
 namespace {
 
-float floatAt(const TimelinePtr& timeline, int32_t timeInMS) {
+float floatAt(const PCKeyedPropertyTimeline* timeline, int32_t timeInMS) {
     return timeline ? timeline->floatValueAtTimeInMS(timeInMS) : 0.0F;
 }
 
-QPointF pointAt(const TimelinePtr& x, const TimelinePtr& y, int32_t timeInMS) {
+QPointF pointAt(const PCKeyedPropertyTimeline* x, const PCKeyedPropertyTimeline* y,
+                int32_t timeInMS) {
     return {static_cast<double>(floatAt(x, timeInMS)), static_cast<double>(floatAt(y, timeInMS))};
 }
 
@@ -80,19 +81,21 @@ PropertyValue PCElement::setupValueForPropertyType(int32_t type) const {
 // Reading.
 
 float PCElement::zRotationAtTimeInMS(int32_t timeInMS) const {
-    return floatAt(zRotationTimeline(), timeInMS);
+    return floatAt(attachedTimeline(PCPropertyTypeZRotation), timeInMS);
 }
 
 float PCElement::opacityAtTimeInMS(int32_t timeInMS) const {
-    return floatAt(opacityTimeline(), timeInMS);
+    return floatAt(attachedTimeline(PCPropertyTypeOpacity), timeInMS);
 }
 
 QPointF PCElement::scaleAtTimeInMS(int32_t timeInMS) const {
-    return pointAt(scaleXTimeline(), scaleYTimeline(), timeInMS);
+    return pointAt(attachedTimeline(PCPropertyTypeScaleX), attachedTimeline(PCPropertyTypeScaleY),
+                   timeInMS);
 }
 
 QPointF PCElement::translationAtTimeInMS(int32_t timeInMS) const {
-    return pointAt(translationXTimeline(), translationYTimeline(), timeInMS);
+    return pointAt(attachedTimeline(PCPropertyTypeTranslationX),
+                   attachedTimeline(PCPropertyTypeTranslationY), timeInMS);
 }
 
 QPointF PCElement::positionAtTimeInMS(int32_t timeInMS) const {
@@ -100,12 +103,12 @@ QPointF PCElement::positionAtTimeInMS(int32_t timeInMS) const {
 }
 
 QString PCElement::imageContentsAtTimeInMS(int32_t timeInMS) const {
-    const TimelinePtr timeline = imageContentsTimeline();
+    const PCKeyedPropertyTimeline* timeline = attachedTimeline(PCPropertyTypeImageContents);
     return timeline ? timeline->stringValueAtTimeInMS(timeInMS) : QString();
 }
 
 QStringList PCElement::childrenZPositionsAtTimeInMS(int32_t timeInMS) const {
-    const TimelinePtr timeline = childrenZPositionsTimeline();
+    const PCKeyedPropertyTimeline* timeline = attachedTimeline(PCPropertyTypeChildrenZPositions);
     return timeline ? timeline->arrayValueAtTimeInMS(timeInMS) : QStringList();
 }
 

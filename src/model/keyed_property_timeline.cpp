@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 #include "model/easing.h"
 #include "model/element.h"
@@ -15,7 +16,7 @@ namespace tweenery {
 
 PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::initForElement(
     const std::shared_ptr<PCElement>& element, int32_t type) {
-    Ptr timeline(new PCKeyedPropertyTimeline(type));
+    auto timeline = std::make_shared<PCKeyedPropertyTimeline>(Passkey(), type);
     timeline->setElement(element);
     return timeline;
 }
@@ -49,11 +50,10 @@ bool PCKeyedPropertyTimeline::autoreversesFromCurrentRepeatBehavior() const {
 }
 
 float PCKeyedPropertyTimeline::effectiveTimeForTimeInMS(int32_t timeInMS) const {
-    if (timeInMS == 0) return 0;
+    // What does not repeat is answered without a look at the keyframes.
+    if (m_repeatBehavior == PCRepeatBehaviorNever) return static_cast<float>(timeInMS);
     const int32_t duration = durationInMS();
-    if (timeInMS <= duration || m_repeatBehavior == PCRepeatBehaviorNever) {
-        return static_cast<float>(timeInMS);
-    }
+    if (timeInMS <= duration) return static_cast<float>(timeInMS);
     if (duration <= 0) return 0;
     const int32_t rest = timeInMS % duration;
     const bool isOddPass = (timeInMS / duration) % 2 != 0;
@@ -79,8 +79,8 @@ float PCKeyedPropertyTimeline::interpolateFloatForEffectiveTimeInMS(int32_t effe
     const double frame = static_cast<double>(1000.0F * progress) + 0.5;
     if (!(frame < 1000)) {
         progress = 1;
-    } else if (const TimingTable* table = timingTableForEasingMode(easing)) {
-        progress = static_cast<float>((*table)[static_cast<size_t>(std::max(frame, 0.0))]);
+    } else if (const SinglePrecisionTable* table = singlePrecisionTimingTable(easing)) {
+        progress = (*table)[static_cast<size_t>(std::max(frame, 0.0))];
     }
     return startValue + (endValue - startValue) * progress;
 }
@@ -158,10 +158,23 @@ float PCKeyedPropertyTimeline::floatValueAtTimeInMS(int32_t timeInMS) const {
 QPointF PCKeyedPropertyTimeline::pointValueAtTimeInMS(int32_t timeInMS) const {
     return pointOfValue(valueAtTimeInMS(timeInMS));
 }
+
+// The value object of a property that never tweens, without a copy; null where the setup value or
+// another kind of value holds.
+const PropertyValue* PCKeyedPropertyTimeline::otherValueAt(int32_t timeInMS) const {
+    if (!m_otherValues || !isInstantTransition()) return nullptr;
+    const size_t index = indexAtOrBefore(wholeMilliseconds(effectiveTimeForTimeInMS(timeInMS)));
+    if (index == kNotFound || m_keys[index].held != Held::Other) return nullptr;
+    return &(*m_otherValues)[index];
+}
+
 QStringList PCKeyedPropertyTimeline::arrayValueAtTimeInMS(int32_t timeInMS) const {
+    if (const PropertyValue* value = otherValueAt(timeInMS)) return arrayOfValue(*value);
     return arrayOfValue(valueAtTimeInMS(timeInMS));
 }
+
 QString PCKeyedPropertyTimeline::stringValueAtTimeInMS(int32_t timeInMS) const {
+    if (const PropertyValue* value = otherValueAt(timeInMS)) return stringOfValue(*value);
     return stringOfValue(valueAtTimeInMS(timeInMS));
 }
 
@@ -173,24 +186,20 @@ PropertyValue PCKeyedPropertyTimeline::heldValueAt(int32_t effectiveTime) const 
 
 float PCKeyedPropertyTimeline::numberAt(int32_t effectiveTime) const {
     const auto [factor, offset] = factorAndOffset();
-    const auto absolute = [factor = factor, offset = offset](const Key& key) {
-        return key.number * factor + offset;
-    };
-    const size_t before = indexAtOrBefore(effectiveTime);
-    const size_t after = before == kNotFound ? 0 : before + 1;
-    const Key* from = before == kNotFound ? nullptr : &m_keys[before];
-    if (from && (from->timeInMS == effectiveTime || after == m_keys.size())) return absolute(*from);
+    const Segment& segment = segmentAt(effectiveTime);
+    const bool isOnKeyframe = segment.hasStart && segment.from == effectiveTime;
+    const bool holdsStart = segment.hasStart && (!segment.hasEnd || segment.endIsInstant);
+    if (isOnKeyframe || holdsStart) return segment.startNumber * factor + offset;
+    if (segment.endIsInstant) return setupNumber();
 
-    const Key& to = m_keys[after];
-    if (to.has(kInstant)) return from ? absolute(*from) : setupNumber();
-    float startValue = from ? absolute(*from) : setupNumber();
-    float endValue = absolute(to);
+    float startValue = segment.hasStart ? segment.startNumber * factor + offset : setupNumber();
+    float endValue = segment.endNumber * factor + offset;
     if (m_propertyType == PCPropertyTypeOpacity) {
         startValue = std::clamp(startValue, 0.0F, 1.0F);
         endValue = std::clamp(endValue, 0.0F, 1.0F);
     }
-    return interpolateFloatForEffectiveTimeInMS(effectiveTime, from ? from->timeInMS : 0,
-                                                startValue, to.timeInMS, endValue, to.easingMode);
+    return interpolateFloatForEffectiveTimeInMS(effectiveTime, segment.hasStart ? segment.from : 0,
+                                                startValue, segment.until, endValue, segment.easingMode);
 }
 
 int32_t PCKeyedPropertyTimeline::wholeMilliseconds(float effectiveTime) {
@@ -210,32 +219,65 @@ PropertyValue PCKeyedPropertyTimeline::keyframeValueAtOrAfterTimeInMS(int32_t ti
 }
 
 bool PCKeyedPropertyTimeline::timeInMSIsBeforeFirstKeyframe(int32_t timeInMS) const {
-    return isEmpty() || m_keys.front().timeInMS > timeInMS;
+    return isEmpty() || m_times.front() > timeInMS;
 }
 
 bool PCKeyedPropertyTimeline::validateTimeForKeyframesAreSorted() const {
-    return std::adjacent_find(m_keys.begin(), m_keys.end(), [](const Key& a, const Key& b) {
-               return a.timeInMS >= b.timeInMS;
-           }) == m_keys.end();
+    return std::adjacent_find(m_times.begin(), m_times.end(), std::greater_equal<>()) ==
+           m_times.end();
 }
 
 // Lookup.
 
 size_t PCKeyedPropertyTimeline::indexAtOrBefore(int32_t timeInMS) const {
-    // During playback the answer is nearly always the last one or the one after it.
-    for (size_t i = m_segmentHint; i < m_keys.size() && i <= m_segmentHint + size_t{1}; ++i) {
-        const bool isLast = i + 1 == m_keys.size();
-        if (m_keys[i].timeInMS <= timeInMS && (isLast || m_keys[i + 1].timeInMS > timeInMS)) {
-            m_segmentHint = static_cast<uint32_t>(i);
-            return i;
-        }
+    if (isEmpty()) return kNotFound;
+    const Segment& segment = segmentAt(timeInMS);
+    return segment.hasStart ? segment.startIndex : kNotFound;
+}
+
+const PCKeyedPropertyTimeline::Segment& PCKeyedPropertyTimeline::segmentAt(int32_t timeInMS) const {
+    if (!m_segment.holds(timeInMS)) m_segment = makeSegment(searchIndexAtOrBefore(timeInMS));
+    return m_segment;
+}
+
+PCKeyedPropertyTimeline::Segment PCKeyedPropertyTimeline::makeSegment(size_t startIndex) const {
+    Segment segment;
+    segment.from = INT32_MIN;
+    segment.until = INT32_MAX;
+    segment.hasStart = startIndex != kNotFound;
+    if (segment.hasStart) {
+        segment.startIndex = static_cast<uint32_t>(startIndex);
+        segment.from = m_times[startIndex];
+        segment.startNumber = m_keys[startIndex].number;
     }
-    const auto next =
-        std::partition_point(m_keys.begin(), m_keys.end(),
-                             [timeInMS](const Key& key) { return key.timeInMS <= timeInMS; });
-    if (next == m_keys.begin()) return kNotFound;
-    m_segmentHint = static_cast<uint32_t>(next - m_keys.begin() - 1);
-    return m_segmentHint;
+    const size_t end = segment.hasStart ? startIndex + 1 : 0;
+    segment.hasEnd = end < m_times.size();
+    if (segment.hasEnd) {
+        const Key& key = m_keys[end];
+        segment.until = m_times[end];
+        segment.endNumber = key.number;
+        segment.easingMode = key.easingMode;
+        segment.endIsInstant = key.has(kInstant);
+    }
+    return segment;
+}
+
+// Without branches on the data: with random times a wrong guess would cost more than the search.
+// Once a few cache lines are left, counting them is faster than halving on.
+size_t PCKeyedPropertyTimeline::searchIndexAtOrBefore(int32_t timeInMS) const {
+    constexpr size_t kCounted = 32;
+    const int32_t* first = m_times.data();
+    size_t length = m_times.size();
+    while (length > kCounted) {
+        const size_t half = length / 2;
+        first += half * static_cast<size_t>(first[half] <= timeInMS);
+        length -= half;
+    }
+    size_t atOrBefore = 0;
+    for (size_t i = 0; i < length; ++i) {
+        atOrBefore += static_cast<size_t>(first[i] <= timeInMS);
+    }
+    return static_cast<size_t>(first - m_times.data()) + atOrBefore - 1;  // kNotFound when 0
 }
 
 size_t PCKeyedPropertyTimeline::firstKeyframeIndexAtOrBeforeTimeInMS(int32_t timeInMS) const {
@@ -243,10 +285,8 @@ size_t PCKeyedPropertyTimeline::firstKeyframeIndexAtOrBeforeTimeInMS(int32_t tim
 }
 
 size_t PCKeyedPropertyTimeline::firstKeyframeIndexAtOrAfterTimeInMS(int32_t timeInMS) const {
-    const auto found =
-        std::partition_point(m_keys.begin(), m_keys.end(),
-                             [timeInMS](const Key& key) { return key.timeInMS < timeInMS; });
-    return found == m_keys.end() ? kNotFound : static_cast<size_t>(found - m_keys.begin());
+    const auto found = std::lower_bound(m_times.begin(), m_times.end(), timeInMS);
+    return found == m_times.end() ? kNotFound : static_cast<size_t>(found - m_times.begin());
 }
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::existingKeyframeAtKeyframeIndex(
@@ -267,27 +307,25 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::keyframeAtOrBefore
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::existingKeyframeAtTimeInMS(
     int32_t timeInMS) const {
     const size_t index = firstKeyframeIndexAtOrAfterTimeInMS(timeInMS);
-    if (index == kNotFound || m_keys[index].timeInMS != timeInMS) return nullptr;
+    if (index == kNotFound || m_times[index] != timeInMS) return nullptr;
     return handleAt(index);
 }
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::keyframeClosestToTimeInMS(
     int32_t timeInMS) const {
-    const auto distance = [timeInMS](const Key& key) {
-        return std::abs(static_cast<int64_t>(key.timeInMS) - timeInMS);
-    };
-    const auto closest = std::min_element(
-        m_keys.begin(), m_keys.end(),
-        [&distance](const Key& a, const Key& b) { return distance(a) < distance(b); });
-    if (closest == m_keys.end()) return nullptr;
-    return handleAt(static_cast<size_t>(closest - m_keys.begin()));
+    const auto distance = [timeInMS](int32_t time) { return std::abs(int64_t{time} - timeInMS); };
+    const auto closest =
+        std::min_element(m_times.begin(), m_times.end(),
+                         [&distance](int32_t a, int32_t b) { return distance(a) < distance(b); });
+    if (closest == m_times.end()) return nullptr;
+    return handleAt(static_cast<size_t>(closest - m_times.begin()));
 }
 
 PCKeyedPropertyTimeline::Keyframes PCKeyedPropertyTimeline::keyframesBetweenStartTime(
     int32_t startTime, int32_t endTime) const {
     Keyframes found;
     for (size_t i = 0; i < m_keys.size(); ++i) {
-        if (m_keys[i].timeInMS >= startTime && m_keys[i].timeInMS <= endTime) {
+        if (m_times[i] >= startTime && m_times[i] <= endTime) {
             found.push_back(handleAt(i));
         }
     }
@@ -315,16 +353,15 @@ QString PCKeyedPropertyTimeline::debugDescription() const {
     QString text = u"[timeline%1 %2 (count:%3): "_s.arg(
         element() ? u" (%1)"_s.arg(elementName) : QString(), stringFromPropertyType(m_propertyType),
         QString::number(keyframesCount()));
-    if (!isEmpty() && m_keys.front().timeInMS > 0) {
+    if (!isEmpty() && m_times.front() > 0) {
         text += u"%1 (from element '%2')"_s.arg(describeValue(valueAtTimeInMS(0)), elementName);
     }
     QStringList parts;
     for (size_t i = 0; i < m_keys.size(); ++i) {
-        parts += u"<%1%2%3|%4-->%5>"_s.arg(QString::number(m_keys[i].timeInMS),
-                                           m_keys[i].has(kInstant) ? u"(INSTANT)"_s : QString(),
-                                           easingSuffix(m_keys[i].easingMode),
-                                           describeValue(storedValueOfKeyframe(i)),
-                                           describeValue(valueOfKeyframeAtIndex(i)));
+        parts += u"<%1%2%3|%4-->%5>"_s.arg(
+            QString::number(m_times[i]), m_keys[i].has(kInstant) ? u"(INSTANT)"_s : QString(),
+            easingSuffix(m_keys[i].easingMode), describeValue(storedValueOfKeyframe(i)),
+            describeValue(valueOfKeyframeAtIndex(i)));
     }
     text +=
         parts.join(u", "_s) + u"] repeatBehavior:"_s + stringFromRepeatBehavior(m_repeatBehavior);

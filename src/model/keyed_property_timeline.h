@@ -41,6 +41,8 @@ struct TimelineSummary {
 /// them, made when asked for and the same as long as somebody holds it.
 class PCKeyedPropertyTimeline : public Archivable,
                                 public std::enable_shared_from_this<PCKeyedPropertyTimeline> {
+    struct Passkey {};
+
  public:
     using Ptr = std::shared_ptr<PCKeyedPropertyTimeline>;
     using KeyframePtr = std::shared_ptr<PCPropertyKeyframe>;
@@ -54,6 +56,8 @@ class PCKeyedPropertyTimeline : public Archivable,
     static Ptr initWithArchive(const KeyedUnarchiver& archive);
     static Ptr unarchive(const QByteArray& data, const QString& entry);
     static TimelineSummary summaryOfArchive(const QByteArray& data, const QString& entry);
+    /// For the factories only: the passkey is private.
+    PCKeyedPropertyTimeline(Passkey, int32_t type) : m_propertyType(type) {}
     /// An independent timeline with the same type, behaviour, keyframes and element.
     Ptr copy() const;
     ~PCKeyedPropertyTimeline() override;
@@ -101,9 +105,9 @@ class PCKeyedPropertyTimeline : public Archivable,
     PropertyValue keyframeValueAtOrBeforeTimeInMS(int32_t timeInMS) const;
     PropertyValue keyframeValueAtOrAfterTimeInMS(int32_t timeInMS) const;
     bool timeInMSIsBeforeFirstKeyframe(int32_t timeInMS) const;
-    bool isEmpty() const { return m_keys.empty(); }
-    size_t keyframesCount() const { return m_keys.size(); }
-    int32_t durationInMS() const { return m_keys.empty() ? 0 : m_keys.back().timeInMS; }
+    bool isEmpty() const { return m_times.empty(); }
+    size_t keyframesCount() const { return m_times.size(); }
+    int32_t durationInMS() const { return m_times.empty() ? 0 : m_times.back(); }
     bool validateTimeForKeyframesAreSorted() const;
 
     /// Values nearer to 0 than 0.05 become 0.05 with their sign (0 itself becomes 0.05), so that a
@@ -132,7 +136,7 @@ class PCKeyedPropertyTimeline : public Archivable,
 
     // The packed keyframes, read without making handles; `index` is below keyframesCount().
 
-    int32_t timeOfKeyframe(size_t index) const { return m_keys[index].timeInMS; }
+    int32_t timeOfKeyframe(size_t index) const { return m_times[index]; }
     int64_t easingModeOfKeyframe(size_t index) const { return m_keys[index].easingMode; }
     bool keyframeIsInstant(size_t index) const { return m_keys[index].has(kInstant); }
     PropertyValue storedValueOfKeyframe(size_t index) const;
@@ -185,14 +189,27 @@ class PCKeyedPropertyTimeline : public Archivable,
         kRecordedEnd = 16
     };
     enum class Held : uint8_t { Nothing, Number, Other };
-    // What evaluation touches, twelve bytes a keyframe.
+    // What evaluation touches of a keyframe beside its time.
     struct Key {
-        int32_t timeInMS = 0;
         float number = 0;
         int16_t easingMode = 0;
         uint8_t flags = 0;
         Held held = Held::Nothing;
         bool has(Flag flag) const { return (flags & flag) != 0; }
+    };
+    // The keyframes around the time last asked for: during playback the next time lies there too, and
+    // is answered without a look at the lists. Main thread only, like all searches.
+    struct Segment {
+        int32_t from = 0;  // holds for from <= time < until; at first for none
+        int32_t until = 0;
+        float startNumber = 0;
+        float endNumber = 0;
+        uint32_t startIndex = 0;
+        int16_t easingMode = 0;
+        bool hasStart = false;
+        bool hasEnd = false;
+        bool endIsInstant = false;
+        bool holds(int32_t time) const { return time >= from && time < until; }
     };
     struct FactorAndOffset {
         float factor = 1;
@@ -201,18 +218,19 @@ class PCKeyedPropertyTimeline : public Archivable,
     using Handles = std::vector<PCPropertyKeyframe*>;
     using OtherValues = std::vector<PropertyValue>;
 
-    explicit PCKeyedPropertyTimeline(int32_t type) : m_propertyType(type) {}
-
+    // What evaluation touches comes first, within a cache line or two.
     int32_t m_propertyType;
     int8_t m_repeatBehavior = PCRepeatBehaviorNever;
     bool m_hasUnsavedChanges = false;
-    mutable uint32_t m_segmentHint = 0;  // index last found, for playback; main thread only
-    std::vector<Key> m_keys;
-    std::vector<Identifier> m_identifiers;       // parallel to m_keys
-    std::unique_ptr<OtherValues> m_otherValues;  // parallel, only when one is no number
-    mutable std::unique_ptr<Handles> m_handles;  // parallel, only while one is held
+    mutable Segment m_segment;
+    // The times lie by themselves: a search reads a line or two of them and nothing else.
+    std::vector<int32_t> m_times;
+    std::vector<Key> m_keys;  // parallel to m_times, like all lists below
     WeakRef<PCElement> m_element;
-    std::weak_ptr<PCProject> m_project;  // of a timeline without an element
+    std::vector<Identifier> m_identifiers;
+    std::unique_ptr<OtherValues> m_otherValues;  // only when one is no number
+    mutable std::unique_ptr<Handles> m_handles;  // only while one is held
+    std::weak_ptr<PCProject> m_project;          // of a timeline without an element
     PCKeyedPropertyTimelineChangeListener* m_listener = nullptr;
 
     static KeyframeRecord decodeKeyframe(const KeyedDecoder& coder);
@@ -223,6 +241,10 @@ class PCKeyedPropertyTimeline : public Archivable,
     static int32_t wholeMilliseconds(float effectiveTime);
     float numberAt(int32_t effectiveTime) const;
     size_t indexAtOrBefore(int32_t timeInMS) const;
+    size_t searchIndexAtOrBefore(int32_t timeInMS) const;
+    const Segment& segmentAt(int32_t timeInMS) const;
+    Segment makeSegment(size_t startIndex) const;
+    const PropertyValue* otherValueAt(int32_t timeInMS) const;
     KeyframePtr handleAt(size_t index) const;
     void attach(PCPropertyKeyframe& handle, size_t index);
     void detach(PCPropertyKeyframe& handle);
@@ -234,6 +256,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     void insertRecord(size_t index, const KeyframeRecord& record, PCPropertyKeyframe* handle);
     void eraseAt(size_t index);
     void detachAll();
+    void clearLists();
     void didChange();
     KeyframeRecord newKeyframeRecord(int32_t timeInMS) const;
     UndoManager* undoManager() const;

@@ -112,10 +112,12 @@ PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::initWithArchive(
     const KeyedUnarchiver& archive) {
     const KeyedDecoder root = archive.root();
     root.requireClass("PCKeyedPropertyTimeline");
-    Ptr timeline(new PCKeyedPropertyTimeline(decodePropertyType(root, archive)));
+    auto timeline =
+        std::make_shared<PCKeyedPropertyTimeline>(Passkey(), decodePropertyType(root, archive));
     timeline->setRepeatBehavior(repeatBehaviorFromString(root.decodeString("repeat_behavior")));
 
     const ArchivedArray items = root.decodeArray("keyframes");
+    timeline->m_times.reserve(items.size());
     timeline->m_keys.reserve(items.size());
     timeline->m_identifiers.reserve(items.size());
     for (size_t i = 0; i < items.size(); ++i) {
@@ -152,13 +154,14 @@ void PCKeyedPropertyTimeline::restoreOrder() {
     if (validateTimeForKeyframesAreSorted()) return;
     updateKeyframeSort();
     for (size_t i = m_keys.size(); i-- > 1;) {
-        if (m_keys[i - 1].timeInMS == m_keys[i].timeInMS) eraseAt(i - 1);
+        if (m_times[i - 1] == m_times[i]) eraseAt(i - 1);
     }
 }
 
 PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::copy() const {
-    Ptr other(new PCKeyedPropertyTimeline(m_propertyType));
+    auto other = std::make_shared<PCKeyedPropertyTimeline>(Passkey(), m_propertyType);
     other->m_repeatBehavior = m_repeatBehavior;
+    other->m_times = m_times;
     other->m_keys = m_keys;
     other->m_identifiers = m_identifiers;
     if (m_otherValues) other->m_otherValues = std::make_unique<OtherValues>(*m_otherValues);

@@ -19,7 +19,7 @@ namespace tweenery {
 KeyframeRecord PCKeyedPropertyTimeline::recordOfKeyframe(size_t index) const {
     const Key& key = m_keys[index];
     KeyframeRecord record;
-    record.timeInMS = key.timeInMS;
+    record.timeInMS = m_times[index];
     record.easingMode = key.easingMode;
     record.instantTransition = key.has(kInstant);
     record.keyall = key.has(kKeyall);
@@ -46,7 +46,7 @@ PropertyValue PCKeyedPropertyTimeline::storedValueOfKeyframe(size_t index) const
 void PCKeyedPropertyTimeline::writeRecord(size_t index, const KeyframeRecord& record) {
     const auto flag = [](bool set, Flag bit) { return set ? static_cast<int>(bit) : 0; };
     Key& key = m_keys[index];
-    key.timeInMS = record.timeInMS;
+    m_times[index] = record.timeInMS;
     key.easingMode = static_cast<int16_t>(record.easingMode);
     key.flags = static_cast<uint8_t>(
         flag(record.instantTransition, kInstant) | flag(record.keyall, kKeyall) |
@@ -54,6 +54,7 @@ void PCKeyedPropertyTimeline::writeRecord(size_t index, const KeyframeRecord& re
         flag(record.liveRecordedEnd, kRecordedEnd));
     m_identifiers[index] = record.identifier;
     writeValue(index, record.value);
+    m_segment = {};
 }
 
 void PCKeyedPropertyTimeline::writeValue(size_t index, const PropertyValue& value) {
@@ -74,6 +75,7 @@ void PCKeyedPropertyTimeline::writeValue(size_t index, const PropertyValue& valu
 void PCKeyedPropertyTimeline::insertRecord(size_t index, const KeyframeRecord& record,
                                            PCPropertyKeyframe* handle) {
     const auto at = static_cast<ptrdiff_t>(index);
+    m_times.insert(m_times.begin() + at, 0);
     m_keys.insert(m_keys.begin() + at, Key());
     m_identifiers.insert(m_identifiers.begin() + at, Identifier());
     if (m_otherValues) m_otherValues->insert(m_otherValues->begin() + at, PropertyValue());
@@ -89,9 +91,11 @@ void PCKeyedPropertyTimeline::eraseAt(size_t index) {
         if (PCPropertyKeyframe* handle = (*m_handles)[index]) detach(*handle);
         m_handles->erase(m_handles->begin() + at);
     }
+    m_times.erase(m_times.begin() + at);
     m_keys.erase(m_keys.begin() + at);
     m_identifiers.erase(m_identifiers.begin() + at);
     if (m_otherValues) m_otherValues->erase(m_otherValues->begin() + at);
+    m_segment = {};
     renumberHandles(index);
 }
 
@@ -171,7 +175,7 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::retrieveOrCreateKe
     int32_t timeInMS) {
     size_t index = firstKeyframeIndexAtOrAfterTimeInMS(timeInMS);
     if (index == kNotFound) index = m_keys.size();
-    const bool exists = index < m_keys.size() && m_keys[index].timeInMS == timeInMS;
+    const bool exists = index < m_keys.size() && m_times[index] == timeInMS;
     if (!exists) insertRecord(index, newKeyframeRecord(timeInMS), nullptr);
     return handleAt(index);
 }
@@ -242,7 +246,7 @@ void PCKeyedPropertyTimeline::deleteKeyframe(const KeyframePtr& keyframe) {
     }
     eraseAt(keyframe->m_index);
     didChange();
-    const bool hasNothingToLoopOver = isEmpty() || (m_keys.size() == 1 && m_keys[0].timeInMS == 0);
+    const bool hasNothingToLoopOver = isEmpty() || (m_keys.size() == 1 && m_times[0] == 0);
     if (hasNothingToLoopOver) m_repeatBehavior = PCRepeatBehaviorNever;
 }
 
@@ -268,11 +272,17 @@ void PCKeyedPropertyTimeline::moveKeyframeAtTimeInMS(int32_t fromTime, int32_t t
     updateKeyframeSort();
 }
 
-void PCKeyedPropertyTimeline::removeAllKeyframes() {
-    detachAll();
+void PCKeyedPropertyTimeline::clearLists() {
+    m_times.clear();
     m_keys.clear();
     m_identifiers.clear();
     m_otherValues.reset();
+    m_segment = {};
+}
+
+void PCKeyedPropertyTimeline::removeAllKeyframes() {
+    detachAll();
+    clearLists();
     didChange();
 }
 
@@ -283,9 +293,7 @@ void PCKeyedPropertyTimeline::setKeyframes(const Keyframes& keyframes) {
         records.push_back(keyframe->record());
     }
     detachAll();
-    m_keys.clear();
-    m_identifiers.clear();
-    m_otherValues.reset();
+    clearLists();
     for (size_t i = 0; i < records.size(); ++i) {
         const bool isOurs = keyframes[i]->m_owner == nullptr;
         insertRecord(i, records[i], isOurs ? keyframes[i].get() : nullptr);
@@ -296,9 +304,8 @@ void PCKeyedPropertyTimeline::setKeyframes(const Keyframes& keyframes) {
 void PCKeyedPropertyTimeline::updateKeyframeSort() {
     std::vector<size_t> order(m_keys.size());
     std::iota(order.begin(), order.end(), size_t{0});
-    std::stable_sort(order.begin(), order.end(), [this](size_t a, size_t b) {
-        return m_keys[a].timeInMS < m_keys[b].timeInMS;
-    });
+    std::stable_sort(order.begin(), order.end(),
+                     [this](size_t a, size_t b) { return m_times[a] < m_times[b]; });
     const auto permute = [&order](auto& values) {
         std::remove_reference_t<decltype(values)> sorted;
         sorted.reserve(values.size());
@@ -307,11 +314,13 @@ void PCKeyedPropertyTimeline::updateKeyframeSort() {
         }
         values.swap(sorted);
     };
+    permute(m_times);
     permute(m_keys);
     permute(m_identifiers);
     if (m_otherValues) permute(*m_otherValues);
     if (m_handles) permute(*m_handles);
     renumberHandles(0);
+    m_segment = {};
 }
 
 }  // namespace tweenery

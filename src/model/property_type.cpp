@@ -77,9 +77,6 @@ QString keyPathForPropertyType(int32_t type) {
     return QString::fromLatin1(path);
 }
 
-bool isFloatProperty(int32_t type) {
-    return type != PCPropertyTypeKeyAll && propertyTypeRow(type).valueKind == Kind::Float;
-}
 bool isPointProperty(int32_t type) {
     return propertyTypeRow(type).valueKind == Kind::Point;
 }
@@ -92,11 +89,6 @@ bool isStringProperty(int32_t type) {
 
 std::span<const PCPropertyType, kElementTimelineCount> elementTimelineTypes() {
     return kElementTypes;
-}
-
-int elementTimelineSlot(int32_t type) {
-    const auto found = std::find(kElementTypes.begin(), kElementTypes.end(), type);
-    return found == kElementTypes.end() ? -1 : static_cast<int>(found - kElementTypes.begin());
 }
 
 }  // namespace tweenery

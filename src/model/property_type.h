@@ -53,7 +53,11 @@ bool isKnownPropertyString(const QString& string);
 /// Throws AssertionFailure "* property type not supported" for the Key All type.
 QString keyPathForPropertyType(int32_t type);
 
-bool isFloatProperty(int32_t type);
+/// Opacity, rotation, and the halves of scale and translation.
+constexpr bool isFloatProperty(int32_t type) {
+    return type == PCPropertyTypeOpacity || type == PCPropertyTypeZRotation ||
+           (type >= PCPropertyTypeScaleX && type <= PCPropertyTypeTranslationY);
+}
 bool isPointProperty(int32_t type);
 bool isArrayProperty(int32_t type);
 bool isStringProperty(int32_t type);
@@ -61,6 +65,11 @@ bool isStringProperty(int32_t type);
 /// The eight types of an element's timelines, in the order of their numbers.
 std::span<const PCPropertyType, kElementTimelineCount> elementTimelineTypes();
 /// The place of a type among those eight (0 to 7), or -1.
-int elementTimelineSlot(int32_t type);
+constexpr int elementTimelineSlot(int32_t type) {
+    if (type >= PCPropertyTypeImageContents && type <= PCPropertyTypeChildrenZPositions)
+        return type;
+    if (type >= PCPropertyTypeScaleX && type <= PCPropertyTypeTranslationY) return type - 2;
+    return -1;
+}
 
 }  // namespace tweenery

@@ -11,7 +11,7 @@ namespace tweenery {
 namespace {
 
 template <typename T>
-T valueOr(const PropertyValue& value, T other) {
+T valueOr(const PropertyValue& value, const T& other) {
     const T* held = std::get_if<T>(&value);
     return held ? *held : other;
 }

@@ -1,5 +1,6 @@
 #include "model/timing_tables.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "model/easing.h"
@@ -39,6 +40,18 @@ Tables sampleAllCurves() {
     return tables;
 }
 
+using SinglePrecisionTables = std::array<SinglePrecisionTable, 6>;
+
+SinglePrecisionTables roundAllTables() {
+    SinglePrecisionTables tables{};
+    for (size_t i = 0; i < tables.size(); ++i) {
+        const TimingTable& exact = *timingTableForEasingMode(static_cast<int64_t>(i) + 1);
+        std::transform(exact.begin(), exact.end(), tables[i].begin(),
+                       [](double height) { return static_cast<float>(height); });
+    }
+    return tables;
+}
+
 }  // namespace
 
 double cubicBezierHeight(double x1, double y1, double x2, double y2, double x) {
@@ -56,6 +69,12 @@ double cubicBezierHeight(double x1, double y1, double x2, double y2, double x) {
 const TimingTable* timingTableForEasingMode(int64_t mode) {
     if (mode < 1 || mode > 6) return nullptr;
     static const Tables tables = sampleAllCurves();
+    return &tables[static_cast<size_t>(mode - 1)];
+}
+
+const SinglePrecisionTable* singlePrecisionTimingTable(int64_t mode) {
+    if (mode < 1 || mode > 6) return nullptr;
+    static const SinglePrecisionTables tables = roundAllTables();
     return &tables[static_cast<size_t>(mode - 1)];
 }
 

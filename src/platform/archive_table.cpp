@@ -86,9 +86,11 @@ uint32_t KeyedUnarchiver::Table::find(const PlistObject& dict, std::string_view 
         const uint32_t position = m_plist.positionOfKey(dict, hint.ref);
         if (position < dict.count) return hint.position = position;
     }
-    // Another writer may have stored the key's text more than once.
-    const uint32_t position = m_plist.positionOfKey(dict, key);
+    // A key is often asked for after the one that was written before it. The text decides, since
+    // another writer may have stored it more than once.
+    const uint32_t position = m_plist.positionOfKey(dict, key, m_lastFound + 1);
     if (position < dict.count) {
+        m_lastFound = position;
         const uint32_t ref = m_plist.item(dict, position);
         const auto* text = reinterpret_cast<const char*>(m_plist.object(ref).payload);
         hint = {text, key.size(), ref, position};
@@ -104,6 +106,14 @@ ArchivedValue KeyedUnarchiver::Table::value(const PlistObject& dict, std::string
 
 ArchivedValue KeyedUnarchiver::Table::item(uint32_t arrayRef, size_t index) {
     return resolve(m_plist.item(m_plist.object(arrayRef), static_cast<uint32_t>(index)));
+}
+
+uint32_t KeyedUnarchiver::Table::itemNumber(uint32_t arrayRef, size_t index) const {
+    const PlistObject array = m_plist.object(arrayRef);
+    const PlistObject reference = m_plist.object(m_plist.item(array, static_cast<uint32_t>(index)));
+    if (reference.type != PlistType::Uid) return NoObject;
+    const uint32_t number = referencedNumber(reference);
+    return m_plist.object(refOfObject(number)).type == PlistType::Dict ? number : NoObject;
 }
 
 ArchivedValue KeyedUnarchiver::Table::resolve(uint32_t ref) {

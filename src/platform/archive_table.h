@@ -70,6 +70,8 @@ struct KeyedUnarchiver::Table {
         return value(dictionary(object), key);
     }
     ArchivedValue item(uint32_t arrayRef, size_t index);
+    /// The number of the object at `index`; NoObject when the item is none.
+    uint32_t itemNumber(uint32_t arrayRef, size_t index) const;
 
     bool boolean(const ArchivedValue& value, std::string_view key) const;
     int32_t integer(const ArchivedValue& value, std::string_view key) const;
@@ -103,6 +105,7 @@ struct KeyedUnarchiver::Table {
     uint32_t m_root = NoObject;
 
     KeyHints m_hints;
+    uint32_t m_lastFound = 0;
     std::array<ClassEntry, 4> m_classes;
     uint32_t m_dictionaryNumber = NoObject;
     PlistObject m_dictionary;

@@ -6,17 +6,57 @@
 
 namespace tweenery {
 
+namespace {
+
+template <typename Word>
+Word wordAt(const char* bytes) {
+    Word word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    return word;
+}
+
+}  // namespace
+
 bool isSevenBit(const char* bytes, size_t size) {
     uint64_t seen = 0;
-    for (; size >= 8; bytes += 8, size -= 8) {
-        uint64_t word = 0;
-        std::memcpy(&word, bytes, 8);
-        seen |= word;
+    if (size >= 8) {
+        for (size_t i = 0; i + 8 < size; i += 8)
+            seen |= wordAt<uint64_t>(bytes + i);
+        seen |= wordAt<uint64_t>(bytes + size - 8);
+    } else if (size >= 4) {
+        seen = wordAt<uint32_t>(bytes) | wordAt<uint32_t>(bytes + size - 4);
+    } else {
+        for (size_t i = 0; i < size; ++i)
+            seen |= static_cast<uint8_t>(bytes[i]);
     }
-    for (; size > 0; ++bytes, --size)
-        seen |= static_cast<uint8_t>(*bytes);
     return (seen & 0x8080808080808080U) == 0;
 }
+
+constexpr auto BinaryPlist::makeMarkers() -> std::array<Marker, 256> {
+    std::array<Marker, 256> markers;
+    markers[0x00] = {PlistType::Null, 0};
+    markers[0x08] = {PlistType::False, 0};
+    markers[0x09] = {PlistType::True, 0};
+    markers[0x0F] = {PlistType::Null, 0};
+    for (size_t i = 0; i <= 4; ++i) {
+        markers[0x10 + i] = {PlistType::Integer, static_cast<uint8_t>(1U << i)};
+    }
+    markers[0x22] = {PlistType::Real, 4};
+    markers[0x23] = {PlistType::Real, 8};
+    markers[0x33] = {PlistType::Date, 8};
+    constexpr std::pair<size_t, PlistType> counted[] = {
+        {0x40, PlistType::Data},  {0x50, PlistType::Ascii}, {0x60, PlistType::Utf16},
+        {0xA0, PlistType::Array}, {0xC0, PlistType::Set},   {0xD0, PlistType::Dict}};
+    for (uint8_t i = 0; i <= 0xF; ++i) {
+        markers[0x80U + i] = {PlistType::Uid, static_cast<uint8_t>(i + 1)};
+        for (const auto& [first, type] : counted) {
+            markers[first + i] = {type, i == 0xF ? LongCount : i};
+        }
+    }
+    return markers;
+}
+
+constexpr std::array<BinaryPlist::Marker, 256> BinaryPlist::Markers = makeMarkers();
 
 BinaryPlist::BinaryPlist(const QByteArray& data, const QString& entry)
     : m_data(data), m_entry(entry), m_bytes(reinterpret_cast<const uint8_t*>(m_data.constData())) {
@@ -46,6 +86,11 @@ void BinaryPlist::readTrailer() {
     m_objectsEnd = m_bytes + table;
     m_objectCount = static_cast<uint32_t>(count);
     m_top = static_cast<uint32_t>(top);
+    m_unitSizes.fill(1);
+    m_unitSizes[static_cast<size_t>(PlistType::Utf16)] = 2;
+    m_unitSizes[static_cast<size_t>(PlistType::Array)] = m_refWidth;
+    m_unitSizes[static_cast<size_t>(PlistType::Set)] = m_refWidth;
+    m_unitSizes[static_cast<size_t>(PlistType::Dict)] = static_cast<uint8_t>(2 * m_refWidth);
 }
 
 void BinaryPlist::fail(const QString& reason) const {
@@ -60,87 +105,25 @@ void BinaryPlist::failBounds() const {
     fail(QStringLiteral("an object of the property list is larger than the bytes that are left"));
 }
 
-PlistObject BinaryPlist::sized(PlistType type, uint64_t count, size_t unit,
-                               const uint8_t* payload) const {
-    if (count > static_cast<size_t>(m_objectsEnd - payload) / unit) failBounds();
-    return {type, static_cast<uint32_t>(count), payload};
+void BinaryPlist::failOffset() const {
+    fail(QStringLiteral("an object of the property list lies outside of it"));
 }
 
-uint64_t BinaryPlist::longCount(const uint8_t*& place) const {
+uint64_t BinaryPlist::longCount(Marker marker, const uint8_t*& place) const {
+    if (marker.count == NoObject) {
+        fail(QStringLiteral("the property list holds an object of an unknown type"));
+    }
     if (place == m_objectsEnd) failBounds();
-    const uint8_t marker = *place++;
-    if (marker < 0x10 || marker > 0x13) {
+    const uint8_t width = *place++;
+    if (width < 0x10 || width > 0x13) {
         fail(QStringLiteral("an object of the property list has no valid count"));
     }
-    const size_t width = size_t{1} << (marker & 0xF);
-    const PlistObject count = sized(PlistType::Integer, width, 1, place);
-    place += width;
-    return unsignedAt(count.payload, width);
-}
-
-PlistObject BinaryPlist::container(PlistType type, uint8_t marker, size_t unit,
-                                   const uint8_t* place) const {
-    uint64_t count = marker & 0xF;
-    if (count == 0xF) count = longCount(place);
-    return sized(type, count, unit, place);
-}
-
-PlistObject BinaryPlist::object(uint32_t ref) const {
-    const uint64_t offset = unsignedAt(m_objectsEnd + size_t{ref} * m_offsetWidth, m_offsetWidth);
-    if (offset < HeaderSize || offset >= static_cast<size_t>(m_objectsEnd - m_bytes)) {
-        fail(QStringLiteral("an object of the property list lies outside of it"));
-    }
-    const uint8_t* place = m_bytes + offset;
-    const uint8_t marker = *place++;
-    switch (marker >> 4) {
-        case 0x0:
-            if (marker == 0x00 || marker == 0x0F) return {PlistType::Null, 0, place};
-            if (marker == 0x08) return {PlistType::False, 0, place};
-            if (marker == 0x09) return {PlistType::True, 0, place};
-            break;
-        case 0x1:
-            if (marker <= 0x14) return sized(PlistType::Integer, 1U << (marker & 0xF), 1, place);
-            break;
-        case 0x2:
-            if (marker == 0x22 || marker == 0x23) {
-                return sized(PlistType::Real, 1U << (marker & 0xF), 1, place);
-            }
-            break;
-        case 0x3:
-            if (marker == 0x33) return sized(PlistType::Date, 8, 1, place);
-            break;
-        case 0x4:
-            return container(PlistType::Data, marker, 1, place);
-        case 0x5:
-            return container(PlistType::Ascii, marker, 1, place);
-        case 0x6:
-            return container(PlistType::Utf16, marker, 2, place);
-        case 0x8:
-            return sized(PlistType::Uid, (marker & 0xF) + 1U, 1, place);
-        case 0xA:
-            return container(PlistType::Array, marker, m_refWidth, place);
-        case 0xC:
-            return container(PlistType::Set, marker, m_refWidth, place);
-        case 0xD:
-            return container(PlistType::Dict, marker, 2U * m_refWidth, place);
-        default:
-            break;
-    }
-    fail(QStringLiteral("the property list holds an object of an unknown type"));
-}
-
-size_t BinaryPlist::payloadSize(const PlistObject& object) const {
-    switch (object.type) {
-        case PlistType::Utf16:
-            return size_t{object.count} * 2;
-        case PlistType::Array:
-        case PlistType::Set:
-            return size_t{object.count} * m_refWidth;
-        case PlistType::Dict:
-            return size_t{object.count} * m_refWidth * 2;
-        default:
-            return object.count;
-    }
+    const size_t size = size_t{1} << (width & 0xF);
+    if (size > static_cast<size_t>(m_objectsEnd - place)) failBounds();
+    const uint64_t count = unsignedAt(place, size);
+    if (count > UINT32_MAX) failBounds();
+    place += size;
+    return count;
 }
 
 uint32_t BinaryPlist::positionOfKey(const PlistObject& dict, uint32_t ref) const {
@@ -150,13 +133,16 @@ uint32_t BinaryPlist::positionOfKey(const PlistObject& dict, uint32_t ref) const
     return dict.count;
 }
 
-uint32_t BinaryPlist::positionOfKey(const PlistObject& dict, std::string_view key) const {
-    for (uint32_t i = 0; i < dict.count; ++i) {
-        const PlistObject candidate = object(item(dict, i));
+uint32_t BinaryPlist::positionOfKey(const PlistObject& dict, std::string_view key,
+                                    uint32_t start) const {
+    uint32_t position = start < dict.count ? start : 0;
+    for (uint32_t tried = 0; tried < dict.count; ++tried) {
+        const PlistObject candidate = object(item(dict, position));
         if (candidate.type == PlistType::Ascii && candidate.count == key.size() &&
             std::memcmp(candidate.payload, key.data(), key.size()) == 0) {
-            return i;
+            return position;
         }
+        if (++position == dict.count) position = 0;
     }
     return dict.count;
 }

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QString>
 #include <QtEndian>
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -57,9 +58,24 @@ class BinaryPlist {
     size_t objectBytes() const { return static_cast<size_t>(m_objectsEnd - m_bytes) - HeaderSize; }
 
     /// The object of that number (below objectCount()).
-    PlistObject object(uint32_t ref) const;
+    PlistObject object(uint32_t ref) const {
+        const uint64_t offset =
+            unsignedAt(m_objectsEnd + size_t{ref} * m_offsetWidth, m_offsetWidth);
+        if (offset < HeaderSize || offset >= static_cast<size_t>(m_objectsEnd - m_bytes)) {
+            failOffset();
+        }
+        const uint8_t* place = m_bytes + offset;
+        const Marker marker = Markers[*place++];
+        uint64_t count = marker.count;
+        if (count >= LongCount) count = longCount(marker, place);
+        const auto left = static_cast<size_t>(m_objectsEnd - place);
+        if (count * m_unitSizes[static_cast<size_t>(marker.type)] > left) failBounds();
+        return {marker.type, static_cast<uint32_t>(count), place};
+    }
     /// The bytes that the object's payload takes.
-    size_t payloadSize(const PlistObject& object) const;
+    size_t payloadSize(const PlistObject& object) const {
+        return size_t{object.count} * m_unitSizes[static_cast<size_t>(object.type)];
+    }
 
     /// The object number of an array's or set's item, or of a dictionary's key.
     uint32_t item(const PlistObject& container, uint32_t index) const {
@@ -71,8 +87,9 @@ class BinaryPlist {
     }
     /// The first position in `dict` whose key is object `ref`; dict.count when there is none.
     uint32_t positionOfKey(const PlistObject& dict, uint32_t ref) const;
-    /// The first position in `dict` whose key has that text; dict.count when there is none.
-    uint32_t positionOfKey(const PlistObject& dict, std::string_view key) const;
+    /// A position in `dict` whose key has that text, the first from `start` on and around;
+    /// dict.count when there is none.
+    uint32_t positionOfKey(const PlistObject& dict, std::string_view key, uint32_t start = 0) const;
 
     /// A 7-bit string's text. Throws InputError when a byte is not 7-bit.
     std::string_view ascii(const PlistObject& string) const;
@@ -88,6 +105,17 @@ class BinaryPlist {
  private:
     static constexpr size_t HeaderSize = 8;
     static constexpr size_t TrailerSize = 32;
+    static constexpr size_t TypeCount = static_cast<size_t>(PlistType::Dict) + 1;
+
+    /// What an object's first byte says.
+    struct Marker {
+        PlistType type = PlistType::Null;
+        uint8_t count = NoObject;
+    };
+    static constexpr uint8_t LongCount = 0xFE;  // an integer object behind the marker holds it
+    static constexpr uint8_t NoObject = 0xFF;
+    static const std::array<Marker, 256> Markers;
+    static constexpr std::array<Marker, 256> makeMarkers();
 
     QByteArray m_data;
     QString m_entry;
@@ -97,6 +125,7 @@ class BinaryPlist {
     uint32_t m_top = 0;
     uint8_t m_offsetWidth = 1;
     uint8_t m_refWidth = 1;
+    std::array<uint8_t, TypeCount> m_unitSizes{};  // bytes that each of PlistObject::count takes
 
     void readTrailer();
     uint32_t refAt(const uint8_t* place) const {
@@ -106,9 +135,8 @@ class BinaryPlist {
     }
     [[noreturn]] void failRef() const;
     [[noreturn]] void failBounds() const;
-    uint64_t longCount(const uint8_t*& place) const;
-    PlistObject sized(PlistType type, uint64_t count, size_t unit, const uint8_t* payload) const;
-    PlistObject container(PlistType type, uint8_t marker, size_t unit, const uint8_t* place) const;
+    [[noreturn]] void failOffset() const;
+    uint64_t longCount(Marker marker, const uint8_t*& place) const;
 
     /// A big-endian number of 1 to 8 bytes.
     static uint64_t unsignedAt(const uint8_t* place, size_t width) {

@@ -14,20 +14,46 @@ namespace {
 
 constexpr size_t InitialSlots = 128;
 
-/// The width, out of those that every reader knows, for numbers up to `largest`.
+/// The width, out of those that every reader knows, for numbers up to `largest`. A negative number
+/// has its high bit set and takes all eight bytes.
 size_t widthOf(uint64_t largest) {
     if (largest <= UINT8_MAX) return 1;
     if (largest <= UINT16_MAX) return 2;
     return largest <= UINT32_MAX ? 4 : 8;
 }
 
-size_t integerWidth(uint64_t bits) {
-    return widthOf(bits);  // a negative number has its high bit set
+uint64_t mixed(uint64_t hash, uint64_t word) {
+    hash = (hash ^ word) * 0x9E3779B97F4A7C15ULL;
+    return hash ^ hash >> 32;
 }
 
-uint32_t hashOfBits(uint64_t bits, uint64_t salt) {
-    return static_cast<uint32_t>((bits + salt * 0x9E3779B97F4A7C15ULL) * 0xD6E8FEB86659FD93ULL >>
-                                 32);
+template <typename Word>
+uint64_t wordAt(const char* bytes) {
+    Word word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    return word;
+}
+
+/// The last up to eight bytes.
+uint64_t lastWord(std::string_view text) {
+    const char* bytes = text.data();
+    const size_t size = text.size();
+    if (size >= 8) return wordAt<uint64_t>(bytes + size - 8);
+    if (size >= 4) return wordAt<uint32_t>(bytes) << 32 | wordAt<uint32_t>(bytes + size - 4);
+    uint64_t word = 0;
+    for (const char byte : text)
+        word = word << 8 | static_cast<uint8_t>(byte);
+    return word;
+}
+
+/// Seeded anew in each process, so that no file can choose strings that collide.
+uint32_t hashOfBytes(std::string_view text) {
+    static const uint64_t seed = QHashSeed::globalSeed();
+    uint64_t hash = mixed(seed, text.size());
+    for (size_t i = 0; i + 8 < text.size(); i += 8) {
+        hash = mixed(hash, wordAt<uint64_t>(text.data() + i));
+    }
+    return static_cast<uint32_t>(mixed(hash, lastWord(text)));
 }
 
 size_t countSize(uint32_t count) {
@@ -61,7 +87,7 @@ class BinaryPlistWriter::Output {
     }
 
     void integer(uint64_t value) {
-        const size_t width = integerWidth(value);
+        const size_t width = widthOf(value);
         byte(0x10U | static_cast<size_t>(std::countr_zero(width)));
         number(value, width);
     }
@@ -87,7 +113,32 @@ BinaryPlistWriter::BinaryPlistWriter() : m_slots(InitialSlots) {
     m_bytes.reserve(InitialSlots * 8);
 }
 
+/// The object's size in the list, without the references of a container.
+size_t BinaryPlistWriter::sizeOf(Type type, uint64_t payload, uint32_t count) {
+    switch (type) {
+        case Type::False:
+        case Type::True:
+            return 1;
+        case Type::Integer:
+        case Type::Uid:
+            return 1 + widthOf(payload);
+        case Type::Float:
+            return 5;
+        case Type::Double:
+            return 9;
+        case Type::Ascii:
+            return 1 + countSize(count) + count;
+        case Type::Utf16:
+            return 1 + countSize(count) + size_t{count} * 2;
+        case Type::Array:
+        case Type::Dict:
+            return 1 + countSize(count);
+    }
+    return 0;
+}
+
 auto BinaryPlistWriter::add(Type type, uint64_t payload, uint32_t count) -> Ref {
+    m_size += sizeOf(type, payload, count);
     m_objects.push_back({payload, count, type});
     return static_cast<Ref>(m_objects.size() - 1);
 }
@@ -123,7 +174,7 @@ void BinaryPlistWriter::growSlots() {
 
 auto BinaryPlistWriter::sharedScalar(Type type, uint64_t bits) -> Ref {
     return shared(
-        hashOfBits(bits, static_cast<uint64_t>(type)),
+        static_cast<uint32_t>(mixed(bits, static_cast<uint64_t>(type) << 56)),
         [bits](const Object& other) { return other.payload == bits; }, type, bits, 0);
 }
 
@@ -132,18 +183,14 @@ std::string_view BinaryPlistWriter::bytesOf(const Object& object) const {
     return std::string_view(m_bytes).substr(object.payload, object.count * unit);
 }
 
-/// Shares the string whose bytes have been put at the end of m_bytes.
-auto BinaryPlistWriter::sharedBytes(Type type, size_t begin) -> Ref {
-    const std::string_view text = std::string_view(m_bytes).substr(begin);
+auto BinaryPlistWriter::sharedBytes(Type type, std::string_view text) -> Ref {
     const size_t count = type == Type::Utf16 ? text.size() / 2 : text.size();
     assertContract(count < UINT32_MAX, QStringLiteral("a string is too long for an archive"));
-    const auto hash =
-        static_cast<uint32_t>(qHashBits(text.data(), text.size(), QHashSeed::globalSeed()));
     const size_t before = m_objects.size();
     const Ref ref = shared(
-        hash, [&](const Object& other) { return bytesOf(other) == text; }, type, begin,
-        static_cast<uint32_t>(count));
-    if (m_objects.size() == before) m_bytes.resize(begin);
+        hashOfBytes(text), [&](const Object& other) { return bytesOf(other) == text; }, type,
+        m_bytes.size(), static_cast<uint32_t>(count));
+    if (m_objects.size() > before) m_bytes += text;
     return ref;
 }
 
@@ -164,15 +211,13 @@ auto BinaryPlistWriter::real(double value) -> Ref {
 }
 
 auto BinaryPlistWriter::uid(uint32_t value) -> Ref {
-    return sharedScalar(Type::Uid, value);
+    return add(Type::Uid, value, 0);
 }
 
 auto BinaryPlistWriter::ascii(std::string_view text) -> Ref {
     assertContract(isSevenBit(text.data(), text.size()),
                    QStringLiteral("a string of an archive is not 7-bit"));
-    const size_t begin = m_bytes.size();
-    m_bytes += text;
-    return sharedBytes(Type::Ascii, begin);
+    return sharedBytes(Type::Ascii, text);
 }
 
 auto BinaryPlistWriter::unsharedAscii(std::string_view text) -> Ref {
@@ -182,21 +227,19 @@ auto BinaryPlistWriter::unsharedAscii(std::string_view text) -> Ref {
 }
 
 auto BinaryPlistWriter::string(QStringView text) -> Ref {
-    const size_t begin = m_bytes.size();
     const auto size = static_cast<size_t>(text.size());
     char16_t seen = 0;
     for (const QChar character : text)
         seen |= character.unicode();
     if (seen < 0x80) {
-        m_bytes.resize(begin + size);
-        for (size_t i = 0; i < size; ++i) {
-            m_bytes[begin + i] = static_cast<char>(text.utf16()[i]);
-        }
-        return sharedBytes(Type::Ascii, begin);
+        m_encoded.resize(size);
+        for (size_t i = 0; i < size; ++i)
+            m_encoded[i] = static_cast<char>(text.utf16()[i]);
+        return sharedBytes(Type::Ascii, m_encoded);
     }
-    m_bytes.resize(begin + 2 * size);
-    qToBigEndian<char16_t>(text.utf16(), text.size(), m_bytes.data() + begin);
-    return sharedBytes(Type::Utf16, begin);
+    m_encoded.resize(2 * size);
+    qToBigEndian<char16_t>(text.utf16(), text.size(), m_encoded.data());
+    return sharedBytes(Type::Utf16, m_encoded);
 }
 
 auto BinaryPlistWriter::array(std::span<const Ref> items) -> Ref {
@@ -213,31 +256,6 @@ auto BinaryPlistWriter::dictionary(std::span<const Pair> pairs) -> Ref {
         m_refs[begin + pairs.size() + i] = pairs[i].second;
     }
     return add(Type::Dict, begin, static_cast<uint32_t>(pairs.size()));
-}
-
-size_t BinaryPlistWriter::sizeOf(const Object& object, size_t refWidth) const {
-    switch (object.type) {
-        case Type::False:
-        case Type::True:
-            return 1;
-        case Type::Integer:
-            return 1 + integerWidth(object.payload);
-        case Type::Float:
-            return 5;
-        case Type::Double:
-            return 9;
-        case Type::Uid:
-            return 1 + widthOf(object.payload);
-        case Type::Ascii:
-            return 1 + countSize(object.count) + object.count;
-        case Type::Utf16:
-            return 1 + countSize(object.count) + size_t{object.count} * 2;
-        case Type::Array:
-            return 1 + countSize(object.count) + object.count * refWidth;
-        case Type::Dict:
-            return 1 + countSize(object.count) + object.count * refWidth * 2;
-    }
-    return 0;
 }
 
 void BinaryPlistWriter::write(const Object& object, Output& out) const {
@@ -276,9 +294,7 @@ QByteArray BinaryPlistWriter::finish(Ref top) const {
     constexpr std::string_view Header = "bplist00";
     constexpr size_t TrailerSize = 32;
     const size_t refWidth = widthOf(m_objects.size() - 1);
-    size_t table = Header.size();
-    for (const Object& object : m_objects)
-        table += sizeOf(object, refWidth);
+    const size_t table = Header.size() + m_size + m_refs.size() * refWidth;
     const size_t offsetWidth = widthOf(table);
     const size_t total = table + m_objects.size() * offsetWidth + TrailerSize;
 

@@ -12,8 +12,8 @@
 
 namespace tweenery {
 
-/// Collects the objects of a binary property list and writes it. Numbers, strings and UIDs of equal
-/// value become one object; arrays and dictionaries are objects of their own.
+/// Collects the objects of a binary property list and writes it. Numbers and strings of equal value
+/// become one object; every UID, array and dictionary is an object of its own.
 class BinaryPlistWriter {
  public:
     /// An object's number in the list.
@@ -69,18 +69,20 @@ class BinaryPlistWriter {
 
     std::vector<Object> m_objects;
     std::string m_bytes;        // of all strings; UTF-16 is big-endian
+    std::string m_encoded;      // the string that is being added
     std::vector<Ref> m_refs;    // of all arrays and dictionaries
     std::vector<Slot> m_slots;  // open addressing; a power of two, at most half full
     size_t m_sharedCount = 0;
+    size_t m_size = 0;  // of all objects in the list, without the references of containers
 
+    static size_t sizeOf(Type type, uint64_t payload, uint32_t count);
     Ref add(Type type, uint64_t payload, uint32_t count);
     Ref sharedScalar(Type type, uint64_t bits);
-    Ref sharedBytes(Type type, size_t begin);
+    Ref sharedBytes(Type type, std::string_view text);
     template <typename IsEqual>
     Ref shared(uint32_t hash, IsEqual isEqual, Type type, uint64_t payload, uint32_t count);
     void growSlots();
     std::string_view bytesOf(const Object& object) const;
-    size_t sizeOf(const Object& object, size_t refWidth) const;
     void write(const Object& object, Output& out) const;
 };
 

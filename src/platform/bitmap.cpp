@@ -5,9 +5,9 @@
 #include <QImageWriter>
 #include <QPainter>
 #include <algorithm>
-#include <optional>
 
 #include "platform/errors.h"
+#include "platform/image_header.h"
 
 namespace tweenery {
 
@@ -18,92 +18,48 @@ constexpr int64_t maximumPixels = 64'000'000;
 // Room for the largest image with 16 bits in each of four samples, in MiB.
 constexpr int allocationLimit = 512;
 
-const QByteArray pngFormat = QByteArrayLiteral("png");
-const QByteArray jpegFormat = QByteArrayLiteral("jpeg");
-
-std::optional<ImageFormat> formatOf(const QByteArray& data) {
-    if (data.startsWith(QByteArrayView("\x89PNG\r\n\x1a\n", 8))) return ImageFormat::Png;
-    if (data.startsWith(QByteArrayView("\xff\xd8\xff", 3))) return ImageFormat::Jpeg;
-    return std::nullopt;
+QByteArray nameOf(ImageFormat format) {
+    return format == ImageFormat::Png ? QByteArrayLiteral("png") : QByteArrayLiteral("jpeg");
 }
 
 ImageFormat requiredFormatOf(const QByteArray& data, const QString& entry) {
-    const auto format = formatOf(data);
+    const auto format = imageFormatOf(data);
     if (!format) throw InputError(entry, QStringLiteral("is neither a PNG nor a JPEG image"));
     return *format;
 }
 
-/// True when the end marker follows the compressed data. The decoder fills up what is missing in
-/// gray and calls it a success.
-bool isJpegComplete(const QByteArray& data) {
-    constexpr uint8_t startOfScan = 0xda;
-    const auto byteAt = [&](qsizetype i) { return static_cast<uint8_t>(data[i]); };
-    qsizetype position = 2;
-    while (position + 4 <= data.size() && byteAt(position) == 0xff) {
-        const uint8_t marker = byteAt(position + 1);
-        if (marker == 0xff) {  // a fill byte
-            ++position;
-            continue;
-        }
-        const qsizetype length = byteAt(position + 2) << 8 | byteAt(position + 3);
-        position += 2 + length;
-        if (marker == startOfScan) {
-            return data.indexOf(QByteArrayView("\xff\xd9", 2), position) >= 0;
-        }
+QSize checkedSize(const QByteArray& data, ImageFormat format, const QString& entry) {
+    const auto size = imageHeaderSize(data, format);
+    if (!size || size->isEmpty()) {
+        throw InputError(entry, QStringLiteral("is damaged: its header cannot be read"));
     }
-    return false;
+    if (size->width() > maximumSide || size->height() > maximumSide ||
+        int64_t{size->width()} * size->height() > maximumPixels) {
+        throw InputError(
+            entry,
+            QStringLiteral("is too large: %1 by %2 pixels").arg(size->width()).arg(size->height()));
+    }
+    return *size;
 }
 
-/// A reader of encoded bytes whose format is fixed, so that no other decoder is ever asked.
-class EncodedImage {
- public:
-    EncodedImage(const QByteArray& data, const QString& entry)
-        : m_entry(entry), m_format(requiredFormatOf(data, entry)), m_data(data) {
-        static const bool isLimitSet = [] {
-            QImageReader::setAllocationLimit(allocationLimit);
-            return true;
-        }();
-        Q_UNUSED(isLimitSet);
-        m_buffer.setData(data);
-        m_buffer.open(QIODevice::ReadOnly);
-        m_reader.setAutoDetectImageFormat(false);
-        m_reader.setFormat(m_format == ImageFormat::Png ? pngFormat : jpegFormat);
-        m_reader.setDevice(&m_buffer);
+/// Decodes with the decoder of `format` alone, so that no other one is ever asked.
+QImage decodeAs(ImageFormat format, const QByteArray& data, const QString& entry) {
+    static const bool isLimitSet = [] {
+        QImageReader::setAllocationLimit(allocationLimit);
+        return true;
+    }();
+    Q_UNUSED(isLimitSet);
+    QBuffer buffer;
+    buffer.setData(data);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer, nameOf(format));
+    reader.setAutoDetectImageFormat(false);
+    QImage image = reader.read();
+    if (image.isNull()) {
+        throw InputError(entry, QStringLiteral("is damaged: %1").arg(reader.errorString()));
     }
-
-    QSize size() {
-        const QSize size = m_reader.size();
-        if (size.isEmpty()) fail(QStringLiteral("is damaged: its header cannot be read"));
-        if (size.width() > maximumSide || size.height() > maximumSide ||
-            int64_t{size.width()} * size.height() > maximumPixels) {
-            fail(QStringLiteral("is too large: %1 by %2 pixels")
-                     .arg(size.width())
-                     .arg(size.height()));
-        }
-        return size;
-    }
-
-    QImage decode() {
-        size();
-        if (m_format == ImageFormat::Jpeg && !isJpegComplete(m_data)) {
-            fail(QStringLiteral("is damaged: it ends too early"));
-        }
-        QImage image = m_reader.read();
-        if (image.isNull()) fail(QStringLiteral("is damaged: %1").arg(m_reader.errorString()));
-        image.convertTo(QImage::Format_ARGB32_Premultiplied);
-        image.setDevicePixelRatio(1);
-        return image;
-    }
-
- private:
-    [[noreturn]] void fail(const QString& reason) { throw InputError(m_entry, reason); }
-
-    QString m_entry;
-    ImageFormat m_format;
-    QByteArray m_data;
-    QBuffer m_buffer;
-    QImageReader m_reader;
-};
+    return image;
+}
 
 QImage overWhite(const QImage& image) {
     if (!image.hasAlphaChannel()) return image;
@@ -116,11 +72,19 @@ QImage overWhite(const QImage& image) {
 }  // namespace
 
 QSize encodedImageSize(const QByteArray& data, const QString& entry) {
-    return EncodedImage(data, entry).size();
+    return checkedSize(data, requiredFormatOf(data, entry), entry);
 }
 
 QImage decodeImage(const QByteArray& data, const QString& entry) {
-    return EncodedImage(data, entry).decode();
+    const ImageFormat format = requiredFormatOf(data, entry);
+    const QSize size = checkedSize(data, format, entry);
+    const QString reason = QStringLiteral("is damaged: data is missing or changed");
+    if (!isImageComplete(data, format)) throw InputError(entry, reason);
+    QImage image = decodeAs(format, data, entry);
+    if (image.size() != size) throw InputError(entry, reason);
+    image.convertTo(QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(1);
+    return image;
 }
 
 QByteArray encodeImage(const QImage& image, ImageFormat format, int quality) {
@@ -128,7 +92,7 @@ QByteArray encodeImage(const QImage& image, ImageFormat format, int quality) {
     QBuffer buffer(&data);
     buffer.open(QIODevice::WriteOnly);
     const bool isJpeg = format == ImageFormat::Jpeg;
-    QImageWriter writer(&buffer, isJpeg ? jpegFormat : pngFormat);
+    QImageWriter writer(&buffer, nameOf(format));
     writer.setProgressiveScanWrite(false);
     if (isJpeg) writer.setQuality(quality);
     const bool isWritten = writer.write(isJpeg ? overWhite(image) : image);
@@ -144,8 +108,10 @@ QSize fittedSize(QSize source, QSizeF target) {
     const double h = source.height();
     const QSizeF fitted = w > h ? QSizeF(target.width(), h / (w / target.width()))
                                 : QSizeF(w / (h / target.height()), target.height());
-    return {std::max(1, static_cast<int>(fitted.width())),
-            std::max(1, static_cast<int>(fitted.height()))};
+    // 100 / (100 / 44) is a rounding error below 44; a square stays a square.
+    constexpr double roundingError = 1e-9;
+    return {std::max(1, static_cast<int>(fitted.width() + roundingError)),
+            std::max(1, static_cast<int>(fitted.height() + roundingError))};
 }
 
 QImage imageFitted(const QImage& source, QSizeF target) {

@@ -2,55 +2,58 @@
 
 #include <QHash>
 #include <QRandomGenerator>
+#include <type_traits>
 #include <utility>
 
 namespace tweenery {
 namespace {
 
 constexpr size_t UuidLength = Identifier::UuidLength;
+constexpr size_t DashPositions[] = {8, 13, 18, 23};
+constexpr uint8_t DigitPositions[] = {0,  1,  2,  3,  4,  5,  6,  7,  9,  10, 11,
+                                      12, 14, 15, 16, 17, 19, 20, 21, 22, 24, 25,
+                                      26, 27, 28, 29, 30, 31, 32, 33, 34, 35};
+constexpr char Digits[] = "0123456789ABCDEF";
+constexpr uint8_t NoDigit = 0x80;
 
-constexpr bool isDashPosition(size_t position) {
-    return position == 8 || position == 13 || position == 18 || position == 23;
+constexpr std::array<uint8_t, 256> digitValues() {
+    std::array<uint8_t, 256> values{};
+    values.fill(NoDigit);
+    for (uint8_t i = 0; i < 16; ++i)
+        values[static_cast<uint8_t>(Digits[i])] = i;
+    return values;
 }
 
-constexpr int hexDigit(char16_t character) {
-    if (character >= u'0' && character <= u'9') return character - u'0';
-    if (character >= u'A' && character <= u'F') return character - u'A' + 10;
-    return -1;
-}
+constexpr std::array<uint8_t, 256> DigitValues = digitValues();
 
 /// Reads the canonical form "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX"; false for any other text.
 template <typename Character>
 bool parseUuid(const Character* text, size_t length, uint64_t& high, uint64_t& low) {
     if (length != UuidLength) return false;
+    for (const size_t position : DashPositions) {
+        if (text[position] != Character('-')) return false;
+    }
     uint64_t halves[2] = {0, 0};
-    size_t digits = 0;
-    for (size_t i = 0; i < length; ++i) {
-        const auto character = static_cast<char16_t>(text[i]);
-        if (isDashPosition(i)) {
-            if (character != u'-') return false;
-            continue;
-        }
-        const int digit = hexDigit(character);
-        if (digit < 0) return false;
-        uint64_t& half = halves[digits++ / 16];
-        half = half << 4 | static_cast<uint64_t>(digit);
+    unsigned seen = 0;
+    for (size_t i = 0; i < 32; ++i) {
+        const auto character =
+            static_cast<std::make_unsigned_t<Character>>(text[DigitPositions[i]]);
+        if (character > 0xFF) return false;
+        const uint8_t digit = DigitValues[static_cast<uint8_t>(character)];
+        seen |= digit;
+        halves[i / 16] = halves[i / 16] << 4 | digit;
     }
     high = halves[0];
     low = halves[1];
-    return true;
+    return seen < NoDigit;
 }
 
 void printUuid(uint64_t high, uint64_t low, std::array<char, UuidLength>& out) {
-    size_t digits = 0;
-    for (size_t i = 0; i < UuidLength; ++i) {
-        if (isDashPosition(i)) {
-            out[i] = '-';
-            continue;
-        }
-        const uint64_t half = digits < 16 ? high : low;
-        out[i] = "0123456789ABCDEF"[half >> (60 - 4 * (digits % 16)) & 0xF];
-        ++digits;
+    for (const size_t position : DashPositions)
+        out[position] = '-';
+    for (size_t i = 0; i < 16; ++i) {
+        out[DigitPositions[i]] = Digits[high >> (60 - 4 * i) & 0xF];
+        out[DigitPositions[16 + i]] = Digits[low >> (60 - 4 * i) & 0xF];
     }
 }
 

@@ -157,7 +157,7 @@ class ArchiveBuilder final : public KeyedEncoder {
     }
 
     uint32_t uidOfShared(Ref ref) {
-        if (ref >= m_uidOfRef.size()) m_uidOfRef.resize(m_plist.objectCount(), NullUid);
+        if (ref >= m_uidOfRef.size()) m_uidOfRef.resize(ref * 2 + 64, NullUid);
         if (m_uidOfRef[ref] == NullUid) m_uidOfRef[ref] = newObject(ref);
         return m_uidOfRef[ref];
     }
@@ -180,7 +180,7 @@ class ArchiveBuilder final : public KeyedEncoder {
 
     Ref uidRef(uint32_t uid) {
         constexpr Ref None = UINT32_MAX;
-        if (uid >= m_uids.size()) m_uids.resize(m_objects.size(), None);
+        if (uid >= m_uids.size()) m_uids.resize(uid * 2 + 64, None);
         if (m_uids[uid] == None) m_uids[uid] = m_plist.uid(uid);
         return m_uids[uid];
     }

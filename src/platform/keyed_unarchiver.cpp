@@ -107,11 +107,11 @@ QStringList KeyedDecoder::decodeStrings(std::string_view key) const {
 
 KeyedDecoder ArchivedArray::object(size_t index) const {
     assertContract(index < m_size, QStringLiteral("index beyond the end of an archived array"));
-    const ArchivedValue value = m_archive->m_table->item(m_array, index);
-    if (value.object.type != PlistType::Dict || value.number == ArchivedValue::NoObject) {
+    const uint32_t number = m_archive->m_table->itemNumber(m_array, index);
+    if (number == ArchivedValue::NoObject) {
         m_archive->fail(QStringLiteral("an array's item number %1 is no object").arg(index));
     }
-    return {m_archive, value.number};
+    return {m_archive, number};
 }
 
 QString ArchivedArray::string(size_t index) const {

@@ -114,7 +114,7 @@ void PackageBuilder::fill(const DirectoryPtr& directory) {
 // Entries that are kept show whether they changed when they are linked or entered. What is left
 // to see here is whether others came, and whether those that go are the ones we know.
 void PackageBuilder::requireUnchanged(const Directory& directory) const {
-    if (!directory.node->origin()) return;  // its predecessor was compared with the parent's
+    if (directory.parent && !directory.node->origin()) return;  // the parent saw to what was here
     std::vector<ListedEntry> entries;
     if (!listDirectory(directory.current, entries))
         throw InputError(directory.path(), failureText(u"could not be listed"_s, errno));
