@@ -53,18 +53,21 @@ QString PCAnimationExportElementTimelines::description() const {
     return text;
 }
 
-const std::array<ElementTimelineFile, kElementTimelineCount>& elementTimelineFiles() {
-    static constexpr std::array<ElementTimelineFile, kElementTimelineCount> files{{
-        {"zRotation.data", &Record::zRotation},
-        {"opacity.data", &Record::opacity},
-        {"xScale.data", &Record::xScale},
-        {"yScale.data", &Record::yScale},
-        {"xTranslation.data", &Record::xPosition},
-        {"yTranslation.data", &Record::yPosition},
-        {"imageContents.data", &Record::contents},
-        {"zPosition.data", &Record::zPosition},
+const ElementTimelineFile* elementTimelineFileNamed(const QString& fileName) {
+    static const std::array<ElementTimelineFile, kElementTimelineCount> files{{
+        {u"zRotation.data"_s, &Record::zRotation},
+        {u"opacity.data"_s, &Record::opacity},
+        {u"xScale.data"_s, &Record::xScale},
+        {u"yScale.data"_s, &Record::yScale},
+        {u"xTranslation.data"_s, &Record::xPosition},
+        {u"yTranslation.data"_s, &Record::yPosition},
+        {u"imageContents.data"_s, &Record::contents},
+        {u"zPosition.data"_s, &Record::zPosition},
     }};
-    return files;
+    const auto file = std::find_if(files.begin(), files.end(), [&](const auto& candidate) {
+        return candidate.fileName == fileName;
+    });
+    return file == files.end() ? nullptr : &*file;
 }
 
 }  // namespace tweenery

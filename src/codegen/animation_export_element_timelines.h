@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <array>
 #include <vector>
 
 #include "model/element.h"
@@ -38,11 +37,12 @@ struct PCAnimationExportElementTimelines {
     QString description() const;
 };
 
-/// The stored files of one element and the fields that they go to.
+/// A stored file of an element, and the field that it goes to.
 struct ElementTimelineFile {
-    const char* fileName;
+    QString fileName;
     PCAnimationExportElementTimelines::Timeline PCAnimationExportElementTimelines::*field;
 };
-const std::array<ElementTimelineFile, kElementTimelineCount>& elementTimelineFiles();
+/// The file of that name; null for any other name.
+const ElementTimelineFile* elementTimelineFileNamed(const QString& fileName);
 
 }  // namespace tweenery

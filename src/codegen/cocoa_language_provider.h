@@ -20,6 +20,7 @@ class PCCocoaLanguageProvider : public PCLanguageCodeProvider {
     void setGenerateForMac(bool generateForMac) override { m_generateForMac = generateForMac; }
     void setGeneratedClassName(Text name) override { m_generatedClassName = name; }
 
+    void reserveCode(size_t bytes) final { m_codeStr.reserve(m_codeStr.size() + bytes); }
     void addTopComments() override {}
     void beginImports() override {}
     void addFrameworkDependency(Text) override {}

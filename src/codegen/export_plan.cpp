@@ -43,8 +43,7 @@ struct TimelineJob {
     size_t bundle = 0;
     size_t element = 0;
     const ElementTimelineFile* file = nullptr;
-    QByteArray data;
-    QString entry;
+    const FileWrapper* stored = nullptr;
     PCKeyedPropertyTimeline::Ptr timeline;
 };
 
@@ -68,6 +67,7 @@ class Planner {
     void createAnimationsBaseNameMap();
     void createAnimationExportBundles();
     void listTimelines(size_t bundle);
+    void decode(TimelineJob& job) const;
     void takeTimelines(TimelineJob* first, TimelineJob* last);
     void finishBundle(PCAnimationExportBundle& bundle);
     void classify(PCAnimationExportBundle& bundle);
@@ -161,9 +161,7 @@ void Planner::createAnimationExportBundles() {
         m_bundles.emplace_back().animation = animation;
         listTimelines(m_bundles.size() - 1);
     }
-    parallelFor(m_jobs.size(), [this](size_t i) {
-        m_jobs[i].timeline = PCKeyedPropertyTimeline::unarchive(m_jobs[i].data, m_jobs[i].entry);
-    });
+    parallelFor(m_jobs.size(), [this](size_t i) { decode(m_jobs[i]); });
     for (size_t first = 0, last = 0; first < m_jobs.size(); first = last) {
         while (last < m_jobs.size() && m_jobs[last].bundle == m_jobs[first].bundle &&
                m_jobs[last].element == m_jobs[first].element) {
@@ -184,28 +182,27 @@ void Planner::listTimelines(size_t bundle) {
     const size_t firstJob = m_jobs.size();
     for (const auto& [name, directory] : animation->fileWrapper()->fileWrappers()) {
         if (name == kAnimationNameFile || name == kAnimationKeyAllFile) continue;
-        if (!directory->isDirectory()) continue;
         const auto element = m_elementByIdentifier.find(Identifier(name));
+        const bool isDeleted = element == m_elementByIdentifier.end();
         bool hasTimelines = false;
-        for (const ElementTimelineFile& file : elementTimelineFiles()) {
-            const QString fileName = QString::fromLatin1(file.fileName);
-            const FileWrapper::Ptr stored = directory->child(fileName);
-            if (!stored || !stored->isRegularFile()) continue;
+        for (const auto& [fileName, stored] : directory->fileWrappers()) {
+            const ElementTimelineFile* file = elementTimelineFileNamed(fileName);
+            if (!file || !stored->isRegularFile()) continue;
             hasTimelines = true;
-            if (element == m_elementByIdentifier.end()) break;
-            m_jobs.push_back({bundle,
-                              element->second,
-                              &file,
-                              stored->contents(),
-                              u"animations/%1/%2/%3"_s.arg(animation->identifier(), name, fileName),
-                              {}});
+            if (isDeleted) break;
+            m_jobs.push_back({bundle, element->second, file, stored.get(), {}});
         }
-        if (hasTimelines && element == m_elementByIdentifier.end()) {
-            m_plan.leftOutTimelines.push_back({animation, name, {}, 0});
-        }
+        if (hasTimelines && isDeleted) m_plan.leftOutTimelines.push_back({animation, name, {}, 0});
     }
     std::stable_sort(m_jobs.begin() + static_cast<std::ptrdiff_t>(firstJob), m_jobs.end(),
                      [](const auto& a, const auto& b) { return a.element < b.element; });
+}
+
+void Planner::decode(TimelineJob& job) const {
+    const QString entry = u"animations/"_s + m_bundles[job.bundle].animation->identifier() + u'/' +
+                          m_plan.elements[job.element].element->identifier().toString() + u'/' +
+                          job.file->fileName;
+    job.timeline = PCKeyedPropertyTimeline::unarchive(job.stored->contents(), entry);
 }
 
 /// Gives the decoded timelines of one element, from `first` up to `last`, to its bundle.

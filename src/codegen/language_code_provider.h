@@ -50,6 +50,9 @@ class PCLanguageCodeProvider {
     virtual void setGenerateForMac(bool generateForMac) = 0;
     virtual void setGeneratedClassName(Text name) = 0;
 
+    /// Makes room for so many more bytes in the main file, so that it need not grow in steps.
+    virtual void reserveCode(size_t bytes) = 0;
+
     /// The comment block at the head of each file.
     virtual void addTopComments() = 0;
     virtual void beginImports() = 0;

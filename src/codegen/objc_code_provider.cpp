@@ -483,19 +483,22 @@ void PCObjCCodeProvider::codeForAnimationWithVariableName(
     std::string& out, const KeyframeAnimationCode& animation) const {
     const Text variable = animation.variableName;
     append(out,
-           "\n\n\tCAKeyframeAnimation *%@ = [CAKeyframeAnimation animationWithKeyPath:@\"%@\"];",
-           variable, animation.keypath);
-    append(out, "\n\t%@.duration = %@;", variable, animation.duration);
-    append(out, "\n\t%@.values = @[%@];", variable, animation.values);
-    append(out, "\n\t%@.keyTimes = @[%@];", variable, animation.times);
-    append(out, "\n\t%@.timingFunctions = @[%@];", variable, animation.timingFunctions);
+           "\n\n\tCAKeyframeAnimation *%@ = [CAKeyframeAnimation animationWithKeyPath:@\"%@\"];"
+           "\n\t%@.duration = %@;"
+           "\n\t%@.values = @[%@];"
+           "\n\t%@.keyTimes = @[%@];"
+           "\n\t%@.timingFunctions = @[%@];",
+           variable, animation.keypath, variable, animation.duration, variable, animation.values,
+           variable, animation.times, variable, animation.timingFunctions);
     if (animation.autoreverses) {
         append(out, "\n\t%@.autoreverses = %@;", variable, *animation.autoreverses ? "YES" : "NO");
     }
     if (animation.repeatForever) append(out, "\n\t%@.repeatCount = HUGE_VALF;", variable);
-    append(out, "\n\t%@.beginTime = beginTime;", variable);
-    append(out, "\n\t%@.fillMode = fillMode;", variable);
-    append(out, "\n\t%@.removedOnCompletion = removedOnCompletion;", variable);
+    append(out,
+           "\n\t%@.beginTime = beginTime;"
+           "\n\t%@.fillMode = fillMode;"
+           "\n\t%@.removedOnCompletion = removedOnCompletion;",
+           variable, variable, variable);
     std::string key;
     if (animation.animationKeySuffix) {
         append(key, "[@\"%@\" stringByAppendingString:%@]", literal(animation.animationKey),

@@ -48,7 +48,12 @@ void appendEscapedControl(std::string& out, TargetLanguage language, std::string
 
 /// `name` with its control characters escaped, and each of `marked` behind a backslash.
 std::string escaped(TargetLanguage language, std::string_view name, std::string_view marked) {
+    const bool isPlain = std::all_of(name.begin(), name.end(), [&](char character) {
+        const auto byte = static_cast<unsigned char>(character);
+        return byte >= 0x20 && byte < 0x7f && marked.find(character) == std::string_view::npos;
+    });
     std::string text;
+    if (isPlain) return text.assign(name);
     text.reserve(name.size());
     while (!name.empty()) {
         const size_t control = controlLength(name);

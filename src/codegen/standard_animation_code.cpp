@@ -2,6 +2,7 @@
 
 #include <QHash>
 
+#include "codegen/keyframe_lists.h"
 #include "codegen/parallel.h"
 #include "platform/errors.h"
 #include "platform/path_name.h"
@@ -12,31 +13,22 @@ namespace tweenery {
 
 namespace {
 
-/// A timing function as generated code has it; by easing mode.
-struct TimingFunction {
-    std::string_view variable;
-    std::string_view builtInName;  // empty: custom
-    QPointF controlPoint1{0, 0};
-    QPointF controlPoint2{0, 0};
-};
-
-const std::array<TimingFunction, 7>& timingFunctions() {
-    static const std::array<TimingFunction, 7> functions{{
-        {"linearTiming", "kCAMediaTimingFunctionLinear"},
-        {"easeInTiming", "kCAMediaTimingFunctionEaseIn"},
-        {"easeOutTiming", "kCAMediaTimingFunctionEaseOut"},
-        {"easeInOutTiming", "kCAMediaTimingFunctionEaseInEaseOut"},
-        {"anticipateTiming", "", {0.42, -0.3}, {1.0, 1.0}},
-        {"overshootTiming", "", {0.0, 0.0}, {0.58, 1.3}},
-        {"anticOverTiming", "", {0.42, -0.3}, {0.58, 1.3}},
-    }};
-    return functions;
-}
-
 const PropertyTypeRow& generatedRow(int32_t propertyType, const QString& complaint) {
     const PropertyTypeRow& row = propertyTypeRow(propertyType);
     if (!row.qualifier) failContract(complaint);
     return row;
+}
+
+/// About as many bytes as the animations of a bundle take.
+size_t estimatedSize(const PCAnimationExportBundle& bundle) {
+    constexpr size_t bytesOfFrame = 700;
+    constexpr size_t bytesOfKeyframe = 40;
+    size_t size = 1000;
+    for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
+        for (const auto& timeline : record.allNonNilTimelines())
+            size += bytesOfFrame + bytesOfKeyframe * timeline->keyframesCount();
+    }
+    return size;
 }
 
 }  // namespace
@@ -55,78 +47,45 @@ std::string_view animationKeyPathForPropertyType(int32_t propertyType) {
         .keyPath;
 }
 
-/// The three comma-separated lists of one keyframe animation.
-class StandardAnimationCode::Lists {
+/// The code of one animation. Animations are independent of each other, so that each can be written
+/// on a thread of its own.
+class StandardAnimationCode::BundleCode {
  public:
-    Lists(const PCLanguageCodeProvider& provider, EasingModes& easingModesNeeded)
-        : m_provider(provider), m_easingModesNeeded(easingModesNeeded) {}
+    BundleCode(const ExportPlan& plan, const PCLanguageCodeProvider& provider,
+               PCAnimationExportBundle& bundle)
+        : m_plan(plan),
+          m_provider(provider),
+          m_bundle(bundle),
+          m_animationName(bundle.animation->name().toStdString()),
+          m_lists(provider) {}
 
-    /// Lists the keyframes of `timeline`. `appendValue(index)` puts a keyframe's value into
-    /// values(), `appendStartValue()` the value at time 0.
-    template <class AppendValue, class AppendStartValue>
-    void populate(const PCKeyedPropertyTimeline& timeline, AppendValue appendValue,
-                  AppendStartValue appendStartValue) {
-        const size_t count = timeline.keyframesCount();
-        const auto duration = static_cast<float>(timeline.durationInMS());
-        // An instant keyframe holds the value before it until half a millisecond before its time.
-        const auto justBefore = [&](size_t i) {
-            return static_cast<float>((timeline.timeOfKeyframe(i) - 0.5) /
-                                      static_cast<double>(duration));
-        };
-        if (count > 0 && timeline.timeOfKeyframe(0) > 0) {
-            appendStartValue();
-            appendTime(0, 0, false);
-            if (timeline.keyframeIsInstant(0)) {
-                appendStartValue();
-                appendTime(justBefore(0), timeline.easingModeOfKeyframe(0), false);
-            }
-        }
-        for (size_t i = 0; i < count; ++i) {
-            const int64_t easing = timeline.easingModeOfKeyframe(i);
-            const auto time = static_cast<float>(timeline.timeOfKeyframe(i));
-            if (i > 0 && timeline.keyframeIsInstant(i)) {
-                appendValue(i - 1);
-                appendTime(justBefore(i), easing, false);
-            }
-            appendValue(i);
-            appendTime(duration == 0 ? 0 : time / duration, easing, i + 1 == count);
-        }
-    }
-
-    std::string& values() { return m_values; }
-    const std::string& values() const { return m_values; }
-    const std::string& times() const { return m_times; }
-    const std::string& timingFunctions() const { return m_timingFunctions; }
+    /// Fills the bundle's add code and remove code.
+    EasingModes generate();
 
  private:
-    /// Completes an entry whose value has just been appended.
-    void appendTime(float fraction, int64_t easing, bool isLast) {
-        const bool isFirst = m_times.empty();
-        m_provider.codeForBoxedNumber(m_times, fraction);
-        if (!isFirst) {
-            const auto mode = static_cast<size_t>(easing >= 0 && easing <= 6 ? easing : 0);
-            m_timingFunctions += tweenery::timingFunctions()[mode].variable;
-            m_easingModesNeeded.set(mode);
-        }
-        if (isLast) return;
-        m_values += ", ";
-        m_times += ", ";
-        if (!isFirst) m_timingFunctions += ", ";
-    }
+    void generateCodeForTimeline(const PCElement& element, const PCKeyedPropertyTimeline& timeline);
+    void generateCodeForChildrenOrder(const PCElement& parent,
+                                      const PCKeyedPropertyTimeline& timeline);
+    void generateCodeForAnimatingTimeline(const PlannedElement& planned, int32_t propertyType,
+                                          const PCKeyedPropertyTimeline& timeline);
 
+    const ExportPlan& m_plan;
     const PCLanguageCodeProvider& m_provider;
-    EasingModes& m_easingModesNeeded;
-    std::string m_values;
-    std::string m_times;
-    std::string m_timingFunctions;
+    PCAnimationExportBundle& m_bundle;
+    const std::string m_animationName;
+    KeyframeLists m_lists;
 };
 
 void StandardAnimationCode::addStandardAnimations() {
     auto& bundles = m_plan.standardAnimationExportBundles;
     std::vector<EasingModes> easingModesNeeded(bundles.size());
     parallelFor(bundles.size(), [&](size_t i) {
-        easingModesNeeded[i] = generateImplmentationCodeForStandardAnimation(bundles[i]);
+        easingModesNeeded[i] = BundleCode(m_plan, m_provider, bundles[i]).generate();
     });
+    size_t size = 0;
+    for (const PCAnimationExportBundle& bundle : bundles)
+        size += bundle.generatedAddCode.size() + bundle.generatedRemoveCode.size();
+    m_provider.reserveCode(size);
     for (size_t i = 0; i < bundles.size(); ++i) {
         PCAnimationExportBundle& bundle = bundles[i];
         const std::string stem = methodStem(bundle.baseMethodName);
@@ -147,7 +106,7 @@ void StandardAnimationCode::addStandardAnimations() {
 void StandardAnimationCode::addDefinitionCodeForTimingFunctionsWithEasingModes(EasingModes modes) {
     for (size_t mode = 0; mode < modes.size(); ++mode) {
         if (!modes.test(mode)) continue;
-        const TimingFunction& function = timingFunctions()[mode];
+        const TimingFunctionCode& function = timingFunctionCode(static_cast<int64_t>(mode));
         if (function.builtInName.empty()) {
             m_provider.addTimingFunctionDefinitionWithControlPoints(
                 function.variable, function.controlPoint1, function.controlPoint2);
@@ -158,115 +117,105 @@ void StandardAnimationCode::addDefinitionCodeForTimingFunctionsWithEasingModes(E
     }
 }
 
-StandardAnimationCode::EasingModes
-StandardAnimationCode::generateImplmentationCodeForStandardAnimation(
-    PCAnimationExportBundle& bundle) const {
-    const PCLanguageCodeProvider& provider = m_provider;
-    EasingModes easingModesNeeded;
-    if (bundle.timeScalar > 0) {
-        provider.codeForFloatWithName(bundle.generatedAddCode, "timeScalar", bundle.timeScalar);
+EasingModes StandardAnimationCode::BundleCode::generate() {
+    std::string& addCode = m_bundle.generatedAddCode;
+    std::string& removeCode = m_bundle.generatedRemoveCode;
+    addCode.reserve(estimatedSize(m_bundle));
+    if (m_bundle.timeScalar > 0) {
+        m_provider.codeForFloatWithName(addCode, "timeScalar", m_bundle.timeScalar);
     }
-    if (!bundle.hasLooping) {
-        provider.codeForAddingRepresentativeAnimationWithBaseName(
-            bundle.generatedAddCode, bundle.baseMethodName,
-            static_cast<float>(bundle.durationInMS) / 1000.0F);
-        provider.codeForRemovingRepresentativeAnimationWithBaseName(bundle.generatedRemoveCode,
-                                                                    bundle.baseMethodName);
+    if (!m_bundle.hasLooping) {
+        m_provider.codeForAddingRepresentativeAnimationWithBaseName(
+            addCode, m_bundle.baseMethodName, static_cast<float>(m_bundle.durationInMS) / 1000.0F);
+        m_provider.codeForRemovingRepresentativeAnimationWithBaseName(removeCode,
+                                                                      m_bundle.baseMethodName);
     }
-    for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
+    for (const PCAnimationExportElementTimelines& record : m_bundle.timelinesByElement) {
         for (const auto& timeline : record.allNonNilTimelines()) {
             if (timeline->propertyType() == PCPropertyTypeChildrenZPositions) {
-                generateCodeForChildrenOrder(bundle, easingModesNeeded, *record.element, *timeline);
+                generateCodeForChildrenOrder(*record.element, *timeline);
             } else {
-                generateCodeForTimeline(bundle, easingModesNeeded, *record.element, *timeline);
+                generateCodeForTimeline(*record.element, *timeline);
             }
         }
     }
-    return easingModesNeeded;
+    return m_lists.easingModesNeeded();
 }
 
-void StandardAnimationCode::generateCodeForTimeline(PCAnimationExportBundle& bundle,
-                                                    EasingModes& easingModesNeeded,
-                                                    const PCElement& element,
-                                                    const PCKeyedPropertyTimeline& timeline) const {
-    const PCLanguageCodeProvider& provider = m_provider;
-    Lists lists(provider, easingModesNeeded);
+void StandardAnimationCode::BundleCode::generateCodeForTimeline(
+    const PCElement& element, const PCKeyedPropertyTimeline& timeline) {
+    std::string& values = m_lists.values();
     if (isStringProperty(timeline.propertyType())) {
         const auto appendImage = [&](const PropertyValue& value) {
-            provider.codeForImageRefWithName(
-                lists.values(), withoutPathExtension(stringOfValue(value)).toStdString());
+            m_provider.codeForImageRefWithName(
+                values, withoutPathExtension(stringOfValue(value)).toStdString());
         };
-        lists.populate(
+        m_lists.populate(
             timeline, [&](size_t i) { appendImage(timeline.valueOfKeyframeAtIndex(i)); },
             [&] { appendImage(timeline.valueAtTimeInMS(0)); });
     } else {
-        lists.populate(
+        m_lists.populate(
             timeline,
             [&](size_t i) {
-                provider.codeForBoxedNumber(lists.values(),
-                                            timeline.floatValueOfKeyframeAtIndex(i));
+                m_provider.codeForBoxedNumber(values, timeline.floatValueOfKeyframeAtIndex(i));
             },
-            [&] { provider.codeForBoxedNumber(lists.values(), timeline.floatValueAtTimeInMS(0)); });
+            [&] { m_provider.codeForBoxedNumber(values, timeline.floatValueAtTimeInMS(0)); });
     }
-    generateCodeForAnimatingTimeline(bundle, lists, m_plan.planned(element),
-                                     timeline.propertyType(), timeline);
+    generateCodeForAnimatingTimeline(m_plan.planned(element), timeline.propertyType(), timeline);
 }
 
 /// A stacking change becomes a number animation of each child's place.
-void StandardAnimationCode::generateCodeForChildrenOrder(
-    PCAnimationExportBundle& bundle, EasingModes& easingModesNeeded, const PCElement& parent,
-    const PCKeyedPropertyTimeline& timeline) const {
+void StandardAnimationCode::BundleCode::generateCodeForChildrenOrder(
+    const PCElement& parent, const PCKeyedPropertyTimeline& timeline) {
     const QStringList children = PCProject::sortedSubelementIdentifiers(parent);
     std::vector<QHash<QString, float>> placeByKeyframe(timeline.keyframesCount());
     for (size_t i = 0; i < placeByKeyframe.size(); ++i) {
         const QStringList order =
             childrenOrderInLine(arrayOfValue(timeline.storedValueOfKeyframe(i)), children);
+        // An identifier that is there twice counts where it comes first.
         for (qsizetype place = order.size(); place-- > 0;)
             placeByKeyframe[i][order[place]] = static_cast<float>(place);
     }
     for (qsizetype child = 0; child < children.size(); ++child) {
-        Lists lists(m_provider, easingModesNeeded);
-        lists.populate(
+        m_lists.populate(
             timeline,
             [&](size_t i) {
-                m_provider.codeForBoxedNumber(lists.values(),
+                m_provider.codeForBoxedNumber(m_lists.values(),
                                               placeByKeyframe[i].value(children[child]));
             },
-            [&] { m_provider.codeForBoxedNumber(lists.values(), static_cast<float>(child)); });
+            [&] { m_provider.codeForBoxedNumber(m_lists.values(), static_cast<float>(child)); });
         const PCElement& element = *parent.children()[static_cast<size_t>(child)];
-        generateCodeForAnimatingTimeline(bundle, lists, m_plan.planned(element),
-                                         PCPropertyTypeZPosition, timeline);
+        generateCodeForAnimatingTimeline(m_plan.planned(element), PCPropertyTypeZPosition,
+                                         timeline);
     }
 }
 
-void StandardAnimationCode::generateCodeForAnimatingTimeline(
-    PCAnimationExportBundle& bundle, const Lists& lists, const PlannedElement& planned,
-    int32_t propertyType, const PCKeyedPropertyTimeline& timeline) const {
-    const PCLanguageCodeProvider& provider = m_provider;
+void StandardAnimationCode::BundleCode::generateCodeForAnimatingTimeline(
+    const PlannedElement& planned, int32_t propertyType, const PCKeyedPropertyTimeline& timeline) {
     const std::string_view qualifier = animationQualifierForPropertyType(propertyType);
     std::string variable;
     append(variable, "%@%@Animation", planned.variable, qualifier);
     std::string key;
-    append(key, "%@_%@", bundle.animation->name().toStdString(), qualifier);
+    append(key, "%@_%@", m_animationName, qualifier);
     std::string duration;
     append(duration, "%0.3f", static_cast<float>(timeline.durationInMS()) / 1000.0F);
-    if (bundle.timeScalar > 0) duration += " / timeScalar";
+    if (m_bundle.timeScalar > 0) duration += " / timeScalar";
 
     KeyframeAnimationCode code;
     code.variableName = variable;
     code.keypath = animationKeyPathForPropertyType(propertyType);
     code.duration = duration;
-    code.values = lists.values();
-    code.times = lists.times();
-    code.timingFunctions = lists.timingFunctions();
+    code.values = m_lists.values();
+    code.times = m_lists.times();
+    code.timingFunctions = m_lists.timingFunctions();
     if (timeline.repeatBehavior() == PCRepeatBehaviorForeverAutoreverse) code.autoreverses = true;
     code.repeatForever = timeline.repeatBehavior() != PCRepeatBehaviorNever;
     code.animationKey = key;
     if (m_plan.target.addAnimationSuffix) code.animationKeySuffix = "animationKeySuffix";
     code.elementUserName = planned.userName;
-    provider.codeForAnimationWithVariableName(bundle.generatedAddCode, code);
-    provider.codeForRemovingAnimationWithKey(bundle.generatedRemoveCode, key, planned.userName,
-                                             planned.isLayer());
+    m_provider.codeForAnimationWithVariableName(m_bundle.generatedAddCode, code);
+    m_provider.codeForRemovingAnimationWithKey(m_bundle.generatedRemoveCode, key, planned.userName,
+                                               planned.isLayer());
 }
 
 }  // namespace tweenery

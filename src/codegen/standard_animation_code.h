@@ -1,9 +1,8 @@
 #pragma once
 
-#include <bitset>
-
 #include "codegen/export_plan.h"
 #include "codegen/language_code_provider.h"
+#include "codegen/timing_function_code.h"
 
 namespace tweenery {
 
@@ -18,21 +17,8 @@ class StandardAnimationCode {
     void addStandardAnimations();
 
  private:
-    /// By easing mode, 0 to 6.
-    using EasingModes = std::bitset<7>;
-    class Lists;
+    class BundleCode;
 
-    EasingModes generateImplmentationCodeForStandardAnimation(
-        PCAnimationExportBundle& bundle) const;
-    void generateCodeForTimeline(PCAnimationExportBundle& bundle, EasingModes& easingModesNeeded,
-                                 const PCElement& element,
-                                 const PCKeyedPropertyTimeline& timeline) const;
-    void generateCodeForChildrenOrder(PCAnimationExportBundle& bundle,
-                                      EasingModes& easingModesNeeded, const PCElement& parent,
-                                      const PCKeyedPropertyTimeline& timeline) const;
-    void generateCodeForAnimatingTimeline(PCAnimationExportBundle& bundle, const Lists& lists,
-                                          const PlannedElement& planned, int32_t propertyType,
-                                          const PCKeyedPropertyTimeline& timeline) const;
     void addDefinitionCodeForTimingFunctionsWithEasingModes(EasingModes modes);
 
     ExportPlan& m_plan;

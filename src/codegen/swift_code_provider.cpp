@@ -399,21 +399,25 @@ void PCSwiftCodeProvider::codeForFloatWithName(std::string& out, Text name, floa
 void PCSwiftCodeProvider::codeForAnimationWithVariableName(
     std::string& out, const KeyframeAnimationCode& animation) const {
     const Text variable = animation.variableName;
-    append(out, "\n\n\t\tlet %@ = CAKeyframeAnimation(keyPath: \"%@\")", variable,
-           animation.keypath);
-    append(out, "\n\t\t%@.duration = %@", variable, animation.duration);
-    append(out, "\n\t\t%@.values = [%@]%@", variable, animation.values,
-           generateForMac() && animation.keypath == "contents" ? " as [NSImage!]" : "");
-    append(out, "\n\t\t%@.keyTimes = [%@]", variable, animation.times);
-    append(out, "\n\t\t%@.timingFunctions = [%@]", variable, animation.timingFunctions);
+    append(out,
+           "\n\n\t\tlet %@ = CAKeyframeAnimation(keyPath: \"%@\")"
+           "\n\t\t%@.duration = %@"
+           "\n\t\t%@.values = [%@]%@"
+           "\n\t\t%@.keyTimes = [%@]"
+           "\n\t\t%@.timingFunctions = [%@]",
+           variable, animation.keypath, variable, animation.duration, variable, animation.values,
+           generateForMac() && animation.keypath == "contents" ? " as [NSImage!]" : "", variable,
+           animation.times, variable, animation.timingFunctions);
     if (animation.autoreverses) {
         append(out, "\n\t\t%@.autoreverses = %@", variable,
                *animation.autoreverses ? "true" : "false");
     }
     if (animation.repeatForever) append(out, "\n\t\t%@.repeatCount = HUGE", variable);
-    append(out, "\n\t\t%@.beginTime = beginTime", variable);
-    append(out, "\n\t\t%@.fillMode = fillMode", variable);
-    append(out, "\n\t\t%@.removedOnCompletion = removedOnCompletion", variable);
+    append(out,
+           "\n\t\t%@.beginTime = beginTime"
+           "\n\t\t%@.fillMode = fillMode"
+           "\n\t\t%@.removedOnCompletion = removedOnCompletion",
+           variable, variable, variable);
     std::string key;
     append(key, "\"%@\"", literal(animation.animationKey));
     if (animation.animationKeySuffix) append(key, " + %@", *animation.animationKeySuffix);
