@@ -130,6 +130,9 @@ ArchivedValue KeyedUnarchiver::Table::resolve(uint32_t ref) {
         value.object = m_plist.object(value.ref);
     }
     value.kind = kindOf(value.object);
+    // Objects stand in the object table; a dictionary elsewhere is nothing that a reader takes.
+    const bool isLoose = value.number == NoObject && value.object.type == PlistType::Dict;
+    if (isLoose) value.kind = ArchivedKind::Data;
     return value;
 }
 
@@ -157,6 +160,10 @@ ArchivedKind KeyedUnarchiver::Table::kindOf(const PlistObject& object) {
         case PlistType::Uid:
             break;
     }
+    failReference();
+}
+
+void KeyedUnarchiver::Table::failReference() const {
     fail(QStringLiteral("a reference of the archive leads to another reference"));
 }
 

@@ -115,6 +115,7 @@ struct KeyedUnarchiver::Table {
     QHash<const uint8_t*, QStringList> m_stringLists;
 
     void open();
+    [[noreturn]] void failReference() const;
     uint32_t refOfObject(uint32_t number) const { return m_plist.item(m_objects, number); }
     uint32_t referencedNumber(const PlistObject& uid) const;
     const PlistObject& dictionary(uint32_t number);

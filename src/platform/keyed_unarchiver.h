@@ -16,7 +16,8 @@ class KeyedUnarchiver;
 class ArchivedArray;
 struct ArchivedValue;
 
-/// What stands behind a key.
+/// What stands behind a key. Data is also what no reader takes: dates, sets, dictionaries that are
+/// no objects.
 enum class ArchivedKind { Missing, Null, Bool, Number, String, Data, Array, Object };
 
 /// Reads the keys of one archived object. A small value that points into its KeyedUnarchiver, which
