@@ -5,7 +5,6 @@
 #include <QImageWriter>
 #include <QPainter>
 #include <algorithm>
-#include <optional>
 
 #include "platform/errors.h"
 
@@ -21,14 +20,8 @@ constexpr int allocationLimit = 512;
 const QByteArray pngFormat = QByteArrayLiteral("png");
 const QByteArray jpegFormat = QByteArrayLiteral("jpeg");
 
-std::optional<ImageFormat> formatOf(const QByteArray& data) {
-    if (data.startsWith(QByteArrayView("\x89PNG\r\n\x1a\n", 8))) return ImageFormat::Png;
-    if (data.startsWith(QByteArrayView("\xff\xd8\xff", 3))) return ImageFormat::Jpeg;
-    return std::nullopt;
-}
-
 ImageFormat requiredFormatOf(const QByteArray& data, const QString& entry) {
-    const auto format = formatOf(data);
+    const auto format = encodedImageFormat(data);
     if (!format) throw InputError(entry, QStringLiteral("is neither a PNG nor a JPEG image"));
     return *format;
 }
@@ -114,6 +107,12 @@ QImage overWhite(const QImage& image) {
 }
 
 }  // namespace
+
+std::optional<ImageFormat> encodedImageFormat(const QByteArray& data) {
+    if (data.startsWith(QByteArrayView("\x89PNG\r\n\x1a\n", 8))) return ImageFormat::Png;
+    if (data.startsWith(QByteArrayView("\xff\xd8\xff", 3))) return ImageFormat::Jpeg;
+    return std::nullopt;
+}
 
 QSize encodedImageSize(const QByteArray& data, const QString& entry) {
     return EncodedImage(data, entry).size();

@@ -5,10 +5,14 @@
 #include <QSize>
 #include <QSizeF>
 #include <QString>
+#include <optional>
 
 namespace tweenery {
 
 enum class ImageFormat { Png, Jpeg };
+
+/// The format of encoded bytes by their first ones; nullopt when they are neither.
+std::optional<ImageFormat> encodedImageFormat(const QByteArray& data);
 
 /// The pixel size of encoded PNG or JPEG bytes, without decoding the pixels. `entry` names the
 /// image in errors. Throws InputError when the bytes are neither, whatever their name.
