@@ -1,0 +1,70 @@
+#include "codegen/animation_export_element_timelines.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+
+namespace {
+
+using Record = PCAnimationExportElementTimelines;
+
+std::vector<Record::Timeline> present(std::initializer_list<Record::Timeline> timelines) {
+    std::vector<Record::Timeline> found;
+    for (const Record::Timeline& timeline : timelines) {
+        if (timeline) found.push_back(timeline);
+    }
+    return found;
+}
+
+}  // namespace
+
+void PCAnimationExportElementTimelines::setElement(const PCElement::Ptr& newElement) {
+    element = newElement;
+    for (const Timeline& timeline : allNonNilTimelines())
+        timeline->setElement(element);
+}
+
+int32_t PCAnimationExportElementTimelines::maxDurationInMS() const {
+    int32_t longest = -1;
+    for (const Timeline& timeline : allNonNilTimelines())
+        longest = std::max(longest, timeline->durationInMS());
+    return longest;
+}
+
+bool PCAnimationExportElementTimelines::hasLooping() const {
+    const auto timelines = allNonNilTimelines();
+    return std::any_of(timelines.begin(), timelines.end(), [](const Timeline& timeline) {
+        return timeline->repeatBehavior() != PCRepeatBehaviorNever;
+    });
+}
+
+std::vector<Record::Timeline> PCAnimationExportElementTimelines::allNonNilTimelines() const {
+    return present({zRotation, opacity, zPosition, contents, xScale, yScale, xPosition, yPosition});
+}
+
+std::vector<Record::Timeline> PCAnimationExportElementTimelines::slicingOrder() const {
+    return present({zRotation, opacity, xScale, yScale, xPosition, yPosition, contents, zPosition});
+}
+
+QString PCAnimationExportElementTimelines::description() const {
+    QString text = u"<PCElementTimelines (maxDuration:%1)"_s.arg(maxDurationInMS());
+    for (const Timeline& timeline : allNonNilTimelines())
+        text += u"\n\t"_s + timeline->debugDescription();
+    return text;
+}
+
+const std::array<ElementTimelineFile, kElementTimelineCount>& elementTimelineFiles() {
+    static constexpr std::array<ElementTimelineFile, kElementTimelineCount> files{{
+        {"zRotation.data", &Record::zRotation},
+        {"opacity.data", &Record::opacity},
+        {"xScale.data", &Record::xScale},
+        {"yScale.data", &Record::yScale},
+        {"xTranslation.data", &Record::xPosition},
+        {"yTranslation.data", &Record::yPosition},
+        {"imageContents.data", &Record::contents},
+        {"zPosition.data", &Record::zPosition},
+    }};
+    return files;
+}
+
+}  // namespace tweenery

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QString>
+#include <array>
+#include <vector>
+
+#include "model/element.h"
+#include "model/keyed_property_timeline.h"
+
+namespace tweenery {
+
+/// One element's stored timelines in one animation: private copies, any of which may be absent.
+struct PCAnimationExportElementTimelines {
+    using Timeline = PCKeyedPropertyTimeline::Ptr;
+
+    PCElement::Ptr element;
+    Timeline xScale;
+    Timeline yScale;
+    Timeline xPosition;
+    Timeline yPosition;
+    Timeline zRotation;
+    Timeline opacity;
+    Timeline zPosition;
+    Timeline contents;
+
+    /// Also sets the element on each present timeline.
+    void setElement(const PCElement::Ptr& newElement);
+    /// The longest present timeline, in milliseconds; -1 when none is present.
+    int32_t maxDurationInMS() const;
+    bool hasLooping() const;
+    /// The present ones in the order in which generated code has them: rotation, opacity, children
+    /// order, image, x scale, y scale, x translation, y translation.
+    std::vector<Timeline> allNonNilTimelines() const;
+    /// The present ones in the order in which they are lengthened and sliced: rotation, opacity,
+    /// x scale, y scale, x translation, y translation, image, children order.
+    std::vector<Timeline> slicingOrder() const;
+    /// For logs.
+    QString description() const;
+};
+
+/// The stored files of one element and the fields that they go to.
+struct ElementTimelineFile {
+    const char* fileName;
+    PCAnimationExportElementTimelines::Timeline PCAnimationExportElementTimelines::*field;
+};
+const std::array<ElementTimelineFile, kElementTimelineCount>& elementTimelineFiles();
+
+}  // namespace tweenery

@@ -1,0 +1,297 @@
+#include "codegen/export_diagnostics.h"
+
+#include <QSet>
+
+#include "codegen/frame_sliced_animation_code.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+
+namespace {
+
+using Diagnostic = ExportDiagnostic;
+using Kind = Diagnostic::Kind;
+using Severity = Diagnostic::Severity;
+using Subject = Diagnostic::Subject;
+
+const char* const kKindNames[] = {
+    "reserved-word",
+    "leading-digit",
+    "unusable-character",
+    "colliding-names",
+    "deleted-element",
+    "missing-image",
+    "sliced-left-out",
+    "sliced-is-mobile-code",
+    "cannot-slice",
+    "legacy-timeline-left-out",
+    "empty-project",
+    "does-not-animate",
+    "recordable-needs-import",
+    "no-pictures-drawn",
+};
+
+/// Classes that the generated code names itself.
+const QSet<QString>& frameworkClasses() {
+    static const QSet<QString> classes = {u"UIView"_s,
+                                          u"UIImageView"_s,
+                                          u"NSView"_s,
+                                          u"NSImageView"_s,
+                                          u"LFTPuppetView"_s,
+                                          u"LFTRecordableView"_s,
+                                          u"LFTRecordableImageView"_s};
+    return classes;
+}
+
+class Collector {
+ public:
+    Collector(PCProject& project, const ExportPlan& plan)
+        : m_project(project), m_plan(plan), m_language(plan.target.language) {}
+
+    std::vector<Diagnostic> collect() {
+        checkProject();
+        for (size_t i = 1; i < m_plan.elements.size(); ++i)
+            checkElement(m_plan.elements[i]);
+        checkLeftOutTimelines();
+        for (const auto& bundle : m_plan.standardAnimationExportBundles)
+            checkStandardAnimation(bundle);
+        for (const auto& bundle : m_plan.frameSlicedAnimationExportBundles)
+            checkSlicedAnimation(bundle);
+        for (const auto& bundle : m_plan.pngGeneratorAnimationExportBundles)
+            checkPngAnimation(bundle);
+        return std::move(m_diagnostics);
+    }
+
+ private:
+    void addForProject(Kind kind, Severity severity, const QString& sentence) {
+        m_diagnostics.push_back(
+            {kind, severity, Subject::Project, m_project.projectName(), {}, sentence});
+    }
+    void add(Kind kind, Severity severity, const PCElement& element, const QString& sentence) {
+        m_diagnostics.push_back({kind, severity, Subject::Element, element.name(),
+                                 element.identifier().toString(), sentence});
+    }
+    void add(Kind kind, Severity severity, const PCAnimation& animation, const QString& sentence) {
+        m_diagnostics.push_back({kind, severity, Subject::Animation, animation.name(),
+                                 animation.identifier(), sentence});
+    }
+
+    void checkProject();
+    void checkElement(const PlannedElement& planned);
+    void checkVariable(const PlannedElement& planned);
+    void checkLeftOutTimelines();
+    void checkStandardAnimation(const PCAnimationExportBundle& bundle);
+    void checkPartsAnimated(const PCAnimationExportBundle& bundle);
+    void checkSlicedAnimation(const PCAnimationExportBundle& bundle);
+    void checkPngAnimation(const PCAnimationExportBundle& bundle);
+    void checkImages(const PCAnimationExportBundle& bundle);
+
+    bool imageIsMissing(const QString& name) const {
+        return !name.isEmpty() && !m_project.imageSetManager().imageSetExistsWithName(name);
+    }
+
+    PCProject& m_project;
+    const ExportPlan& m_plan;
+    TargetLanguage m_language;
+    std::vector<Diagnostic> m_diagnostics;
+    QSet<QString> m_elementNames{u"__scaling__"_s};
+    QSet<QString> m_methodStems;
+};
+
+void Collector::checkProject() {
+    const QString className = m_plan.generatedClassName;
+    switch (faultOfIdentifier(m_language, className)) {
+        case IdentifierFault::LeadingDigit:
+            addForProject(
+                Kind::LeadingDigit, Severity::Warning,
+                u"The class name %1 does not begin with a letter; rename the project."_s.arg(
+                    className));
+            break;
+        case IdentifierFault::UnusableCharacter:
+            addForProject(Kind::UnusableCharacter, Severity::Warning,
+                          u"The class name %1 holds a character that the compiler refuses; rename "
+                          "the project."_s.arg(className));
+            break;
+        default:
+            break;
+    }
+    if (frameworkClasses().contains(className)) {
+        addForProject(
+            Kind::CollidingNames, Severity::Warning,
+            u"The generated class would be called %1, as a class that it uses; rename the project."_s
+                .arg(className));
+    }
+    if (m_plan.elements.size() == 1) {
+        addForProject(Kind::EmptyProject, Severity::Warning,
+                      u"The project has no element, and the generated class shows nothing (on the "
+                      "desktop it does not compile); add an element."_s);
+    }
+}
+
+void Collector::checkVariable(const PlannedElement& planned) {
+    const QString variable = QString::fromStdString(planned.variable);
+    switch (faultOfIdentifier(m_language, variable)) {
+        case IdentifierFault::ReservedWord:
+            add(Kind::ReservedWord, Severity::Warning, *planned.element,
+                u"Its variable would be %1, which the generated code cannot use as a name; rename "
+                "the element."_s.arg(variable));
+            break;
+        case IdentifierFault::LeadingDigit:
+            add(Kind::LeadingDigit, Severity::Warning, *planned.element,
+                u"Its variable would be %1, which does not begin with a letter; rename the element."_s
+                    .arg(variable));
+            break;
+        case IdentifierFault::UnusableCharacter:
+            add(Kind::UnusableCharacter, Severity::Warning, *planned.element,
+                u"Its variable would be %1, which holds a character that the compiler refuses; "
+                "rename the element."_s.arg(variable));
+            break;
+        case IdentifierFault::None:
+            break;
+    }
+}
+
+void Collector::checkElement(const PlannedElement& planned) {
+    const PCElement& element = *planned.element;
+    checkVariable(planned);
+    if (m_elementNames.contains(planned.name)) {
+        add(Kind::CollidingNames, Severity::Warning, element,
+            u"Another part of the generated class is called '%1' as well (tags do not count); "
+            "rename the element."_s.arg(planned.name));
+    }
+    m_elementNames.insert(planned.name);
+    if (imageIsMissing(element.imageName())) {
+        add(Kind::MissingImage, Severity::Warning, element,
+            u"No image set is called '%1'; import the image, or choose another."_s.arg(
+                element.imageName()));
+    }
+    if (planned.type == PCCodeGeneratorType::RecordableView) {
+        add(Kind::RecordableNeedsImport, Severity::Note, element,
+            u"It becomes a recordable view, whose header the generated files do not import; import "
+            "it where all files see it."_s);
+    }
+}
+
+void Collector::checkLeftOutTimelines() {
+    for (const LeftOutTimelines& leftOut : m_plan.leftOutTimelines) {
+        if (leftOut.element) {
+            add(Kind::LegacyTimelineLeftOut, Severity::Warning, *leftOut.animation,
+                u"Its timeline of the combined property '%1' for the element '%2' is left out; key "
+                "the property's x and y anew."_s.arg(stringFromPropertyType(leftOut.propertyType),
+                                                     leftOut.element->name()));
+        } else {
+            add(Kind::DeletedElement, Severity::Note, *leftOut.animation,
+                u"It animates an element that is no longer there (%1), which is left out; nothing "
+                "needs to be done."_s.arg(leftOut.elementIdentifier));
+        }
+    }
+}
+
+void Collector::checkStandardAnimation(const PCAnimationExportBundle& bundle) {
+    const QString stem = QString::fromStdString(methodStem(bundle.baseMethodName));
+    if (m_methodStems.contains(stem)) {
+        add(Kind::CollidingNames, Severity::Warning, *bundle.animation,
+            u"Another animation has methods called add%1 as well; rename one of them."_s.arg(stem));
+    }
+    m_methodStems.insert(stem);
+    checkImages(bundle);
+    checkPartsAnimated(bundle);
+}
+
+/// Animations reach the parts that have a name in the dictionary which the code looks into: not the
+/// canvas, and on the mobile platform no layers.
+void Collector::checkPartsAnimated(const PCAnimationExportBundle& bundle) {
+    const auto report = [&](const PCElement& element) {
+        const PlannedElement& planned = m_plan.planned(element);
+        if (&planned == &m_plan.elements.front()) {
+            add(Kind::DoesNotAnimate, Severity::Warning, *bundle.animation,
+                u"It animates the canvas itself, which stands still in the generated class; "
+                u"animate "
+                "a group instead."_s);
+        } else if (planned.isLayer() && !m_plan.target.generateForMac) {
+            add(Kind::DoesNotAnimate, Severity::Warning, *bundle.animation,
+                u"It does not move the layer '%1': on the mobile platform only views are animated; "
+                "take the tag \"_layer\" away."_s.arg(planned.name));
+        }
+    };
+    for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
+        const bool hasOwn = record.allNonNilTimelines().size() > (record.zPosition ? 1U : 0U);
+        if (hasOwn) report(*record.element);
+        if (!record.zPosition) continue;
+        for (const PCElement::Ptr& child : record.element->children())
+            report(*child);
+    }
+}
+
+void Collector::checkSlicedAnimation(const PCAnimationExportBundle& bundle) {
+    if (m_language == TargetLanguage::Swift) {
+        add(Kind::SlicedLeftOut, Severity::Warning, *bundle.animation,
+            u"Frame-sliced animations are left out in Swift; export in Objective-C, or take the "
+            "tag \"sliced\" away."_s);
+        return;
+    }
+    if (const auto obstacle = obstacleToSlicing(bundle)) {
+        add(Kind::CannotSlice, Severity::Error, *bundle.animation,
+            u"The export stops: %1; take the tag \"sliced\" away, or these keyframes."_s.arg(
+                *obstacle));
+        return;
+    }
+    if (m_plan.target.generateForMac) {
+        add(Kind::SlicedIsMobileCode, Severity::Warning, *bundle.animation,
+            u"Frame-sliced animations are mobile code and do not compile on the desktop; export "
+            u"for "
+            "the mobile platform, or take the tag \"sliced\" away."_s);
+    }
+    checkImages(bundle);
+    if (!m_plan.target.generateForMac) checkPartsAnimated(bundle);
+}
+
+void Collector::checkPngAnimation(const PCAnimationExportBundle& bundle) {
+    size_t pictures = 0;
+    forEachPNGTime(bundle, [&](int32_t) { ++pictures; });
+    add(Kind::NoPicturesDrawn, Severity::Note, *bundle.animation,
+        u"Its %1 pictures are not drawn, and it has no methods; take the tag \"pngs\" away to "
+        "export it as code."_s.arg(pictures));
+}
+
+void Collector::checkImages(const PCAnimationExportBundle& bundle) {
+    QSet<QString> reported;
+    for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
+        for (const auto& timeline : record.allNonNilTimelines()) {
+            if (!isStringProperty(timeline->propertyType())) continue;
+            for (size_t i = 0; i < timeline->keyframesCount(); ++i) {
+                const QString name = stringOfValue(timeline->storedValueOfKeyframe(i));
+                if (!imageIsMissing(name) || reported.contains(name)) continue;
+                reported.insert(name);
+                add(Kind::MissingImage, Severity::Warning, *bundle.animation,
+                    u"It shows the image '%1' on the element '%2', which no image set has; import "
+                    "the image, or choose another."_s.arg(name, record.element->name()));
+            }
+        }
+    }
+}
+
+}  // namespace
+
+QString nameOf(ExportDiagnostic::Kind kind) {
+    return QString::fromLatin1(kKindNames[static_cast<size_t>(kind)]);
+}
+
+QString nameOf(ExportDiagnostic::Severity severity) {
+    switch (severity) {
+        case Severity::Note:
+            return u"note"_s;
+        case Severity::Warning:
+            return u"warning"_s;
+        case Severity::Error:
+            return u"error"_s;
+    }
+    return {};
+}
+
+std::vector<ExportDiagnostic> exportDiagnostics(PCProject& project, const ExportPlan& plan) {
+    return Collector(project, plan).collect();
+}
+
+}  // namespace tweenery

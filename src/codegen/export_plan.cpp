@@ -1,0 +1,325 @@
+#include "codegen/export_plan.h"
+
+#include <algorithm>
+
+#include "codegen/parallel.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+
+namespace {
+
+struct TypeTag {
+    QString suffix;
+    PCCodeGeneratorType type;
+};
+
+const std::array<TypeTag, 3>& typeTags() {
+    static const std::array<TypeTag, 3> tags{{
+        {u"_button"_s, PCCodeGeneratorType::Button},
+        {u"_layer"_s, PCCodeGeneratorType::Layer},
+        {u"<recordable>"_s, PCCodeGeneratorType::RecordableView},
+    }};
+    return tags;
+}
+
+/// The tag at the end of an animation's name, such as "walk_sliced_24".
+struct AnimationTag {
+    QString word;  // empty: none
+    int32_t number = 0;
+    QString rest;  // the name without the tag
+};
+
+AnimationTag tagOfAnimationName(const QString& name) {
+    const QStringList components = name.split(u'_');
+    if (components.size() < 3) return {};
+    return {components[components.size() - 2], leadingInteger(components.back()),
+            components.first(components.size() - 2).join(u'_')};
+}
+
+/// One stored timeline that is to be decoded.
+struct TimelineJob {
+    size_t bundle = 0;
+    size_t element = 0;
+    const ElementTimelineFile* file = nullptr;
+    QByteArray data;
+    QString entry;
+    PCKeyedPropertyTimeline::Ptr timeline;
+};
+
+class Planner {
+ public:
+    Planner(PCProject& project, ExportPlan& plan) : m_project(project), m_plan(plan) {}
+
+    void run() {
+        listElements();
+        createElementTypeMap();
+        buildElementCodeVariableNamesMap();
+        createAnimationsBaseNameMap();
+        createAnimationExportBundles();
+    }
+
+ private:
+    void listElements();
+    void createElementTypeMap();
+    PCCodeGeneratorType takeTypeTag(PlannedElement& planned, PCCodeGeneratorType parentType);
+    void buildElementCodeVariableNamesMap();
+    void createAnimationsBaseNameMap();
+    void createAnimationExportBundles();
+    void listTimelines(size_t bundle);
+    void takeTimelines(TimelineJob* first, TimelineJob* last);
+    void finishBundle(PCAnimationExportBundle& bundle);
+    void classify(PCAnimationExportBundle& bundle);
+    void enterSpeedName(const AnimationTag& tag, const QString& animationName);
+    QString baseMethodNameFromSpecialNameComponents(const QString& rest) const;
+    QString tellApart(TakenNames& stems, const QString& stem) const;
+    void file(PCAnimationExportBundle&& bundle);
+
+    PCProject& m_project;
+    ExportPlan& m_plan;
+    std::unordered_map<Identifier, size_t> m_elementByIdentifier;
+    TakenNames m_baseNames;  // with a lower first letter
+    TakenNames m_slicedStems;
+    TakenNames m_pngStems;
+    std::unordered_set<std::string> m_completionNames;
+    std::vector<PCAnimationExportBundle> m_bundles;
+    std::vector<TimelineJob> m_jobs;
+};
+
+void Planner::listElements() {
+    const PCElement::Elements elements = m_project.canvas()->elementAndAllDescendants();
+    m_plan.elements.reserve(elements.size());
+    for (const PCElement::Ptr& element : elements) {
+        const size_t index = m_plan.elements.size();
+        m_plan.indexOfElement.emplace(element.get(), index);
+        PlannedElement planned;
+        planned.element = element;
+        planned.name = element->name();
+        if (index > 0) planned.parent = m_plan.indexOfElement.at(element->parentElement());
+        m_plan.elements.push_back(std::move(planned));
+    }
+    for (const auto& [identifier, element] :
+         m_project.canvas()->EXPORT_elementAndDescendantsByIdentifier()) {
+        m_elementByIdentifier.emplace(identifier, m_plan.indexOfElement.at(element.get()));
+    }
+}
+
+void Planner::createElementTypeMap() {
+    std::unordered_map<QString, PCCodeGeneratorType> typeByName;
+    for (PlannedElement& planned : m_plan.elements) {
+        const bool isCanvas = &planned == &m_plan.elements.front();
+        PCCodeGeneratorType type = PCCodeGeneratorType::View;
+        if (isCanvas) {
+            if (m_plan.target.generateForMac) type = PCCodeGeneratorType::Layer;
+        } else {
+            type = takeTypeTag(planned, typeByName.at(m_plan.elements[planned.parent].name));
+            if (type == PCCodeGeneratorType::Layer) m_plan.hasAtLeastOneLayer = true;
+        }
+        typeByName[planned.name] = type;
+    }
+    for (PlannedElement& planned : m_plan.elements) {
+        planned.type = typeByName.at(planned.name);
+        planned.userName = planned.name.toStdString();
+    }
+}
+
+/// Below a layer there are only layers, and tags stay in the name.
+PCCodeGeneratorType Planner::takeTypeTag(PlannedElement& planned, PCCodeGeneratorType parentType) {
+    if (parentType == PCCodeGeneratorType::Layer) return PCCodeGeneratorType::Layer;
+    for (const TypeTag& tag : typeTags()) {
+        if (!planned.name.endsWith(tag.suffix)) continue;
+        planned.name.chop(tag.suffix.size());
+        return tag.type;
+    }
+    return PCCodeGeneratorType::View;
+}
+
+void Planner::buildElementCodeVariableNamesMap() {
+    std::unordered_map<QString, QString> variableByName;
+    for (const PlannedElement& planned : m_plan.elements) {
+        const QString variable = codeFriendlyNameFromName(planned.name, &m_plan.elementVariables);
+        m_plan.elementVariables.insert(variable);
+        variableByName[planned.name] = variable;
+    }
+    for (PlannedElement& planned : m_plan.elements)
+        planned.variable = variableByName.at(planned.name).toStdString();
+}
+
+void Planner::createAnimationsBaseNameMap() {
+    for (const PCAnimation::Ptr& animation : m_project.animationsManager().animations()) {
+        const QString name = codeFriendlyNameFromName(animation->name(), &m_baseNames);
+        m_baseNames.insert(name);
+        m_plan.baseMethodNameByAnimationName[animation->name()] =
+            pc_stringByUppercasingFirstLetter(name);
+    }
+}
+
+void Planner::createAnimationExportBundles() {
+    for (const PCAnimation::Ptr& animation : m_project.animationsManager().animations()) {
+        if (animation->name().startsWith(u"_ignore_")) continue;
+        m_bundles.emplace_back().animation = animation;
+        listTimelines(m_bundles.size() - 1);
+    }
+    parallelFor(m_jobs.size(), [this](size_t i) {
+        m_jobs[i].timeline = PCKeyedPropertyTimeline::unarchive(m_jobs[i].data, m_jobs[i].entry);
+    });
+    for (size_t first = 0, last = 0; first < m_jobs.size(); first = last) {
+        while (last < m_jobs.size() && m_jobs[last].bundle == m_jobs[first].bundle &&
+               m_jobs[last].element == m_jobs[first].element) {
+            ++last;
+        }
+        takeTimelines(&m_jobs[first], &m_jobs[first] + (last - first));
+    }
+    for (PCAnimationExportBundle& bundle : m_bundles) {
+        finishBundle(bundle);
+        classify(bundle);
+        file(std::move(bundle));
+    }
+}
+
+/// Notes every timeline file of the animation, elements in tree order.
+void Planner::listTimelines(size_t bundle) {
+    const PCAnimation::Ptr& animation = m_bundles[bundle].animation;
+    const size_t firstJob = m_jobs.size();
+    for (const auto& [name, directory] : animation->fileWrapper()->fileWrappers()) {
+        if (name == kAnimationNameFile || name == kAnimationKeyAllFile) continue;
+        if (!directory->isDirectory()) continue;
+        const auto element = m_elementByIdentifier.find(Identifier(name));
+        bool hasTimelines = false;
+        for (const ElementTimelineFile& file : elementTimelineFiles()) {
+            const QString fileName = QString::fromLatin1(file.fileName);
+            const FileWrapper::Ptr stored = directory->child(fileName);
+            if (!stored || !stored->isRegularFile()) continue;
+            hasTimelines = true;
+            if (element == m_elementByIdentifier.end()) break;
+            m_jobs.push_back({bundle,
+                              element->second,
+                              &file,
+                              stored->contents(),
+                              u"animations/%1/%2/%3"_s.arg(animation->identifier(), name, fileName),
+                              {}});
+        }
+        if (hasTimelines && element == m_elementByIdentifier.end()) {
+            m_plan.leftOutTimelines.push_back({animation, name, {}, 0});
+        }
+    }
+    std::stable_sort(m_jobs.begin() + static_cast<std::ptrdiff_t>(firstJob), m_jobs.end(),
+                     [](const auto& a, const auto& b) { return a.element < b.element; });
+}
+
+/// Gives the decoded timelines of one element, from `first` up to `last`, to its bundle.
+void Planner::takeTimelines(TimelineJob* first, TimelineJob* last) {
+    PCAnimationExportBundle& bundle = m_bundles[first->bundle];
+    const PCElement::Ptr& element = m_plan.elements[first->element].element;
+    PCAnimationExportElementTimelines record;
+    for (TimelineJob* job = first; job != last; ++job) {
+        const PropertyTypeRow& row = propertyTypeRow(job->timeline->propertyType());
+        if (row.valueKind == PropertyValueKind::Point || row.type == PCPropertyTypeKeyAll) {
+            m_plan.leftOutTimelines.push_back({bundle.animation, element->identifier().toString(),
+                                               element, job->timeline->propertyType()});
+        } else {
+            record.*job->file->field = std::move(job->timeline);
+        }
+    }
+    record.setElement(element);
+    bundle.durationInMS = std::max(bundle.durationInMS, record.maxDurationInMS());
+    bundle.hasLooping = bundle.hasLooping || record.hasLooping();
+    bundle.timelinesByElement.push_back(std::move(record));
+}
+
+/// Makes every timeline that does not repeat as long as the animation.
+void Planner::finishBundle(PCAnimationExportBundle& bundle) {
+    for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
+        for (const auto& timeline : record.slicingOrder())
+            timeline->EXPORT_setDurationInTimeInMS(bundle.durationInMS);
+    }
+}
+
+void Planner::classify(PCAnimationExportBundle& bundle) {
+    const QString name = bundle.animation->name();
+    const AnimationTag tag = tagOfAnimationName(name);
+    QString baseMethodName;
+    if (tag.word == u"sliced" && tag.number > 0) {
+        bundle.type = AnimationExportType::frameSlicedAnimation;
+        bundle.numberOfFrameSlices = tag.number;
+        baseMethodName =
+            tellApart(m_slicedStems, baseMethodNameFromSpecialNameComponents(tag.rest));
+    } else if (tag.word == u"pngs" && tag.number > 0) {
+        bundle.type = AnimationExportType::pngGeneratorAnimation;
+        bundle.generatePNGsDeltaTimeInMS = static_cast<float>(tag.number);
+        baseMethodName = tellApart(m_pngStems, baseMethodNameFromSpecialNameComponents(tag.rest));
+    } else {
+        if (tag.word == u"speed" && tag.number > 0) {
+            bundle.timeScalar = static_cast<float>(tag.number) / 100.0F;
+            enterSpeedName(tag, name);
+        }
+        baseMethodName = m_plan.baseMethodNameByAnimationName.at(name);
+    }
+    bundle.baseMethodName = baseMethodName.toStdString();
+}
+
+/// A "speed" animation's name goes into the map, because standard animations are named from there.
+void Planner::enterSpeedName(const AnimationTag& tag, const QString& animationName) {
+    QString& entry = m_plan.baseMethodNameByAnimationName.at(animationName);
+    const QString name = baseMethodNameFromSpecialNameComponents(tag.rest);
+    m_baseNames.erase(pc_stringByLowercasingFirstLetter(entry));
+    m_baseNames.insert(pc_stringByLowercasingFirstLetter(name));
+    entry = name;
+}
+
+QString Planner::baseMethodNameFromSpecialNameComponents(const QString& rest) const {
+    return pc_stringByUppercasingFirstLetter(codeFriendlyNameFromName(rest, &m_baseNames));
+}
+
+/// Numbers a stem until no other animation of its kind and no base name has it.
+QString Planner::tellApart(TakenNames& stems, const QString& stem) const {
+    QString candidate = pc_stringByLowercasingFirstLetter(stem);
+    while (stems.contains(candidate) || m_baseNames.contains(candidate)) {
+        candidate = stems.firstFree(candidate);
+        candidate = m_baseNames.firstFree(candidate);
+    }
+    stems.insert(candidate);
+    return pc_stringByUppercasingFirstLetter(candidate);
+}
+
+void Planner::file(PCAnimationExportBundle&& bundle) {
+    switch (bundle.type) {
+        case AnimationExportType::frameSlicedAnimation:
+            m_plan.frameSlicedAnimationExportBundles.push_back(std::move(bundle));
+            break;
+        case AnimationExportType::pngGeneratorAnimation:
+            m_plan.pngGeneratorAnimationExportBundles.push_back(std::move(bundle));
+            break;
+        default:
+            if (!bundle.hasLooping && m_completionNames.insert(bundle.baseMethodName).second) {
+                m_plan.animationBaseMethodNamesUsingCompletionBlock.push_back(
+                    bundle.baseMethodName);
+            }
+            m_plan.standardAnimationExportBundles.push_back(std::move(bundle));
+    }
+}
+
+}  // namespace
+
+ExportPlan planExport(PCProject& project, const ExportTarget& target, bool isLFTPuppetView) {
+    static const QString marker = u"_LFT_"_s;
+    ExportPlan plan;
+    plan.target = target;
+    plan.isLFTPuppetView = isLFTPuppetView;
+    QString projectName = project.projectName();
+    if (projectName.startsWith(marker)) {
+        projectName.remove(0, marker.size());
+        plan.isLFTPuppetView = true;
+    }
+    plan.generatedClassName =
+        pc_stringByUppercasingFirstLetter(codeFriendlyNameFromName(projectName)) + u"View"_s;
+    Planner(project, plan).run();
+    return plan;
+}
+
+std::string methodStem(const std::string& baseMethodName) {
+    return baseMethodName.ends_with("Animation") ? baseMethodName : baseMethodName + "Animation";
+}
+
+}  // namespace tweenery

@@ -1,0 +1,77 @@
+#include "codegen/project_code_generator.h"
+
+#include "codegen/frame_sliced_animation_code.h"
+#include "codegen/hierarchy_code.h"
+#include "codegen/standard_animation_code.h"
+#include "platform/errors.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+
+void PCProjectCodeGenerator::loadFileContentsByName() {
+    const auto project = m_project.lock();
+    assertContract(project != nullptr, u"project MUST be set"_s);
+    assertContract(m_languageProvider != nullptr, u"languageProvider MUST be set"_s);
+    m_fileContentsByName.clear();
+    m_diagnostics.clear();
+    ExportPlan plan = planExport(
+        *project,
+        {m_languageProvider->language(), m_generateForMac, m_clipsCanvas, m_addAnimationSuffix},
+        m_isLFTPuppetView);
+    m_isLFTPuppetView = plan.isLFTPuppetView;
+    m_diagnostics = exportDiagnostics(*project, plan);
+    m_languageProvider->setGeneratedClassName(plan.generatedClassName.toStdString());
+    m_languageProvider->setGenerateForMac(m_generateForMac);
+    generateCodeForFileContentsByName(plan);
+}
+
+void PCProjectCodeGenerator::generateCodeForFileContentsByName(ExportPlan& plan) {
+    PCLanguageCodeProvider& provider = *m_languageProvider;
+    FrameSlicedAnimationCode frameSlices(plan, provider);
+    provider.addTopComments();
+    addImports(plan, frameSlices.writesText());
+    frameSlices.prepareForSlicedAnimationExport();
+    frameSlices.appendStructDefinitionAndValuesArrayForSlicedAnimations();
+    beginClassDefinition(plan);
+    provider.addCodeMarkWithName("Scaling");
+    provider.addLayoutSubelements();
+    HierarchyCode(plan, provider).addSetup();
+    StandardAnimationCode(plan, provider).addStandardAnimations();
+    frameSlices.appendSlicedApplyFrameMethodsForSlicedAnimations();
+    provider.endClassDefinition();
+    frameSlices.appendStructValuesArrayForSlicedAnimations();
+    m_fileContentsByName = provider.fileContentsByName();
+}
+
+void PCProjectCodeGenerator::addImports(const ExportPlan& plan, bool usesFrameSlices) {
+    PCLanguageCodeProvider& provider = *m_languageProvider;
+    provider.beginImports();
+    if (m_generateForMac) {
+        provider.addFrameworkDependency("AppKit");
+        provider.addFrameworkDependency("QuartzCore");
+    } else {
+        provider.addFrameworkDependency("UIKit");
+    }
+    // Their playback names a constant of this framework.
+    if (usesFrameSlices) provider.addFrameworkDependency("AVFoundation");
+    if (!m_generateForMac && plan.isLFTPuppetView) provider.addClassDependency("LFTPuppetView");
+    provider.endImports();
+}
+
+void PCProjectCodeGenerator::beginClassDefinition(const ExportPlan& plan) {
+    PCLanguageCodeProvider& provider = *m_languageProvider;
+    std::string_view superName = plan.isLFTPuppetView ? "LFTPuppetView" : "UIView";
+    if (m_generateForMac) superName = "NSView";
+    provider.beginClassDefinitionWithSuperName(superName, plan.usesCompletionBlocksTable());
+    // A puppet view declares both itself.
+    if (!plan.isLFTPuppetView) {
+        if (plan.hasAtLeastOneLayer) provider.addLayersByNameProperty();
+        if (plan.hasAtLeastOneView) provider.addViewsByNameProperty();
+    }
+    provider.addCodeMarkWithName("Life Cycle");
+    provider.addInitializersForViewWithCanvasSize(plan.canvasSize());
+    if (m_generateForMac) provider.addFlippedViewMethod();
+}
+
+}  // namespace tweenery

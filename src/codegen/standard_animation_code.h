@@ -1,0 +1,47 @@
+#pragma once
+
+#include <bitset>
+
+#include "codegen/export_plan.h"
+#include "codegen/language_code_provider.h"
+
+namespace tweenery {
+
+/// Writes the methods of the standard animations: one keyframe animation for each stored timeline,
+/// with exactly its keyframes.
+class StandardAnimationCode {
+ public:
+    /// `plan` receives the code of its bundles.
+    StandardAnimationCode(ExportPlan& plan, PCLanguageCodeProvider& provider)
+        : m_plan(plan), m_provider(provider) {}
+
+    void addStandardAnimations();
+
+ private:
+    /// By easing mode, 0 to 6.
+    using EasingModes = std::bitset<7>;
+    class Lists;
+
+    EasingModes generateImplmentationCodeForStandardAnimation(
+        PCAnimationExportBundle& bundle) const;
+    void generateCodeForTimeline(PCAnimationExportBundle& bundle, EasingModes& easingModesNeeded,
+                                 const PCElement& element,
+                                 const PCKeyedPropertyTimeline& timeline) const;
+    void generateCodeForChildrenOrder(PCAnimationExportBundle& bundle,
+                                      EasingModes& easingModesNeeded, const PCElement& parent,
+                                      const PCKeyedPropertyTimeline& timeline) const;
+    void generateCodeForAnimatingTimeline(PCAnimationExportBundle& bundle, const Lists& lists,
+                                          const PlannedElement& planned, int32_t propertyType,
+                                          const PCKeyedPropertyTimeline& timeline) const;
+    void addDefinitionCodeForTimingFunctionsWithEasingModes(EasingModes modes);
+
+    ExportPlan& m_plan;
+    PCLanguageCodeProvider& m_provider;
+};
+
+/// The qualifier in names and the layer key path of a property. Throws AssertionFailure for the
+/// children order and the combined types, which never stand in generated code as such.
+std::string_view animationQualifierForPropertyType(int32_t propertyType);
+std::string_view animationKeyPathForPropertyType(int32_t propertyType);
+
+}  // namespace tweenery

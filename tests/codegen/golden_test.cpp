@@ -1,0 +1,261 @@
+// Whole exports of the packages in tests/packages, compared with the files under goldens/.
+// --update-goldens rewrites them.
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+#include "codegen/project_exporter.h"
+#include "platform/package_store.h"
+#include "support/test_paths.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery::test {
+namespace {
+
+struct GoldenCase {
+    QString package;
+    bool swift = false;
+    bool mac = false;
+
+    QString folder() const {
+        return package + u'/' + (swift ? u"swift"_s : u"objc"_s) + (mac ? u"-mac"_s : u"-ios"_s);
+    }
+};
+
+QString goldensPath() {
+    return sourcePath(u"tests/codegen/goldens"_s);
+}
+
+std::vector<GoldenCase> goldenCases() {
+    std::vector<GoldenCase> cases;
+    QDir packages(sourcePath(u"tests/packages"_s));
+    for (const QString& name : packages.entryList({u"*.tweenery"_s}, QDir::Dirs, QDir::Name)) {
+        for (const bool swift : {false, true}) {
+            for (const bool mac : {false, true})
+                cases.push_back({name.chopped(9), swift, mac});
+        }
+    }
+    return cases;
+}
+
+std::string caseName(const testing::TestParamInfo<GoldenCase>& info) {
+    return info.param.folder().replace(u'/', u'_').replace(u'-', u'_').toStdString();
+}
+
+QByteArray contentsOf(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) ADD_FAILURE() << "cannot read " << qPrintable(path);
+    return file.readAll();
+}
+
+/// Paths of all files below a folder, relative to it.
+QStringList filesBelow(const QString& folder) {
+    QStringList files;
+    QDirIterator paths(folder, QDir::Files, QDirIterator::Subdirectories);
+    while (paths.hasNext())
+        files << QDir(folder).relativeFilePath(paths.next());
+    files.sort();
+    return files;
+}
+
+/// The lines in which two texts differ, with where that begins.
+std::string difference(const QByteArray& expected, const QByteArray& found) {
+    const QList<QByteArray> a = expected.split('\n');
+    const QList<QByteArray> b = found.split('\n');
+    qsizetype same = 0;
+    while (same < std::min(a.size(), b.size()) && a[same] == b[same])
+        ++same;
+    qsizetype tail = 0;
+    while (tail < std::min(a.size(), b.size()) - same &&
+           a[a.size() - 1 - tail] == b[b.size() - 1 - tail]) {
+        ++tail;
+    }
+    std::string text = "from line " + std::to_string(same + 1) + ":\n";
+    const auto list = [&](const char* mark, const QList<QByteArray>& lines) {
+        for (qsizetype i = same; i < std::min(lines.size() - tail, same + 30); ++i)
+            text += mark + lines[i].toStdString() + '\n';
+    };
+    list("- ", a);
+    list("+ ", b);
+    return text;
+}
+
+PCProject::Ptr openPackage(const QString& name) {
+    auto project = PCProject::projectForReadingWithFileWrapper(readPackage(packagePath(name)));
+    project->setProjectName(name);
+    return project;
+}
+
+ExportOptions goldenOptions(PCProject& project, const GoldenCase& c) {
+    ExportOptions options = ExportOptions::fromPreferences(project);
+    options.generateForMac = c.mac;
+    options.includesImages = true;
+    options.stamp = {"1.0", "1/2/20"};
+    return options;
+}
+
+/// The artwork and the diagnostics of an export as one readable text.
+QByteArray reportOf(const ExportResult& result) {
+    QByteArray report;
+    for (const QString& path : result.files.paths)
+        report += "file " + path.toUtf8() + '\n';
+    for (const ExportDiagnostic& diagnostic : result.diagnostics) {
+        report += nameOf(diagnostic.severity).toUtf8() + ' ' + nameOf(diagnostic.kind).toUtf8() +
+                  " (" + diagnostic.name.toUtf8() + "): " + diagnostic.sentence.toUtf8() + '\n';
+    }
+    return report;
+}
+
+void compareWithGoldens(const QString& exported, const QString& goldens) {
+    const QStringList files = filesBelow(exported);
+    EXPECT_EQ(files, filesBelow(goldens)) << "an orphan or a missing golden";
+    for (const QString& file : files) {
+        if (!QFile::exists(goldens + u'/' + file)) continue;
+        const QByteArray expected = contentsOf(goldens + u'/' + file);
+        const QByteArray found = contentsOf(exported + u'/' + file);
+        EXPECT_TRUE(expected == found) << qPrintable(file) << ' ' << difference(expected, found);
+    }
+}
+
+void replaceGoldens(const QString& exported, const QString& goldens) {
+    QDir(goldens).removeRecursively();
+    for (const QString& file : filesBelow(exported)) {
+        const QString target = goldens + u'/' + file;
+        ASSERT_TRUE(QDir().mkpath(QFileInfo(target).path()));
+        ASSERT_TRUE(QFile::copy(exported + u'/' + file, target));
+    }
+}
+
+class Goldens : public testing::TestWithParam<GoldenCase> {};
+
+TEST_P(Goldens, AreWhatIsExported) {
+    const GoldenCase& c = GetParam();
+    const auto project = openPackage(c.package);
+    QTemporaryDir directory;
+    const ExportResult result =
+        exportCodeToDirectory(project, directory.path(), c.swift, goldenOptions(*project, c));
+    EXPECT_TRUE(result.files.failures.empty());
+
+    // The artwork is the package's own; only its names are kept as goldens.
+    for (const QString& path : result.files.paths) {
+        if (!path.startsWith(u"images/")) continue;
+        QString set = path.section(u'/', 1);
+        const QString suffix = set.contains(u"@2x")   ? u"@2x"_s
+                               : set.contains(u"@3x") ? u"@3x"_s
+                                                      : QString();
+        set.remove(suffix);
+        EXPECT_EQ(contentsOf(directory.filePath(path)),
+                  contentsOf(packagePath(c.package) + u"/images/"_s + set + u"/Original"_s +
+                             suffix + u'.' + set.section(u'.', -1)))
+            << qPrintable(path);
+    }
+    QDir(directory.filePath(u"images"_s)).removeRecursively();
+    QFile report(directory.filePath(u"report.txt"_s));
+    ASSERT_TRUE(report.open(QIODevice::WriteOnly));
+    report.write(reportOf(result));
+    report.close();
+
+    const QString goldens = goldensPath() + u'/' + c.folder();
+    if (updateGoldens) replaceGoldens(directory.path(), goldens);
+    compareWithGoldens(directory.path(), goldens);
+}
+
+INSTANTIATE_TEST_SUITE_P(Packages, Goldens, testing::ValuesIn(goldenCases()), caseName);
+
+TEST(GoldenFolders, BelongToAPackage) {
+    QStringList expected;
+    for (const GoldenCase& c : goldenCases())
+        expected << c.folder();
+    QStringList found;
+    const QDir root(goldensPath());
+    for (const QString& package : root.entryList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
+        for (const QString& folder :
+             QDir(root.filePath(package)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
+            found << package + u'/' + folder;
+        }
+    }
+    expected.sort();
+    found.sort();
+    EXPECT_EQ(expected, found);
+}
+
+/// The compiler's arguments for a golden, with what its exact text makes unavoidable.
+QStringList compilerArguments(const GoldenCase& c, const QByteArray& code) {
+    const QString standIns = sourcePath(u"tests/codegen/standin"_s);
+    QStringList arguments = {
+        u"-fsyntax-only"_s, u"-fobjc-arc"_s, u"-fblocks"_s,          u"-Wall"_s,
+        u"-Wextra"_s,       u"-Werror"_s,    u"-nostdinc"_s,         u"-x"_s,
+        u"objective-c"_s,   u"-isystem"_s,   standIns + u"/common"_s};
+    if (c.mac) {
+        arguments << u"-target"_s << u"x86_64-apple-macos12"_s << u"-isystem"_s
+                  << standIns + u"/mac"_s;
+    } else {
+        arguments << u"-target"_s << u"arm64-apple-ios15"_s << u"-isystem"_s << standIns + u"/ios"_s
+                  << u"-isystem"_s << standIns + u"/ios/project"_s;
+    }
+    // The local `bundle` stands in every class, also where no image is loaded from it.
+    if (!code.contains("[bundle path")) arguments << u"-Wno-unused-variable"_s;
+    // Recordable views come from the application, which imports them for all files.
+    if (code.contains("LFTRecordable")) arguments << u"-include"_s << u"LFTRecordableView.h"_s;
+    if (code.contains("#pragma mark - FrameSlicedAnimations")) {
+        // Their playback counts an array's items with an int.
+        arguments << u"-Wno-sign-compare"_s;
+        if (c.mac) arguments << u"-include"_s << u"mobile_names.h"_s;
+    }
+    return arguments;
+}
+
+/// Follows the advice of every diagnostic about a name that the compiler would refuse.
+void renameWhatDoesNotCompile(PCProject& project, const ExportOptions& options) {
+    int number = 0;
+    for (const ExportDiagnostic& diagnostic : diagnosticsOfExport(project, false, options)) {
+        using enum ExportDiagnostic::Kind;
+        if (diagnostic.subject != ExportDiagnostic::Subject::Element) continue;
+        if (diagnostic.kind != ReservedWord && diagnostic.kind != LeadingDigit &&
+            diagnostic.kind != CollidingNames) {
+            continue;
+        }
+        const auto element = project.elementForIdentifier(Identifier(diagnostic.identifier));
+        ASSERT_TRUE(element);
+        element->setName(u"renamed %1"_s.arg(++number));
+    }
+}
+
+class ObjectiveCExports : public testing::TestWithParam<GoldenCase> {};
+
+// The goldens themselves, but for names that a diagnostic asks the designer to change.
+TEST_P(ObjectiveCExports, Compile) {
+    const QString clang = QStandardPaths::findExecutable(u"clang"_s);
+    if (clang.isEmpty()) GTEST_SKIP() << "there is no clang";
+    const auto project = openPackage(GetParam().package);
+    QTemporaryDir directory;
+    ExportOptions options = goldenOptions(*project, GetParam());
+    options.includesImages = false;
+    renameWhatDoesNotCompile(*project, options);
+    exportCodeToDirectory(project, directory.path(), false, options);
+    const QString source = directory.filePath(GetParam().package + u"View.m"_s);
+    QProcess compiler;
+    compiler.setProcessChannelMode(QProcess::MergedChannels);
+    compiler.start(clang, compilerArguments(GetParam(), contentsOf(source)) << source);
+    ASSERT_TRUE(compiler.waitForFinished());
+    EXPECT_EQ(compiler.exitCode(), 0) << compiler.readAll().toStdString();
+}
+
+std::vector<GoldenCase> objectiveCCases() {
+    std::vector<GoldenCase> cases = goldenCases();
+    std::erase_if(cases, [](const GoldenCase& c) { return c.swift; });
+    return cases;
+}
+
+INSTANTIATE_TEST_SUITE_P(Packages, ObjectiveCExports, testing::ValuesIn(objectiveCCases()),
+                         caseName);
+
+}  // namespace
+}  // namespace tweenery::test

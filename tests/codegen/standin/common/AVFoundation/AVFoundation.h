@@ -1,0 +1,5 @@
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+extern const CFTimeInterval AVCoreAnimationBeginTimeAtZero;
