@@ -9,6 +9,10 @@
 
 namespace tweenery {
 
+/// What the user is told when a package, shown by `name`, cannot be opened because a newer version
+/// of the program wrote it.
+Alert alertForNewerProject(const QString& name);
+
 /// An open package: reads it, checks its model version with the user, builds the project, and saves
 /// it back. Talks to the user through the alert port.
 class PCDocument {
@@ -50,7 +54,6 @@ class PCDocument {
     bool m_needsSaveAfterUpdate = false;
 
     bool userAgreesToUpdate(const QString& name);
-    void tellThatProjectIsNewer(const QString& name);
     void didSave();
 };
 

@@ -1,5 +1,7 @@
 #include "model/image_set.h"
 
+#include <algorithm>
+
 #include "platform/errors.h"
 #include "platform/path_name.h"
 
@@ -15,6 +17,13 @@ const std::array<QString, PCImageSet::Count>& PCImageSet::basenames() {
 }
 
 PCImageSet::PCImageSet(FileWrapper::Ptr fileWrapper) : m_fileWrapper(std::move(fileWrapper)) {}
+
+bool PCImageSet::isRenditionFile(const QString& filename) {
+    const QString extension = pathExtension(filename);
+    const auto& names = basenames();
+    return (extension == u"png"_s || extension == u"jpg"_s) &&
+           std::find(names.begin(), names.end(), withoutPathExtension(filename)) != names.end();
+}
 
 std::shared_ptr<PCImageSet> PCImageSet::createImageSetWithFileWrapper(
     FileWrapper::Ptr fileWrapper, const std::shared_ptr<const PCImage>& image) {

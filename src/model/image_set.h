@@ -54,6 +54,9 @@ class PCImageSet {
     QString artwork2XName() const { return artworkNameWithSuffix(QStringLiteral("@2x")); }
     QString artwork3XName() const { return artworkNameWithSuffix(QStringLiteral("@3x")); }
 
+    /// True for the name of a file that can be one of the seven renditions.
+    static bool isRenditionFile(const QString& filename);
+
     /// The bytes of the artwork files; null for one that is absent.
     QByteArray originalData() const { return dataForIndex(Original); }
     QByteArray original2xData() const { return dataForIndex(Original2x); }

@@ -81,7 +81,9 @@ PCProject::Ptr PCProject::projectForReadingWithFileWrapper(FileWrapper::Ptr root
 }
 
 PCProject::Ptr PCProject::projectWithFileWrapper(FileWrapper::Ptr root, LogPort& log) {
-    Ptr project = build(updateProjectFileWrapperToLastestModelVersion(std::move(root), log));
+    const QString backupPath = backUpIfOlder(*root, log);
+    Ptr project = build(std::move(root));
+    project->m_backupPath = backupPath;
     project->m_version->setModelVersion(currentModelVersion());
     return project;
 }

@@ -52,6 +52,9 @@ class PCProject : public PCAnimationsManagerChangeListener,
     /// path, null after a failure.
     static QString backupProjectFileWrapper(const FileWrapper& root);
     static void clearProjectBackups();
+    /// The path of the backup that was taken when this project was opened to be updated; null when
+    /// none was needed, or it failed.
+    const QString& backupPath() const { return m_backupPath; }
     /// "Backups" in the user's documents directory, or what setBackupDirectory() gave.
     static QString backupDirectory();
     static void setBackupDirectory(const QString& path);
@@ -150,12 +153,14 @@ class PCProject : public PCAnimationsManagerChangeListener,
     ProjectIndex m_index;
     QImage m_previewImage;
     QString m_projectName;
+    QString m_backupPath;
     bool m_inAdditiveMode = false;
     double m_backingScale = 2.0;
     QPointF m_eventAnchorPoint;
     ElementViewLayerFactory* m_viewLayerFactory = nullptr;
 
     static Ptr build(FileWrapper::Ptr root);
+    static QString backUpIfOlder(const FileWrapper& root, LogPort& log);
     ProjectIndex& index();
     bool isInTree(const PCElement& element) const;
     void writeQuickLook();
