@@ -53,6 +53,7 @@ FileWrapper::Ptr PCDocument::fileWrapperOfProject() {
 }
 
 void PCDocument::save(OnDiskChange policy) {
+    assertContract(!m_path.isEmpty(), u"a document without a place cannot be saved there"_s);
     savePackage(*fileWrapperOfProject(), m_path, policy);
     didSave();
 }
@@ -83,13 +84,13 @@ const PCProject::Ptr& PCDocument::project() {
 void PCDocument::setProject(const PCProject::Ptr& project) {
     if (project == m_project) return;
     m_project = project;
-    m_project->setProjectName(QFileInfo(m_displayName).completeBaseName());
+    m_project->setProjectName(m_displayName);
     m_savedChangeCount = m_project->undoManager().changeCount();
 }
 
 void PCDocument::setDisplayName(const QString& name) {
-    m_displayName = name;
-    if (m_project) m_project->setProjectName(QFileInfo(name).completeBaseName());
+    m_displayName = QFileInfo(name).completeBaseName();
+    if (m_project) m_project->setProjectName(m_displayName);
 }
 
 bool PCDocument::isEdited() const {

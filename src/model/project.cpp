@@ -95,6 +95,11 @@ void PCProject::setCanvas(const PCElement::Ptr& canvas) {
     canvas->rebuildViewLayerHeirarchy();
 }
 
+void PCProject::setViewLayerFactory(ElementViewLayerFactory* factory) {
+    m_viewLayerFactory = factory;
+    m_canvas->rebuildViewLayerHeirarchy();
+}
+
 FileWrapper::Ptr PCProject::fileWrapper() {
     if (const PCAnimation::Ptr selected = m_animationsManager->selectedAnimation()) {
         selected->saveChangesToFileWrapper();
@@ -158,6 +163,16 @@ bool PCProject::isInTree(const PCElement& element) const {
 
 void PCProject::treeDidInsertElement(PCElement& element) {
     if (m_index.isValid() && isInTree(element)) m_index.addTree(element);
+    attachSelectedAnimation(element);
+}
+
+// A new element's own timelines belong to no animation: what is keyed on them would be lost.
+void PCProject::attachSelectedAnimation(PCElement& root) {
+    const PCAnimation::Ptr animation = m_animationsManager->selectedAnimation();
+    if (!animation) return;
+    for (const PCElement::Ptr& element : root.elementAndAllDescendants()) {
+        if (element->hasFreshTimelines()) animation->applyToElement(*element);
+    }
 }
 
 void PCProject::treeWillRemoveElement(PCElement& element) {

@@ -87,7 +87,8 @@ class PCProject : public PCAnimationsManagerChangeListener,
     /// A bitmap of the canvas for the QuickLook entry; a null image writes none.
     void setPreviewImage(const QImage& image) { m_previewImage = image; }
     /// Not owned. Null: elements are made without a screen.
-    void setViewLayerFactory(ElementViewLayerFactory* factory) { m_viewLayerFactory = factory; }
+    /// Gives every element a new layer.
+    void setViewLayerFactory(ElementViewLayerFactory* factory);
     ElementViewLayerFactory* viewLayerFactory() const { return m_viewLayerFactory; }
 
     // Look-up and listings.
@@ -105,7 +106,8 @@ class PCProject : public PCAnimationsManagerChangeListener,
 
     // Structure edits. Nothing moves on the canvas; undo restores everything.
 
-    /// `parent` null is the canvas; an index not below its count of children means the count.
+    /// `parent` null is the canvas; an index not below its count of children means the count. Items
+    /// that hold the parent, or are it, stay where they are.
     void moveItems(const Elements& items, const PCElement::Ptr& parent, int32_t index);
     /// Removes all groups without children below `root`.
     void recursivelyRemoveGroup(const PCElement::Ptr& root);
@@ -166,6 +168,7 @@ class PCProject : public PCAnimationsManagerChangeListener,
     void writeQuickLook();
     PCElement::Ptr makeGroupAround(const Elements& elements, const PCElement& parent);
     void attachPastedTimelines(PCElement& root);
+    void attachSelectedAnimation(PCElement& root);
     void moveItem(const PCElement::Ptr& item, const PCElement::Ptr& parent, size_t index);
     void moveForward(const PCElement::Ptr& element);
     void moveBackward(const PCElement::Ptr& element);

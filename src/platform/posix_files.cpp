@@ -59,7 +59,7 @@ struct DoomedDirectory {
     int depth = 0;
 
     DoomedDirectory(std::shared_ptr<const DoomedDirectory> itsParent, int itsParentDirectory,
-                    std::string itsName, FileDescriptor itsDescriptor, int itsDepth)
+                    std::string itsName, FileDescriptor itsDescriptor, int itsDepth = 0)
         : parent(std::move(itsParent)),
           parentDirectory(itsParentDirectory),
           name(std::move(itsName)),
