@@ -130,7 +130,8 @@ bool Identifier::isText() const {
 }
 
 const QString& Identifier::text() const {
-    return std::bit_cast<const OtherText*>(m_high)->text;
+    const auto* other = std::bit_cast<OtherText*>(m_high);
+    return other->text;
 }
 
 QString Identifier::toString() const {
