@@ -48,8 +48,9 @@ class KeyedDecoder {
     double decodeDouble(std::string_view key) const;  // also from an integer
     /// Null for a missing key and for the null object.
     QString decodeString(std::string_view key) const;
-    /// The string as a view into the archive's bytes if it is stored as 7-bit text, which is how
-    /// identifiers and mode names are stored; nullopt otherwise (also for a missing key).
+    /// The string as a view into the archive's bytes if it is stored as 7-bit text of at most 64
+    /// characters, which is how identifiers and mode names are stored; nullopt otherwise (also for
+    /// a missing key): then decodeString() has it.
     std::optional<std::string_view> decodeAscii(std::string_view key) const;
     QPointF decodePoint(std::string_view key) const;
     QSizeF decodeSize(std::string_view key) const;

@@ -166,6 +166,26 @@ TEST(HostileArchives, SharedTextsAreDecodedOnce) {
     }
 }
 
+TEST(HostileArchives, WhatIsSharedCannotBeLong) {
+    const std::string longText(100000, 'x');
+    RawArchive raw(4, 4);
+    auto& plist = raw.plist;
+    const auto reference = [&](RawPlist::Ref object) { return plist.uid(raw.file(object)); };
+    const std::vector<RawPlist::Pair> keys(1000, {plist.ascii("k"), plist.ascii("v")});
+    const auto root =
+        raw.object("Thing", {{"keys", reference(plist.dictionary(keys))},
+                             {"class", reference(raw.object(longText, {}))},
+                             {"point", plist.ascii('{' + std::string(100000, ' ') + "1, 2}")},
+                             {"text", plist.ascii(longText)}});
+    const KeyedUnarchiver archive(raw.finish(raw.file(root)), Entry);
+    const KeyedDecoder decoder = archive.root();
+    EXPECT_THROW(decoder.decodeObject("keys"), InputError);
+    EXPECT_THROW(decoder.decodeObject("class"), InputError);
+    EXPECT_THROW(decoder.decodePoint("point"), InputError);
+    EXPECT_EQ(decoder.decodeAscii("text"), std::nullopt);
+    EXPECT_EQ(decoder.decodeString("text").size(), 100000);
+}
+
 TEST(HostileArchives, BadClassEntriesAreRefused) {
     using Ref = RawPlist::Ref;
     using MakeClass = std::function<Ref(RawArchive&)>;
