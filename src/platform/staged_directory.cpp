@@ -54,6 +54,7 @@ Lock tryLock(const FileDescriptor& file) {
 template <typename Use>
 bool anyAbandoned(const PackagePlace& place, std::string_view mark, const Use& use) {
     std::vector<ListedEntry> entries;
+    ::lseek(place.parent.number(), 0, SEEK_SET);
     listDirectory(place.parent.number(), entries);
     const std::string prefix = prefixFor(place.name, mark);
     for (const ListedEntry& entry : entries) {
