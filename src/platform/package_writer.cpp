@@ -49,6 +49,7 @@ class PackageBuilder {
     void build(const FileWrapper& root, const QString& path, const StagedDirectory& staged);
     /// The nodes below the root whose origin changes once the staged directory is in its place.
     const Written& written() const { return m_written; }
+    bool isBig() const { return m_walk.isBig(); }
 
  private:
     // A directory in the making. Stays open while a subdirectory is being filled.
@@ -277,6 +278,7 @@ void savePackage(FileWrapper& root, const QString& path, OnDiskChange policy) {
     root.setOrigin(originOf(status));
     for (const auto& [node, origin] : builder.written())
         node->setOrigin(origin);
+    if (builder.isBig()) staged.removeReplacedInBackground();  // it takes as long as building
 }
 
 void writePackageCopy(const FileWrapper& root, const QString& path, bool replace) {

@@ -42,6 +42,9 @@ class ParallelWalk {
         }
     }
 
+    /// True when there was enough to do for several threads.
+    bool isBig() const { return m_visits > visitsBeforeHelp; }
+
  private:
     // Waking a thread takes as long as several visits, starting one as long as many.
     static constexpr size_t worthSharing = 16;
@@ -67,7 +70,7 @@ class ParallelWalk {
 
     const int m_cores = std::max(1, QThread::idealThreadCount());
     std::atomic<int> m_idle = m_cores - 1;
-    std::atomic<int> m_visits = 0;
+    std::atomic<int> m_visits = 0;  // of those that could have been shared
     std::atomic<bool> m_failed = false;
     std::mutex m_mutex;
     std::exception_ptr m_error;

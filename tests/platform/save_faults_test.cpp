@@ -27,6 +27,10 @@ Outcome runProbe(const QString& traceFile, const QStringList& injections, const 
     for (const QString& injection : injections)
         arguments << u"--inject="_s + injection;
     QProcess strace;
+    // The leak checker of a sanitizer build cannot work under strace.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"ASAN_OPTIONS"_s, u"detect_leaks=0"_s);
+    strace.setProcessEnvironment(environment);
     strace.start(u"strace"_s, arguments << QStringLiteral(TWEENERY_SAVE_PROBE) << package);
     if (!strace.waitForFinished(60'000)) return {false, -1, strace.errorString().toUtf8()};
     return {strace.exitStatus() == QProcess::CrashExit, strace.exitCode(),
@@ -47,6 +51,8 @@ class SaveFaultsTest : public testing::Test {
 
     /// Tries each fault at each call of its kind, with `always` happening all the time.
     void tryFaults(const std::vector<Fault>& faults, const QStringList& always = {});
+
+    int m_moreDirectories = 0;
 
  private:
     QString package() const { return m_directory.filePath(u"Demo.tweenery"_s); }
@@ -71,6 +77,8 @@ void SaveFaultsTest::makePackage() const {
     for (const char* name : {"version", "canvas", "unknown", "animations/name.data"})
         std::ofstream(root + "/" + name) << name;
     fs::create_symlink("nowhere", root + "/images/link");
+    for (int i = 0; i < m_moreDirectories; ++i)
+        fs::create_directory(root + "/animations/" + std::to_string(i));
 }
 
 Outcome SaveFaultsTest::runUndisturbed(const QStringList& always) {
@@ -167,6 +175,11 @@ TEST_F(SaveFaultsTest, FileSystemsThatCannotExchangeLoseNothing) {
                {u"renameat"_s, u"signal=KILL"_s},
                {u"unlinkat"_s, u"signal=KILL"_s}},
               {u"renameat2:error=EINVAL"_s});
+}
+
+TEST_F(SaveFaultsTest, FlushingTheWholeFileSystemMayFailToo) {
+    m_moreDirectories = 20;
+    tryFaults({{u"syncfs"_s, u"error=EIO"_s}, {u"syncfs"_s, u"signal=KILL"_s}});
 }
 
 TEST_F(SaveFaultsTest, FileSystemsWithoutLinksLoseNothing) {
