@@ -4,7 +4,7 @@
 #include "cli/number_words.h"
 #include "cli/packages.h"
 #include "cli/verb.h"
-#include "platform/parallel_walk.h"
+#include "codegen/parallel.h"
 #include "platform/posix_files.h"
 
 using namespace Qt::StringLiterals;
@@ -38,10 +38,8 @@ ProjectInfo infoOf(const PCProject::Ptr& project) {
     countElements(*project->canvas(), info);
     for (const PCAnimation::Ptr& animation : project->animationsManager().animations())
         info.animations.push_back({animation, {}});
-    ParallelWalk walk;
-    walk.run([&] {
-        for (AnimationInfo& item : info.animations)
-            walk.share([&item] { item.summary = item.animation->storedSummary(); });
+    parallelFor(info.animations.size(), [&info](size_t i) {
+        info.animations[i].summary = info.animations[i].animation->storedSummary();
     });
     return info;
 }

@@ -4,11 +4,11 @@
 #include <optional>
 #include <unordered_map>
 
+#include "codegen/parallel.h"
 #include "model/element.h"
 #include "model/project_preferences.h"
 #include "model/project_version.h"
 #include "platform/image_header.h"
-#include "platform/parallel_walk.h"
 #include "platform/path_name.h"
 
 using namespace Qt::StringLiterals;
@@ -67,16 +67,11 @@ void requireReadable(const PackageEntry& entry) {
 /// What is wrong with each entry; the checks run side by side, each with a place of its own.
 std::vector<std::optional<InputError>> errorsOf(const std::vector<PackageEntry>& entries) {
     std::vector<std::optional<InputError>> errors(entries.size());
-    ParallelWalk walk;
-    walk.run([&] {
-        for (size_t i = 0; i < entries.size(); ++i) {
-            walk.share([&, i] {
-                try {
-                    requireReadable(entries[i]);
-                } catch (const InputError& error) {
-                    errors[i] = error;
-                }
-            });
+    parallelFor(entries.size(), [&](size_t i) {
+        try {
+            requireReadable(entries[i]);
+        } catch (const InputError& error) {
+            errors[i] = error;
         }
     });
     return errors;

@@ -49,13 +49,15 @@ class PackageReader {
     // A directory that is being read. Stays open while a subdirectory is.
     struct Directory : DirectoryPlace {
         FileDescriptor descriptor;
-        FileWrapper::Ptr node;
+        FileWrapper* node = nullptr;
+        std::vector<FileWrapper*> subdirectories;
     };
-    using DirectoryPtr = std::shared_ptr<const Directory>;
+    using DirectoryPtr = std::shared_ptr<Directory>;
 
     void readDirectory(const DirectoryPtr& directory);
-    void readEntry(const DirectoryPtr& directory, const ListedEntry& entry);
-    void enterSubdirectory(const DirectoryPtr& parent, const char* name, const QString& filename);
+    void readSubdirectory(const DirectoryPtr& parent, FileWrapper& node);
+    static void readEntry(Directory& directory, const ListedEntry& entry);
+    static void addSubdirectory(Directory& directory, const QString& filename);
     static void readFile(const Directory& directory, const char* name, const QString& filename);
     static void readLink(const Directory& directory, const char* name, const QString& filename);
 
@@ -66,7 +68,7 @@ void PackageReader::read(FileDescriptor root, const FileWrapper::Ptr& node, cons
     auto directory = std::make_shared<Directory>();
     directory->name = path;
     directory->descriptor = std::move(root);
-    directory->node = node;
+    directory->node = node.get();
     m_walk.run([&] { readDirectory(std::exchange(directory, nullptr)); });
 }
 
@@ -75,48 +77,55 @@ void PackageReader::readDirectory(const DirectoryPtr& directory) {
     if (!listDirectory(directory->descriptor.number(), entries))
         throw InputError(directory->path(), failureText(u"could not be listed"_s, errno));
     for (const ListedEntry& entry : entries)
-        readEntry(directory, entry);
+        readEntry(*directory, entry);
+    m_walk.forEach(0, directory->subdirectories.size(), [this, directory](size_t index) {
+        readSubdirectory(directory, *directory->subdirectories[index]);
+    });
 }
 
-void PackageReader::readEntry(const DirectoryPtr& directory, const ListedEntry& entry) {
+void PackageReader::readSubdirectory(const DirectoryPtr& parent, FileWrapper& node) {
+    auto directory = std::make_shared<Directory>();
+    directory->enter(parent, node.filename());
+    directory->node = &node;
+    directory->descriptor = openDirectoryAt(parent->descriptor.number(), node.filename().toUtf8());
+    struct stat status;
+    if (!directory->descriptor || ::fstat(directory->descriptor.number(), &status) != 0)
+        throw InputError(directory->path(), failureText(u"could not be opened"_s, errno));
+    node.setOrigin(originOf(status));
+    readDirectory(directory);
+}
+
+void PackageReader::readEntry(Directory& directory, const ListedEntry& entry) {
     const char* name = entry.name.c_str();
     const QString filename = QString::fromUtf8(entry.name);
     if (filename.toUtf8() != QByteArrayView(entry.name))
-        throw InputError(directory->pathOf(printableName(entry.name)),
+        throw InputError(directory.pathOf(printableName(entry.name)),
                          u"has a name that is not UTF-8"_s);
     unsigned char type = entry.type;
     if (type == DT_UNKNOWN) {
         struct stat status;
-        if (::fstatat(directory->descriptor.number(), name, &status, AT_SYMLINK_NOFOLLOW) != 0)
-            throw InputError(directory->pathOf(filename),
+        if (::fstatat(directory.descriptor.number(), name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+            throw InputError(directory.pathOf(filename),
                              failureText(u"could not be examined"_s, errno));
         type = typeOf(status.st_mode);
     }
     switch (type) {
         case DT_DIR:
-            return enterSubdirectory(directory, name, filename);
+            return addSubdirectory(directory, filename);
         case DT_REG:
-            return readFile(*directory, name, filename);
+            return readFile(directory, name, filename);
         case DT_LNK:
-            return readLink(*directory, name, filename);
+            return readLink(directory, name, filename);
         default:
-            throw InputError(directory->pathOf(filename),
+            throw InputError(directory.pathOf(filename),
                              u"is %1, which has no place in a package"_s.arg(kindText(type)));
     }
 }
 
-void PackageReader::enterSubdirectory(const DirectoryPtr& parent, const char* name,
-                                      const QString& filename) {
-    auto directory = std::make_shared<Directory>();
-    directory->enter(parent, filename);
-    directory->descriptor = openDirectoryAt(parent->descriptor.number(), name);
-    struct stat status;
-    if (!directory->descriptor || ::fstat(directory->descriptor.number(), &status) != 0)
-        throw InputError(directory->path(), failureText(u"could not be opened"_s, errno));
-    directory->node = FileWrapper::directory(filename);
-    parent->node->addFileWrapper(directory->node);
-    directory->node->setOrigin(originOf(status));
-    m_walk.share([this, directory] { readDirectory(directory); });
+void PackageReader::addSubdirectory(Directory& directory, const QString& filename) {
+    const FileWrapper::Ptr node = FileWrapper::directory(filename);
+    directory.node->addFileWrapper(node);
+    directory.subdirectories.push_back(node.get());
 }
 
 // O_NONBLOCK: should a named pipe have taken the file's place, opening it must not wait.

@@ -49,6 +49,7 @@ class PackageBuilder {
     void build(const FileWrapper& root, const QString& path, const StagedDirectory& staged);
     /// The nodes below the root whose origin changes once the staged directory is in its place.
     const Written& written() const { return m_written; }
+    bool isBig() const { return m_walk.isBig(); }
 
  private:
     // A directory in the making. Stays open while a subdirectory is being filled.
@@ -57,6 +58,7 @@ class PackageBuilder {
         int current = -1;  // the same directory of the package that is replaced, if it is there
         int descriptor = -1;
         FileDescriptor ownedCurrent, ownedDescriptor;
+        std::vector<FileWrapper*> subdirectories;
         Written written;
     };
     using DirectoryPtr = std::shared_ptr<Directory>;
@@ -64,7 +66,8 @@ class PackageBuilder {
     void fill(const DirectoryPtr& directory);
     void finish(Directory& directory);
     void requireUnchanged(const Directory& directory) const;
-    void enterSubdirectory(const DirectoryPtr& parent, const QString& name, FileWrapper& node);
+    void makeSubdirectory(Directory& directory, const QString& name, FileWrapper& node) const;
+    void fillSubdirectory(const DirectoryPtr& parent, FileWrapper& node);
     void openCurrent(Directory& directory, const Directory& parent, const char* name) const;
     void placeEntry(Directory& directory, const QString& name, FileWrapper& node);
     bool link(const Directory& directory, const char* name, const FileWrapper& node) const;
@@ -104,11 +107,14 @@ void PackageBuilder::fill(const DirectoryPtr& directory) {
         if (!isSafeFilename(name))
             throw InputError(directory->pathOf(name), u"is no name that a file can have"_s);
         if (node->isDirectory())
-            enterSubdirectory(directory, name, *node);
+            makeSubdirectory(*directory, name, *node);
         else
             placeEntry(*directory, name, *node);
     }
     finish(*directory);
+    m_walk.forEach(0, directory->subdirectories.size(), [this, directory](size_t index) {
+        fillSubdirectory(directory, *directory->subdirectories[index]);
+    });
 }
 
 // Entries that are kept show whether they changed when they are linked or entered. What is left
@@ -126,19 +132,24 @@ void PackageBuilder::requireUnchanged(const Directory& directory) const {
     if (entries.size() != expected || !changed.isEmpty()) throw ChangedOnDisk();
 }
 
-void PackageBuilder::enterSubdirectory(const DirectoryPtr& parent, const QString& name,
-                                       FileWrapper& node) {
+void PackageBuilder::makeSubdirectory(Directory& directory, const QString& name,
+                                      FileWrapper& node) const {
     const QByteArray entryName = name.toUtf8();
+    if (::mkdirat(directory.descriptor, entryName, ACCESSPERMS) != 0)
+        failWriting(directory, entryName, errno);
+    directory.subdirectories.push_back(&node);
+}
+
+void PackageBuilder::fillSubdirectory(const DirectoryPtr& parent, FileWrapper& node) {
+    const QByteArray entryName = node.filename().toUtf8();
     auto directory = std::make_shared<Directory>();
-    directory->enter(parent, name);
+    directory->enter(parent, node.filename());
     directory->node = &node;
     openCurrent(*directory, *parent, entryName);
-    if (::mkdirat(parent->descriptor, entryName, ACCESSPERMS) != 0)
-        failWriting(*parent, entryName, errno);
     directory->ownedDescriptor = openDirectoryAt(parent->descriptor, entryName);
     directory->descriptor = directory->ownedDescriptor.number();
     if (directory->descriptor < 0) failWriting(*parent, entryName, errno);
-    m_walk.share([this, directory] { fill(directory); });
+    fill(directory);
 }
 
 void PackageBuilder::openCurrent(Directory& directory, const Directory& parent,
@@ -151,7 +162,7 @@ void PackageBuilder::openCurrent(Directory& directory, const Directory& parent,
     throw InputError(directory.path(), failureText(u"could not be opened"_s, errno));
 }
 
-// Gives the directory the mode that it has in the package, and flushes it.
+// All entries are made: gives the directory the mode that it has in the package, and flushes it.
 void PackageBuilder::finish(Directory& directory) {
     struct stat made, current;
     const bool has = directory.current >= 0;
@@ -267,6 +278,7 @@ void savePackage(FileWrapper& root, const QString& path, OnDiskChange policy) {
     root.setOrigin(originOf(status));
     for (const auto& [node, origin] : builder.written())
         node->setOrigin(origin);
+    if (builder.isBig()) staged.removeReplacedInBackground();  // it takes as long as building
 }
 
 void writePackageCopy(const FileWrapper& root, const QString& path, bool replace) {

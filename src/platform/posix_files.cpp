@@ -20,7 +20,6 @@ FileDescriptor openDirectoryAt(int directory, const char* name) {
 
 bool listDirectory(int directory, std::vector<ListedEntry>& entries) {
     alignas(dirent64) char buffer[32 * 1024];
-    if (::lseek(directory, 0, SEEK_SET) < 0) return false;
     for (;;) {
         const ssize_t filled = ::getdents64(directory, buffer, sizeof buffer);
         if (filled <= 0) return filled == 0;
@@ -52,56 +51,62 @@ namespace {
 
 // A directory on its way out: it goes when the last of its subdirectories has gone.
 struct DoomedDirectory {
-    std::shared_ptr<const DoomedDirectory> parent;
-    int parentDirectory;
+    std::shared_ptr<DoomedDirectory> parent;
+    int parentDescriptor = -1;
     std::string name;
-    FileDescriptor descriptor;
     int depth = 0;
+    FileDescriptor descriptor;
+    std::vector<ListedEntry> subdirectories;
 
-    DoomedDirectory(std::shared_ptr<const DoomedDirectory> itsParent, int itsParentDirectory,
-                    std::string itsName, FileDescriptor itsDescriptor, int itsDepth = 0)
-        : parent(std::move(itsParent)),
-          parentDirectory(itsParentDirectory),
-          name(std::move(itsName)),
-          descriptor(std::move(itsDescriptor)),
-          depth(itsDepth) {}
-    DoomedDirectory(const DoomedDirectory&) = delete;
-    DoomedDirectory& operator=(const DoomedDirectory&) = delete;
-    ~DoomedDirectory() { ::unlinkat(parentDirectory, name.c_str(), AT_REMOVEDIR); }
+    ~DoomedDirectory() {
+        if (::unlinkat(parentDescriptor, name.c_str(), AT_REMOVEDIR) == 0 || errno != EACCES ||
+            !parent)
+            return;
+        ::fchmod(parentDescriptor, S_IRWXU);
+        ::unlinkat(parentDescriptor, name.c_str(), AT_REMOVEDIR);
+    }
 };
 
 constexpr int maxRemovedDepth = 256;  // each level keeps a file open
 
-void empty(ParallelWalk& walk, const std::shared_ptr<const DoomedDirectory>& directory) {
-    const int descriptor = directory->descriptor.number();
-    struct stat status;
-    if (::fstat(descriptor, &status) == 0 && (status.st_mode & S_IRWXU) != S_IRWXU)
-        ::fchmod(descriptor, S_IRWXU);
-    std::vector<ListedEntry> entries;
-    listDirectory(descriptor, entries);
-    for (const ListedEntry& entry : entries) {
-        const char* name = entry.name.c_str();
-        if (entry.type != DT_DIR && ::unlinkat(descriptor, name, 0) == 0) continue;
-        FileDescriptor opened = openDirectoryAt(descriptor, name);
-        if (!opened || directory->depth == maxRemovedDepth) continue;
-        auto subdirectory = std::make_shared<const DoomedDirectory>(
-            directory, descriptor, entry.name, std::move(opened), directory->depth + 1);
-        walk.share([&walk, subdirectory] { empty(walk, subdirectory); });
-    }
+// Also out of a directory that the user has protected.
+bool unlinkIn(int directory, const char* name) {
+    if (::unlinkat(directory, name, 0) == 0) return true;
+    return errno == EACCES && ::fchmod(directory, S_IRWXU) == 0 &&
+           ::unlinkat(directory, name, 0) == 0;
+}
+
+void empty(ParallelWalk& walk, const std::shared_ptr<DoomedDirectory>& directory) {
+    if (directory->depth > maxRemovedDepth) return;
+    std::vector<ListedEntry>& entries = directory->subdirectories;
+    listDirectory(directory->descriptor.number(), entries);
+    std::erase_if(entries, [&](const ListedEntry& entry) {
+        return entry.type != DT_DIR && unlinkIn(directory->descriptor.number(), entry.name.c_str());
+    });
+    walk.forEach(0, entries.size(), [&walk, directory](size_t index) {
+        auto subdirectory = std::make_shared<DoomedDirectory>();
+        subdirectory->parent = directory;
+        subdirectory->parentDescriptor = directory->descriptor.number();
+        subdirectory->name = directory->subdirectories[index].name;
+        subdirectory->depth = directory->depth + 1;
+        subdirectory->descriptor =
+            openDirectoryAt(subdirectory->parentDescriptor, subdirectory->name.c_str());
+        if (subdirectory->descriptor) empty(walk, subdirectory);
+    });
 }
 
 }  // namespace
 
 void removeTree(int directory, const std::string& name) {
     if (::unlinkat(directory, name.c_str(), 0) == 0 || errno == ENOENT) return;
-    FileDescriptor opened = openDirectoryAt(directory, name.c_str());
-    if (!opened) return;
+    auto root = std::make_shared<DoomedDirectory>();
+    root->parentDescriptor = directory;
+    root->name = name;
+    root->descriptor = openDirectoryAt(directory, name.c_str());
+    if (!root->descriptor) return;
     ParallelWalk walk;
     try {
-        walk.run([&] {
-            empty(walk, std::make_shared<const DoomedDirectory>(nullptr, directory, name,
-                                                                std::move(opened)));
-        });
+        walk.run([&] { empty(walk, std::exchange(root, nullptr)); });
     } catch (const std::bad_alloc&) {
         // What is left is removed next time.
     }

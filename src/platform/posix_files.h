@@ -45,7 +45,8 @@ struct ListedEntry {
 
 /// Opens the directory `name` of `directory`, never through a symbolic link.
 FileDescriptor openDirectoryAt(int directory, const char* name);
-/// All entries but "." and "..", in no order. False, with errno, when they cannot be read.
+/// All entries but "." and ".." from the directory's read position on, which is its beginning once,
+/// in no order. False, with errno, when they cannot be read.
 bool listDirectory(int directory, std::vector<ListedEntry>& entries);
 /// Writes all of `bytes`. False, with errno, when that fails.
 bool writeAll(int file, const QByteArray& bytes);

@@ -5,6 +5,7 @@
 
 #include <QCryptographicHash>
 #include <QRandomGenerator>
+#include <QThreadPool>
 #include <algorithm>
 #include <cerrno>
 
@@ -54,6 +55,7 @@ Lock tryLock(const FileDescriptor& file) {
 template <typename Use>
 bool anyAbandoned(const PackagePlace& place, std::string_view mark, const Use& use) {
     std::vector<ListedEntry> entries;
+    ::lseek(place.parent.number(), 0, SEEK_SET);
     listDirectory(place.parent.number(), entries);
     const std::string prefix = prefixFor(place.name, mark);
     for (const ListedEntry& entry : entries) {
@@ -176,7 +178,17 @@ bool StagedDirectory::tryCreate() {
 }
 
 StagedDirectory::~StagedDirectory() {
-    removeTree(m_place.parent.number(), m_name);
+    if (!m_name.empty()) removeTree(m_place.parent.number(), m_name);
+}
+
+void StagedDirectory::removeReplacedInBackground() {
+    const auto parent =
+        std::make_shared<FileDescriptor>(::fcntl(m_place.parent.number(), F_DUPFD_CLOEXEC, 0));
+    if (!m_current || !*parent) return;
+    // The lock goes along, or else the next save would take the directory for a leftover.
+    const auto locked = std::make_shared<FileDescriptor>(std::move(m_current));
+    QThreadPool::globalInstance()->start(
+        [parent, locked, name = std::exchange(m_name, {})] { removeTree(parent->number(), name); });
 }
 
 void StagedDirectory::commit() {

@@ -23,6 +23,9 @@ class StagedDirectory {
 
     /// Puts the directory into its place. Throws InputError; then nothing has changed there.
     void commit();
+    /// After commit(): leaves the removal of what was replaced to a thread of the global pool,
+    /// which the end of the program waits for.
+    void removeReplacedInBackground();
 
  private:
     void lockCurrent();

@@ -2,6 +2,7 @@
 #include <sys/file.h>
 #include <sys/resource.h>
 
+#include <QThreadPool>
 #include <csignal>
 
 #include "platform/package_fixture.h"
@@ -347,6 +348,12 @@ TEST_F(PackageStoreTest, SavesBigPackages) {
     EXPECT_THAT(entriesChangedOnDisk(*root, path()), IsEmpty());
     const auto reread = readPackage(path());
     EXPECT_EQ(reread->debugDescriptionWithIndent({}), root->debugDescriptionWithIndent({}));
+    for (const int serial : {1, 2}) {  // the second while the first may still be removing
+        root->pc_replaceSubFileWrapperNamed(u"canvas"_s, QByteArray::number(serial));
+        savePackage(*root, path());
+    }
+    QThreadPool::globalInstance()->waitForDone();
+    EXPECT_THAT(hiddenEntriesIn(directory()), IsEmpty());
     std::ofstream(inPackage("animations/321/xScale.data")) << "outside";
     const auto before = snapshotOf(directory());
     EXPECT_EQ(errorOf([&] { savePackage(*root, path()); }),
