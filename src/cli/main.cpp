@@ -1,3 +1,20 @@
-int main() {
-    return 0;
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <iostream>
+
+#include "cli/tweenc.h"
+
+int main(int argc, char** argv) {
+    // The libraries below have warnings of their own, on the locale for example. What matters of
+    // them comes back as errors.
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    std::ios::sync_with_stdio(false);
+    const QCoreApplication application(argc, argv);
+    return tweenery::runTweenc(QCoreApplication::arguments().mid(1),
+                               {.out = std::cout,
+                                .err = std::cerr,
+                                .in = std::cin,
+                                .showsProgress = ::isatty(STDERR_FILENO) == 1,
+                                .canAsk = ::isatty(STDIN_FILENO) == 1});
 }

@@ -71,6 +71,11 @@ QString PCAnimation::identifier() const {
     return preferred.isEmpty() ? m_fileWrapper->filename() : preferred;
 }
 
+PCAnimationsManager* PCAnimation::animationsManager() const {
+    const auto project = m_project.lock();
+    return project ? &project->animationsManager() : nullptr;
+}
+
 QString PCAnimation::path() const {
     return u"animations/"_s + identifier();
 }
@@ -103,10 +108,16 @@ void PCAnimation::applyAnimationWithRootElement(PCElement& root) {
     }
     m_masterKeyframesTimeline->setProject(m_project);
     for (const PCElement::Ptr& element : elements) {
-        auto& group = m_timelineGroups[element->identifier()];
-        if (!group) group = PCPropertyTimelineGroup::fromFileWrapper(nullptr, {});
-        group->applyToElement(*element);
+        applyToElement(*element);
     }
+}
+
+void PCAnimation::applyToElement(PCElement& element) {
+    auto& group = m_timelineGroups[element.identifier()];
+    if (!group) group = PCPropertyTimelineGroup::fromFileWrapper(nullptr, {});
+    group->load();
+    element.clearTimelines();
+    group->applyToElement(element);
 }
 
 void PCAnimation::applyTimeline(const PCKeyedPropertyTimeline::Ptr& timeline, PCElement& element) {
@@ -145,7 +156,7 @@ void PCAnimation::saveGroup(const Identifier& element, PCPropertyTimelineGroup& 
             saveTimeline(*timeline, type, element);
             timeline->setHasUnsavedChanges(false);
         }
-        if (m_animationsManager) m_animationsManager->setHasUnsavedChanges();
+        if (PCAnimationsManager* manager = animationsManager()) manager->setHasUnsavedChanges();
     }
 }
 

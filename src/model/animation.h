@@ -41,8 +41,8 @@ class PCAnimation : public std::enable_shared_from_this<PCAnimation> {
         return m_masterKeyframesTimeline;
     }
     void setMasterKeyframesTimeline(const PCKeyedPropertyTimeline::Ptr& timeline);
-    PCAnimationsManager* animationsManager() const { return m_animationsManager; }
-    void setAnimationsManager(PCAnimationsManager* manager) { m_animationsManager = manager; }
+    /// The project's; null once the project has gone.
+    PCAnimationsManager* animationsManager() const;
     QString description() const;
 
     /// Decodes every timeline of the animation that was not yet. Throws InputError.
@@ -50,6 +50,8 @@ class PCAnimation : public std::enable_shared_from_this<PCAnimation> {
     /// Attaches the timelines to the root and all its descendants. Decodes first, so that after an
     /// InputError nothing has changed.
     void applyAnimationWithRootElement(PCElement& root);
+    /// Attaches the timelines of one element. Throws InputError.
+    void applyToElement(PCElement& element);
     /// Writes every changed timeline into the tree; an emptied one loses its file.
     void saveChangesToFileWrapper();
     /// Attaches a timeline that comes from outside (a paste) to the element.
@@ -68,7 +70,6 @@ class PCAnimation : public std::enable_shared_from_this<PCAnimation> {
  private:
     QString m_name;
     TimelineGroups m_timelineGroups;
-    PCAnimationsManager* m_animationsManager = nullptr;
     FileWrapper::Ptr m_fileWrapper;
     PCKeyedPropertyTimeline::Ptr m_masterKeyframesTimeline;
     std::weak_ptr<PCProject> m_project;

@@ -26,17 +26,16 @@ std::shared_ptr<PCProject> PCAnimationsManager::project() const {
 }
 
 PCAnimation::Ptr PCAnimationsManager::makeAnimation(const FileWrapper::Ptr& directory) {
-    PCAnimation::Ptr animation =
-        PCAnimation::initWithAnimationFileWrapper(directory, m_project.lock());
-    animation->setAnimationsManager(this);
-    return animation;
+    return PCAnimation::initWithAnimationFileWrapper(directory, m_project.lock());
 }
 
 template <typename Call>
 void PCAnimationsManager::tellListeners(Call call) {
-    const auto listeners = m_listeners;  // a listener may take itself away
+    const auto listeners = m_listeners;  // a listener may take itself or another away
     for (PCAnimationsManagerChangeListener* listener : listeners) {
-        call(*listener);
+        const bool isStillThere =
+            std::find(m_listeners.begin(), m_listeners.end(), listener) != m_listeners.end();
+        if (isStillThere) call(*listener);
     }
 }
 

@@ -8,6 +8,15 @@ using namespace Qt::StringLiterals;
 
 namespace tweenery {
 
+Alert alertForNewerProject(const QString& name) {
+    return {
+        u"Tweenery Cannot Open This Project"_s,
+        u"%1 was created by a newer version of Tweenery. Please upgrade Tweenery to use the project."_s
+            .arg(name),
+        {u"Ok"_s},
+        {}};
+}
+
 bool PCDocument::readFromPath(const QString& path) {
     if (!readFromFileWrapper(readPackage(path))) return false;
     m_path = path;
@@ -20,7 +29,7 @@ bool PCDocument::readFromFileWrapper(const FileWrapper::Ptr& root) {
     const int32_t stored = PCProject::modelVersionOfProjectFileWrapper(*root);
     const QString name = root->filename();
     if (stored > PCProject::currentModelVersion()) {
-        tellThatProjectIsNewer(name);
+        m_alerts.runModal(alertForNewerProject(name));
         return false;
     }
     const bool isOlder = stored < PCProject::currentModelVersion();
@@ -28,15 +37,6 @@ bool PCDocument::readFromFileWrapper(const FileWrapper::Ptr& root) {
     setProject(PCProject::projectWithFileWrapper(root, m_log));
     m_needsSaveAfterUpdate = isOlder;
     return true;
-}
-
-void PCDocument::tellThatProjectIsNewer(const QString& name) {
-    m_alerts.runModal(
-        {u"Tweenery Cannot Open This Project"_s,
-         u"%1 was created by a newer version of Tweenery. Please upgrade Tweenery to use the project."_s
-             .arg(name),
-         {u"Ok"_s},
-         {}});
 }
 
 bool PCDocument::userAgreesToUpdate(const QString& name) {
@@ -53,6 +53,7 @@ FileWrapper::Ptr PCDocument::fileWrapperOfProject() {
 }
 
 void PCDocument::save(OnDiskChange policy) {
+    assertContract(!m_path.isEmpty(), u"a document without a place cannot be saved there"_s);
     savePackage(*fileWrapperOfProject(), m_path, policy);
     didSave();
 }
@@ -83,13 +84,13 @@ const PCProject::Ptr& PCDocument::project() {
 void PCDocument::setProject(const PCProject::Ptr& project) {
     if (project == m_project) return;
     m_project = project;
-    m_project->setProjectName(QFileInfo(m_displayName).completeBaseName());
+    m_project->setProjectName(m_displayName);
     m_savedChangeCount = m_project->undoManager().changeCount();
 }
 
 void PCDocument::setDisplayName(const QString& name) {
-    m_displayName = name;
-    if (m_project) m_project->setProjectName(QFileInfo(name).completeBaseName());
+    m_displayName = QFileInfo(name).completeBaseName();
+    if (m_project) m_project->setProjectName(m_displayName);
 }
 
 bool PCDocument::isEdited() const {

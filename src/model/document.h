@@ -9,6 +9,10 @@
 
 namespace tweenery {
 
+/// What the user is told when a package, shown by `name`, cannot be opened because a newer version
+/// of the program wrote it.
+Alert alertForNewerProject(const QString& name);
+
 /// An open package: reads it, checks its model version with the user, builds the project, and saves
 /// it back. Talks to the user through the alert port.
 class PCDocument {
@@ -23,7 +27,8 @@ class PCDocument {
     bool readFromFileWrapper(const FileWrapper::Ptr& root);
     /// The tree to write, with the canvas picture if there is one.
     FileWrapper::Ptr fileWrapperOfProject();
-    /// Writes to where it was read from. Throws InputError, also when the package changed on disk.
+    /// Writes to where it was read from (AssertionFailure when it was not). Throws InputError, also
+    /// when the package changed on disk.
     void save(OnDiskChange policy = OnDiskChange::Refuse);
     /// Writes to a new place, which becomes the document's own.
     void saveAs(const QString& path);
@@ -34,7 +39,7 @@ class PCDocument {
     const PCProject::Ptr& project();
     void setProject(const PCProject::Ptr& project);
     const QString& path() const { return m_path; }
-    /// The name shown for the document; its stem becomes the project's name.
+    /// The name shown for the document, stored without its extension; the project's name as well.
     void setDisplayName(const QString& name);
     const QString& displayName() const { return m_displayName; }
     /// True when edits were made since it was opened or saved.
@@ -50,7 +55,6 @@ class PCDocument {
     bool m_needsSaveAfterUpdate = false;
 
     bool userAgreesToUpdate(const QString& name);
-    void tellThatProjectIsNewer(const QString& name);
     void didSave();
 };
 

@@ -24,6 +24,17 @@ QTransform scalingThenRotating(QPointF scale, double radians) {
     return transform;
 }
 
+// QTransform's own gives up on elements that are very small on the canvas.
+QTransform inverse(const QTransform& t) {
+    const double determinant = t.m11() * t.m22() - t.m12() * t.m21();
+    if (determinant == 0) return {};
+    const double m11 = t.m22() / determinant;
+    const double m12 = -t.m12() / determinant;
+    const double m21 = -t.m21() / determinant;
+    const double m22 = t.m11() / determinant;
+    return {m11, m12, m21, m22, -(t.dx() * m11 + t.dy() * m21), -(t.dx() * m12 + t.dy() * m22)};
+}
+
 }  // namespace
 
 // Creation.
@@ -118,6 +129,7 @@ void PCElement::setProject(const std::shared_ptr<PCProject>& project) {
 }
 
 void PCElement::insertSubelement(const Ptr& child, size_t index) {
+    assertContract(child->m_parent == nullptr, u"the element is in a tree already"_s);
     index = std::min(index, m_subelements.size());
     registerUndo([index](PCElement& self) { self.removeSubelementAtIndex(index); });
     m_subelements.insert(m_subelements.begin() + static_cast<ptrdiff_t>(index), child);
@@ -128,6 +140,7 @@ void PCElement::insertSubelement(const Ptr& child, size_t index) {
         owner->treeDidInsertElement(*child);
         child->updateNameToBeUnique();
     }
+    if (!child->m_viewLayer) child->rebuildViewLayerHeirarchy();
     viewLayer().insertSublayer(child->viewLayer(), static_cast<uint32_t>(index));
     setModified(true);
     post(ElementNotification::subelements);
@@ -217,12 +230,11 @@ ElementViewLayer& PCElement::viewLayer() const {
 void PCElement::rebuildViewLayerHeirarchy() {
     const PCProject* owner = project();
     ElementViewLayerFactory* factory = owner ? owner->viewLayerFactory() : nullptr;
-    if (!factory) return;
-    m_viewLayer = factory->layer();
-    m_viewLayer->setElement(this);
+    m_viewLayer = factory ? factory->layer() : nullptr;
+    viewLayer().setElement(this);
     for (const Ptr& child : m_subelements) {
         child->rebuildViewLayerHeirarchy();
-        m_viewLayer->addSublayer(child->viewLayer());
+        viewLayer().addSublayer(child->viewLayer());
     }
 }
 
@@ -264,7 +276,7 @@ QTransform PCElement::elementToParentTransform() const {
 }
 
 QTransform PCElement::parentToElementTransform() const {
-    return elementToParentTransform().inverted();
+    return inverse(elementToParentTransform());
 }
 
 QTransform PCElement::elementToCanvasTransform() const {
@@ -276,7 +288,7 @@ QTransform PCElement::elementToCanvasTransform() const {
 }
 
 QTransform PCElement::canvasToElementTransform() const {
-    return elementToCanvasTransform().inverted();
+    return inverse(elementToCanvasTransform());
 }
 
 QPointF PCElement::convertToCanvas(QPointF point) const {

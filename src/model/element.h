@@ -149,6 +149,7 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     void setProject(const std::shared_ptr<PCProject>& project);
     bool isCanvas() const;
     /// An index above the count is replaced by the count.
+    /// `child` must be in no tree (AssertionFailure).
     void insertSubelement(const Ptr& child, size_t index);
     void removeSubelementAtIndex(size_t index);
     void removeFromParentElement();
@@ -161,6 +162,8 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     int maxHierarchyDepth() const;
     Elements subLayerDataSources() const { return m_subelements; }
     ElementViewLayer& viewLayer() const;
+    /// New layers for the element and its descendants from the project's factory; without one, the
+    /// layer that does nothing.
     void rebuildViewLayerHeirarchy();
 
     // Geometry.
@@ -188,6 +191,8 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     /// Into the slot of `slotType`, whatever its own type (old files hold others).
     void setTimeline(const PCKeyedPropertyTimeline::Ptr& timeline, int32_t slotType);
     void clearTimelines();
+    /// True until timelines are attached or cleared: it has the empty ones that it was made with.
+    bool hasFreshTimelines() const { return m_timelinesAreFresh; }
     PCKeyedPropertyTimeline::Ptr imageContentsTimeline() const {
         return timeline(PCPropertyTypeImageContents);
     }
@@ -226,7 +231,8 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     QPointF canvasTranslationAtTimeInMS(int32_t timeInMS) const;
 
     /// Keys one float property and pins it at the neighbouring master keyframes. Returns the
-    /// keyframe; null in setup mode.
+    /// keyframe; null in setup mode and for a value that is not finite, which is ignored. So do
+    /// the setters that follow.
     PCKeyedPropertyTimeline::KeyframePtr setFloatValue(
         float value, int32_t timeInMS, const PCKeyedPropertyTimeline::Ptr& timeline);
     PCKeyedPropertyTimeline::KeyframePtr setXScale(float value, int32_t timeInMS);
@@ -304,10 +310,12 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     void registerUndo(std::function<void(PCElement&)> inverse);
     void storeName(const QString& newName);
     void post(const QString& notification);
+    bool cascades() const;
     void setFromArchive(const KeyedDecoder& coder);
     void setFromPlist(const QVariantMap& plist);
     void setTimelinesFromPlist(const QVariantMap& plist);
     void updateNameToBeUnique();
+    void describe(const QString& indent, bool includeTimelines, QString& into) const;
     void collect(Elements& into);
     void collectReversed(Elements& into);
     QTransform scaleThenRotate() const;
@@ -315,6 +323,7 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
                                                       int32_t type);
     PCKeyedPropertyTimeline::KeyframePtr setSyncedFloat(float value, int32_t timeInMS, int32_t type,
                                                         const QString& notification);
+    PCKeyedPropertyTimeline::Ptr editableTimeline(int32_t type) const;
     template <typename Read, typename Write>
     void pinNeighbours(int32_t timeInMS, Read read, Write write);
 };

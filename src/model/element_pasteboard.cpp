@@ -1,6 +1,7 @@
 // The pasteboard form of an element and its descendants.
 
 #include <cmath>
+#include <limits>
 
 #include "model/element.h"
 #include "model/project.h"
@@ -38,11 +39,15 @@ QVariantMap sizePlist(QSizeF size) {
     return {{u"Width"_s, size.width()}, {u"Height"_s, size.height()}};
 }
 
+// Numbers that 32 bits cannot hold could not be stored.
 double numberFrom(const QVariantMap& plist, const QString& key, double missing) {
     if (!plist.contains(key)) return missing;
     bool isNumber = false;
     const double number = plist.value(key).toDouble(&isNumber);
-    if (!isNumber || !std::isfinite(number)) refuse(u"holds no finite number under %1"_s.arg(key));
+    constexpr double kGreatest = std::numeric_limits<float>::max();
+    if (!isNumber || !(std::abs(number) <= kGreatest)) {
+        refuse(u"holds no finite number under %1"_s.arg(key));
+    }
     return number;
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 #include "model/element.h"
@@ -23,6 +24,10 @@ bool isFinite(QPointF point) {
 }
 bool isFinite(QSizeF size) {
     return std::isfinite(size.width()) && std::isfinite(size.height());
+}
+// What a 32-bit number can hold, which is how scales are stored.
+bool isFiniteFloat(double number) {
+    return std::abs(number) <= static_cast<double>(std::numeric_limits<float>::max());
 }
 
 }  // namespace
@@ -68,7 +73,7 @@ void PCElement::setZRotation(double radians) {
 }
 
 void PCElement::setScale(QPointF scale) {
-    if (equal(scale, m_scale) || !isFinite(scale)) return;
+    if (equal(scale, m_scale) || !isFiniteFloat(scale.x()) || !isFiniteFloat(scale.y())) return;
     registerUndo([old = m_scale](PCElement& self) { self.setScale(old); });
     m_scale = scale;
     setModified(true);
@@ -77,12 +82,15 @@ void PCElement::setScale(QPointF scale) {
 }
 
 void PCElement::setAnchorPoint(QPointF anchorPoint) {
-    if (equal(anchorPoint, m_anchorPoint) || !isFinite(anchorPoint)) return;
-    registerUndo([old = m_anchorPoint](PCElement& self) { self.setAnchorPoint(old); });
+    if (equal(anchorPoint, m_anchorPoint)) return;
     const QTransform transform = scaleThenRotate();
-    const QPointF oldAnchor = anchorPointInPts();
+    const QPointF newAnchor(m_size.width() * anchorPoint.x(), m_size.height() * anchorPoint.y());
+    const QPointF position =
+        m_position - transform.map(anchorPointInPts()) + transform.map(newAnchor);
+    if (!isFinite(anchorPoint) || !isFinite(position)) return;
+    registerUndo([old = m_anchorPoint](PCElement& self) { self.setAnchorPoint(old); });
     m_anchorPoint = anchorPoint;
-    m_position += transform.map(anchorPointInPts()) - transform.map(oldAnchor);
+    m_position = position;
     setModified(true);
     viewLayer().syncAnchorPointWithModel();
 }
@@ -123,23 +131,33 @@ void PCElement::storeName(const QString& newName) {
 
 void PCElement::setImageName(const QString& imageName) {
     if (imageName == m_imageName) return;
-    registerUndo([old = m_imageName](PCElement& self) { self.setImageName(old); });
-    m_imageName = imageName;
     PCProject* owner = project();
     const auto set = owner ? owner->imageSetManager().imageSetWithName(imageName) : nullptr;
-    setSize(set ? QSizeF(set->size()) : QSizeF(0, 0));
+    const QSizeF size = set ? QSizeF(set->size()) : QSizeF(0, 0);  // throws for damaged artwork
+    const QString old = std::exchange(m_imageName, imageName);
+    setSize(size);
+    // After the size's own step, so that undoing ends with the size that was.
+    registerUndo([old](PCElement& self) { self.setImageName(old); });
     setModified(true);
     viewLayer().syncContentsWithModel();
+}
+
+// While undoing or redoing, every element that a cascade had changed has its own step.
+bool PCElement::cascades() const {
+    PCProject* owner = project();
+    return !owner || !(owner->undoManager().isUndoing() || owner->undoManager().isRedoing());
 }
 
 void PCElement::setHidden(bool hidden) {
     if (hidden == m_hidden) return;
     registerUndo([old = m_hidden](PCElement& self) { self.setHidden(old); });
     m_hidden = hidden;
-    for (const Ptr& child : m_subelements) {
-        child->setHidden(hidden);
+    if (cascades()) {
+        for (const Ptr& child : subelements()) {
+            child->setHidden(hidden);
+        }
+        if (!hidden) unHideRecursivelyUp();
     }
-    if (!hidden) unHideRecursivelyUp();
     setModified(true);
     viewLayer().syncHiddenWithModel();
     post(ElementNotification::hidden);
@@ -155,10 +173,12 @@ void PCElement::setLocked(bool locked) {
     if (locked == m_locked) return;
     registerUndo([old = m_locked](PCElement& self) { self.setLocked(old); });
     m_locked = locked;
-    for (const Ptr& child : m_subelements) {
-        child->setLocked(locked);
+    if (cascades()) {
+        for (const Ptr& child : subelements()) {
+            child->setLocked(locked);
+        }
+        if (!locked) unlockRecursivelyUp();
     }
-    if (!locked) unlockRecursivelyUp();
     setModified(true);
     post(ElementNotification::locked);
 }

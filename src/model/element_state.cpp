@@ -38,13 +38,11 @@ Neighbours masterNeighbours(const PCElement& element, int32_t timeInMS) {
         project ? project->animationsManager().selectedAnimation() : nullptr;
     if (!animation) return {};
     const TimelinePtr& master = animation->masterKeyframesTimeline();
-    const bool isOnMaster = master->existingKeyframeAtTimeInMS(timeInMS) != nullptr;
-    const int32_t distance = isOnMaster ? 1 : 0;
-    Neighbours neighbours;
-    neighbours.previous = master->keyframeAtOrBeforeTimeInMS(timeInMS - distance);
-    const bool isLastMoment = timeInMS > INT32_MAX - distance;
-    if (!isLastMoment) neighbours.next = master->keyframeAtOrAfterTimeInMS(timeInMS + distance);
-    return neighbours;
+    if (const KeyframePtr here = master->existingKeyframeAtTimeInMS(timeInMS)) {
+        return {here->prevKeyframe(), here->nextKeyframe()};
+    }
+    return {master->keyframeAtOrBeforeTimeInMS(timeInMS),
+            master->keyframeAtOrAfterTimeInMS(timeInMS)};
 }
 
 }  // namespace
@@ -164,7 +162,7 @@ void PCElement::pinNeighbours(int32_t timeInMS, Read read, Write write) {
 }
 
 KeyframePtr PCElement::setFloatValue(float value, int32_t timeInMS, const TimelinePtr& timeline) {
-    if (!timeline) return nullptr;
+    if (!timeline || !std::isfinite(value)) return nullptr;
     if (!isFloatProperty(timeline->propertyType())) {
         failContract(
             u"You cannot call setFloatValue:atTimeInMS:forTimeline: on this timeline %1"_s.arg(
@@ -178,9 +176,15 @@ KeyframePtr PCElement::setFloatValue(float value, int32_t timeInMS, const Timeli
     return timeline->setFloatPropertyValue(value, timeInMS);
 }
 
+// Null in setup mode, and where a damaged or very old package filed a timeline of another type.
+TimelinePtr PCElement::editableTimeline(int32_t type) const {
+    TimelinePtr attached = timeline(type);
+    return attached && attached->propertyType() == type ? attached : nullptr;
+}
+
 KeyframePtr PCElement::setSyncedFloat(float value, int32_t timeInMS, int32_t type,
                                       const QString& notification) {
-    KeyframePtr keyframe = setFloatValue(value, timeInMS, timeline(type));
+    KeyframePtr keyframe = setFloatValue(value, timeInMS, editableTimeline(type));
     viewLayer().syncWithModelAtTimeInMS(timeInMS);
     post(notification);
     return keyframe;
@@ -206,7 +210,8 @@ KeyframePtr PCElement::setOpacity(float opacity, int32_t timeInMS) {
 }
 
 KeyframePtr PCElement::setZRotation(float radians, int32_t timeInMS) {
-    KeyframePtr keyframe = setFloatValue(radians, timeInMS, zRotationTimeline());
+    KeyframePtr keyframe =
+        setFloatValue(radians, timeInMS, editableTimeline(PCPropertyTypeZRotation));
     post(ElementNotification::rotation);
     return keyframe;
 }
@@ -229,7 +234,7 @@ void PCElement::setTranslation(QPointF translation, int32_t timeInMS) {
 
 // Images and children orders only jump: every keyframe written is instant.
 KeyframePtr PCElement::keyInstantly(const PropertyValue& value, int32_t timeInMS, int32_t type) {
-    const TimelinePtr target = timeline(type);
+    const TimelinePtr target = editableTimeline(type);
     if (!target) return nullptr;
     const auto write = [&target](const PropertyValue& written, int32_t time) {
         KeyframePtr keyframe = target->setStoredPropertyValue(written, time);

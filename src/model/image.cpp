@@ -51,9 +51,9 @@ QString PCImage::basename() const {
 }
 
 QString PCImage::extension() const {
-    const QString extension = pathExtension(m_filename);
+    QString extension = pathExtension(m_filename);
     const QString lower = extension.toLower();
-    if (lower == u"png") return lower;
+    if (lower == u"png") return u"png"_s;
     if (lower == u"jpg" || lower == u"jpeg") return u"jpg"_s;
     return extension;
 }

@@ -1,5 +1,7 @@
 #include "model/image_set.h"
 
+#include <algorithm>
+
 #include "platform/errors.h"
 #include "platform/path_name.h"
 
@@ -16,8 +18,15 @@ const std::array<QString, PCImageSet::Count>& PCImageSet::basenames() {
 
 PCImageSet::PCImageSet(FileWrapper::Ptr fileWrapper) : m_fileWrapper(std::move(fileWrapper)) {}
 
+bool PCImageSet::isRenditionFile(const QString& filename) {
+    const QString extension = pathExtension(filename);
+    const auto& names = basenames();
+    return (extension == u"png"_s || extension == u"jpg"_s) &&
+           std::find(names.begin(), names.end(), withoutPathExtension(filename)) != names.end();
+}
+
 std::shared_ptr<PCImageSet> PCImageSet::createImageSetWithFileWrapper(
-    FileWrapper::Ptr fileWrapper, std::shared_ptr<const PCImage> image) {
+    FileWrapper::Ptr fileWrapper, const std::shared_ptr<const PCImage>& image) {
     auto set = std::make_shared<PCImageSet>(std::move(fileWrapper));
     set->makeArtwork(image);
     set->makePreviews();
@@ -112,7 +121,7 @@ PCImageSet::Rendition PCImageSet::rendition(Index index) const {
 
 FileWrapper::Ptr PCImageSet::fileForIndex(Index index) const {
     for (const QString& extension : {u".png"_s, u".jpg"_s}) {
-        const auto file = m_fileWrapper->child(basenames()[index] + extension);
+        auto file = m_fileWrapper->child(basenames()[index] + extension);
         if (file && file->isRegularFile()) return file;
     }
     return nullptr;

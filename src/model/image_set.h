@@ -25,7 +25,7 @@ class PCImageSet {
     /// set. Artwork for lower densities is drawn from a 2x or 3x image, never for higher ones.
     /// `image` must have a format. Nothing has been written when it throws.
     static std::shared_ptr<PCImageSet> createImageSetWithFileWrapper(
-        FileWrapper::Ptr fileWrapper, std::shared_ptr<const PCImage> image);
+        FileWrapper::Ptr fileWrapper, const std::shared_ptr<const PCImage>& image);
 
     const FileWrapper::Ptr& fileWrapper() const { return m_fileWrapper; }
     /// The name that elements refer to: the node's file name, such as "logo.png".
@@ -53,6 +53,9 @@ class PCImageSet {
     QString artworkName() const { return artworkNameWithSuffix({}); }
     QString artwork2XName() const { return artworkNameWithSuffix(QStringLiteral("@2x")); }
     QString artwork3XName() const { return artworkNameWithSuffix(QStringLiteral("@3x")); }
+
+    /// True for the name of a file that can be one of the seven renditions.
+    static bool isRenditionFile(const QString& filename);
 
     /// The bytes of the artwork files; null for one that is absent.
     QByteArray originalData() const { return dataForIndex(Original); }

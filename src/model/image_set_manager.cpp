@@ -55,7 +55,7 @@ PCImageSetManager::ImageSet PCImageSetManager::store(const ImageSet& set) {
 PCImageSetManager::ImageSet PCImageSetManager::deleteImageSetWithName(const QString& name) {
     const auto found = m_imageSets.find(name);
     if (found == m_imageSets.end()) return nullptr;
-    const ImageSet set = found->second;
+    ImageSet set = found->second;
     m_imagesFileWrapper->removeFileWrapper(set->fileWrapper());
     m_imageSets.erase(found);
     return set;

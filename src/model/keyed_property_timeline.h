@@ -145,6 +145,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     // Edits. Each returns the keyframe written. Undo steps go to the project's undo manager.
 
     /// Takes an absolute value, stores the relative one.
+    /// What overflows is cut to the greatest number; not a number becomes 0.
     KeyframePtr setFloatPropertyValue(float value, int32_t timeInMS);
     KeyframePtr setPointPropertyValue(QPointF value, int32_t timeInMS);
     KeyframePtr setArrayPropertyValue(const QStringList& value, int32_t timeInMS);
@@ -157,7 +158,8 @@ class PCKeyedPropertyTimeline : public Archivable,
     KeyframePtr setExistingValueAtTimeInMS(int32_t timeInMS);
     /// Nothing happens for a keyframe that is not in this timeline.
     void deleteKeyframe(const KeyframePtr& keyframe);
-    /// Writes a copy of the value 1 ms later, with the source's instant flag.
+    /// Writes a copy of the value 1 ms later, with the source's instant flag. Null when there is no
+    /// later time.
     KeyframePtr duplicateKeyframe(const KeyframePtr& keyframe);
     /// Moves the keyframe closest to `fromTime`. The caller keeps two from landing on one time.
     void moveKeyframeAtTimeInMS(int32_t fromTime, int32_t toTime);
@@ -229,7 +231,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     WeakRef<PCElement> m_element;
     std::vector<Identifier> m_identifiers;
     std::unique_ptr<OtherValues> m_otherValues;  // only when one is no number
-    mutable std::unique_ptr<Handles> m_handles;  // only while one is held
+    mutable std::unique_ptr<Handles> m_handles;  // once one was asked for
     std::weak_ptr<PCProject> m_project;          // of a timeline without an element
     PCKeyedPropertyTimelineChangeListener* m_listener = nullptr;
 
@@ -251,6 +253,8 @@ class PCKeyedPropertyTimeline : public Archivable,
     void forgetHandle(size_t index);
     void renumberHandles(size_t from);
     void restoreOrder();
+    std::vector<size_t> indicesByTime() const;
+    void arrange(const std::vector<size_t>& order);
     void writeRecord(size_t index, const KeyframeRecord& record);
     void writeValue(size_t index, const PropertyValue& value);
     void insertRecord(size_t index, const KeyframeRecord& record, PCPropertyKeyframe* handle);

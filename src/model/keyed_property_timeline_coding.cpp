@@ -26,11 +26,10 @@ int32_t decodePropertyType(const KeyedDecoder& coder, const KeyedUnarchiver& arc
 }
 
 Identifier decodeIdentifier(const KeyedDecoder& coder) {
-    if (const auto ascii = coder.decodeAscii("identifier")) {
-        return Identifier(QLatin1StringView(ascii->data(), static_cast<qsizetype>(ascii->size())));
-    }
-    const QString text = coder.decodeString("identifier");
-    return text.isEmpty() ? Identifier::generate() : Identifier(text);
+    const auto ascii = coder.decodeAscii("identifier");
+    const Identifier identifier =
+        ascii ? Identifier::fromAscii(*ascii) : Identifier(coder.decodeString("identifier"));
+    return identifier.isNull() ? Identifier::generate() : identifier;
 }
 
 int64_t decodeEasingMode(const KeyedDecoder& coder) {
@@ -152,10 +151,16 @@ TimelineSummary PCKeyedPropertyTimeline::summaryOfArchive(const QByteArray& data
 // Another writer may have left keyframes out of order, or two at one time: the later one stands.
 void PCKeyedPropertyTimeline::restoreOrder() {
     if (validateTimeForKeyframesAreSorted()) return;
-    updateKeyframeSort();
-    for (size_t i = m_keys.size(); i-- > 1;) {
-        if (m_times[i - 1] == m_times[i]) eraseAt(i - 1);
+    const std::vector<size_t> byTime = indicesByTime();
+    std::vector<size_t> order;
+    order.reserve(byTime.size());
+    for (const size_t index : byTime) {
+        const bool isSameTime =
+            !order.empty() && m_times[order.back()] == m_times[index];
+        if (isSameTime) order.pop_back();
+        order.push_back(index);
     }
+    arrange(order);
 }
 
 PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::copy() const {

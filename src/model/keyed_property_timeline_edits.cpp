@@ -1,6 +1,8 @@
 // How a timeline's keyframes change, and how they are kept packed.
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <numeric>
 
 #include "model/app_preferences.h"
@@ -13,6 +15,15 @@
 using namespace Qt::StringLiterals;
 
 namespace tweenery {
+namespace {
+
+// What an archive can hold.
+float finite(float number) {
+    constexpr float kGreatest = std::numeric_limits<float>::max();
+    return std::isnan(number) ? 0 : std::clamp(number, -kGreatest, kGreatest);
+}
+
+}  // namespace
 
 // Packed storage.
 
@@ -176,7 +187,10 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::retrieveOrCreateKe
     size_t index = firstKeyframeIndexAtOrAfterTimeInMS(timeInMS);
     if (index == kNotFound) index = m_keys.size();
     const bool exists = index < m_keys.size() && m_times[index] == timeInMS;
-    if (!exists) insertRecord(index, newKeyframeRecord(timeInMS), nullptr);
+    if (!exists) {
+        insertRecord(index, newKeyframeRecord(timeInMS), nullptr);
+        m_hasUnsavedChanges = true;
+    }
     return handleAt(index);
 }
 
@@ -205,7 +219,7 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setStoredPropertyV
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setFloatPropertyValue(
     float value, int32_t timeInMS) {
     const auto [factor, offset] = factorAndOffset();
-    return setStoredPropertyValue(value / factor - offset, timeInMS);
+    return setStoredPropertyValue(finite(value / factor - offset), timeInMS);
 }
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setPointPropertyValue(
@@ -252,10 +266,9 @@ void PCKeyedPropertyTimeline::deleteKeyframe(const KeyframePtr& keyframe) {
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::duplicateKeyframe(
     const KeyframePtr& keyframe) {
+    if (keyframe->timeInMS() == INT32_MAX) return nullptr;
     KeyframePtr copy = setStoredPropertyValue(keyframe->propertyValue(), keyframe->timeInMS() + 1);
-    KeyframeRecord record = recordOfKeyframe(copy->m_index);
-    record.instantTransition = keyframe->instantTransition();
-    writeRecord(copy->m_index, record);
+    copy->storeInstantTransition(keyframe->instantTransition());
     didChange();
     return copy;
 }
@@ -263,10 +276,12 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::duplicateKeyframe(
 void PCKeyedPropertyTimeline::moveKeyframeAtTimeInMS(int32_t fromTime, int32_t toTime) {
     const KeyframePtr keyframe = keyframeClosestToTimeInMS(fromTime);
     if (!keyframe) return;
+    const int32_t oldTime = keyframe->timeInMS();  // the closest one's, not always fromTime
     keyframe->setTimeInMS(toTime);
+    m_hasUnsavedChanges = true;  // a keyframe without a value reports nothing
     if (UndoManager* undo = undoManager()) {
-        undo->registerUndo([self = shared_from_this(), fromTime, toTime] {
-            self->moveKeyframeAtTimeInMS(toTime, fromTime);
+        undo->registerUndo([self = shared_from_this(), oldTime, toTime] {
+            self->moveKeyframeAtTimeInMS(toTime, oldTime);
         });
     }
     updateKeyframeSort();
@@ -301,14 +316,24 @@ void PCKeyedPropertyTimeline::setKeyframes(const Keyframes& keyframes) {
     if (m_listener) m_listener->keyedPropertyTimelineDidChange(*this);
 }
 
-void PCKeyedPropertyTimeline::updateKeyframeSort() {
+std::vector<size_t> PCKeyedPropertyTimeline::indicesByTime() const {
     std::vector<size_t> order(m_keys.size());
     std::iota(order.begin(), order.end(), size_t{0});
-    std::stable_sort(order.begin(), order.end(),
-                     [this](size_t a, size_t b) { return m_times[a] < m_times[b]; });
+    std::stable_sort(order.begin(), order.end(), [this](size_t a, size_t b) {
+        return m_times[a] < m_times[b];
+    });
+    return order;
+}
+
+void PCKeyedPropertyTimeline::updateKeyframeSort() {
+    arrange(indicesByTime());
+}
+
+// The list becomes the keyframes at the indices in `order`.
+void PCKeyedPropertyTimeline::arrange(const std::vector<size_t>& order) {
     const auto permute = [&order](auto& values) {
         std::remove_reference_t<decltype(values)> sorted;
-        sorted.reserve(values.size());
+        sorted.reserve(order.size());
         for (const size_t from : order) {
             sorted.push_back(std::move(values[from]));
         }

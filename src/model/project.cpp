@@ -81,7 +81,9 @@ PCProject::Ptr PCProject::projectForReadingWithFileWrapper(FileWrapper::Ptr root
 }
 
 PCProject::Ptr PCProject::projectWithFileWrapper(FileWrapper::Ptr root, LogPort& log) {
-    Ptr project = build(updateProjectFileWrapperToLastestModelVersion(std::move(root), log));
+    const QString backupPath = backUpIfOlder(*root, log);
+    Ptr project = build(std::move(root));
+    project->m_backupPath = backupPath;
     project->m_version->setModelVersion(currentModelVersion());
     return project;
 }
@@ -91,6 +93,11 @@ void PCProject::setCanvas(const PCElement::Ptr& canvas) {
     m_index.invalidate();
     canvas->setProject(shared_from_this());
     canvas->rebuildViewLayerHeirarchy();
+}
+
+void PCProject::setViewLayerFactory(ElementViewLayerFactory* factory) {
+    m_viewLayerFactory = factory;
+    m_canvas->rebuildViewLayerHeirarchy();
 }
 
 FileWrapper::Ptr PCProject::fileWrapper() {
@@ -156,6 +163,16 @@ bool PCProject::isInTree(const PCElement& element) const {
 
 void PCProject::treeDidInsertElement(PCElement& element) {
     if (m_index.isValid() && isInTree(element)) m_index.addTree(element);
+    attachSelectedAnimation(element);
+}
+
+// A new element's own timelines belong to no animation: what is keyed on them would be lost.
+void PCProject::attachSelectedAnimation(PCElement& root) {
+    const PCAnimation::Ptr animation = m_animationsManager->selectedAnimation();
+    if (!animation) return;
+    for (const PCElement::Ptr& element : root.elementAndAllDescendants()) {
+        if (element->hasFreshTimelines()) animation->applyToElement(*element);
+    }
 }
 
 void PCProject::treeWillRemoveElement(PCElement& element) {

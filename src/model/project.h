@@ -52,6 +52,9 @@ class PCProject : public PCAnimationsManagerChangeListener,
     /// path, null after a failure.
     static QString backupProjectFileWrapper(const FileWrapper& root);
     static void clearProjectBackups();
+    /// The path of the backup that was taken when this project was opened to be updated; null when
+    /// none was needed, or it failed.
+    const QString& backupPath() const { return m_backupPath; }
     /// "Backups" in the user's documents directory, or what setBackupDirectory() gave.
     static QString backupDirectory();
     static void setBackupDirectory(const QString& path);
@@ -84,7 +87,8 @@ class PCProject : public PCAnimationsManagerChangeListener,
     /// A bitmap of the canvas for the QuickLook entry; a null image writes none.
     void setPreviewImage(const QImage& image) { m_previewImage = image; }
     /// Not owned. Null: elements are made without a screen.
-    void setViewLayerFactory(ElementViewLayerFactory* factory) { m_viewLayerFactory = factory; }
+    /// Gives every element a new layer.
+    void setViewLayerFactory(ElementViewLayerFactory* factory);
     ElementViewLayerFactory* viewLayerFactory() const { return m_viewLayerFactory; }
 
     // Look-up and listings.
@@ -102,7 +106,8 @@ class PCProject : public PCAnimationsManagerChangeListener,
 
     // Structure edits. Nothing moves on the canvas; undo restores everything.
 
-    /// `parent` null is the canvas; an index not below its count of children means the count.
+    /// `parent` null is the canvas; an index not below its count of children means the count. Items
+    /// that hold the parent, or are it, stay where they are.
     void moveItems(const Elements& items, const PCElement::Ptr& parent, int32_t index);
     /// Removes all groups without children below `root`.
     void recursivelyRemoveGroup(const PCElement::Ptr& root);
@@ -150,17 +155,20 @@ class PCProject : public PCAnimationsManagerChangeListener,
     ProjectIndex m_index;
     QImage m_previewImage;
     QString m_projectName;
+    QString m_backupPath;
     bool m_inAdditiveMode = false;
     double m_backingScale = 2.0;
     QPointF m_eventAnchorPoint;
     ElementViewLayerFactory* m_viewLayerFactory = nullptr;
 
     static Ptr build(FileWrapper::Ptr root);
+    static QString backUpIfOlder(const FileWrapper& root, LogPort& log);
     ProjectIndex& index();
     bool isInTree(const PCElement& element) const;
     void writeQuickLook();
     PCElement::Ptr makeGroupAround(const Elements& elements, const PCElement& parent);
     void attachPastedTimelines(PCElement& root);
+    void attachSelectedAnimation(PCElement& root);
     void moveItem(const PCElement::Ptr& item, const PCElement::Ptr& parent, size_t index);
     void moveForward(const PCElement::Ptr& element);
     void moveBackward(const PCElement::Ptr& element);

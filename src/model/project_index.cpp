@@ -12,11 +12,17 @@ void ProjectIndex::rebuild(PCElement& canvas) {
     m_nextNumbers.clear();
     m_hasDuplicateIdentifiers = false;
     m_valid = true;
-    addTree(canvas);
+    add(canvas);
 }
 
 void ProjectIndex::addTree(PCElement& root) {
     if (!m_valid) return;
+    add(root);
+    // Of two elements with one identifier only a walk tells which is the first.
+    if (m_hasDuplicateIdentifiers) invalidate();
+}
+
+void ProjectIndex::add(PCElement& root) {
     for (const PCElement::Ptr& element : root.elementAndAllDescendants()) {
         addName(element->name());
         const bool isNew = m_elements.emplace(element->identifier(), element.get()).second;

@@ -38,6 +38,7 @@ class ProjectIndex {
     QHash<QString, int> m_names;        // trimmed name: how many elements have it
     QHash<QString, int> m_nextNumbers;  // base: every smaller number is taken
 
+    void add(PCElement& root);
     void addName(const QString& name);
     void removeName(const QString& name);
     bool isTaken(const QString& name, const QString* ignoredTrimmed) const;

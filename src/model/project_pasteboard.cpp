@@ -55,12 +55,8 @@ void PCProject::attachPastedTimelines(PCElement& root) {
         }
         for (const PCPropertyType type : timelineGroupOrder()) {
             const auto pasted = element->timeline(type);
-            if (pasted) animation->applyTimeline(pasted, *element);
-        }
-        for (const PCPropertyType type : timelineGroupOrder()) {
-            if (!element->timeline(type)) {
-                element->setTimeline(PCKeyedPropertyTimeline::initForElement(element, type));
-            }
+            animation->applyTimeline(
+                pasted ? pasted : PCKeyedPropertyTimeline::initForElement(element, type), *element);
         }
     }
 }

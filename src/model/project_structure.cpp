@@ -62,23 +62,29 @@ QString nameWithoutNumber(const QString& name) {
     return words.join(u' ');
 }
 
+// An axis scaled to nothing leaves nothing to make up for.
 QPointF dividedBy(QPointF a, QPointF b) {
-    return {a.x() / b.x(), a.y() / b.y()};
+    return {b.x() == 0 ? a.x() : a.x() / b.x(), b.y() == 0 ? a.y() : a.y() / b.y()};
+}
+
+bool holds(const PCElement::Ptr& element, const PCElement::Ptr& other) {
+    return element == other || element->isAncestorOf(*other);
 }
 
 }  // namespace
 
 void PCProject::moveItem(const PCElement::Ptr& item, const PCElement::Ptr& parent, size_t index) {
+    const bool changesParent = item->parentElement() != parent.get();
     const QPointF canvasPosition = item->canvasPosition();
     const double canvasRotation = item->canvasRotation();
     const QPointF canvasScale = item->scaleOnCanvas();
     item->removeFromParentElement();
     parent->insertSubelement(item, index);
-    // While undoing, the steps of these setters restore the old values themselves.
-    if (m_undoManager.isUndoing()) return;
+    // While undoing, the steps of these setters restore the old values themselves; under the same
+    // parent nothing has moved.
+    if (m_undoManager.isUndoing() || !changesParent) return;
     item->setZRotation(canvasRotation - parent->canvasRotation());
-    item->setScale(parent->isCanvas() ? canvasScale
-                                      : dividedBy(canvasScale, parent->scaleOnCanvas()));
+    item->setScale(dividedBy(canvasScale, parent->scaleOnCanvas()));
     item->setPosition(parent->convertToElement(canvasPosition));
 }
 
@@ -89,9 +95,10 @@ void PCProject::moveItems(const Elements& items, const PCElement::Ptr& parent, i
     const bool isFromBelow =
         std::any_of(items.begin(), items.end(),
                     [target](const PCElement::Ptr& item) { return item->index() < target; });
-    Elements ordered = items;
-    if (isFromBelow) std::reverse(ordered.begin(), ordered.end());
     const PCElement::Ptr newParent = parent ? parent : m_canvas;
+    Elements ordered = items;
+    std::erase_if(ordered, [&](const PCElement::Ptr& item) { return holds(item, newParent); });
+    if (isFromBelow) std::reverse(ordered.begin(), ordered.end());
     for (const PCElement::Ptr& item : ordered) {
         moveItem(item, newParent, static_cast<size_t>(target));
     }
@@ -118,6 +125,7 @@ void PCProject::moveElementsToFront(const Elements& elements) {
 // above.
 void PCProject::moveForward(const PCElement::Ptr& element) {
     const PCElement::Ptr parent = parentOf(*element);
+    if (!parent) return;  // a group that the move before has emptied
     if (parent != m_canvas) parent->setExpanded(true);
     const Elements rows = visibleHeirarchyWithRoot(*m_canvas);
     const auto row = std::find(rows.begin(), rows.end(), element);
@@ -142,14 +150,19 @@ void PCProject::moveElementsForward(const Elements& elements) {
 // One row down: behind the next sibling, out of the group at its back, or into an expanded group.
 void PCProject::moveBackward(const PCElement::Ptr& element) {
     const PCElement::Ptr parent = parentOf(*element);
+    if (!parent) return;  // a group that the move before has emptied
     if (parent != m_canvas) parent->setExpanded(true);
     const Elements rows = visibleHeirarchyWithRoot(*m_canvas);
     const auto row = std::find(rows.begin(), rows.end(), element);
-    if (row == rows.end() || row + 1 == rows.end()) {
+    // Its own descendants are rows again when one of them was moved before.
+    const auto next = std::find_if(row, rows.end(), [&element](const PCElement::Ptr& other) {
+        return !holds(element, other);
+    });
+    if (next == rows.end()) {
         moveItems({element}, m_canvas, 0);
         return;
     }
-    const PCElement::Ptr below = *(row + 1);
+    const PCElement::Ptr below = *next;
     const PCElement::Ptr newParent = parentOf(*below);
     if (element->index() == 0 && newParent != parent) {
         moveItems({element}, newParent, below->index() + 1);
@@ -167,6 +180,8 @@ void PCProject::moveElementsBackward(const Elements& elements) {
     // An expanded element's own children must not count as the next row.
     Elements collapsed;
     for (const PCElement::Ptr& element : ordered) {
+        const PCElement::Ptr parent = parentOf(*element);
+        if (parent && parent != m_canvas) parent->setExpanded(true);
         if (!element->expanded()) continue;
         collapsed.push_back(element);
         element->setExpanded(false);
@@ -210,11 +225,15 @@ void PCProject::ungroupElements(const Elements& elements) {
     if (!elementsAreAllGroups(elements)) return;
     const UndoGroup undoGroup(m_undoManager);
     for (const PCElement::Ptr& group : elements) {
+        const PCElement::Ptr parent = parentOf(*group);
+        if (!parent) continue;  // ungrouped twice, or the canvas
+        auto index = static_cast<size_t>(group->index());
         for (const PCElement::Ptr& child : group->subelements()) {
-            moveItems({child}, parentOf(*group), group->index());
+            moveItem(child, parent, index++);
         }
-        if (group->parentElement()) group->removeFromParentElement();
+        group->removeFromParentElement();
     }
+    recursivelyRemoveGroup(m_canvas);
     m_undoManager.setActionName(u"Ungroup"_s);
 }
 

@@ -39,12 +39,17 @@ int32_t PCProject::modelVersionOfProjectFileWrapper(const FileWrapper& root) {
 
 FileWrapper::Ptr PCProject::updateProjectFileWrapperToLastestModelVersion(FileWrapper::Ptr root,
                                                                           LogPort& log) {
-    const int32_t version = modelVersionOfProjectFileWrapper(*root);
-    if (version >= currentModelVersion()) return root;
-    backupProjectFileWrapper(*root);
-    log.writeLine(u"Updating Model of %1 (From v%2 to v%3)"_s.arg(
-        nameOf(*root), QString::number(version), QString::number(currentModelVersion())));
+    backUpIfOlder(*root, log);
     return root;
+}
+
+QString PCProject::backUpIfOlder(const FileWrapper& root, LogPort& log) {
+    const int32_t version = modelVersionOfProjectFileWrapper(root);
+    if (version >= currentModelVersion()) return {};
+    QString backupPath = backupProjectFileWrapper(root);
+    log.writeLine(u"Updating Model of %1 (From v%2 to v%3)"_s.arg(
+        nameOf(root), QString::number(version), QString::number(currentModelVersion())));
+    return backupPath;
 }
 
 QString PCProject::backupDirectory() {

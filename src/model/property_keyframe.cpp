@@ -97,17 +97,22 @@ void PCPropertyKeyframe::change(Change changeRecord) {
 void PCPropertyKeyframe::setInstantTransition(bool instant) {
     if (UndoManager* undo = undoManager()) {
         undo->registerUndo([self = shared_from_this(), old = instantTransition()] {
-            self->setInstantTransition(old);
+            self->standing()->setInstantTransition(old);
         });
     }
-    change([instant](KeyframeRecord& record) { record.instantTransition = instant; });
+    storeInstantTransition(instant);
     reportChange();
+}
+
+void PCPropertyKeyframe::storeInstantTransition(bool instant) {
+    change([instant](KeyframeRecord& record) { record.instantTransition = instant; });
 }
 
 void PCPropertyKeyframe::setEasingMode(int64_t mode) {
     if (UndoManager* undo = undoManager()) {
-        undo->registerUndo(
-            [self = shared_from_this(), old = easingMode()] { self->setEasingMode(old); });
+        undo->registerUndo([self = shared_from_this(), old = easingMode()] {
+            self->standing()->setEasingMode(old);
+        });
     }
     change([mode](KeyframeRecord& record) { record.easingMode = packedEasingMode(mode); });
     reportChange();
@@ -138,6 +143,13 @@ void PCPropertyKeyframe::setPropertyValue(const PropertyValue& value) {
 void PCPropertyKeyframe::setReportedValue(const PropertyValue& value) {
     setPropertyValue(value);
     reportChange();
+}
+
+// This keyframe or, once it was deleted and its deletion undone, the one in its place.
+std::shared_ptr<PCPropertyKeyframe> PCPropertyKeyframe::standing() {
+    const auto owner = isInTimeline() ? nullptr : timeline();
+    const auto successor = owner ? owner->existingKeyframeAtTimeInMS(timeInMS()) : nullptr;
+    return successor ? successor : shared_from_this();
 }
 
 void PCPropertyKeyframe::reportChange() {

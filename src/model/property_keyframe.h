@@ -109,7 +109,9 @@ class PCPropertyKeyframe : public std::enable_shared_from_this<PCPropertyKeyfram
     KeyframeRecord record() const;
     template <typename Change>
     void change(Change changeRecord);
+    void storeInstantTransition(bool instant);
     void reportChange();
+    std::shared_ptr<PCPropertyKeyframe> standing();
     void setReportedValue(const PropertyValue& value);
     UndoManager* undoManager() const;
 };

@@ -1,8 +1,5 @@
 #include "model/property_value.h"
 
-#include <array>
-#include <charconv>
-
 #include "platform/number_text.h"
 
 using namespace Qt::StringLiterals;
@@ -16,7 +13,8 @@ T valueOr(const PropertyValue& value, const T& other) {
     return held ? *held : other;
 }
 
-QString numberText(double number) {
+template <typename Number>
+QString numberText(Number number) {
     return QString::fromStdString(shortestText(number));
 }
 

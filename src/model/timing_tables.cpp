@@ -13,11 +13,11 @@ double bezier(double p1, double p2, double s) {
     return 3 * r * r * s * p1 + 3 * r * s * s * p2 + s * s * s;
 }
 
-// To four decimals; what is nearer than 0.001 to an end is the end.
+// To four decimals; what is then nearer than 0.001 to an end is the end.
 double tableEntry(double height) {
     const double rounded = std::round(height * 10000) / 10000;
-    if (std::abs(height) < 0.001) return 0;
-    if (std::abs(height - 1) < 0.001) return 1;
+    if (std::abs(rounded) < 0.001) return 0;
+    if (std::abs(rounded - 1) < 0.001) return 1;
     return rounded;
 }
 

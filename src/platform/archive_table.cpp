@@ -8,7 +8,12 @@
 namespace tweenery {
 namespace {
 
-constexpr uint32_t LongString = 64;  // characters
+// Many references may lead to one object, so what a look-up or a reading costs each time is
+// bounded.
+constexpr uint32_t MostKeys = 256;
+constexpr uint32_t LongestClassName = 256;
+constexpr uint32_t LongestPoint = 256;
+constexpr uint32_t ShortString = 64;  // a longer one is decoded once
 
 QString quoted(std::string_view key) {
     return u'"' + QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size())) + u'"';
@@ -78,6 +83,7 @@ const PlistObject& KeyedUnarchiver::Table::dictionary(uint32_t number) {
 }
 
 uint32_t KeyedUnarchiver::Table::find(const PlistObject& dict, std::string_view key) {
+    requireFewKeys(dict);
     KeyHints::Hint& hint = m_hints.at(key);
     if (hint.isFor(key)) {
         if (hint.position < dict.count && m_plist.item(dict, hint.position) == hint.ref) {
@@ -130,6 +136,9 @@ ArchivedValue KeyedUnarchiver::Table::resolve(uint32_t ref) {
         value.object = m_plist.object(value.ref);
     }
     value.kind = kindOf(value.object);
+    // Objects stand in the object table; a dictionary elsewhere is nothing that a reader takes.
+    const bool isLoose = value.number == NoObject && value.object.type == PlistType::Dict;
+    if (isLoose) value.kind = ArchivedKind::Data;
     return value;
 }
 
@@ -157,6 +166,14 @@ ArchivedKind KeyedUnarchiver::Table::kindOf(const PlistObject& object) {
         case PlistType::Uid:
             break;
     }
+    failReference();
+}
+
+void KeyedUnarchiver::Table::requireFewKeys(const PlistObject& dict) const {
+    if (dict.count > MostKeys) fail(QStringLiteral("an object of the archive has too many keys"));
+}
+
+void KeyedUnarchiver::Table::failReference() const {
     fail(QStringLiteral("a reference of the archive leads to another reference"));
 }
 
@@ -172,16 +189,17 @@ auto KeyedUnarchiver::Table::classOf(const PlistObject& dict) -> const ClassEntr
 
     const PlistObject description = m_plist.object(refOfObject(number));
     if (description.type == PlistType::Dict) {
+        requireFewKeys(description);
         const uint32_t name = m_plist.positionOfKey(description, "$classname");
         if (name < description.count) {
             const PlistObject text = m_plist.object(m_plist.value(description, name));
-            if (text.type == PlistType::Ascii) {
+            if (text.type == PlistType::Ascii && text.count <= LongestClassName) {
                 const std::string_view className = m_plist.ascii(text);
                 return entry = {number, className, kindOfInstances(className)};
             }
         }
     }
-    failKey("$class", "leads to a class entry without a name");
+    failKey("$class", "leads to a class entry without a valid name");
 }
 
 bool KeyedUnarchiver::Table::boolean(const ArchivedValue& value, std::string_view key) const {
@@ -215,14 +233,14 @@ std::optional<PlistObject> KeyedUnarchiver::Table::string(const ArchivedValue& v
 }
 
 QString KeyedUnarchiver::Table::text(const PlistObject& string) {
-    if (string.count <= LongString) return m_plist.text(string);
+    if (string.count <= ShortString) return m_plist.text(string);
     QString& shared = m_longStrings[string.payload];
     if (shared.isNull()) shared = m_plist.text(string);
     return shared;
 }
 
 std::optional<std::string_view> KeyedUnarchiver::Table::ascii(const PlistObject& string) const {
-    if (string.type != PlistType::Ascii) return std::nullopt;
+    if (string.type != PlistType::Ascii || string.count > ShortString) return std::nullopt;
     return m_plist.ascii(string);
 }
 
@@ -233,9 +251,10 @@ QPointF KeyedUnarchiver::Table::point(const ArchivedValue& value, std::string_vi
         if (boxed.isAbsent()) boxed = this->value(value.object, "NS.sizeval");
     }
     const auto stored = string(boxed);
-    if (!stored) failKey(key, "is no point");
+    if (!stored || stored->count > LongestPoint) failKey(key, "is no point");
     const auto plain = ascii(*stored);
-    const auto point = plain ? pointFromText(*plain) : pointFromText(text(*stored).toStdString());
+    const auto point =
+        plain ? pointFromText(*plain) : pointFromText(m_plist.text(*stored).toStdString());
     if (!point) failKey(key, "is no point of the form {x, y}");
     return *point;
 }

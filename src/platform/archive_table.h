@@ -42,9 +42,9 @@ class KeyHints {
 
     Hint& at(std::string_view key) {
         if (key.empty()) return m_hints[0];
-        const size_t mixed = key.size() + 7U * static_cast<uint8_t>(key.front()) +
-                             13U * static_cast<uint8_t>(key.back()) +
-                             29U * static_cast<uint8_t>(key[key.size() / 2]);
+        const auto byte = [key](size_t index) { return size_t{static_cast<uint8_t>(key[index])}; };
+        const size_t mixed =
+            key.size() + 7 * byte(0) + 13 * byte(key.size() - 1) + 29 * byte(key.size() / 2);
         return m_hints[mixed % m_hints.size()];
     }
 
@@ -79,7 +79,7 @@ struct KeyedUnarchiver::Table {
     /// The string as it is stored; nullopt when `value` is none.
     std::optional<PlistObject> string(const ArchivedValue& value);
     QString text(const PlistObject& string);
-    /// The text as a view into the archive, if it is stored as 7-bit text.
+    /// The text as a view into the archive, if it is stored as short 7-bit text.
     std::optional<std::string_view> ascii(const PlistObject& string) const;
     QPointF point(const ArchivedValue& value, std::string_view key);
     /// The property list's array in an array object, and its size.
@@ -115,6 +115,8 @@ struct KeyedUnarchiver::Table {
     QHash<const uint8_t*, QStringList> m_stringLists;
 
     void open();
+    void requireFewKeys(const PlistObject& dict) const;
+    [[noreturn]] void failReference() const;
     uint32_t refOfObject(uint32_t number) const { return m_plist.item(m_objects, number); }
     uint32_t referencedNumber(const PlistObject& uid) const;
     const PlistObject& dictionary(uint32_t number);

@@ -56,7 +56,7 @@ class ArchiveWalk {
                 m_plist.ascii(object);
                 break;
             case PlistType::Uid:
-                visitNumber(m_table.referencedNumber(object));
+                verifyReference(object);
                 break;
             case PlistType::Array:
             case PlistType::Set:
@@ -71,6 +71,12 @@ class ArchiveWalk {
         }
     }
 
+    void verifyReference(const PlistObject& uid) {
+        const uint32_t ref = m_table.refOfObject(m_table.referencedNumber(uid));
+        if (m_plist.object(ref).type == PlistType::Uid) m_table.failReference();
+        visit(ref);
+    }
+
     void verifyDictionary(const PlistObject& dict) {
         for (uint32_t i = 0; i < dict.count; ++i) {
             const uint32_t key = m_plist.item(dict, i);
@@ -80,7 +86,13 @@ class ArchiveWalk {
             visit(key);
             visit(m_plist.value(dict, i));
         }
-        m_table.classOf(dict);
+        ArchivedValue value;
+        value.object = dict;
+        value.kind = m_table.kindOf(dict);
+        if (value.kind == ArchivedKind::Array) m_table.array(value, "NS.objects");
+        if (value.kind == ArchivedKind::String && !m_table.string(value)) {
+            m_table.failKey("NS.string", "is no string");
+        }
     }
 };
 

@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QRandomGenerator>
+#include <bit>
 #include <type_traits>
 #include <utility>
 
@@ -94,7 +95,7 @@ Identifier Identifier::fromAscii(std::string_view text) {
 }
 
 void Identifier::keepText(const QString& text) {
-    m_high = reinterpret_cast<uintptr_t>(new OtherText{text});
+    m_high = std::bit_cast<uint64_t>(new OtherText{text});
     m_low = 0;
 }
 
@@ -112,7 +113,7 @@ Identifier& Identifier::operator=(Identifier other) noexcept {
 }
 
 Identifier::~Identifier() {
-    if (isText()) delete reinterpret_cast<OtherText*>(static_cast<uintptr_t>(m_high));
+    if (isText()) delete std::bit_cast<OtherText*>(m_high);
 }
 
 Identifier Identifier::generate() {
@@ -129,7 +130,8 @@ bool Identifier::isText() const {
 }
 
 const QString& Identifier::text() const {
-    return reinterpret_cast<const OtherText*>(static_cast<uintptr_t>(m_high))->text;
+    const auto* other = std::bit_cast<OtherText*>(m_high);
+    return other->text;
 }
 
 QString Identifier::toString() const {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <deque>
 #include <unordered_map>
 #include <vector>
 
@@ -33,8 +34,9 @@ class ArchiveBuilder final : public KeyedEncoder {
 
     QByteArray archive(const Archivable& root) {
         const uint32_t rootUid = uidOf(&root);
-        for (size_t next = 0; next < m_queue.size(); ++next) {
-            const auto [object, uid] = m_queue[next];
+        while (!m_queue.empty()) {
+            const auto [object, uid] = m_queue.front();
+            m_queue.pop_front();
             const size_t begin = m_pairs.size();
             object->encodeWithCoder(*this);
             m_objects[uid] = finishDictionary(begin, object->archiveClass());
@@ -138,7 +140,7 @@ class ArchiveBuilder final : public KeyedEncoder {
     std::vector<uint32_t> m_uidOfRef;  // of strings and numbers, by number in the property list
     std::vector<BinaryPlistWriter::Pair> m_pairs;  // of the objects that are being encoded
     std::unordered_map<const Archivable*, uint32_t> m_uidOfObject;
-    std::vector<std::pair<const Archivable*, uint32_t>> m_queue;
+    std::deque<std::pair<const Archivable*, uint32_t>> m_queue;
     std::vector<ClassUid> m_classes;
     std::array<KeySlot, 64> m_keys;
 

@@ -16,7 +16,8 @@ class KeyedUnarchiver;
 class ArchivedArray;
 struct ArchivedValue;
 
-/// What stands behind a key.
+/// What stands behind a key. Data is also what no reader takes: dates, sets, dictionaries that are
+/// no objects.
 enum class ArchivedKind { Missing, Null, Bool, Number, String, Data, Array, Object };
 
 /// Reads the keys of one archived object. A small value that points into its KeyedUnarchiver, which
@@ -47,8 +48,9 @@ class KeyedDecoder {
     double decodeDouble(std::string_view key) const;  // also from an integer
     /// Null for a missing key and for the null object.
     QString decodeString(std::string_view key) const;
-    /// The string as a view into the archive's bytes if it is stored as 7-bit text, which is how
-    /// identifiers and mode names are stored; nullopt otherwise (also for a missing key).
+    /// The string as a view into the archive's bytes if it is stored as 7-bit text of at most 64
+    /// characters, which is how identifiers and mode names are stored; nullopt otherwise (also for
+    /// a missing key): then decodeString() has it.
     std::optional<std::string_view> decodeAscii(std::string_view key) const;
     QPointF decodePoint(std::string_view key) const;
     QSizeF decodeSize(std::string_view key) const;

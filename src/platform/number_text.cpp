@@ -18,6 +18,19 @@ std::string_view textIn(const FixedBuffer& buffer, std::to_chars_result result) 
     return {buffer.data(), static_cast<size_t>(result.ptr - buffer.data())};
 }
 
+template <typename Number>
+std::string shortest(Number value) {
+    // Plain digits as long as 17 of them are enough, as the C library's %g has it.
+    const Number magnitude = std::fabs(value);
+    const bool isPlain =
+        magnitude == 0 || (magnitude >= Number(1e-5) && magnitude < Number(1e16));
+    FixedBuffer buffer;
+    char* const end = buffer.data() + buffer.size();
+    return std::string(
+        textIn(buffer, isPlain ? std::to_chars(buffer.data(), end, value, std::chars_format::fixed)
+                               : std::to_chars(buffer.data(), end, value)));
+}
+
 }  // namespace
 
 std::string fixedText(double value, int decimals) {
@@ -35,14 +48,11 @@ void appendFixed(std::string& out, double value, int decimals) {
 }
 
 std::string shortestText(double value) {
-    // Plain digits as long as 17 of them are enough, as the C library's %g has it.
-    const double magnitude = std::fabs(value);
-    const bool isPlain = magnitude == 0 || (magnitude >= 1e-5 && magnitude < 1e16);
-    FixedBuffer buffer;
-    char* const end = buffer.data() + buffer.size();
-    return std::string(
-        textIn(buffer, isPlain ? std::to_chars(buffer.data(), end, value, std::chars_format::fixed)
-                               : std::to_chars(buffer.data(), end, value)));
+    return shortest(value);
+}
+
+std::string shortestText(float value) {
+    return shortest(value);
 }
 
 }  // namespace tweenery

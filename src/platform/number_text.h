@@ -10,7 +10,9 @@ namespace tweenery {
 std::string fixedText(double value, int decimals);
 /// Appends the same text to `out` without an allocation of its own.
 void appendFixed(std::string& out, double value, int decimals);
-/// The shortest text that reads back as the same double, at most 17 significant digits.
+/// The shortest text that reads back as the same number, at most 17 significant digits of a double
+/// and 9 of a float.
 std::string shortestText(double value);
+std::string shortestText(float value);
 
 }  // namespace tweenery

@@ -58,6 +58,15 @@ struct DoomedDirectory {
     FileDescriptor descriptor;
     int depth = 0;
 
+    DoomedDirectory(std::shared_ptr<const DoomedDirectory> itsParent, int itsParentDirectory,
+                    std::string itsName, FileDescriptor itsDescriptor, int itsDepth = 0)
+        : parent(std::move(itsParent)),
+          parentDirectory(itsParentDirectory),
+          name(std::move(itsName)),
+          descriptor(std::move(itsDescriptor)),
+          depth(itsDepth) {}
+    DoomedDirectory(const DoomedDirectory&) = delete;
+    DoomedDirectory& operator=(const DoomedDirectory&) = delete;
     ~DoomedDirectory() { ::unlinkat(parentDirectory, name.c_str(), AT_REMOVEDIR); }
 };
 

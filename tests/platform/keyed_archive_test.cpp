@@ -137,7 +137,7 @@ TEST(KeyedArchive, SharesObjectsByAddressAndFollowsCycles) {
 }
 
 TEST(KeyedArchive, WritesChainsOfAnyDepth) {
-    constexpr size_t Depth = 300000;
+    constexpr size_t Depth = 100000;
     std::vector<std::unique_ptr<Archived>> chain;
     const Archivable* next = nullptr;
     for (size_t i = 0; i < Depth; ++i) {
@@ -243,6 +243,7 @@ TEST(KeyedUnarchiver, ReadsObjectsThatStandForValues) {
                                 {"mutable", boxed("NSMutableArray", "NS.objects", items)},
                                 {"bare", items},
                                 {"null", boxed("NSNull", "unused", text)},
+                                {"loose", plist.dictionary({})},
                             });
     const KeyedUnarchiver archive(raw.finish(raw.file(root), "archive"), Entry);
     const KeyedDecoder decoder = archive.root();
@@ -258,6 +259,7 @@ TEST(KeyedUnarchiver, ReadsObjectsThatStandForValues) {
     }
     EXPECT_EQ(decoder.kindOfKey("null"), ArchivedKind::Null);
     EXPECT_EQ(decoder.kindOfKey("other"), ArchivedKind::Missing);
+    EXPECT_EQ(decoder.kindOfKey("loose"), ArchivedKind::Data);
     EXPECT_NO_THROW(archive.verifyEverything());
 }
 
@@ -346,6 +348,10 @@ TEST(KeyedUnarchiver, NamesTheKeyOfAWrongValue) {
                       u"the value of \"k\" "_s + QLatin1String(reason));
         }
     }
+    const KeyedUnarchiver chain(archiveOfValue(RawPlist::uidBytes(0), true), Entry);
+    const auto leadsOn = u"a reference of the archive leads to another reference"_s;
+    EXPECT_EQ(reasonOf([&] { chain.root().kindOfKey("k"); }), leadsOn);
+    EXPECT_EQ(reasonOf([&] { chain.verifyEverything(); }), leadsOn);
     const KeyedUnarchiver archive(archiveOfValue(yes, false), Entry);
     EXPECT_EQ(reasonOf([&] { archive.root().requireClass("Other"); }),
               u"an object of class \"Thing\" stands where a \"Other\" is expected"_s);

@@ -58,6 +58,7 @@ class RawPlist {
     }
     Ref dictionary(const std::vector<Pair>& pairs) {
         std::vector<Ref> keysAndValues;
+        keysAndValues.reserve(2 * pairs.size());
         for (const Pair& pair : pairs)
             keysAndValues.push_back(pair.first);
         for (const Pair& pair : pairs)
@@ -118,6 +119,7 @@ class RawArchive {
     /// An object of class `name` whose values are plist objects.
     Ref object(std::string_view name, const std::vector<std::pair<std::string_view, Ref>>& values) {
         std::vector<RawPlist::Pair> pairs;
+        pairs.reserve(values.size() + 1);
         for (const auto& [key, value] : values)
             pairs.emplace_back(plist.ascii(key), value);
         pairs.emplace_back(plist.ascii("$class"), plist.uid(classEntry(name)));

@@ -1,0 +1,125 @@
+// tweenc new: a project from artwork.
+
+#include <fcntl.h>
+
+#include <QHash>
+#include <QRegularExpression>
+
+#include "cli/packages.h"
+#include "cli/verb.h"
+#include "platform/package_store.h"
+#include "platform/posix_files.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+namespace {
+
+constexpr VerbOption kCanvasOption{"canvas", "WxH",
+                                   "size of the canvas in points, such as 320x480"};
+
+std::optional<QSizeF> canvasSizeFrom(const Invocation& invocation) {
+    if (!invocation.has(kCanvasOption.name)) return std::nullopt;
+    constexpr int longestSide = 16384;
+    static const QRegularExpression pattern(u"^(\\d{1,5})x(\\d{1,5})$"_s);
+    const QRegularExpressionMatch match = pattern.match(invocation.value(kCanvasOption.name));
+    const QSize size(match.captured(1).toInt(), match.captured(2).toInt());
+    if (size.isEmpty() || size.width() > longestSide || size.height() > longestSide) {
+        throw UsageError{u"--canvas takes a width and a height from 1 to %1, such as 320x480"_s.arg(
+            longestSide)};
+    }
+    return size;
+}
+
+/// The bytes of a regular file, whatever else a path may lead to.
+QByteArray readArtwork(const QString& path) {
+    const auto fail = [&](const QString& what) {
+        throw InputError(path, failureText(what, errno));
+    };
+    constexpr off_t maxFileSize = off_t(1) << 30;
+    constexpr int flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    const FileDescriptor file(::open(systemPath(path).constData(), flags));
+    struct stat status;
+    if (!file || ::fstat(file.number(), &status) != 0) fail(u"could not be opened"_s);
+    if (!S_ISREG(status.st_mode)) throw InputError(path, u"is not a regular file"_s);
+    if (status.st_size > maxFileSize) throw InputError(path, u"is larger than 1 GiB"_s);
+    QByteArray bytes(status.st_size, Qt::Uninitialized);
+    for (qsizetype filled = 0; filled < bytes.size();) {
+        const ssize_t got = ::read(file.number(), bytes.data() + filled,
+                                   static_cast<size_t>(bytes.size() - filled));
+        if (got < 0 && errno != EINTR) fail(u"could not be read"_s);
+        if (got == 0) throw InputError(path, u"was changed while it was read"_s);
+        if (got > 0) filled += got;
+    }
+    return bytes;
+}
+
+/// Makes an image set and an element for each file.
+class ArtworkImport {
+ public:
+    explicit ArtworkImport(PCProject& project) : m_project(project) {}
+
+    void add(const QString& path) {
+        const auto image = std::make_shared<PCImage>(decodeImage(readArtwork(path), path), path);
+        const QString name = image->keyname();
+        if (m_paths.contains(name)) {
+            throw InputError(path,
+                             u"makes the image set %1, as %2 does; give one file for each "
+                             u"picture, that of the highest density"_s.arg(name, m_paths[name]));
+        }
+        try {
+            m_project.imageSetManager().addImageSetWithPCImage(image);
+        } catch (const InputError& error) {
+            throw InputError(path, error.reason());
+        }
+        m_paths.insert(name, path);
+        addElement(*image);
+    }
+
+ private:
+    PCProject& m_project;
+    QHash<QString, QString> m_paths;  // by the name of the set
+
+    // In front of those before it. Its name becomes unique where it enters the tree.
+    void addElement(const PCImage& image) {
+        const PCElement::Ptr& canvas = m_project.canvas();
+        const PCElement::Ptr element = PCElement::init();
+        element->setProject(m_project.shared_from_this());
+        element->setName(image.basename());
+        element->setImageName(image.keyname());
+        element->setPosition({canvas->size().width() / 2, canvas->size().height() / 2});
+        canvas->insertSubelement(element, canvas->children().size());
+    }
+};
+
+ExitCode run(const Invocation& invocation, Console& console) {
+    const QStringList paths = invocation.operands();
+    const bool replaces = invocation.has(kForceOption.name);
+    const std::optional<QSizeF> canvasSize = canvasSizeFrom(invocation);
+    requirePlaceForPackage(paths.first(), replaces);
+    return runOnPackage(paths.first(), console, [&](Report& report) {
+        const PCProject::Ptr project = PCProject::init();
+        const UndoRegistrationPause pause(project->undoManager());
+        if (canvasSize) project->canvas()->setSize(*canvasSize);
+        ArtworkImport import(*project);
+        for (const QString& path : paths.mid(1))
+            import.add(path);
+        writePackageCopy(*project->fileWrapper(), report.packagePath(), replaces);
+    });
+}
+
+}  // namespace
+
+const Verb& newVerb() {
+    static const Verb verb{
+        "new",
+        "DEST.tweenery [IMAGE...]",
+        1,
+        Verb::kMany,
+        "Makes a project from artwork: an image set and an element for each PNG or JPEG file.",
+        {kCanvasOption, kForceOption},
+        run};
+    return verb;
+}
+
+}  // namespace tweenery

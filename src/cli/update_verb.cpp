@@ -1,0 +1,99 @@
+// tweenc update: brings an older project to the current model version, after a backup.
+
+#include "cli/packages.h"
+#include "cli/verb.h"
+#include "model/document.h"
+#include "platform/package_store.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+namespace {
+
+constexpr VerbOption kYesOption{"yes", nullptr, "do not ask"};
+
+/// Asks on the terminal, takes yes for an answer, and remembers what was asked.
+class TerminalAlerts : public AlertPort {
+ public:
+    TerminalAlerts(Console& console, bool alwaysYes) : m_console(console), m_alwaysYes(alwaysYes) {}
+
+    const Alert& lastAlert() const { return m_last; }
+    /// There was a question and nobody to answer it.
+    bool couldNotAsk() const { return m_couldNotAsk; }
+
+    AlertAnswer runModal(const Alert& alert) override {
+        m_last = alert;
+        const int no = static_cast<int>(alert.buttons.size()) - 1;
+        if (no == 0 || m_alwaysYes) return {0};
+        m_couldNotAsk = !m_console.canAsk;
+        if (m_couldNotAsk) return {no};
+        m_console.err << textOfAlert(alert).toStdString() << " [y/N] " << std::flush;
+        return {isYes() ? 0 : no};
+    }
+
+ private:
+    Console& m_console;
+    bool m_alwaysYes;
+    bool m_couldNotAsk = false;
+    Alert m_last;
+
+    bool isYes() {
+        std::string line;
+        std::getline(m_console.in, line);
+        const QString answer = QString::fromStdString(line).trimmed().toLower();
+        return answer == u"y" || answer == u"yes";
+    }
+};
+
+void refuse(const TerminalAlerts& alerts, const QString& path) {
+    if (alerts.couldNotAsk()) {
+        throw InputError(
+            path, textOfAlert(alerts.lastAlert()) + u" Nobody can be asked here; --yes says so."_s);
+    }
+    const bool wasAsked = alerts.lastAlert().buttons.size() > 1;
+    throw InputError(
+        path, wasAsked ? u"was not updated, as you decided"_s : textOfAlert(alerts.lastAlert()));
+}
+
+void update(Report& report, TerminalAlerts& alerts) {
+    const QString& path = report.packagePath();
+    const FileWrapper::Ptr root = readPackage(path);
+    const int32_t stored = PCProject::modelVersionOfProjectFileWrapper(*root);
+    const int32_t current = PCProject::currentModelVersion();
+    if (stored == current) {
+        report.printLine(u"%1 has model version %2 already."_s.arg(path, QString::number(current)));
+        return;
+    }
+    PCDocument document(alerts, report);
+    if (!document.readFromFileWrapper(root)) refuse(alerts, path);
+    const QString backup = document.project()->backupPath();
+    if (backup.isNull()) {
+        throw InputError(PCProject::backupDirectory(),
+                         u"the backup could not be written there; nothing was updated"_s);
+    }
+    savePackage(*document.fileWrapperOfProject(), path);
+    report.printLine(u"%1 was updated from model version %2 to %3."_s.arg(
+        path, QString::number(stored), QString::number(current)));
+    report.printLine(u"Backup: "_s + backup);
+}
+
+ExitCode run(const Invocation& invocation, Console& console) {
+    TerminalAlerts alerts(console, invocation.has(kYesOption.name));
+    return runOnPackage(invocation.operands().first(), console,
+                        [&](Report& report) { update(report, alerts); });
+}
+
+}  // namespace
+
+const Verb& updateVerb() {
+    static const Verb verb{"update",
+                           "PKG",
+                           1,
+                           1,
+                           "Brings an older project to the current model version, after a backup.",
+                           {kYesOption},
+                           run};
+    return verb;
+}
+
+}  // namespace tweenery

@@ -1,0 +1,133 @@
+// tweenc values: what every element looks like at given times.
+
+#include "cli/json_writer.h"
+#include "cli/packages.h"
+#include "cli/verb.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+namespace {
+
+constexpr VerbOption kAnimationOption{"animation", "NAME",
+                                      "by its name or identifier; without it the setup state"};
+constexpr VerbOption kAtOption{"at", "MS[,MS...]", "times in whole milliseconds, 0 or later", true};
+
+using Times = std::vector<int32_t>;
+
+struct ElementValues {
+    float opacity;
+    float rotation;
+    QPointF scale;
+    QPointF translation;
+    QString image;
+    QStringList children;
+};
+
+Times timesFrom(const QString& text) {
+    Times times;
+    for (const QString& part : text.split(u',')) {
+        bool isNumber = false;
+        const int32_t time = part.trimmed().toInt(&isNumber);
+        if (!isNumber || time < 0) {
+            throw UsageError{u"--at takes whole milliseconds, 0 or later, not '%1'"_s.arg(part)};
+        }
+        times.push_back(time);
+    }
+    return times;
+}
+
+PCAnimation::Ptr animationNamed(const QString& name, const PCProject::Ptr& project) {
+    const PCAnimationsManager& manager = project->animationsManager();
+    QStringList names;
+    for (const PCAnimation::Ptr& animation : manager.animations()) {
+        if (animation->name() == name) return animation;
+        names += u'\'' + animation->name() + u'\'';
+    }
+    if (const PCAnimation::Ptr animation = manager.animationForIdentifier(name)) return animation;
+    throw InputError(u"animations"_s,
+                     u"there is none named '%1'; %2"_s.arg(
+                         name, names.isEmpty() ? u"the project has no animations"_s
+                                               : u"there are "_s + names.join(u", "_s)));
+}
+
+ElementValues setupValues(const PCElement& element) {
+    return {static_cast<float>(element.opacity()),
+            static_cast<float>(element.zRotation()),
+            element.scale(),
+            element.translationXY(),
+            element.imageName(),
+            PCProject::sortedSubelementIdentifiers(element)};
+}
+
+ElementValues valuesAt(const PCElement& element, int32_t timeInMS) {
+    return {
+        element.opacityAtTimeInMS(timeInMS),       element.zRotationAtTimeInMS(timeInMS),
+        element.scaleAtTimeInMS(timeInMS),         element.translationAtTimeInMS(timeInMS),
+        element.imageContentsAtTimeInMS(timeInMS), element.childrenZPositionsAtTimeInMS(timeInMS)};
+}
+
+void writeElement(const PCElement& element, const ElementValues& values, JsonWriter& json) {
+    const auto single = [&json](const char* key, double value) {
+        json.key(key).single(static_cast<float>(value));
+    };
+    json.beginObject(JsonWriter::Layout::OneLine);
+    json.key("identifier").string(element.identifier().toString());
+    json.key("name").string(element.name());
+    json.key("opacity").single(values.opacity);
+    json.key("rotation").single(values.rotation);
+    single("scaleX", values.scale.x());
+    single("scaleY", values.scale.y());
+    single("translationX", values.translation.x());
+    single("translationY", values.translation.y());
+    json.key("image").string(values.image.isEmpty() ? QString() : values.image);
+    json.key("children").beginArray();
+    for (const QString& child : values.children)
+        json.string(child);
+    json.endArray().endObject();
+}
+
+std::string valuesJson(const PCProject::Ptr& project, const Times& times) {
+    const PCElement::Elements elements = project->canvas()->elementAndAllDescendants();
+    JsonWriter json;
+    json.beginArray();
+    for (const int32_t time : times) {
+        json.beginObject().key("time").integer(time).key("elements").beginArray();
+        for (const PCElement::Ptr& element : elements) {
+            writeElement(*element,
+                         project->isSetupMode() ? setupValues(*element) : valuesAt(*element, time),
+                         json);
+        }
+        json.endArray().endObject();
+    }
+    return json.endArray().take();
+}
+
+ExitCode run(const Invocation& invocation, Console& console) {
+    const Times times = timesFrom(invocation.value(kAtOption.name));
+    const bool animates = invocation.has(kAnimationOption.name);
+    const QString name = invocation.value(kAnimationOption.name);
+    return runOnPackage(invocation.operands().first(), console, [&](Report& report) {
+        const PCProject::Ptr project = openForReading(report);
+        if (animates) {
+            project->animationsManager().setSelectedAnimation(animationNamed(name, project));
+        }
+        report.print(valuesJson(project, times));
+    });
+}
+
+}  // namespace
+
+const Verb& valuesVerb() {
+    static const Verb verb{
+        "values",
+        "PKG",
+        1,
+        1,
+        "Prints the properties of all elements at given times as JSON.",
+        {kAnimationOption, kAtOption, {"json", nullptr, "print JSON, the only form", true}},
+        run};
+    return verb;
+}
+
+}  // namespace tweenery
