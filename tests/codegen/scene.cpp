@@ -25,7 +25,6 @@ PCAnimation::Ptr Scene::addAnimation(const QString& name) {
         Identifier::generate().toString());
     directory->pc_replaceSubFileWrapperNamed(kAnimationNameFile, name.toUtf8());
     const auto animation = PCAnimation::initWithAnimationFileWrapper(directory, m_project);
-    animation->setAnimationsManager(&manager);
     manager.addAnimation(animation);
     return animation;
 }
