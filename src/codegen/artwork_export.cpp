@@ -34,11 +34,12 @@ QString reasonForNoImagesDirectory(const QString& path) {
 void exportSet(const PCImageSet& set, const QString& directory, WrittenFiles& files) {
     const auto write = [&](const QString& name, const QByteArray& data) {
         if (data.isNull()) return;
-        if (!isSafeFilename(name)) {
-            files.failures.push_back({name, u"the image set's name is no file name"_s});
-            return;
+        const QString path = kImagesDirectory + u'/' + name;
+        if (isSafeFilename(name)) {
+            writeExportedFile(directory, path, data, files);
+        } else {
+            files.failures.push_back({path, u"the image set's name is no file name"_s});
         }
-        writeExportedFile(directory, kImagesDirectory + u'/' + name, data, files);
     };
     write(set.name(), set.originalData());
     if (set.has2XArtwork()) write(set.artwork2XName(), set.original2xData());

@@ -73,19 +73,17 @@ QString TakenNames::firstFree(const QString& candidate) const {
 
 QString codeFriendlyNameFromName(const QString& name, const TakenNames* uniqueInSet, bool isImage) {
     QString joined = isImage ? u"img"_s : QString();
-    QString piece;
-    const auto endPiece = [&] {
-        joined += pc_stringByUppercasingFirstLetter(piece);
-        piece.clear();
-    };
+    bool beginsWord = true;
     for (const char32_t character : name.toUcs4()) {
-        if (isAlphanumeric(character)) {
-            piece += QString::fromUcs4(&character, 1);
+        if (!isAlphanumeric(character)) {
+            beginsWord = true;
+        } else if (beginsWord) {
+            joined += QString::fromUcs4(&character, 1).toUpper();
+            beginsWord = false;
         } else {
-            endPiece();
+            joined += QChar::fromUcs4(character);
         }
     }
-    endPiece();
     const QString candidate =
         joined.isEmpty() ? u"var"_s : pc_stringByLowercasingFirstLetter(joined);
     return uniqueInSet ? uniqueInSet->firstFree(candidate) : candidate;

@@ -555,7 +555,7 @@ void PCObjCCodeProvider::codeForPropertySetterString(std::string& out, Text text
 
 void PCObjCCodeProvider::codeForBoxedNumber(std::string& out, float value) const {
     out += "@(";
-    appendFixed(out, static_cast<double>(value), 3);
+    appendThreeDecimals(out, value);
     out += ')';
 }
 

@@ -63,7 +63,8 @@ class StandardAnimationCode::BundleCode {
     EasingModes generate();
 
  private:
-    void generateCodeForTimeline(const PCElement& element, const PCKeyedPropertyTimeline& timeline);
+    void generateCodeForTimeline(const PlannedElement& planned,
+                                 const PCKeyedPropertyTimeline& timeline);
     void generateCodeForChildrenOrder(const PCElement& parent,
                                       const PCKeyedPropertyTimeline& timeline);
     void generateCodeForAnimatingTimeline(const PlannedElement& planned, int32_t propertyType,
@@ -131,11 +132,12 @@ EasingModes StandardAnimationCode::BundleCode::generate() {
                                                                       m_bundle.baseMethodName);
     }
     for (const PCAnimationExportElementTimelines& record : m_bundle.timelinesByElement) {
+        const PlannedElement& planned = m_plan.planned(*record.element);
         for (const auto& timeline : record.allNonNilTimelines()) {
             if (timeline->propertyType() == PCPropertyTypeChildrenZPositions) {
                 generateCodeForChildrenOrder(*record.element, *timeline);
             } else {
-                generateCodeForTimeline(*record.element, *timeline);
+                generateCodeForTimeline(planned, *timeline);
             }
         }
     }
@@ -143,7 +145,7 @@ EasingModes StandardAnimationCode::BundleCode::generate() {
 }
 
 void StandardAnimationCode::BundleCode::generateCodeForTimeline(
-    const PCElement& element, const PCKeyedPropertyTimeline& timeline) {
+    const PlannedElement& planned, const PCKeyedPropertyTimeline& timeline) {
     std::string& values = m_lists.values();
     if (isStringProperty(timeline.propertyType())) {
         const auto appendImage = [&](const PropertyValue& value) {
@@ -161,7 +163,7 @@ void StandardAnimationCode::BundleCode::generateCodeForTimeline(
             },
             [&] { m_provider.codeForBoxedNumber(values, timeline.floatValueAtTimeInMS(0)); });
     }
-    generateCodeForAnimatingTimeline(m_plan.planned(element), timeline.propertyType(), timeline);
+    generateCodeForAnimatingTimeline(planned, timeline.propertyType(), timeline);
 }
 
 /// A stacking change becomes a number animation of each child's place.

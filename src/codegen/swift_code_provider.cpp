@@ -469,7 +469,7 @@ void PCSwiftCodeProvider::codeForPropertySetterString(std::string& out, Text tex
 }
 
 void PCSwiftCodeProvider::codeForBoxedNumber(std::string& out, float value) const {
-    appendFixed(out, static_cast<double>(value), 3);
+    appendThreeDecimals(out, value);
     out += " as Float";
 }
 

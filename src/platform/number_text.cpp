@@ -22,8 +22,7 @@ template <typename Number>
 std::string shortest(Number value) {
     // Plain digits as long as 17 of them are enough, as the C library's %g has it.
     const Number magnitude = std::fabs(value);
-    const bool isPlain =
-        magnitude == 0 || (magnitude >= Number(1e-5) && magnitude < Number(1e16));
+    const bool isPlain = magnitude == 0 || (magnitude >= Number(1e-5) && magnitude < Number(1e16));
     FixedBuffer buffer;
     char* const end = buffer.data() + buffer.size();
     return std::string(
@@ -45,6 +44,26 @@ void appendFixed(std::string& out, double value, int decimals) {
     FixedBuffer buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): to_chars fills it
     out += textIn(buffer, std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
                                         std::chars_format::fixed, decimals));
+}
+
+void appendThreeDecimals(std::string& out, float value) {
+    const double thousandths = std::fabs(static_cast<double>(value)) * 1000;
+    if (!(thousandths < 1e15)) {
+        appendFixed(out, static_cast<double>(value), 3);
+        return;
+    }
+    auto rounded = static_cast<uint64_t>(thousandths);
+    const double rest = thousandths - static_cast<double>(rounded);
+    if (rest > 0.5 || (rest == 0.5 && rounded % 2 == 1)) ++rounded;
+    std::array<char, 24> buffer{};
+    char* text = buffer.data();
+    if (std::signbit(value)) *text++ = '-';
+    text = std::to_chars(text, buffer.data() + buffer.size(), rounded / 1000).ptr;
+    *text++ = '.';
+    *text++ = static_cast<char>('0' + rounded / 100 % 10);
+    *text++ = static_cast<char>('0' + rounded / 10 % 10);
+    *text++ = static_cast<char>('0' + rounded % 10);
+    out.append(buffer.data(), text);
 }
 
 std::string shortestText(double value) {

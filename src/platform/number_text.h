@@ -10,6 +10,9 @@ namespace tweenery {
 std::string fixedText(double value, int decimals);
 /// Appends the same text to `out` without an allocation of its own.
 void appendFixed(std::string& out, double value, int decimals);
+/// The text of appendFixed(out, value, 3), several times as fast: a float times 1000 is exact in a
+/// double, so that whole numbers do the rounding.
+void appendThreeDecimals(std::string& out, float value);
 /// The shortest text that reads back as the same number, at most 17 significant digits of a double
 /// and 9 of a float.
 std::string shortestText(double value);

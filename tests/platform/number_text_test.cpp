@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cfloat>
+#include <cmath>
 #include <cstdlib>
+#include <random>
 
 #include "platform/errors.h"
 
@@ -38,6 +41,24 @@ TEST(NumberText, RoundsTheBinaryValueToFixedDecimals) {
     std::string line = "x = ";
     appendFixed(line, 2.5, 3);
     EXPECT_EQ(line, "x = 2.500");
+}
+
+TEST(NumberText, ThreeDecimalsOfAFloatAreTheSameByEitherWay) {
+    const auto expectSame = [](float value) {
+        std::string text = "=";
+        appendThreeDecimals(text, value);
+        ASSERT_EQ(text, '=' + fixedText(static_cast<double>(value), 3)) << value;
+    };
+    for (const float value : {0.0F, -0.0F, 0.0625F, 0.1875F, -0.0004F, 0.0005F, 0.9995F, 1.0005F,
+                              999.9995F, 1e12F, 9.9e14F, 1e15F, FLT_MAX, -FLT_MIN, FLT_TRUE_MIN}) {
+        expectSame(value);
+    }
+    std::mt19937 random(7);
+    for (int i = 0; i < 200000; ++i) {
+        expectSame(static_cast<float>(random() % 4000000) / 4096);  // many ties
+        const float any = std::bit_cast<float>(static_cast<uint32_t>(random()));
+        if (std::isfinite(any)) expectSame(any);
+    }
 }
 
 TEST(NumberText, ShortestTextReadsBackEqual) {

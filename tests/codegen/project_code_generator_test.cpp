@@ -1,0 +1,240 @@
+#include "codegen/project_code_generator.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "codegen/scene.h"
+#include "model/image.h"
+#include "platform/errors.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+TEST(Hierarchy, WritesOnlyWhatDiffersFromTheDefault) {
+    struct Case {
+        const char* what;
+        std::function<void(PCElement&)> change;
+        std::string line;  // empty: none
+    };
+    const Case cases[] = {
+        {"anchor",
+         [](PCElement& e) {
+             e.setAnchorPoint({0.5, 0.50001});
+         },
+         "\n\thero.layer.anchorPoint = CGPointMake(0.500, 0.500);"},
+        {"opacity within 0.0001", [](PCElement& e) { e.setOpacity(0.99995); }, ""},
+        {"opacity", [](PCElement& e) { e.setOpacity(0.9998); }, "\n\thero.alpha = 1.00;"},
+        {"scale",
+         [](PCElement& e) {
+             e.setScale({1, 2.005});
+         },
+         "\n\thero.transform = CGAffineTransformMakeScale(1.00, 2.01);"},
+        {"rotation", [](PCElement& e) { e.setZRotation(0.5); },
+         "\n\thero.transform = CGAffineTransformMakeRotation(0.500);"},
+        {"both",
+         [](PCElement& e) {
+             e.setScale({-1, 1});
+             e.setZRotation(0.5);
+         },
+         "\n\thero.transform = CGAffineTransformScale(CGAffineTransformMakeRotation(0.50), -1.00, "
+         "1.00);"},
+        {"nothing", [](PCElement&) {}, ""},
+    };
+    for (const Case& c : cases) {
+        Scene scene;
+        const auto hero = scene.add(u"hero"_s);
+        hero->setSize({10.25, 10.75});
+        c.change(*hero);
+        EXPECT_THAT(scene.source(u".m"_s),
+                    HasSubstr("\n\n\tUIImageView *hero = [UIImageView new];"
+                              "\n\thero.bounds = CGRectMake(0, 0, 10.2, 10.8);" +
+                              (c.line.find("anchor") != std::string::npos ? c.line : "") +
+                              "\n\thero.layer.position = CGPointMake(0.000, 0.000);" +
+                              (c.line.find("anchor") == std::string::npos ? c.line : "") +
+                              "\n\t[__scaling__ addSubview:hero];"))
+            << c.what;
+    }
+}
+
+TEST(Hierarchy, LoadsEachImageOnceAndTellsVariablesApart) {
+    Scene scene;
+    scene.add(u"one"_s)->setImageName(u"a-b.png"_s);
+    scene.add(u"two"_s)->setImageName(u"a-b.png"_s);
+    scene.add(u"three"_s)->setImageName(u"a_b.png"_s);
+    scene.add(u"imgC"_s)->setImageName(u"c.png"_s);
+    scene.add(u"spark_layer"_s)->setImageName(u"c.png"_s);
+    const std::string code = scene.source(u".m"_s);
+    for (const char* line :
+         {"\n\tUIImage *imgAB = ", "\n\tUIImage *imgAB2 = ", "\n\tUIImage *imgC2 = ",
+          "\n\ttwo.image = imgAB;\n\ttwo.contentMode", "\n\tthree.image = imgAB2;",
+          "\n\tspark.contents = (__bridge id)imgC2.CGImage;\n\tspark.position"}) {
+        EXPECT_THAT(code, HasSubstr(line));
+        EXPECT_EQ(code.find(line), code.rfind(line)) << line;
+    }
+}
+
+TEST(ProjectCodeGenerator, NeedsAProject) {
+    PCProjectCodeGenerator generator;
+    try {
+        generator.loadFileContentsByName();
+        FAIL();
+    } catch (const AssertionFailure& failure) {
+        EXPECT_EQ(failure.message(), u"project MUST be set"_s);
+    }
+}
+
+TEST(ProjectCodeGenerator, DerivesFromThePuppetOnTheMobilePlatformOnly) {
+    Scene scene(u"_LFT_Hero"_s);
+    const std::string mobile = scene.source(u".h"_s);
+    EXPECT_THAT(mobile, HasSubstr("#import <UIKit/UIKit.h>\n#import \"LFTPuppetView.h\"\n\n"
+                                  "IB_DESIGNABLE\n@interface HeroView : LFTPuppetView\n\n\n@end"));
+    const std::string desktop = scene.source(u".h"_s, {.mac = true});
+    EXPECT_THAT(desktop, HasSubstr("@interface HeroView : NSView\n"));
+    EXPECT_THAT(desktop, Not(HasSubstr("LFT")));
+    EXPECT_THAT(
+        scene.source(u".swift"_s, {.language = TargetLanguage::Swift}),
+        HasSubstr("import UIKit\n\n@IBDesignable\nclass HeroView : LFTPuppetView {\n\n\n\t// "
+                  "- MARK: Life Cycle"));
+}
+
+TEST(ProjectCodeGenerator, LeavesTheProjectAsItWas) {
+    Scene scene(u"_LFT_Hero"_s);
+    const auto menu = scene.add(u"menu_button"_s);
+    const auto ghost = scene.add(u"ghost_layer"_s, menu);
+    scene.store(scene.addAnimation(u"walk"_s), ghost, PCPropertyTypeOpacity, {{9, 0.5F}});
+    scene.addAnimation(u"wait"_s);
+    const PCProject::Ptr& project = scene.project();
+    project->fileWrapper();
+    project->canvas()->setModified(false);
+    project->undoManager().removeAllActions();
+    const QString before = project->fileWrapper()->debugDescriptionWithIndent({});
+    const QByteArray canvas = project->packageRoot()->child(u"canvas"_s)->contents();
+    EXPECT_FALSE(scene.source(u".m"_s).empty());
+    EXPECT_EQ(menu->name(), u"menu_button"_s);
+    EXPECT_EQ(ghost->name(), u"ghost_layer"_s);
+    EXPECT_EQ(project->projectName(), u"_LFT_Hero"_s);
+    EXPECT_FALSE(project->canvas()->modified());
+    EXPECT_FALSE(project->undoManager().canUndo());
+    EXPECT_EQ(project->fileWrapper()->debugDescriptionWithIndent({}), before);
+    EXPECT_EQ(project->packageRoot()->child(u"canvas"_s)->contents(), canvas);
+}
+
+TEST(ProjectCodeGenerator, PassesTheKeySuffixOn) {
+    Scene scene;
+    const auto hero = scene.add(u"hero"_s);
+    scene.store(scene.addAnimation(u"walk"_s), hero, PCPropertyTypeOpacity, {{9, 0.5F}});
+    EXPECT_THAT(
+        scene.source(u".m"_s, {.addAnimationSuffix = true}),
+        HasSubstr("forKey:[@\"walk_Opacity\" stringByAppendingString:animationKeySuffix]];"));
+    EXPECT_THAT(scene.source(u".m"_s), HasSubstr("forKey:@\"walk_Opacity\"];"));
+}
+
+using Kind = ExportDiagnostic::Kind;
+
+/// Every diagnostic as "kind name".
+std::vector<std::string> listed(const std::vector<ExportDiagnostic>& diagnostics) {
+    std::vector<std::string> lines;
+    for (const ExportDiagnostic& diagnostic : diagnostics) {
+        lines.push_back((nameOf(diagnostic.kind) + u' ' + diagnostic.name).toStdString());
+        EXPECT_TRUE(diagnostic.sentence.endsWith(u'.')) << qPrintable(diagnostic.sentence);
+        EXPECT_EQ(diagnostic.identifier.isEmpty(),
+                  diagnostic.subject == ExportDiagnostic::Subject::Project);
+    }
+    return lines;
+}
+
+TEST(ExportDiagnostics, TellWhatWillNotCompileOrSurprises) {
+    struct Case {
+        std::function<void(Scene&)> make;
+        RunTarget target;
+        std::vector<std::string> expected;
+    };
+    const RunTarget swift{.language = TargetLanguage::Swift};
+    const RunTarget mac{.mac = true};
+    const auto animate = [](Scene& scene, const QString& name, int32_t type, const Key& key) {
+        const auto element = scene.project()->canvas()->children().front();
+        scene.store(scene.addAnimation(name), element, type, {key});
+    };
+    const Case cases[] = {
+        {[](Scene&) {}, {}, {"empty-project Scene"}},
+        {[](Scene& s) { s.add(u"fine"_s); }, {}, {}},
+        {[](Scene& s) {
+             s.add(u"in it"_s), s.add(u"func"_s), s.add(u"default"_s), s.add(u"bundle"_s);
+         },
+         {},
+         {"reserved-word default", "reserved-word bundle"}},
+        {[](Scene& s) { s.add(u"func"_s); }, swift, {"reserved-word func"}},
+        {[](Scene& s) { s.add(u"2 up"_s), s.add(u"a²"_s); },
+         {},
+         {"leading-digit 2 up", "unusable-character a²"}},
+        {[](Scene& s) { s.add(u"play"_s), s.add(u"play_button"_s), s.add(u"__scaling__"_s); },
+         {},
+         {"colliding-names play_button", "colliding-names __scaling__"}},
+        {[](Scene& s) { s.add(u"play"_s), s.add(u"play_button"_s); }, mac, {}},
+        {[](Scene& s) { s.project()->setProjectName(u"UI"_s), s.add(u"a"_s); },
+         {},
+         {"colliding-names UI"}},
+        {[](Scene& s) { s.project()->setProjectName(u"2 up"_s), s.add(u"a"_s); },
+         {},
+         {"leading-digit 2 up"}},
+        {[](Scene& s) {
+             s.add(u"a"_s);
+             s.addAnimation(u"walk"_s), s.addAnimation(u"walk animation"_s);
+         },
+         {},
+         {"colliding-names walk animation"}},
+        {[&](Scene& s) {
+             s.add(u"a"_s)->setImageName(u"lost.png"_s);
+             animate(s, u"blink"_s, PCPropertyTypeImageContents, {0, u"gone.png"_s});
+         },
+         {},
+         {"missing-image a", "missing-image blink"}},
+        {[&](Scene& s) {
+             s.add(u"a"_s);
+             animate(s, u"walk_sliced_3"_s, PCPropertyTypeOpacity, {9, 0.5F});
+         },
+         swift,
+         {"sliced-left-out walk_sliced_3"}},
+        {[&](Scene& s) {
+             s.add(u"a"_s);
+             animate(s, u"walk_sliced_3"_s, PCPropertyTypeOpacity, {9, 0.5F});
+         },
+         mac,
+         {"sliced-is-mobile-code walk_sliced_3"}},
+        {[&](Scene& s) {
+             s.add(u"a"_s);
+             animate(s, u"old"_s, PCPropertyTypeOpacity, {9, 0.5F});
+             const auto& animation = s.project()->animationsManager().animations().front();
+             s.store(animation, s.project()->canvas()->children().front(), PCPropertyTypeScale,
+                     {{9, QPointF(2, 2)}}, 0, u"xScale.data"_s);
+             s.store(animation, u"GONE"_s, PCPropertyTypeOpacity, {{9, 0.5F}});
+         },
+         {},
+         {"deleted-element old", "legacy-timeline-left-out old"}},
+        {[&](Scene& s) {
+             s.add(u"a_layer"_s);
+             animate(s, u"blink"_s, PCPropertyTypeOpacity, {9, 0.5F});
+         },
+         {},
+         {"does-not-animate blink"}},
+        {[&](Scene& s) {
+             s.add(u"a<recordable>"_s);
+             animate(s, u"a_pngs_5"_s, PCPropertyTypeOpacity, {9, 0.5F});
+         },
+         {},
+         {"recordable-needs-import a<recordable>", "no-pictures-drawn a_pngs_5"}},
+    };
+    for (const Case& c : cases) {
+        Scene scene;
+        c.make(scene);
+        EXPECT_EQ(listed(scene.diagnostics(c.target)), c.expected);
+    }
+}
+
+}  // namespace
+}  // namespace tweenery::test

@@ -1,0 +1,202 @@
+#include "codegen/project_exporter.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+#include "codegen/export_error.h"
+#include "codegen/scene.h"
+#include "model/image.h"
+#include "platform/errors.h"
+#include "support/directory_snapshot.h"
+#include "support/test_paths.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery::test {
+namespace {
+
+ExportOptions options(bool includesImages, bool cleans = false) {
+    return {.includesImages = includesImages,
+            .cleansImageDirectory = cleans,
+            .stamp = {"1.0", "1/2/20"}};
+}
+
+void addImage(Scene& scene, const QString& filename) {
+    QImage bitmap(12, 6, QImage::Format_ARGB32_Premultiplied);
+    bitmap.fill(Qt::red);
+    scene.project()->imageSetManager().addImageSetWithPCImage(
+        std::make_shared<const PCImage>(bitmap, filename));
+}
+
+class ProjectExporter : public testing::Test {
+ protected:
+    QString path(const QString& name) const { return m_directory.filePath(name); }
+    ExportResult run(const Scene& scene, const ExportOptions& options, const QString& folder) {
+        return exportCodeToDirectory(scene.project(), path(folder), true, options);
+    }
+    void writeFile(const QString& name, const QByteArray& contents) {
+        QFile file(path(name));
+        ASSERT_TRUE(QDir().mkpath(QFileInfo(file).path()) && file.open(QIODevice::WriteOnly));
+        file.write(contents);
+    }
+
+ private:
+    QTemporaryDir m_directory;
+};
+
+TEST_F(ProjectExporter, CopiesTheArtworkInUseOnce) {
+    Scene scene;
+    for (const char* name : {"b@3x.png", "a.jpg", "shown@2x.png", "unused.png", "ofGroup.png"})
+        addImage(scene, QString::fromLatin1(name));
+    for (int i = 0; i < 3; ++i)
+        scene.add(u"element %1"_s.arg(i))->setImageName(u"b.png"_s);
+    scene.add(u"photo"_s)->setImageName(u"a.jpg"_s);
+    scene.add(u"lost"_s)->setImageName(u"lost.png"_s);
+    const auto group = scene.add(u"group"_s);
+    group->setGroup(true);
+    group->setImageName(u"ofGroup.png"_s);
+    // Animations that are left out, and elements that are gone, count as well.
+    scene.store(scene.addAnimation(u"_ignore_me"_s), u"GONE"_s, PCPropertyTypeImageContents,
+                {{0, u"shown.png"_s}});
+    const auto project =
+        PCProject::projectForReadingWithFileWrapper(scene.project()->fileWrapper());
+    project->setProjectName(u"Scene"_s);
+
+    const ExportResult result =
+        exportCodeToDirectory(project, path(u"out/deep"_s), true, options(true));
+    EXPECT_EQ(result.files.paths,
+              QStringList({u"SceneView.swift"_s, u"images/a.jpg"_s, u"images/b.png"_s,
+                           u"images/b@2x.png"_s, u"images/b@3x.png"_s, u"images/shown.png"_s,
+                           u"images/shown@2x.png"_s}));
+    EXPECT_TRUE(result.files.failures.empty());
+    const auto files = snapshotOf(path(u"out/deep"_s));
+    EXPECT_EQ(files.size(), 9U);  // with two directories
+    EXPECT_EQ(QByteArray::fromStdString(files.at("images/b@2x.png").content),
+              project->imageSetManager().imageSetWithName(u"b.png"_s)->original2xData());
+}
+
+TEST_F(ProjectExporter, TouchesImagesOnlyWhenAsked) {
+    Scene scene;
+    scene.add(u"a"_s);
+    struct Case {
+        ExportOptions options;
+        bool keepsOldFile, makesFolder;
+    };
+    const Case cases[] = {{options(false, true), true, false},
+                          {options(true), true, true},
+                          {options(true, true), false, true}};
+    int number = 0;
+    for (const Case& c : cases) {
+        const QString folder = u"out%1"_s.arg(++number);
+        writeFile(folder + u"/images/old/old.png"_s, "old");
+        run(scene, c.options, folder);
+        EXPECT_EQ(QFile::exists(path(folder) + u"/images/old/old.png"_s), c.keepsOldFile);
+        const QString fresh = u"fresh%1"_s.arg(number);
+        run(scene, c.options, fresh);
+        EXPECT_EQ(QDir(path(fresh) + u"/images"_s).exists(), c.makesFolder);
+    }
+}
+
+TEST_F(ProjectExporter, NeverWritesThroughALink) {
+    Scene scene;
+    addImage(scene, u"a.png"_s);
+    scene.add(u"a"_s)->setImageName(u"a.png"_s);
+    writeFile(u"outside/keep.png"_s, "keep");
+    writeFile(u"outside.swift"_s, "keep");
+    const auto outside = snapshotOf(path(u"outside"_s));
+    for (const bool cleans : {false, true}) {
+        const QString folder = cleans ? u"cleaned"_s : u"kept"_s;
+        ASSERT_TRUE(QDir().mkpath(path(folder)));
+        ASSERT_TRUE(QFile::link(path(u"outside"_s), path(folder + u"/images"_s)));
+        ASSERT_TRUE(QFile::link(path(u"outside.swift"_s), path(folder + u"/SceneView.swift"_s)));
+        const ExportResult result = run(scene, options(true, cleans), folder);
+        EXPECT_EQ(snapshotOf(path(u"outside"_s)), outside);
+        // A link in the place of the folder is refused, or cleaned away itself.
+        EXPECT_EQ(result.files.failures.size(), cleans ? 0U : 1U);
+        EXPECT_EQ(result.files.paths.contains(u"images/a.png"_s), cleans);
+        QFile kept(path(u"outside.swift"_s));
+        ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
+        EXPECT_EQ(kept.readAll(), "keep");
+    }
+}
+
+TEST_F(ProjectExporter, NotesFailuresAndGoesOn) {
+    Scene scene;
+    const QString longName = QString(250, u'n');
+    addImage(scene, longName + u"@2x.png"_s);  // "@2x" no longer fits in a file name
+    addImage(scene, u"z.png"_s);
+    scene.add(u"a"_s)->setImageName(longName + u".png"_s);
+    scene.add(u"b"_s)->setImageName(u"z.png"_s);
+    ASSERT_TRUE(QDir().mkpath(path(u"out/SceneView.swift/in the way"_s)));
+    const ExportResult result = run(scene, options(true), u"out"_s);
+    ASSERT_EQ(result.files.failures.size(), 2U);
+    EXPECT_EQ(result.files.failures[0].path, u"SceneView.swift"_s);
+    EXPECT_EQ(result.files.failures[1].path, u"images/"_s + longName + u"@2x.png"_s);
+    EXPECT_EQ(result.files.paths,
+              QStringList({u"images/"_s + longName + u".png"_s, u"images/z.png"_s}));
+
+    writeFile(u"file"_s, "in the way");
+    const ExportResult nowhere = run(scene, options(true), u"file/out"_s);
+    EXPECT_TRUE(nowhere.files.paths.isEmpty());
+    ASSERT_EQ(nowhere.files.failures.size(), 1U);
+    EXPECT_FALSE(nowhere.files.failures[0].reason.isEmpty());
+}
+
+TEST_F(ProjectExporter, WritesNothingWhenTheRunStops) {
+    Scene sliced;
+    const auto hero = sliced.add(u"hero"_s);
+    sliced.store(sliced.addAnimation(u"walk_sliced_3"_s), hero, PCPropertyTypeImageContents,
+                 {{9, u"b.png"_s}});
+    EXPECT_THROW(exportCodeToDirectory(sliced.project(), path(u"out"_s), false, options(true)),
+                 ExportError);
+    Scene damaged;
+    const auto animation = damaged.addAnimation(u"walk"_s);
+    animation->fileWrapper()
+        ->pc_ensureSubfileWrapperDirectoryExistsWithName(
+            damaged.add(u"a"_s)->identifier().toString())
+        ->pc_replaceSubFileWrapperNamed(u"opacity.data"_s, "noise");
+    EXPECT_THROW(run(damaged, options(true), u"out"_s), InputError);
+    EXPECT_FALSE(QDir(path(u"out"_s)).exists());
+}
+
+// Names that would end a literal, a comment or a section mark, through a real compiler.
+TEST_F(ProjectExporter, HostileNamesCompile) {
+    const QString clang = QStandardPaths::findExecutable(u"clang"_s);
+    if (clang.isEmpty()) GTEST_SKIP() << "there is no clang";
+    Scene scene;
+    int number = 0;
+    for (const QString& name : {u"quote \" and \\"_s, u"line\nbreak"_s, u"ends in \\"_s,
+                                u"blank after \\ "_s, u"/* comment */ // \u0001\u0085"_s,
+                                u"%@ %d \\u0041"_s, QString(u"nul \0 nul"_s), u"日本語 🎈"_s}) {
+        ++number;
+        const auto element = scene.add(name + u" e%1"_s.arg(number));
+        element->setImageName(name + u".png"_s);
+        for (const QString& tag : {QString(), u"_sliced_3"_s}) {
+            const auto animation = scene.addAnimation(u"%1 a%2"_s.arg(name).arg(number) + tag);
+            scene.store(animation, element, PCPropertyTypeOpacity, {{9, 0.5F}});
+            if (tag.isEmpty()) {
+                scene.store(animation, element, PCPropertyTypeImageContents, {{9, name}});
+            }
+        }
+        scene.addAnimation(name);  // the awkward character ends the comment
+    }
+    exportCodeToDirectory(scene.project(), path(u"out"_s), false, options(false));
+    const QString standIns = sourcePath(u"tests/codegen/standin"_s);
+    QProcess compiler;
+    compiler.setProcessChannelMode(QProcess::MergedChannels);
+    compiler.start(clang,
+                   {u"-fsyntax-only"_s, u"-fobjc-arc"_s, u"-fblocks"_s, u"-Wall"_s, u"-Wextra"_s,
+                    u"-Werror"_s, u"-Wno-sign-compare"_s, u"-nostdinc"_s, u"-x"_s, u"objective-c"_s,
+                    u"-target"_s, u"arm64-apple-ios15"_s, u"-isystem"_s, standIns + u"/common"_s,
+                    u"-isystem"_s, standIns + u"/ios"_s, path(u"out/SceneView.m"_s)});
+    ASSERT_TRUE(compiler.waitForFinished());
+    EXPECT_EQ(compiler.exitCode(), 0) << compiler.readAll().toStdString();
+}
+
+}  // namespace
+}  // namespace tweenery::test

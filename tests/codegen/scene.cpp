@@ -1,0 +1,78 @@
+#include "codegen/scene.h"
+
+#include "codegen/objc_code_provider.h"
+#include "codegen/swift_code_provider.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery::test {
+
+Scene::Scene(const QString& projectName) : m_project(PCProject::init()) {
+    m_project->setProjectName(projectName);
+}
+
+PCElement::Ptr Scene::add(const QString& name, const PCElement::Ptr& parent) {
+    const auto element = PCElement::init();
+    element->setName(name);
+    const auto& target = parent ? parent : m_project->canvas();
+    target->insertSubelement(element, target->children().size());
+    return element;
+}
+
+PCAnimation::Ptr Scene::addAnimation(const QString& name) {
+    PCAnimationsManager& manager = m_project->animationsManager();
+    const auto directory = manager.fileWrapper()->pc_ensureSubfileWrapperDirectoryExistsWithName(
+        Identifier::generate().toString());
+    directory->pc_replaceSubFileWrapperNamed(kAnimationNameFile, name.toUtf8());
+    const auto animation = PCAnimation::initWithAnimationFileWrapper(directory, m_project);
+    manager.addAnimation(animation);
+    return animation;
+}
+
+void Scene::store(const PCAnimation::Ptr& animation, const QString& elementIdentifier, int32_t type,
+                  const std::vector<Key>& keys, int64_t repeatBehavior, const QString& fileName) {
+    const auto timeline = PCKeyedPropertyTimeline::initForElement(nullptr, type);
+    timeline->setRepeatBehavior(repeatBehavior);
+    for (const Key& key : keys) {
+        const auto keyframe = timeline->setStoredPropertyValue(key.value, key.timeInMS);
+        keyframe->setEasingMode(key.easing);
+        keyframe->setInstantTransition(key.instant);
+    }
+    animation->fileWrapper()
+        ->pc_ensureSubfileWrapperDirectoryExistsWithName(elementIdentifier)
+        ->pc_replaceSubFileWrapperNamed(fileName.isNull() ? filenameOfTimelineType(type) : fileName,
+                                        KeyedArchiver::archivedDataWithRootObject(*timeline));
+}
+
+ExportPlan Scene::plan(const RunTarget& target) const {
+    return planExport(*m_project, {target.language, target.mac, false, target.addAnimationSuffix});
+}
+
+PCProjectCodeGenerator Scene::generator(const RunTarget& target) const {
+    const GenerationStamp stamp{"1.0", "1/2/20"};
+    PCProjectCodeGenerator generator;
+    generator.setProject(m_project);
+    generator.setGenerateForMac(target.mac);
+    generator.setAddAnimationSuffix(target.addAnimationSuffix);
+    if (target.language == TargetLanguage::Swift) {
+        generator.setLanguageProvider(std::make_unique<PCSwiftCodeProvider>(stamp));
+    } else {
+        generator.setLanguageProvider(std::make_unique<PCObjCCodeProvider>(stamp));
+    }
+    return generator;
+}
+
+std::string Scene::source(const QString& extension, const RunTarget& target) const {
+    PCProjectCodeGenerator run = generator(target);
+    run.loadFileContentsByName();
+    for (const auto& [name, text] : run.fileContentsByName()) {
+        if (name.endsWith(extension)) return text;
+    }
+    return {};
+}
+
+std::vector<ExportDiagnostic> Scene::diagnostics(const RunTarget& target) const {
+    return exportDiagnostics(*m_project, plan(target));
+}
+
+}  // namespace tweenery::test
