@@ -24,7 +24,7 @@ class KeyframeEdits : public testing::Test {
         PCKeyedPropertyTimeline::initForElement(element, PCPropertyTypeTranslationX);
 
     Keyframe at(int32_t time) { return timeline->existingKeyframeAtTimeInMS(time); }
-    void key(std::initializer_list<int32_t> times) {
+    void key(const std::vector<int32_t>& times) {
         for (const int32_t time : times) {
             timeline->setFloatPropertyValue(static_cast<float>(time), time);
         }
@@ -174,7 +174,7 @@ TEST_F(KeyframeEdits, DuplicatesTakeTheInstantFlagOnly) {
 
 TEST_F(KeyframeEdits, ALoopNeedsSomethingToLoopOver) {
     struct Case {
-        std::initializer_list<int32_t> keys;
+        std::vector<int32_t> keys;
         int64_t after;
     };
     for (const Case& c :
