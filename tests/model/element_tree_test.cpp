@@ -140,7 +140,7 @@ TEST(ElementTree, KeepsNamesUnique) {
     addElement(group, u"C"_s);
     addElement(group, u" D "_s);
     canvas->insertSubelement(group, 0);
-    EXPECT_EQ(treeText(*group), "C 1 C 2 D");
+    EXPECT_EQ(treeText(*group), "C_1 C_2 D");
     EXPECT_EQ(group->name(), u"G 1"_s);
 }
 

@@ -33,7 +33,7 @@ PCAnimation::Ptr selectNewAnimation(PCProject& project, const QString& name);
 /// Fills the canvas from the notation of treeText(): elements back to front, a group's children in
 /// braces, a plus behind the name of an expanded group: "A G{B C} H+{D}".
 void buildTree(PCProject& project, std::string_view notation);
-/// The children of `root` in that notation.
+/// The children of `root` in that notation; a blank in a name shows as "_".
 std::string treeText(const PCElement& root);
 /// The element of that name below the canvas.
 PCElement::Ptr named(PCProject& project, const QString& name);
@@ -50,7 +50,7 @@ std::string keysText(const PCKeyedPropertyTimeline& timeline);
 class UndoWalk {
  public:
     UndoWalk(PCProject& project, std::function<std::string()> state);
-    /// Does one edit, which becomes one step.
+    /// Does one edit. Makes it one step; without a step nothing may have changed.
     void edit(const std::function<void()>& change);
     /// Undoes everything, redoes everything, and undoes it again.
     void check();
@@ -142,7 +142,7 @@ inline std::string treeText(const PCElement& root) {
     std::string text;
     for (const PCElement::Ptr& child : root.children()) {
         if (!text.empty()) text += ' ';
-        text += child->name().toStdString();
+        text += QString(child->name()).replace(u' ', u'_').toStdString();
         if (child->expanded()) text += '+';
         if (child->isGroup()) text += '{' + treeText(*child) + '}';
     }
@@ -201,9 +201,12 @@ inline UndoWalk::UndoWalk(PCProject& project, std::function<std::string()> state
 }
 
 inline void UndoWalk::edit(const std::function<void()>& change) {
+    const int64_t count = m_project.undoManager().changeCount();
     change();
     m_project.undoManager().endEvent();
-    m_states.push_back(m_state());
+    const bool isStep = m_project.undoManager().changeCount() != count;
+    if (isStep) m_states.push_back(m_state());
+    EXPECT_EQ(m_state(), m_states.back()) << "changed without a step";
 }
 
 inline void UndoWalk::check() {
