@@ -2,12 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <QRegularExpression>
 #include <functional>
 #include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "model/easing.h"
 #include "model/project.h"
 #include "platform/number_text.h"
 
@@ -44,6 +46,9 @@ std::string exactState(const PCElement& root);
 /// "time:stored value" for each keyframe, with "!" when it is instant, the easing in parentheses
 /// when it is not linear, and "k" when Key All set it.
 std::string keysText(const PCKeyedPropertyTimeline& timeline);
+/// A timeline with the keyframes in that notation; their values are stored as they stand.
+PCKeyedPropertyTimeline::Ptr timelineWithKeys(const PCElement::Ptr& element, int32_t type,
+                                              const char* keys, int64_t repeat = 0);
 
 /// Walks what was done back and forth: the state after every undo and redo has to be the one that
 /// was seen when it was done.
@@ -193,6 +198,24 @@ inline std::string keysText(const PCKeyedPropertyTimeline& timeline) {
         if (record.keyall) text += 'k';
     }
     return text;
+}
+
+inline PCKeyedPropertyTimeline::Ptr timelineWithKeys(const PCElement::Ptr& element, int32_t type,
+                                                     const char* keys, int64_t repeat) {
+    auto timeline = PCKeyedPropertyTimeline::initForElement(element, type);
+    for (const QString& text : QString::fromLatin1(keys).split(u' ', Qt::SkipEmptyParts)) {
+        static const QRegularExpression pattern(
+            QStringLiteral("^(\\d+):([-.e\\d]+)(!?)(?:\\((\\w+)\\))?(k?)$"));
+        const auto match = pattern.match(text);
+        EXPECT_TRUE(match.hasMatch()) << text.toStdString();
+        const auto keyframe = timeline->setStoredPropertyValue(match.captured(2).toFloat(),
+                                                               match.captured(1).toInt());
+        keyframe->setInstantTransition(!match.captured(3).isEmpty());
+        keyframe->setEasingMode(easingModeFromString(match.captured(4)));
+        keyframe->setKeyall(!match.captured(5).isEmpty());
+    }
+    timeline->setRepeatBehavior(repeat);
+    return timeline;
 }
 
 inline UndoWalk::UndoWalk(PCProject& project, std::function<std::string()> state)
