@@ -22,22 +22,14 @@ struct Listener : PCAnimationsManagerChangeListener {
         calls.push_back(what + (animation ? animation->name().toStdString() : "setup"));
         if (removes) manager.removeChangeListener(removes);
     }
-    void animationManagerDidSelectAnimation(PCAnimationsManager& m,
-                                            const PCAnimation::Ptr& a) override {
+    using M = PCAnimationsManager;
+    using A = PCAnimation::Ptr;
+    void animationManagerDidSelectAnimation(M& m, const A& a) override {
         record(m, "selected ", a);
     }
-    void animationManagerDidDeleteAnimation(PCAnimationsManager& m,
-                                            const PCAnimation::Ptr& a) override {
-        record(m, "deleted ", a);
-    }
-    void animationManagerDidRenameAnimation(PCAnimationsManager& m,
-                                            const PCAnimation::Ptr& a) override {
-        record(m, "renamed ", a);
-    }
-    void animationManagerDidAddAnimation(PCAnimationsManager& m,
-                                         const PCAnimation::Ptr& a) override {
-        record(m, "added ", a);
-    }
+    void animationManagerDidDeleteAnimation(M& m, const A& a) override { record(m, "deleted ", a); }
+    void animationManagerDidRenameAnimation(M& m, const A& a) override { record(m, "renamed ", a); }
+    void animationManagerDidAddAnimation(M& m, const A& a) override { record(m, "added ", a); }
 };
 
 class AnimationsManager : public testing::Test {

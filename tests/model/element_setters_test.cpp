@@ -45,122 +45,55 @@ struct Scene {
 
 // Each setter: what it changes, undone and redone, what it tells, and what it does not take.
 TEST(ElementSetters, StoreTellAndUndo) {
-    using Set = std::function<void(PCElement&)>;
-    using Reports = std::vector<std::string>;
+    using E = PCElement;
+    using Set = std::function<void(E&)>;
     struct Case {
         const char* what;
         Set set;
         std::vector<Set> ignored;  // after the first: equal, or not to be taken
-        Reports layer;
-        Reports posted;
+        std::vector<std::string> layer;
+        std::vector<std::string> posted;
     };
+    const auto position = [](double x, double y) {
+        return Set([=](E& e) { e.setPosition({x, y}); });
+    };
+    const auto scale = [](double x, double y) { return Set([=](E& e) { e.setScale({x, y}); }); };
+    const auto anchor = [](double x, double y) {
+        return Set([=](E& e) { e.setAnchorPoint({x, y}); });
+    };
+    const auto size = [](double x, double y) { return Set([=](E& e) { e.setSize({x, y}); }); };
+    const auto rotation = [](double to) { return Set([=](E& e) { e.setZRotation(to); }); };
+    const auto opacity = [](double to) { return Set([=](E& e) { e.setOpacity(to); }); };
+    const Set name = [](E& e) { e.setName(u"Ball"_s); };
+    const Set image = [](E& e) { e.setImageName(u"gone.png"_s); };
+    const Set hidden = [](E& e) { e.setHidden(true); };
+    const Set locked = [](E& e) { e.setLocked(true); };
+    const Set expanded = [](E& e) { e.setExpanded(true); };
+    const Set scalesLocked = [](E& e) { e.setScalesLocked(true); };
+    // clang-format off
     const std::vector<Case> cases = {
-        {"position",
-         [](PCElement& e) {
-             e.setPosition({1, 2});
-         },
-         {[](PCElement& e) {
-              e.setPosition({1, 2});
-          },
-          [](PCElement& e) {
-              e.setPosition({nan, 2});
-          },
-          [](PCElement& e) {
-              e.setPosition({1, infinity});
-          }},
-         {"ball: position"},
-         {"ball: elementpositionchangenotification"}},
-        {"position, by less than a fuzzy comparison sees",
-         [](PCElement& e) {
-             e.setPosition({10, std::nextafter(20.0, 21)});
-         },
-         {},
-         {"ball: position"},
-         {"ball: elementpositionchangenotification"}},
-        {"rotation",
-         [](PCElement& e) { e.setZRotation(-pi / 2); },
-         {[](PCElement& e) { e.setZRotation(1.5 * pi); }, [](PCElement& e) { e.setZRotation(nan); },
-          [](PCElement& e) { e.setZRotation(-infinity); }},
-         {"ball: transforms"},
-         {"ball: elementrotationchangenotification"}},
-        {"scale",
-         [](PCElement& e) {
-             e.setScale({-1, 0});
-         },
-         {[](PCElement& e) {
-              e.setScale({-1, 0});
-          },
-          [](PCElement& e) {
-              e.setScale({1, nan});
-          },
-          [](PCElement& e) {
-              e.setScale({1e200, 1});
-          }},
-         {"ball: transforms"},
-         {"ball: elementscalechangenotification"}},
-        {"anchor",
-         [](PCElement& e) {
-             e.setAnchorPoint({0, 1});
-         },
-         {[](PCElement& e) {
-              e.setAnchorPoint({0, 1});
-          },
-          [](PCElement& e) {
-              e.setAnchorPoint({nan, 1});
-          },
-          [](PCElement& e) {
-              e.setAnchorPoint({1e308, 1});
-          }},
-         {"ball: anchor"},
-         {}},
-        {"opacity, clamped",
-         [](PCElement& e) { e.setOpacity(1.5); },
-         {[](PCElement& e) { e.setOpacity(7); }, [](PCElement& e) { e.setOpacity(nan); }},
-         {"ball: opacity"},
-         {"ball: elementopacitychangenotification"}},
-        {"size, negative as it stands",
-         [](PCElement& e) {
-             e.setSize({-5, 7});
-         },
-         {[](PCElement& e) {
-              e.setSize({-5, 7});
-          },
-          [](PCElement& e) {
-              e.setSize({nan, 7});
-          }},
-         {"ball: bounds"},
-         {}},
-        {"name",
-         [](PCElement& e) { e.setName(u"Ball"_s); },
-         {[](PCElement& e) { e.setName(u"Ball"_s); }},
-         {},
-         {"Ball: namechangednotification"}},
-        {"image, whose set is not there",
-         [](PCElement& e) { e.setImageName(u"gone.png"_s); },
-         {[](PCElement& e) { e.setImageName(u"gone.png"_s); }},
-         {"ball: bounds", "ball: contents"},
-         {}},
-        {"hidden",
-         [](PCElement& e) { e.setHidden(true); },
-         {[](PCElement& e) { e.setHidden(true); }},
-         {"ball: hidden"},
-         {"ball: elementhiddenchangenotification"}},
-        {"locked",
-         [](PCElement& e) { e.setLocked(true); },
-         {[](PCElement& e) { e.setLocked(true); }},
-         {},
-         {"ball: elementlockedchangenotification"}},
-        {"expanded",
-         [](PCElement& e) { e.setExpanded(true); },
-         {[](PCElement& e) { e.setExpanded(true); }},
-         {},
-         {"ball: elementexpandedchangenotification"}},
-        {"scales locked",
-         [](PCElement& e) { e.setScalesLocked(true); },
-         {[](PCElement& e) { e.setScalesLocked(true); }},
-         {},
-         {}},
+        {"position", position(1, 2), {position(1, 2), position(nan, 2), position(1, infinity)},
+         {"ball: position"}, {"ball: elementpositionchangenotification"}},
+        {"position, by less than a fuzzy comparison sees", position(10, std::nextafter(20.0, 21)), {},
+         {"ball: position"}, {"ball: elementpositionchangenotification"}},
+        {"rotation", rotation(-pi / 2), {rotation(1.5 * pi), rotation(nan), rotation(-infinity)},
+         {"ball: transforms"}, {"ball: elementrotationchangenotification"}},
+        {"scale", scale(-1, 0), {scale(-1, 0), scale(1, nan), scale(1e200, 1)},
+         {"ball: transforms"}, {"ball: elementscalechangenotification"}},
+        {"anchor", anchor(0, 1), {anchor(0, 1), anchor(nan, 1), anchor(1e308, 1)},
+         {"ball: anchor"}, {}},
+        {"opacity, clamped", opacity(1.5), {opacity(7), opacity(nan)},
+         {"ball: opacity"}, {"ball: elementopacitychangenotification"}},
+        {"size, negative as it stands", size(-5, 7), {size(-5, 7), size(nan, 7)},
+         {"ball: bounds"}, {}},
+        {"name", name, {name}, {}, {"Ball: namechangednotification"}},
+        {"image, whose set is not there", image, {image}, {"ball: bounds", "ball: contents"}, {}},
+        {"hidden", hidden, {hidden}, {"ball: hidden"}, {"ball: elementhiddenchangenotification"}},
+        {"locked", locked, {locked}, {}, {"ball: elementlockedchangenotification"}},
+        {"expanded", expanded, {expanded}, {}, {"ball: elementexpandedchangenotification"}},
+        {"scales locked", scalesLocked, {scalesLocked}, {}, {}},
     };
+    // clang-format on
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         Scene scene;
@@ -265,26 +198,23 @@ TEST(ElementCascades, GoDownAndUp) {
     const auto project = PCProject::init();
     buildTree(*project, "G{A H{B C}} D");
     const auto e = [&](const char* name) { return named(*project, QString::fromLatin1(name)); };
+    const auto hide = [&](const char* name, bool is) { return [=] { e(name)->setHidden(is); }; };
+    const auto lock = [&](const char* name, bool is) { return [=] { e(name)->setLocked(is); }; };
     struct Step {
-        const char* what;
         std::function<void()> edit;
         const char* after;
     };
+    // Showing one shows the groups above, and thereby all their children.
     const std::vector<Step> steps = {
-        {"hide one", [&] { e("B")->setHidden(true); }, "G A H Bh C D "},
-        {"hide the group above", [&] { e("G")->setHidden(true); }, "Gh Ah Hh Bh Ch D "},
-        {"show one: the groups above show, and all their children",
-         [&] { e("C")->setHidden(false); }, "G A H B C D "},
-        {"hide one again", [&] { e("A")->setHidden(true); }, "G Ah H B C D "},
-        {"hide the group", [&] { e("G")->setHidden(true); }, "Gh Ah Hh Bh Ch D "},
-        {"show the group", [&] { e("G")->setHidden(false); }, "G A H B C D "},
-        {"lock one", [&] { e("A")->setLocked(true); }, "G Al H B C D "},
-        {"lock the group", [&] { e("G")->setLocked(true); }, "Gl Al Hl Bl Cl D "},
+        {hide("B", true), "G A H Bh C D "},     {hide("G", true), "Gh Ah Hh Bh Ch D "},
+        {hide("C", false), "G A H B C D "},     {hide("A", true), "G Ah H B C D "},
+        {hide("G", true), "Gh Ah Hh Bh Ch D "}, {hide("G", false), "G A H B C D "},
+        {lock("A", true), "G Al H B C D "},     {lock("G", true), "Gl Al Hl Bl Cl D "},
     };
     UndoWalk walk(*project, [&] { return flags(*project->canvas()); });
     for (const Step& step : steps) {
         walk.edit(step.edit);
-        EXPECT_EQ(flags(*project->canvas()), step.after) << step.what;
+        EXPECT_EQ(flags(*project->canvas()), step.after);
     }
     walk.check();
     steps.back().edit();

@@ -205,25 +205,6 @@ TEST(KeyedPropertyTimeline, FindsKeyframes) {
     EXPECT_TRUE(empty->timeInMSIsBeforeFirstKeyframe(5));
 }
 
-TEST(KeyedPropertyTimeline, AnswersTheExport) {
-    const auto element = elementWith(0.5, 1, 0);
-    const auto timeline = timelineWithKeys(element, PCPropertyTypeOpacity, "0:0.5 100:0.5");
-    EXPECT_TRUE(timeline->EXPORT_allKeyframeValuesEqual(0.5F));
-    // Stored ratios are compared with the absolute value at 0.
-    EXPECT_FALSE(timeline->EXPORT_isNonChanging());
-    EXPECT_EQ(timeline->EXPORT_propertyValueAsStringAtTimeInMS(50), u"0.250"_s);
-    timeline->EXPORT_setDurationInTimeInMS(100);
-    EXPECT_EQ(keysText(*timeline), "0:0.5 100:0.5");
-    timeline->EXPORT_setDurationInTimeInMS(150);
-    EXPECT_EQ(keysText(*timeline), "0:0.5 100:0.5 150:0.5");
-    timeline->setRepeatBehavior(PCRepeatBehaviorForever);
-    timeline->EXPORT_setDurationInTimeInMS(900);
-    EXPECT_EQ(timeline->durationInMS(), 150);
-    const auto order = element->childrenZPositionsTimeline();
-    order->EXPORT_setDurationInTimeInMS(100);
-    EXPECT_TRUE(order->isEmpty() && order->EXPORT_isNonChanging());
-}
-
 TEST(KeyedPropertyTimeline, DescribesItself) {
     const auto element = elementWith(0.5, 1, 0);
     element->setName(u"Ball %1"_s);

@@ -39,16 +39,26 @@ PCElement::Ptr reread(const PCElement& element) {
 }
 
 TEST(TimelineCoding, KeepsEveryField) {
-    const auto element = PCElement::init();
     const std::vector<std::pair<int32_t, std::vector<PropertyValue>>> cases = {
         {PCPropertyTypeOpacity, {1.1F, -2.0F, {}}},
         {PCPropertyTypeImageContents, {u"a.png"_s, {}, 3.5F}},
         {PCPropertyTypeChildrenZPositions, {QStringList{u"a"_s, u"b"_s}, QStringList()}},
         {PCPropertyTypeScale, {QPointF(1.25, 1.0 / 3)}},
     };
+    // Every stored field of the keyframes, the flags that keysText() does not show included.
+    const auto fields = [](const PCKeyedPropertyTimeline& timeline) {
+        std::string text = keysText(timeline);
+        for (size_t i = 0; i < timeline.keyframesCount(); ++i) {
+            const KeyframeRecord record = timeline.recordOfKeyframe(i);
+            text += '\n' + record.identifier.toString().toStdString();
+            text += record.liveRecorded ? 'r' : ' ';
+            text += record.liveRecordedStart ? 's' : ' ';
+            text += record.liveRecordedEnd ? 'e' : ' ';
+        }
+        return text;
+    };
     for (const auto& [type, values] : cases) {
-        SCOPED_TRACE(type);
-        const auto timeline = PCKeyedPropertyTimeline::initForElement(element, type);
+        const auto timeline = PCKeyedPropertyTimeline::initForElement(PCElement::init(), type);
         int32_t time = 0;
         for (const PropertyValue& value : values) {
             const auto keyframe = timeline->setStoredPropertyValue(value, time += 10);
@@ -63,22 +73,12 @@ TEST(TimelineCoding, KeepsEveryField) {
         EXPECT_EQ(copy->propertyType(), type);
         EXPECT_EQ(copy->repeatBehavior(), PCRepeatBehaviorForeverAutoreverse);
         EXPECT_TRUE(copy->hasUnsavedChanges());
-        EXPECT_EQ(copy->element(), nullptr);
-        EXPECT_EQ(keysText(*copy), keysText(*timeline));
-        ASSERT_EQ(copy->keyframesCount(), timeline->keyframesCount());
-        for (size_t i = 0; i < copy->keyframesCount(); ++i) {
-            const KeyframeRecord a = timeline->recordOfKeyframe(i), b = copy->recordOfKeyframe(i);
-            EXPECT_EQ(a.identifier, b.identifier);
-            EXPECT_TRUE(valuesEqual(a.value, b.value));
-            EXPECT_EQ(a.liveRecorded, b.liveRecorded);
-            EXPECT_EQ(a.liveRecordedStart, b.liveRecordedStart);
-            EXPECT_EQ(a.liveRecordedEnd, b.liveRecordedEnd);
-        }
+        EXPECT_EQ(fields(*copy), fields(*timeline));
     }
-    const auto odd = PCKeyedPropertyTimeline::initForElement(element, PCPropertyTypeOpacity);
+    const auto odd = PCKeyedPropertyTimeline::initForElement(nullptr, PCPropertyTypeOpacity);
     odd->setFloatPropertyValue(1, 0)->setEasingMode(7);
     EXPECT_EQ(reread(*odd)->keyframesSortedByTime()[0]->easingMode(), PCEasingModeLinear);
-    const auto z = PCKeyedPropertyTimeline::initForElement(element, PCPropertyTypeZPosition);
+    const auto z = PCKeyedPropertyTimeline::initForElement(nullptr, PCPropertyTypeZPosition);
     z->setStoredPropertyValue(1.0F, 0);
     EXPECT_THROW(reread(*z), AssertionFailure);
 }
@@ -121,26 +121,18 @@ TEST(TimelineCoding, ReadsWhatOthersWrote) {
             coder.encodeFloat("float", static_cast<float>(i));
         }));
     EXPECT_EQ(keysText(*mended), "100:3 200:2 300:5");
+    // Very many of them: the list is mended in one pass.
+    const auto pairs =
+        read(timelineOf("opacity", nothing, 200000, [](size_t i, KeyedEncoder& item) {
+            item.encodeInt("time", static_cast<int32_t>(i / 2));
+        }));
+    EXPECT_EQ(pairs->keyframesCount(), 100000U);
 
     const QByteArray unknown = timelineOf("skew", nothing, 0, {});
     const QByteArray foreign = Archived("PCElement", nothing).bytes();
     for (const QByteArray& bytes : {unknown, foreign, QByteArray("bplist00")}) {
         EXPECT_THROW(read(bytes), InputError);
     }
-}
-
-// Many keyframes in pairs at one time: the list is mended in one pass, not one by one.
-TEST(TimelineCoding, MendsALongListQuickly) {
-    const size_t count = 200000;
-    const Archived archived("PCKeyedPropertyTimeline", [](KeyedEncoder& coder) {
-        coder.encodeString("property_type", u"opacity"_s);
-        coder.encodeRecords("keyframes", {"PCPropertyKeyframe"}, count,
-                            [](size_t i, KeyedEncoder& item) {
-                                item.encodeInt("time", static_cast<int32_t>(i / 2));
-                            });
-    });
-    const auto timeline = PCKeyedPropertyTimeline::unarchive(archived.bytes(), u"x.data"_s);
-    EXPECT_EQ(timeline->keyframesCount(), count / 2);
 }
 
 TEST(ElementCoding, KeepsTheTreeAndRoundsTo32Bits) {

@@ -54,6 +54,7 @@ TEST(Pasteboard, CarriesAnElementWithItsDescendants) {
     target->animationsManager().setSelectedAnimation(nullptr);
     target->animationsManager().setSelectedAnimation(animation);
     EXPECT_EQ(keysText(*child->scaleXTimeline()) + keysText(*child->scaleYTimeline()), "200:450:3");
+    target->undoManager().undo();  // the selections
     target->undoManager().undo();
     EXPECT_EQ(treeText(*target->canvas()), "");
 }

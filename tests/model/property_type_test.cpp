@@ -10,16 +10,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-TEST(PropertyType, IsFoundByItsStoredName) {
-    for (int32_t type = 0; type < PCPropertyTypeKeyAll; ++type) {
-        // The two z positions share their name; files mean the children's order.
-        const int32_t meant = type == PCPropertyTypeZPosition ? 3 : type;
-        EXPECT_EQ(propertyTypeFromString(stringFromPropertyType(type)), meant);
-        EXPECT_EQ(propertyTypeRow(type).type, type) << "rows stand at their number";
-        EXPECT_EQ(elementTimelineSlot(type) >= 0, propertyTypeRow(type).fileStem != nullptr);
-    }
-}
-
 TEST(PropertyType, RefusesWhatHasNoName) {
     const std::vector<std::pair<std::function<void()>, const char*>> cases = {
         {[] { stringFromPropertyType(PCPropertyTypeKeyAll); }, "* Property not supported"},
