@@ -22,8 +22,7 @@ template <typename Number>
 std::string shortest(Number value) {
     // Plain digits as long as 17 of them are enough, as the C library's %g has it.
     const Number magnitude = std::fabs(value);
-    const bool isPlain =
-        magnitude == 0 || (magnitude >= Number(1e-5) && magnitude < Number(1e16));
+    const bool isPlain = magnitude == 0 || (magnitude >= Number(1e-5) && magnitude < Number(1e16));
     FixedBuffer buffer;
     char* const end = buffer.data() + buffer.size();
     return std::string(
