@@ -83,7 +83,7 @@ PCAnimation::Ptr PCAnimationsManager::addNewEmptyAnimation() {
     return animation;
 }
 
-PCAnimation::Ptr PCAnimationsManager::duplicateAnimation(const PCAnimation::Ptr& source) {
+PCAnimation::Ptr PCAnimationsManager::duplicateAnimation(PCAnimation::Ptr source) {
     const UndoGroup group(project()->undoManager());
     source->saveChangesToFileWrapper();
     const QString identifier = Identifier::generate().toString();
@@ -110,7 +110,7 @@ QString PCAnimationsManager::freeName(const QString& name) const {
     return candidate;
 }
 
-PCAnimation::Ptr PCAnimationsManager::renameAnimation(const PCAnimation::Ptr& animation,
+PCAnimation::Ptr PCAnimationsManager::renameAnimation(PCAnimation::Ptr animation,
                                                       const QString& name) {
     assertContract(animation != nullptr, u"no animation specified to rename"_s);
     const QString oldName = animation->name();
@@ -125,7 +125,7 @@ PCAnimation::Ptr PCAnimationsManager::renameAnimation(const PCAnimation::Ptr& an
     return animation;
 }
 
-void PCAnimationsManager::deleteAnimation(const PCAnimation::Ptr& animation) {
+void PCAnimationsManager::deleteAnimation(PCAnimation::Ptr animation) {
     const UndoGroup group(project()->undoManager());
     if (animation == m_selectedAnimation) setSelectedAnimation(nullptr);
     std::erase(m_animations, animation);
@@ -136,7 +136,7 @@ void PCAnimationsManager::deleteAnimation(const PCAnimation::Ptr& animation) {
         [&](auto& listener) { listener.animationManagerDidDeleteAnimation(*this, animation); });
 }
 
-void PCAnimationsManager::setSelectedAnimation(const PCAnimation::Ptr& animation) {
+void PCAnimationsManager::setSelectedAnimation(PCAnimation::Ptr animation) {
     const auto owner = project();
     // Everything that can fail on damaged files comes before the first change.
     if (animation) animation->loadAllTimelines();

@@ -30,6 +30,8 @@ class PCAnimationsManager {
  public:
     using Animations = std::vector<PCAnimation::Ptr>;
 
+    // Animations are taken by value: an argument may be an entry of animations().
+
     /// Loads the animations of the project's package.
     explicit PCAnimationsManager(const std::shared_ptr<PCProject>& project);
 
@@ -42,18 +44,18 @@ class PCAnimationsManager {
     /// Saves the old selection into the tree, strips all elements of timelines and selection,
     /// attaches the new one's, tells the listeners. Null is setup. Throws InputError when a
     /// timeline of the new selection cannot be read; then nothing has changed.
-    void setSelectedAnimation(const PCAnimation::Ptr& animation);
+    void setSelectedAnimation(PCAnimation::Ptr animation);
     /// Inserts by name, case-insensitively. The animation's directory is put back if it was taken
     /// out.
     void addAnimation(const PCAnimation::Ptr& animation);
     /// Named "Untitled Animation", numbered from 2 when taken.
     PCAnimation::Ptr addNewEmptyAnimation();
     /// A deep copy under the next free numbered name, so that names stay unique.
-    PCAnimation::Ptr duplicateAnimation(const PCAnimation::Ptr& source);
+    PCAnimation::Ptr duplicateAnimation(PCAnimation::Ptr source);
     /// Numbers the name while it is taken. Returns the animation.
-    PCAnimation::Ptr renameAnimation(const PCAnimation::Ptr& animation, const QString& name);
+    PCAnimation::Ptr renameAnimation(PCAnimation::Ptr animation, const QString& name);
     /// A selected animation is deselected first. Undo puts its directory back too.
-    void deleteAnimation(const PCAnimation::Ptr& animation);
+    void deleteAnimation(PCAnimation::Ptr animation);
 
     bool animationExistsWithName(const QString& name) const;
     PCAnimation::Ptr animationForIdentifier(const QString& identifier) const;

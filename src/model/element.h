@@ -296,7 +296,7 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     QPointF m_position;
     QPointF m_scale{1, 1};
     QPointF m_anchorPoint{0.5, 0.5};
-    QSizeF m_size;
+    QSizeF m_size{0, 0};
 
     static Ptr make();
     PCKeyedPropertyTimeline* attachedTimeline(int32_t type) const;

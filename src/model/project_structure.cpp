@@ -11,6 +11,7 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 namespace {
 
+// The edits copy their arguments, which may be the very list of children that they change.
 using Elements = PCElement::Elements;
 
 PCElement::Ptr parentOf(const PCElement& element) {
@@ -224,7 +225,7 @@ void PCProject::groupElements(const Elements& elements) {
 void PCProject::ungroupElements(const Elements& elements) {
     if (!elementsAreAllGroups(elements)) return;
     const UndoGroup undoGroup(m_undoManager);
-    for (const PCElement::Ptr& group : elements) {
+    for (const PCElement::Ptr& group : Elements(elements)) {
         const PCElement::Ptr parent = parentOf(*group);
         if (!parent) continue;  // ungrouped twice, or the canvas
         auto index = static_cast<size_t>(group->index());
@@ -241,7 +242,7 @@ PCProject::Elements PCProject::duplicateItems(const Elements& elements, float po
     const UndoGroup undoGroup(m_undoManager);
     Elements copies;
     const auto offset = static_cast<double>(positionOffset);
-    for (const PCElement::Ptr& source : elements) {
+    for (const PCElement::Ptr& source : Elements(elements)) {
         const PCElement::Ptr copy = PCElement::elementByDuplicatingElement(*source);
         {
             const UndoRegistrationPause pause(m_undoManager);

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "model/easing.h"
-#include "platform/errors.h"
 #include "support/model_builder.h"
 
 namespace tweenery::test {
@@ -11,26 +9,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-struct Key {
-    int32_t time;
-    float stored;
-    PCEasingMode easing = PCEasingModeLinear;
-    bool instant = false;
-};
-
-PCKeyedPropertyTimeline::Ptr timelineOf(const PCElement::Ptr& element, int32_t type,
-                                        const std::vector<Key>& keys, int64_t repeat = 0) {
-    auto timeline = PCKeyedPropertyTimeline::initForElement(element, type);
-    for (const Key& key : keys) {
-        const auto keyframe = timeline->setStoredPropertyValue(key.stored, key.time);
-        keyframe->setEasingMode(key.easing);
-        keyframe->setInstantTransition(key.instant);
-    }
-    timeline->setRepeatBehavior(repeat);
-    return timeline;
-}
-
-// The setup values of each element.
+// An element with these setup values.
 PCElement::Ptr elementWith(double opacity, double scaleX, double rotation) {
     auto element = PCElement::init();
     element->setOpacity(opacity);
@@ -39,128 +18,58 @@ PCElement::Ptr elementWith(double opacity, double scaleX, double rotation) {
     return element;
 }
 
+// clang-format off
 TEST(KeyedPropertyTimeline, AnswersTheValueAtATime) {
-    using T = std::vector<std::pair<int32_t, float>>;  // at a time, the value
     struct Case {
         const char* what;
         PCElement::Ptr element;
         int32_t type;
-        std::vector<Key> keys;
+        const char* keys;
         int64_t repeat;
-        T values;
+        const char* values;  // time:value
     };
     const auto one = elementWith(1, 1, 0);
     const auto half = elementWith(0.5, 2, 1);
     const auto none = elementWith(0.02, 0, 0);
-    const auto x = PCPropertyTypeTranslationX;
-    const std::vector<Key> ramp{{0, 0}, {1000, 100}};
-    const auto eased = [](PCEasingMode mode) {
-        return std::vector<Key>{{0, 0}, {1000, 100, mode}};
-    };
+    const auto opacity = PCPropertyTypeOpacity, scale = PCPropertyTypeScaleX;
+    const auto rotation = PCPropertyTypeZRotation, x = PCPropertyTypeTranslationX;
     const std::vector<Case> cases = {
-        {"an empty one answers setup", half, PCPropertyTypeOpacity, {}, 0, T{{0, 0.5F}, {9, 0.5F}}},
-        {"tweens from setup, then holds",
-         one,
-         PCPropertyTypeOpacity,
-         {{1000, 0.5F}},
-         0,
-         T{{0, 1}, {500, 0.75F}, {1000, 0.5F}, {2000, 0.5F}}},
-        {"an instant first keyframe holds setup",
-         one,
-         PCPropertyTypeOpacity,
-         {{1000, 0.5F, PCEasingModeLinear, true}},
-         0,
-         T{{0, 1}, {999, 1}, {1000, 0.5F}}},
-        {"a keyframe at 0 hides setup",
-         one,
-         PCPropertyTypeOpacity,
-         {{0, 0.25F}},
-         0,
-         T{{0, 0.25F}, {50, 0.25F}}},
-        {"an instant keyframe holds the one before",
-         one,
-         x,
-         {{0, 1}, {100, 5, PCEasingModeLinear, true}},
-         0,
-         T{{99, 1}, {100, 5}, {101, 5}}},
-        {"ratios of setup", half, PCPropertyTypeScaleX, {{0, 3}}, 0, T{{0, 6}}},
-        {"differences from setup", half, PCPropertyTypeZRotation, {{0, 0.5F}}, 0, T{{0, 1.5F}}},
-        {"offsets", half, x, {{0, 3}}, 0, T{{0, 3}}},
-        {"a setup of 0 counts as 0.05, but starts at 0",
-         none,
-         PCPropertyTypeScaleX,
-         {{1000, 40}},
-         0,
-         T{{0, 0}, {500, 1}, {1000, 2}}},
-        {"a setup rotation of 0 counts as 0.05",
-         none,
-         PCPropertyTypeZRotation,
-         {{1000, 0.95F}},
-         0,
-         T{{0, 0}, {1000, 1}}},
-        {"only tweens of opacity are clamped",
-         one,
-         PCPropertyTypeOpacity,
-         {{0, 3}, {1000, -1}, {2000, -1, PCEasingModeLinear, true}},
-         0,
-         T{{0, 3}, {250, 0.75F}, {500, 0.5F}, {1000, -1}, {1500, -1}}},
-        {"scales are not clamped", one, PCPropertyTypeScaleX, {{0, 3}, {1000, -1}}, 0, T{{500, 1}}},
-        {"linear is the exact ratio", one, x, ramp, 0, T{{1, 0.1F}, {333, 33.3F}, {999, 99.9F}}},
-        {"until the last half thousandth",
-         one,
-         x,
-         {{0, 0}, {10000, 100}},
-         0,
-         T{{9994, 99.94F}, {9995, 100}, {9996, 100}}},
-        {"a curve steps in thousandths",
-         one,
-         x,
-         {{0, 0}, {10000, 100, PCEasingModeEaseOut}},
-         0,
-         T{{1000, 16.06F}, {1004, 16.06F}, {9995, 100}}},
-        {"ease in", one, x, eased(PCEasingModeEaseIn), 0, T{{500, 31.54F}}},
-        {"ease in and out", one, x, eased(PCEasingModeEaseInOut), 0, T{{500, 50}}},
-        {"anticipate goes back first", one, x, eased(PCEasingModeAnticipate), 0, T{{100, -4.22F}}},
-        {"overshoot goes too far", one, x, eased(PCEasingModeOvershoot), 0, T{{900, 104.22F}}},
-        {"both", one, x, eased(PCEasingModeAnticOver), 0, T{{100, -3.76F}, {900, 103.76F}}},
-        {"the easing is that of the segment's end",
-         one,
-         x,
-         {{0, 0, PCEasingModeEaseIn}, {1000, 100}, {2000, 0, PCEasingModeEaseIn}},
-         0,
-         T{{500, 50}, {1500, 68.46F}}},
-        {"forever starts over", one, x, ramp, 1,
-         T{{1000, 100}, {1500, 50}, {2000, 0}, {2250, 25}, {3000, 0}}},
-        {"forever and back", one, x, ramp, 2,
-         T{{1250, 75}, {1500, 50}, {2000, 0}, {2250, 25}, {3000, 100}}},
-        {"a loop runs from 0, not from the first keyframe",
-         one,
-         x,
-         {{1000, 100}},
-         1,
-         T{{500, 50}, {1500, 50}, {2000, 0}}},
-        {"a loop over nothing", one, x, {{0, 7}}, 1, T{{0, 7}, {5, 7}}},
-        {"the greatest times",
-         one,
-         x,
-         {{INT32_MAX - 1000, 4}, {INT32_MAX, 8}},
-         0,
-         T{{1000, 4 * 1000.0F / 2147482647.0F}, {INT32_MAX, 8}}},
-        {"the greatest times in a loop",
-         one,
-         x,
-         {{0, 4}, {INT32_MAX, 8}},
-         2,
-         T{{0, 4}, {INT32_MAX, 8}}},
+        {"an empty one answers setup", half, opacity, "", 0, "0:0.5 9:0.5"},
+        {"tweens from setup, then holds", one, opacity, "1000:0.5", 0, "0:1 500:0.75 1000:0.5 2000:0.5"},
+        {"an instant first keyframe holds setup", one, opacity, "1000:0.5!", 0, "0:1 999:1 1000:0.5"},
+        {"a keyframe at 0 hides setup", one, opacity, "0:0.25", 0, "0:0.25 50:0.25"},
+        {"an instant keyframe holds the one before", one, x, "0:1 100:5!", 0, "99:1 100:5 101:5"},
+        {"ratios of setup", half, scale, "0:3", 0, "0:6"},
+        {"differences from setup", half, rotation, "0:0.5", 0, "0:1.5"},
+        {"offsets", half, x, "0:3", 0, "0:3"},
+        {"a setup of 0 counts as 0.05, but starts at 0", none, scale, "1000:40", 0, "0:0 500:1 1000:2"},
+        {"likewise for rotations", none, rotation, "1000:0.95", 0, "0:0 1000:1"},
+        {"only tweens of opacity are clamped", one, opacity, "0:3 1000:-1 2000:-1!", 0, "0:3 250:0.75 500:0.5 1000:-1 1500:-1"},
+        {"scales are not clamped", one, scale, "0:3 1000:-1", 0, "500:1"},
+        {"linear is the exact ratio", one, x, "0:0 1000:100", 0, "1:0.1 333:33.3 999:99.9"},
+        {"until the last half thousandth", one, x, "0:0 10000:100", 0, "9994:99.94 9995:100 9996:100"},
+        {"a curve steps in thousandths", one, x, "0:0 10000:100(easeOut)", 0, "1000:16.06 1004:16.06 1005:16.21 9995:100"},
+        {"ease in", one, x, "0:0 1000:100(easeIn)", 0, "500:31.54"},
+        {"ease in and out", one, x, "0:0 1000:100(easeInOut)", 0, "500:50"},
+        {"anticipate goes back first", one, x, "0:0 1000:100(anticipate)", 0, "100:-4.22"},
+        {"overshoot goes too far", one, x, "0:0 1000:100(overshoot)", 0, "900:104.22"},
+        {"both", one, x, "0:0 1000:100(anticOver)", 0, "100:-3.76 900:103.76"},
+        {"the easing is that of the end", one, x, "0:0(easeIn) 1000:100 2000:0(easeIn)", 0, "500:50 1500:68.46"},
+        {"forever starts over", one, x, "0:0 1000:100", 1, "1000:100 1500:50 2000:0 2250:25 3000:0"},
+        {"forever and back", one, x, "0:0 1000:100", 2, "1250:75 1500:50 2000:0 2250:25 3000:100"},
+        {"a loop runs from 0, not from the first", one, x, "1000:100", 1, "500:50 1500:50 2000:0"},
+        {"a loop over nothing", one, x, "0:7", 1, "0:7 5:7"},
+        {"the greatest times", one, x, "2147482647:4 2147483647:8", 0, "1073741824:2 2147483647:8"},
+        {"the greatest times in a loop", one, x, "0:4 2147483647:8", 2, "0:4 2147483647:8"},
     };
+    // clang-format on
     for (const Case& c : cases) {
-        const auto timeline = timelineOf(c.element, c.type, c.keys, c.repeat);
-        for (const auto& [time, value] : c.values) {
-            EXPECT_FLOAT_EQ(timeline->floatValueAtTimeInMS(time), value)
-                << c.what << ", at " << time;
-            EXPECT_EQ(floatOfValue(timeline->valueAtTimeInMS(time)),
-                      timeline->floatValueAtTimeInMS(time))
-                << c.what << ", boxed, at " << time;
+        const auto timeline = timelineWithKeys(c.element, c.type, c.keys, c.repeat);
+        for (const QString& pair : QString::fromLatin1(c.values).split(u' ')) {
+            const int32_t time = pair.section(u':', 0, 0).toInt();
+            const float value = timeline->floatValueAtTimeInMS(time);
+            EXPECT_NEAR(value, pair.section(u':', 1).toFloat(), 2e-5) << c.what << " at " << time;
+            EXPECT_EQ(floatOfValue(timeline->valueAtTimeInMS(time)), value) << c.what;
         }
     }
 }
@@ -168,11 +77,12 @@ TEST(KeyedPropertyTimeline, AnswersTheValueAtATime) {
 // Looking up in any order gives what a fresh timeline gives: the remembered segment is only a hint.
 TEST(KeyedPropertyTimeline, AnswersTheSameInAnyOrder) {
     const auto element = elementWith(1, 1, 0);
-    const std::vector<Key> keys{{10, 1}, {20, 5}, {30, 2}, {40, 8}, {50, 3}};
-    const auto timeline = timelineOf(element, PCPropertyTypeTranslationX, keys);
-    for (const int32_t time : {45, 5, 15, 60, 25, 10, 50, 49, 0, 35, 34, 12}) {
-        const auto fresh = timelineOf(element, PCPropertyTypeTranslationX, keys);
-        EXPECT_EQ(timeline->floatValueAtTimeInMS(time), fresh->floatValueAtTimeInMS(time)) << time;
+    const auto make = [&element] {
+        return timelineWithKeys(element, PCPropertyTypeTranslationX, "10:1 20:5 30:2 40:8 50:3");
+    };
+    const auto timeline = make();
+    for (const int32_t time : {45, 5, 15, 60, 25, 10, 50, 49, 0, 35, 34, 12, 55}) {
+        EXPECT_EQ(timeline->floatValueAtTimeInMS(time), make()->floatValueAtTimeInMS(time)) << time;
     }
     timeline->deleteKeyframe(timeline->existingKeyframeAtTimeInMS(50));
     timeline->deleteKeyframe(timeline->existingKeyframeAtTimeInMS(40));
@@ -180,46 +90,37 @@ TEST(KeyedPropertyTimeline, AnswersTheSameInAnyOrder) {
 }
 
 TEST(KeyedPropertyTimeline, KeepsValuesFromTooSmallASetup) {
-    struct Row {
-        float value, parsed;
-    };
-    for (const Row row : {Row{0, 0.05F},
-                          {-0.0F, 0.05F},
-                          {0.04F, 0.05F},
-                          {0.05F, 0.05F},
-                          {0.06F, 0.06F},
-                          {-0.01F, -0.05F},
-                          {-0.05F, -0.05F},
-                          {-0.06F, -0.06F}}) {
-        EXPECT_EQ(PCKeyedPropertyTimeline::floatParsedByThreshold(row.value), row.parsed)
-            << row.value;
+    for (const auto& [value, parsed] : {std::pair(0.0F, 0.05F),
+                                        {-0.0F, 0.05F},
+                                        {0.04F, 0.05F},
+                                        {0.05F, 0.05F},
+                                        {0.06F, 0.06F},
+                                        {-0.01F, -0.05F},
+                                        {-0.05F, -0.05F},
+                                        {-0.06F, -0.06F}}) {
+        EXPECT_EQ(PCKeyedPropertyTimeline::floatParsedByThreshold(value), parsed) << value;
     }
     struct Write {
         PCPropertyType type;
         double opacity, scaleX, rotation;
         float written, stored;
     };
-    const std::vector<Write> writes = {
-        {PCPropertyTypeScaleX, 1, 0, 0, 2, 40},
-        {PCPropertyTypeScaleX, 1, -0.001, 0, 2, -40},
-        {PCPropertyTypeScaleX, 1, 4, 0, 2, 0.5F},
-        {PCPropertyTypeOpacity, 0.5, 1, 0, 1, 2},
-        {PCPropertyTypeZRotation, 1, 1, 0, 1, 0.95F},
-        {PCPropertyTypeZRotation, 1, 1, 2, 1, -1},
-        {PCPropertyTypeTranslationY, 1, 1, 2, 7, 7},
-        {PCPropertyTypeScaleX, 1, 0, 0, 3e38F, std::numeric_limits<float>::max()},
-    };
-    for (const Write& write : writes) {
+    for (const Write& write : {Write{PCPropertyTypeScaleX, 1, 0, 0, 2, 40},
+                               Write{PCPropertyTypeScaleX, 1, -0.001, 0, 2, -40},
+                               Write{PCPropertyTypeScaleX, 1, 4, 0, 2, 0.5F},
+                               Write{PCPropertyTypeOpacity, 0.5, 1, 0, 1, 2},
+                               Write{PCPropertyTypeZRotation, 1, 1, 0, 1, 0.95F},
+                               Write{PCPropertyTypeZRotation, 1, 1, 2, 1, -1},
+                               Write{PCPropertyTypeTranslationY, 1, 1, 2, 7, 7}}) {
         const auto element = elementWith(write.opacity, write.scaleX, write.rotation);
         const auto timeline = PCKeyedPropertyTimeline::initForElement(element, write.type);
         const auto keyframe = timeline->setFloatPropertyValue(write.written, 10);
         EXPECT_FLOAT_EQ(keyframe->floatPropertyValue(), write.stored) << write.type;
-        if (write.written < 1e38F) {
-            EXPECT_FLOAT_EQ(timeline->floatValueAtTimeInMS(10), write.written) << write.type;
-            EXPECT_EQ(floatOfValue(timeline->valueOfKeyframe(*keyframe)),
-                      timeline->floatValueAtTimeInMS(10));
-        }
+        EXPECT_FLOAT_EQ(timeline->floatValueAtTimeInMS(10), write.written) << write.type;
     }
+    const auto flat =
+        PCKeyedPropertyTimeline::initForElement(elementWith(1, 0, 0), PCPropertyTypeScaleX);
+    EXPECT_TRUE(std::isfinite(flat->setFloatPropertyValue(3e38F, 0)->floatPropertyValue()));
 }
 
 TEST(KeyedPropertyTimeline, FollowsItsSetup) {
@@ -269,17 +170,16 @@ TEST(KeyedPropertyTimeline, TakesTheAutoreverseOfChildrenFromTheParent) {
 }
 
 TEST(KeyedPropertyTimeline, FindsKeyframes) {
-    const auto timeline = timelineOf(elementWith(1, 1, 0), PCPropertyTypeTranslationX,
-                                     {{100, 1}, {200, 2}, {300, 3}});
+    const auto timeline =
+        timelineWithKeys(elementWith(1, 1, 0), PCPropertyTypeTranslationX, "100:1 200:2 300:3");
     constexpr int32_t none = -1;
     struct Row {
         int32_t time, existing, before, after, closest;
     };
-    const std::vector<Row> rows = {
-        {0, none, none, 100, 100},  {100, 100, 100, 100, 100},   {149, none, 100, 200, 100},
-        {150, none, 100, 200, 100}, {151, none, 100, 200, 200},  {200, 200, 200, 200, 200},
-        {300, 300, 300, 300, 300},  {301, none, 300, none, 300}, {INT32_MAX, none, 300, none, 300},
-    };
+    const std::vector<Row> rows = {{0, none, none, 100, 100},        {100, 100, 100, 100, 100},
+                                   {150, none, 100, 200, 100},       {151, none, 100, 200, 200},
+                                   {300, 300, 300, 300, 300},        {301, none, 300, none, 300},
+                                   {INT32_MAX, none, 300, none, 300}};
     const auto timeOf = [](const auto& keyframe) { return keyframe ? keyframe->timeInMS() : none; };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.time);
@@ -300,36 +200,16 @@ TEST(KeyedPropertyTimeline, FindsKeyframes) {
     EXPECT_EQ(all[0]->prevKeyframe(), nullptr);
     EXPECT_EQ(floatOfValue(timeline->keyframeValueAtOrBeforeTimeInMS(250)), 2);
     EXPECT_EQ(floatOfValue(timeline->keyframeValueAtOrAfterTimeInMS(350)), 0);
-    const auto empty = timelineOf(elementWith(1, 1, 0), PCPropertyTypeTranslationX, {});
+    const auto empty = timelineWithKeys(elementWith(1, 1, 0), PCPropertyTypeTranslationX, "");
     EXPECT_EQ(empty->keyframeClosestToTimeInMS(5), nullptr);
     EXPECT_TRUE(empty->timeInMSIsBeforeFirstKeyframe(5));
-}
-
-TEST(KeyedPropertyTimeline, AnswersTheExport) {
-    const auto element = elementWith(0.5, 1, 0);
-    const auto timeline = timelineOf(element, PCPropertyTypeOpacity, {{0, 0.5F}, {100, 0.5F}});
-    EXPECT_TRUE(timeline->EXPORT_allKeyframeValuesEqual(0.5F));
-    // Stored ratios are compared with the absolute value at 0.
-    EXPECT_FALSE(timeline->EXPORT_isNonChanging());
-    EXPECT_EQ(timeline->EXPORT_propertyValueAsStringAtTimeInMS(50), u"0.250"_s);
-    timeline->EXPORT_setDurationInTimeInMS(100);
-    EXPECT_EQ(keysText(*timeline), "0:0.5 100:0.5");
-    timeline->EXPORT_setDurationInTimeInMS(150);
-    EXPECT_EQ(keysText(*timeline), "0:0.5 100:0.5 150:0.5");
-    timeline->setRepeatBehavior(PCRepeatBehaviorForever);
-    timeline->EXPORT_setDurationInTimeInMS(900);
-    EXPECT_EQ(timeline->durationInMS(), 150);
-    const auto order = element->childrenZPositionsTimeline();
-    order->EXPORT_setDurationInTimeInMS(100);
-    EXPECT_TRUE(order->isEmpty() && order->EXPORT_isNonChanging());
 }
 
 TEST(KeyedPropertyTimeline, DescribesItself) {
     const auto element = elementWith(0.5, 1, 0);
     element->setName(u"Ball %1"_s);
     const auto timeline =
-        timelineOf(element, PCPropertyTypeOpacity,
-                   {{100, 1.5F, PCEasingModeEaseIn}, {200, 0.1F, PCEasingModeLinear, true}}, 2);
+        timelineWithKeys(element, PCPropertyTypeOpacity, "100:1.5(easeIn) 200:0.1!", 2);
     EXPECT_EQ(timeline->debugDescription().toStdString(),
               "[timeline (Ball %1) opacity (count:2): 0.5 (from element 'Ball %1')"
               "<100(easeIn)|1.5-->0.75>, <200(INSTANT)|0.1-->0.05>] "

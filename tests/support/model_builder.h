@@ -2,12 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <QRegularExpression>
 #include <functional>
 #include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "model/easing.h"
 #include "model/project.h"
 #include "platform/number_text.h"
 
@@ -33,7 +35,7 @@ PCAnimation::Ptr selectNewAnimation(PCProject& project, const QString& name);
 /// Fills the canvas from the notation of treeText(): elements back to front, a group's children in
 /// braces, a plus behind the name of an expanded group: "A G{B C} H+{D}".
 void buildTree(PCProject& project, std::string_view notation);
-/// The children of `root` in that notation.
+/// The children of `root` in that notation; a blank in a name shows as "_".
 std::string treeText(const PCElement& root);
 /// The element of that name below the canvas.
 PCElement::Ptr named(PCProject& project, const QString& name);
@@ -44,13 +46,16 @@ std::string exactState(const PCElement& root);
 /// "time:stored value" for each keyframe, with "!" when it is instant, the easing in parentheses
 /// when it is not linear, and "k" when Key All set it.
 std::string keysText(const PCKeyedPropertyTimeline& timeline);
+/// A timeline with the keyframes in that notation; their values are stored as they stand.
+PCKeyedPropertyTimeline::Ptr timelineWithKeys(const PCElement::Ptr& element, int32_t type,
+                                              const char* keys, int64_t repeat = 0);
 
 /// Walks what was done back and forth: the state after every undo and redo has to be the one that
 /// was seen when it was done.
 class UndoWalk {
  public:
     UndoWalk(PCProject& project, std::function<std::string()> state);
-    /// Does one edit, which becomes one step.
+    /// Does one edit. Makes it one step; without a step nothing may have changed.
     void edit(const std::function<void()>& change);
     /// Undoes everything, redoes everything, and undoes it again.
     void check();
@@ -142,7 +147,7 @@ inline std::string treeText(const PCElement& root) {
     std::string text;
     for (const PCElement::Ptr& child : root.children()) {
         if (!text.empty()) text += ' ';
-        text += child->name().toStdString();
+        text += QString(child->name()).replace(u' ', u'_').toStdString();
         if (child->expanded()) text += '+';
         if (child->isGroup()) text += '{' + treeText(*child) + '}';
     }
@@ -195,15 +200,36 @@ inline std::string keysText(const PCKeyedPropertyTimeline& timeline) {
     return text;
 }
 
+inline PCKeyedPropertyTimeline::Ptr timelineWithKeys(const PCElement::Ptr& element, int32_t type,
+                                                     const char* keys, int64_t repeat) {
+    auto timeline = PCKeyedPropertyTimeline::initForElement(element, type);
+    for (const QString& text : QString::fromLatin1(keys).split(u' ', Qt::SkipEmptyParts)) {
+        static const QRegularExpression pattern(
+            QStringLiteral("^(\\d+):([-.e\\d]+)(!?)(?:\\((\\w+)\\))?(k?)$"));
+        const auto match = pattern.match(text);
+        EXPECT_TRUE(match.hasMatch()) << text.toStdString();
+        const auto keyframe = timeline->setStoredPropertyValue(match.captured(2).toFloat(),
+                                                               match.captured(1).toInt());
+        keyframe->setInstantTransition(!match.captured(3).isEmpty());
+        keyframe->setEasingMode(easingModeFromString(match.captured(4)));
+        keyframe->setKeyall(!match.captured(5).isEmpty());
+    }
+    timeline->setRepeatBehavior(repeat);
+    return timeline;
+}
+
 inline UndoWalk::UndoWalk(PCProject& project, std::function<std::string()> state)
     : m_project(project), m_state(std::move(state)), m_states{m_state()} {
     m_project.undoManager().removeAllActions();
 }
 
 inline void UndoWalk::edit(const std::function<void()>& change) {
+    const int64_t count = m_project.undoManager().changeCount();
     change();
     m_project.undoManager().endEvent();
-    m_states.push_back(m_state());
+    const bool isStep = m_project.undoManager().changeCount() != count;
+    if (isStep) m_states.push_back(m_state());
+    EXPECT_EQ(m_state(), m_states.back()) << "changed without a step";
 }
 
 inline void UndoWalk::check() {
