@@ -24,13 +24,14 @@ constexpr int maxSingleFlushes = 16;
 // Thrown within a save when the package on disk is not what the tree was read from.
 struct ChangedOnDisk {};
 
-// The number of flushes that `directory` would take, or more than maxSingleFlushes.
-int flushesFor(const FileWrapper& directory) {
+// The number of flushes that `directory` takes when entries with an origin are linked or not, or
+// some number above maxSingleFlushes.
+int flushesFor(const FileWrapper& directory, bool links) {
     int count = 1;
     for (const auto& [name, node] : directory.fileWrappers()) {
         if (count > maxSingleFlushes) break;
-        if (node->isDirectory()) count += flushesFor(*node);
-        if (node->isRegularFile() && !node->origin()) ++count;
+        if (node->isDirectory()) count += flushesFor(*node, links);
+        if (node->isRegularFile() && !(links && node->origin())) ++count;
     }
     return count;
 }
@@ -52,13 +53,16 @@ class PackageBuilder {
     bool isBig() const { return m_walk.isBig(); }
 
  private:
+    // By the name under which it is filed: a node's own idea of its name is not to be trusted here.
+    using Child = FileWrapper::Children::const_iterator;
+
     // A directory in the making. Stays open while a subdirectory is being filled.
     struct Directory : DirectoryPlace {
         const FileWrapper* node = nullptr;
         int current = -1;  // the same directory of the package that is replaced, if it is there
         int descriptor = -1;
         FileDescriptor ownedCurrent, ownedDescriptor;
-        std::vector<FileWrapper*> subdirectories;
+        std::vector<Child> subdirectories;
         Written written;
     };
     using DirectoryPtr = std::shared_ptr<Directory>;
@@ -66,8 +70,8 @@ class PackageBuilder {
     void fill(const DirectoryPtr& directory);
     void finish(Directory& directory);
     void requireUnchanged(const Directory& directory) const;
-    void makeSubdirectory(Directory& directory, const QString& name, FileWrapper& node) const;
-    void fillSubdirectory(const DirectoryPtr& parent, FileWrapper& node);
+    void makeSubdirectory(Directory& directory, Child child) const;
+    void fillSubdirectory(const DirectoryPtr& parent, Child child);
     void openCurrent(Directory& directory, const Directory& parent, const char* name) const;
     void placeEntry(Directory& directory, const QString& name, FileWrapper& node);
     bool link(const Directory& directory, const char* name, const FileWrapper& node) const;
@@ -82,6 +86,7 @@ class PackageBuilder {
 
     const Unchanged m_unchanged;
     const OnDiskChange m_policy;
+    bool m_links = false;
     bool m_flushesEach = false;
     ParallelWalk m_walk;
     std::mutex m_mutex;
@@ -90,7 +95,8 @@ class PackageBuilder {
 
 void PackageBuilder::build(const FileWrapper& root, const QString& path,
                            const StagedDirectory& staged) {
-    m_flushesEach = flushesFor(root) <= maxSingleFlushes;
+    m_links = m_unchanged == Unchanged::Link && staged.current();
+    m_flushesEach = flushesFor(root, m_links) <= maxSingleFlushes;
     auto directory = std::make_shared<Directory>();
     directory->name = path;
     directory->node = &root;
@@ -103,17 +109,19 @@ void PackageBuilder::build(const FileWrapper& root, const QString& path,
 
 void PackageBuilder::fill(const DirectoryPtr& directory) {
     if (directory->current >= 0 && refusesChanges()) requireUnchanged(*directory);
-    for (const auto& [name, node] : directory->node->fileWrappers()) {
+    const FileWrapper::Children& children = directory->node->fileWrappers();
+    for (auto child = children.begin(); child != children.end(); ++child) {
+        const auto& [name, node] = *child;
         if (!isSafeFilename(name))
             throw InputError(directory->pathOf(name), u"is no name that a file can have"_s);
         if (node->isDirectory())
-            makeSubdirectory(*directory, name, *node);
+            makeSubdirectory(*directory, child);
         else
             placeEntry(*directory, name, *node);
     }
     finish(*directory);
     m_walk.forEach(0, directory->subdirectories.size(), [this, directory](size_t index) {
-        fillSubdirectory(directory, *directory->subdirectories[index]);
+        fillSubdirectory(directory, directory->subdirectories[index]);
     });
 }
 
@@ -132,19 +140,19 @@ void PackageBuilder::requireUnchanged(const Directory& directory) const {
     if (entries.size() != expected || !changed.isEmpty()) throw ChangedOnDisk();
 }
 
-void PackageBuilder::makeSubdirectory(Directory& directory, const QString& name,
-                                      FileWrapper& node) const {
-    const QByteArray entryName = name.toUtf8();
+void PackageBuilder::makeSubdirectory(Directory& directory, Child child) const {
+    const QByteArray entryName = child->first.toUtf8();
     if (::mkdirat(directory.descriptor, entryName, ACCESSPERMS) != 0)
         failWriting(directory, entryName, errno);
-    directory.subdirectories.push_back(&node);
+    directory.subdirectories.push_back(child);
 }
 
-void PackageBuilder::fillSubdirectory(const DirectoryPtr& parent, FileWrapper& node) {
-    const QByteArray entryName = node.filename().toUtf8();
+void PackageBuilder::fillSubdirectory(const DirectoryPtr& parent, Child child) {
+    const auto& [name, node] = *child;
+    const QByteArray entryName = name.toUtf8();
     auto directory = std::make_shared<Directory>();
-    directory->enter(parent, node.filename());
-    directory->node = &node;
+    directory->enter(parent, name);
+    directory->node = node.get();
     openCurrent(*directory, *parent, entryName);
     directory->ownedDescriptor = openDirectoryAt(parent->descriptor, entryName);
     directory->descriptor = directory->ownedDescriptor.number();
@@ -165,13 +173,17 @@ void PackageBuilder::openCurrent(Directory& directory, const Directory& parent,
 // All entries are made: gives the directory the mode that it has in the package, and flushes it.
 void PackageBuilder::finish(Directory& directory) {
     struct stat made, current;
-    const bool has = directory.current >= 0;
-    if (::fstat(directory.descriptor, &made) != 0 ||
-        (has && ::fstat(directory.current, &current) != 0) ||
-        (has && made.st_mode != current.st_mode &&
-         ::fchmod(directory.descriptor, current.st_mode & ALLPERMS) != 0) ||
-        (m_flushesEach && !flushDirectory(directory.descriptor)))
-        throw InputError(directory.path(), failureText(u"could not be written"_s, errno));
+    const auto require = [&](bool done) {
+        if (!done)
+            throw InputError(directory.path(), failureText(u"could not be written"_s, errno));
+    };
+    require(::fstat(directory.descriptor, &made) == 0);
+    if (directory.current >= 0) {
+        require(::fstat(directory.current, &current) == 0);
+        if (made.st_mode != current.st_mode)
+            require(::fchmod(directory.descriptor, current.st_mode & ALLPERMS) == 0);
+    }
+    if (m_flushesEach) require(flushDirectory(directory.descriptor));
     const std::lock_guard lock(m_mutex);
     m_written.insert(m_written.end(), directory.written.begin(), directory.written.end());
     if (directory.parent)
@@ -180,8 +192,7 @@ void PackageBuilder::finish(Directory& directory) {
 
 void PackageBuilder::placeEntry(Directory& directory, const QString& name, FileWrapper& node) {
     const QByteArray entryName = name.toUtf8();
-    if (m_unchanged == Unchanged::Link && node.origin() && directory.current >= 0 &&
-        link(directory, entryName, node))
+    if (m_links && node.origin() && directory.current >= 0 && link(directory, entryName, node))
         return;
     const FileWrapper::Origin origin = node.isRegularFile()
                                            ? writeFile(directory, entryName, node.contents())

@@ -221,6 +221,18 @@ TEST_F(PackageStoreTest, RefusesNamesThatNoFileCanHave) {
     }
 }
 
+TEST_F(PackageStoreTest, WritesNodesWhereTheyAreFiledWhateverTheyCallThemselves) {
+    const auto before = snapshotOf(directory());
+    const auto root = readPackage(path());
+    root->child(u"animations"_s)->setFilename(u".."_s);
+    root->child(u"animations"_s)->pc_replaceSubFileWrapperNamed(u"evil"_s, "x");
+    root->child(u"canvas"_s)->setFilename(u"../canvas"_s);
+    savePackage(*root, path());
+    auto expected = before;
+    expected["Demo.tweenery/animations/evil"] = {'f', before.at("Demo.tweenery/version").mode, "x"};
+    EXPECT_EQ(snapshotOf(directory()), expected);
+}
+
 // A limit on the size of files stands in for a full disk.
 TEST_F(PackageStoreTest, LeavesNothingBehindWhenWritingFails) {
     const auto before = snapshotOf(directory());
