@@ -83,7 +83,7 @@ PCAnimation::Ptr PCAnimationsManager::addNewEmptyAnimation() {
     return animation;
 }
 
-PCAnimation::Ptr PCAnimationsManager::duplicateAnimation(PCAnimation::Ptr source) {
+PCAnimation::Ptr PCAnimationsManager::duplicateAnimation(const PCAnimation::Ptr& source) {
     const UndoGroup group(project()->undoManager());
     source->saveChangesToFileWrapper();
     const QString identifier = Identifier::generate().toString();
@@ -176,7 +176,7 @@ QString PCAnimationsManager::debugDescription() const {
 
 QString pc_stringByGettingNextNumberedName(const QString& name) {
     const QStringList parts = name.split(u' ');
-    const QString last = parts.last();
+    const QString& last = parts.last();
     // The leading digits count, as a C string would be read.
     qsizetype digits = 0;
     while (digits < last.size() && last[digits] >= u'0' && last[digits] <= u'9') {

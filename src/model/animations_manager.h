@@ -30,7 +30,7 @@ class PCAnimationsManager {
  public:
     using Animations = std::vector<PCAnimation::Ptr>;
 
-    // Animations are taken by value: an argument may be an entry of animations().
+    // An argument may be an entry of animations(), whatever happens to that list.
 
     /// Loads the animations of the project's package.
     explicit PCAnimationsManager(const std::shared_ptr<PCProject>& project);
@@ -51,7 +51,7 @@ class PCAnimationsManager {
     /// Named "Untitled Animation", numbered from 2 when taken.
     PCAnimation::Ptr addNewEmptyAnimation();
     /// A deep copy under the next free numbered name, so that names stay unique.
-    PCAnimation::Ptr duplicateAnimation(PCAnimation::Ptr source);
+    PCAnimation::Ptr duplicateAnimation(const PCAnimation::Ptr& source);
     /// Numbers the name while it is taken. Returns the animation.
     PCAnimation::Ptr renameAnimation(PCAnimation::Ptr animation, const QString& name);
     /// A selected animation is deselected first. Undo puts its directory back too.

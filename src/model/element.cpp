@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <ranges>
 
 #include "model/project.h"
 #include "platform/errors.h"
@@ -109,7 +110,7 @@ PCElement* PCElement::parentElement() const {
 }
 
 int32_t PCElement::index() const {
-    assertContract(m_parent != nullptr, u"an element without a parent has no index"_s);
+    if (!m_parent) failContract(u"an element without a parent has no index"_s);
     const Elements& siblings = m_parent->m_subelements;
     if (m_indexHint < siblings.size() && siblings[m_indexHint].get() == this) {
         return static_cast<int32_t>(m_indexHint);
@@ -182,8 +183,8 @@ void PCElement::collect(Elements& into) {
 
 void PCElement::collectReversed(Elements& into) {
     into.push_back(shared_from_this());
-    for (auto child = m_subelements.rbegin(); child != m_subelements.rend(); ++child) {
-        (*child)->collectReversed(into);
+    for (const Ptr& child : std::views::reverse(m_subelements)) {
+        child->collectReversed(into);
     }
 }
 

@@ -1,5 +1,7 @@
 #include "model/project.h"
 
+#include <ranges>
+
 #include "platform/bitmap.h"
 #include "platform/errors.h"
 #include "platform/keyed_archiver.h"
@@ -208,10 +210,9 @@ QStringList PCProject::namesFromIdentifiers(const QStringList& identifiers) {
 namespace {
 
 void listFrontFirst(const PCElement& root, bool expandedOnly, PCElement::Elements& into) {
-    const PCElement::Elements& children = root.children();
-    for (auto child = children.rbegin(); child != children.rend(); ++child) {
-        into.push_back(*child);
-        if (!expandedOnly || (*child)->expanded()) listFrontFirst(**child, expandedOnly, into);
+    for (const PCElement::Ptr& child : std::views::reverse(root.children())) {
+        into.push_back(child);
+        if (!expandedOnly || child->expanded()) listFrontFirst(*child, expandedOnly, into);
     }
 }
 

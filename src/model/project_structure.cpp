@@ -163,7 +163,7 @@ void PCProject::moveBackward(const PCElement::Ptr& element) {
         moveItems({element}, m_canvas, 0);
         return;
     }
-    const PCElement::Ptr below = *next;
+    const PCElement::Ptr& below = *next;
     const PCElement::Ptr newParent = parentOf(*below);
     if (element->index() == 0 && newParent != parent) {
         moveItems({element}, newParent, below->index() + 1);

@@ -132,8 +132,7 @@ inline PCElement::Ptr addGroup(const PCElement::Ptr& parent, const QString& name
 inline PCAnimation::Ptr selectNewAnimation(PCProject& project, const QString& name) {
     const UndoRegistrationPause pause(project.undoManager());
     PCAnimationsManager& manager = project.animationsManager();
-    const PCAnimation::Ptr animation =
-        manager.renameAnimation(manager.addNewEmptyAnimation(), name);
+    PCAnimation::Ptr animation = manager.renameAnimation(manager.addNewEmptyAnimation(), name);
     manager.setSelectedAnimation(animation);
     return animation;
 }
