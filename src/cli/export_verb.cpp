@@ -54,7 +54,9 @@ bool usesSwift(const Invocation& invocation, PCProject& project) {
 QString directoryFor(const QString& package, const Invocation& invocation) {
     const QString out = invocation.value(kOutOption.name);
     if (invocation.operands().size() == 1) return out;
-    return out + u'/' + withoutPathExtension(packageName(package));
+    const QString folder = withoutPathExtension(packageName(package));
+    if (!isSafeFilename(folder)) throw InputError(package, u"has no name for a folder"_s);
+    return out + u'/' + folder;
 }
 
 void requireFoldersOfTheirOwn(const Invocation& invocation) {

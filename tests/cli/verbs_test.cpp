@@ -1,0 +1,343 @@
+// What the verbs do to files: copies, updates, new projects, exports.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QImage>
+
+#include "codegen/project_exporter.h"
+#include "model/project.h"
+#include "platform/package_store.h"
+#include "support/test_paths.h"
+#include "tweenc_runner.h"
+
+namespace tweenery::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+const QStringList packages = {u"Bounce"_s, u"Card"_s, u"Minimal"_s, u"Tags"_s};
+
+QString writePicture(const QString& path, QSize size = {30, 60}) {
+    QImage image(size, QImage::Format_ARGB32);
+    image.fill(Qt::red);
+    EXPECT_TRUE(image.save(path));
+    return path;
+}
+
+TEST(Copy, HoldsAllThatTheOriginalHolds) {
+    for (const QString& package : packages) {
+        Workshop shop;
+        const QString original = shop.copyOf(package);
+        replaceContents(original + u"/notes.txt"_s, "kept");
+        QDir(original).mkpath(u"animations/Unknown/deep"_s);
+        replaceContents(original + u"/images/stray"_s, "kept too");
+        const DirectorySnapshot before = snapshotOf(original);
+
+        const Outcome run = tweenc({u"copy"_s, original, shop.path(u"Q.tweenery"_s)});
+        EXPECT_EQ(run.code, 0) << run.err;
+        EXPECT_EQ(run.out + run.err, "");
+        EXPECT_THAT(differences(snapshotOf(original), before), IsEmpty());
+        const Outcome dump = tweenc({u"dump"_s, original});
+        EXPECT_THAT(dump.out, HasSubstr("notes.txt"));
+        EXPECT_THAT(dump.out, HasSubstr("images/stray"));
+        EXPECT_EQ(tweenc({u"dump"_s, shop.path(u"Q.tweenery"_s)}).out, dump.out);
+    }
+}
+
+TEST(Copy, WritesEveryPartAnew) {
+    Workshop shop;
+    const QString copy = shop.path(u"Q.tweenery"_s);
+    ASSERT_EQ(tweenc({u"copy"_s, packagePath(u"Bounce"_s), copy}).code, 0);
+    DirectorySnapshot written = snapshotOf(copy);
+    // Written by this program's archiver, whose bytes differ from those of the other writer.
+    for (const auto& [path, entry] : snapshotOf(packagePath(u"Bounce"_s))) {
+        if (!entry.content.starts_with("bplist00")) continue;
+        EXPECT_NE(written[path].content, entry.content) << path;
+    }
+}
+
+TEST(NewPackages, AreNotWrittenOverOthers) {
+    Workshop shop;
+    const QString original = shop.copyOf(u"Card"_s);
+    const QString other = shop.copyOf(u"Minimal"_s, u"Q.tweenery"_s);
+    const QString folder = shop.path(u"F.tweenery"_s);
+    QDir().mkpath(folder);
+    replaceContents(folder + u"/letter.txt"_s, "dear");
+    const DirectorySnapshot otherBefore = snapshotOf(other);
+    const DirectorySnapshot folderBefore = snapshotOf(folder);
+
+    EXPECT_EQ(tweenc({u"copy"_s, original, other}).err,
+              "tweenc: " + other.toStdString() + ": is already there; --force replaces it\n");
+    EXPECT_EQ(tweenc({u"new"_s, other}).code, 1);
+    EXPECT_THAT(differences(snapshotOf(other), otherBefore), IsEmpty());
+    EXPECT_THAT(tweenc({u"copy"_s, original, folder, u"--force"_s}).err,
+                HasSubstr("is no package that could be replaced"));
+    EXPECT_THAT(differences(snapshotOf(folder), folderBefore), IsEmpty());
+    EXPECT_THAT(tweenc({u"copy"_s, original, original + u"/images/Q.tweenery"_s}).err,
+                HasSubstr("which would be changed"));
+
+    EXPECT_EQ(tweenc({u"copy"_s, original, other, u"--force"_s}).code, 0);
+    EXPECT_EQ(tweenc({u"dump"_s, other}).out, tweenc({u"dump"_s, original}).out);
+}
+
+struct VersionTest : testing::Test {
+    Workshop shop;
+    QString package = shop.copyOf(u"Card"_s, u"Old.tweenery"_s);
+    QString backups = shop.path(u"Backups"_s);
+
+    VersionTest() { PCProject::setBackupDirectory(backups); }
+    ~VersionTest() override { PCProject::setBackupDirectory({}); }
+
+    void storeVersion(int32_t version) {
+        replaceContents(package + u"/version"_s, versionArchive(version));
+    }
+    std::vector<QStringList> readingCommands() const {
+        return {{u"info"_s, package},
+                {u"describe"_s, package},
+                {u"dump"_s, package},
+                {u"values"_s, package, u"--at"_s, u"0"_s, u"--json"_s},
+                {u"check"_s, package},
+                {u"export"_s, package, u"--out"_s, shop.path(u"out"_s)},
+                {u"copy"_s, package, shop.path(u"Copy.tweenery"_s), u"--force"_s}};
+    }
+};
+
+TEST_F(VersionTest, AnOlderPackageIsReadAsItIs) {
+    storeVersion(13);
+    const DirectorySnapshot before = snapshotOf(package);
+    for (const QStringList& command : readingCommands()) {
+        const Outcome run = tweenc(command);
+        EXPECT_EQ(run.code, 0) << run.err;
+        EXPECT_EQ(run.firstErrorLine(),
+                  "tweenc: version: the project counts as one of model version 13, older than 14; "
+                  "it is read as it is and nothing in it is changed");
+    }
+    EXPECT_THAT(differences(snapshotOf(package), before), IsEmpty());
+    EXPECT_FALSE(QDir(backups).exists());
+    EXPECT_THAT(tweenc({u"info"_s, shop.path(u"Copy.tweenery"_s)}).out,
+                HasSubstr("model version 13"));
+}
+
+TEST_F(VersionTest, ANewerPackageIsRefused) {
+    storeVersion(15);
+    const DirectorySnapshot before = snapshotOf(package);
+    auto commands = readingCommands();
+    commands.push_back({u"update"_s, package, u"--yes"_s});
+    for (const QStringList& command : commands) {
+        const Outcome run = tweenc(command);
+        EXPECT_EQ(run.code, 1);
+        EXPECT_EQ(run.err,
+                  "tweenc: " + package.toStdString() +
+                      ": Tweenery Cannot Open This Project: Old.tweenery was created by a newer "
+                      "version of Tweenery. Please upgrade Tweenery to use the project.\n");
+        EXPECT_EQ(run.out, "");
+    }
+    EXPECT_THAT(differences(snapshotOf(package), before), IsEmpty());
+}
+
+TEST_F(VersionTest, AnUpdateAsksFirst) {
+    struct Case {
+        const char* answer;  // null: nobody can be asked
+        QStringList options;
+        int code;
+        const char* error;
+    };
+    const std::vector<Case> cases = {
+        {nullptr, {}, 1, "Nobody can be asked here; --yes says so."},
+        {"no\n", {}, 1, "Do you want to do that now? [y/N] "},
+        {"", {}, 1, "was not updated, as you decided"},
+        {"Yes\n", {}, 0, "Updating Model of Old.tweenery (From v13 to v14)"},
+        {nullptr, {u"--yes"_s}, 0, "Updating Model of Old.tweenery (From v13 to v14)"},
+    };
+    for (const Case& c : cases) {
+        storeVersion(13);
+        QDir(backups).removeRecursively();
+        const DirectorySnapshot before = snapshotOf(package);
+        const Outcome run = tweenc(QStringList{u"update"_s, package} + c.options, c.answer);
+        EXPECT_EQ(run.code, c.code);
+        EXPECT_THAT(run.err, HasSubstr(c.error));
+        const QStringList kept = QDir(backups).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+        if (c.code != 0) {
+            EXPECT_THAT(differences(snapshotOf(package), before), IsEmpty());
+            EXPECT_TRUE(kept.isEmpty());
+            continue;
+        }
+        EXPECT_THAT(tweenc({u"info"_s, package}).out, HasSubstr("model version 14"));
+        ASSERT_EQ(kept.size(), 1);
+        EXPECT_THAT(differences(snapshotOf(backups + u'/' + kept.front()), before), IsEmpty());
+        EXPECT_THAT(run.out, HasSubstr(kept.front().toStdString()));
+        EXPECT_THAT(tweenc({u"update"_s, package}).out, HasSubstr("has model version 14 already"));
+    }
+}
+
+TEST_F(VersionTest, AnUpdateWithoutABackupIsNone) {
+    storeVersion(13);
+    replaceContents(backups, "a file where the directory should be");
+    const DirectorySnapshot before = snapshotOf(package);
+    const Outcome run = tweenc({u"update"_s, package, u"--yes"_s});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_THAT(run.err, HasSubstr("tweenc: " + backups.toStdString() + ": the backup could not"));
+    EXPECT_THAT(differences(snapshotOf(package), before), IsEmpty());
+}
+
+TEST(New, MakesAnElementForEachPicture) {
+    Workshop shop;
+    const QString package = shop.path(u"N.tweenery"_s);
+    const Outcome run =
+        tweenc({u"new"_s, package, u"--canvas"_s, u"200x100"_s,
+                writePicture(shop.path(u"sun@3x.png"_s), {90, 45}),
+                writePicture(shop.path(u"sun.jpeg"_s)), writePicture(shop.path(u"Big@2X.PNG"_s))});
+    EXPECT_EQ(run.code, 0) << run.err;
+    EXPECT_EQ(tweenc({u"info"_s, package}).out,
+              "N\n  model version 14\n  canvas 200 x 100\n  3 elements (0 groups)\n"
+              "  0 animations\n  3 image sets\n    Big.png  15 x 30 @2x\n    sun.jpg  30 x 60\n"
+              "    sun.png  30 x 15 @2x @3x\n");
+    const auto project = PCProject::projectForReadingWithFileWrapper(readPackage(package));
+    QStringList names;
+    for (const PCElement::Ptr& element : project->canvas()->children()) {
+        names << element->name();
+        EXPECT_EQ(element->position().x(), 100);
+        EXPECT_EQ(element->position().y(), 50);
+        EXPECT_EQ(element->size(),
+                  project->imageSetManager().imageSetWithName(element->imageName())->size());
+    }
+    EXPECT_EQ(names, (QStringList{u"sun"_s, u"sun 1"_s, u"Big"_s}));
+    EXPECT_EQ(tweenc({u"check"_s, package}).code, 0);
+}
+
+TEST(New, RefusesArtworkThatItCannotUse) {
+    Workshop shop;
+    const QString picture = writePicture(shop.path(u"a.png"_s));
+    const QString twice = writePicture(shop.path(u"a@2x.png"_s));
+    const QString text = shop.path(u"b.png"_s);
+    const QString misnamed = shop.path(u"c.tiff"_s);
+    replaceContents(text, "no picture");
+    replaceContents(misnamed, contentsOf(picture));
+    struct Case {
+        QString path;
+        const char* reason;
+    };
+    const std::vector<Case> cases = {
+        {twice, "makes the image set a.png, as "},
+        {text, "is neither a PNG nor a JPEG image"},
+        {misnamed, "is not named as a PNG or JPEG image"},
+        {u"/dev/zero"_s, "is not a regular file"},
+        {shop.path({}), "is not a regular file"},
+        {shop.path(u"gone.png"_s), "could not be opened: No such file or directory"},
+    };
+    for (const Case& c : cases) {
+        const Outcome run = tweenc({u"new"_s, shop.path(u"N.tweenery"_s), picture, c.path});
+        EXPECT_EQ(run.code, 1);
+        EXPECT_THAT(run.err, StartsWith("tweenc: " + c.path.toStdString() + ": " + c.reason));
+        EXPECT_FALSE(QDir(shop.path(u"N.tweenery"_s)).exists());
+    }
+}
+
+TEST(Export, TakesItsChoicesFromTheOptionsAndThePreferences) {
+    struct Case {
+        QString package;
+        QStringList options;
+        bool usesSwift;
+        ExportOptions choices;
+    };
+    const std::vector<Case> cases = {
+        {u"Card"_s, {}, false, {false, true, true, false, {}}},
+        {u"Card"_s,
+         {u"--lang"_s, u"objc"_s, u"--platform"_s, u"mac"_s, u"--clip"_s, u"--no-images"_s},
+         false,
+         {true, true, false, false, {}}},
+        {u"Tags"_s,
+         {u"--lang=swift"_s, u"--platform=ios"_s, u"--no-clip"_s, u"--clip"_s, u"--images"_s},
+         true,
+         {false, true, true, false, {}}},
+        {u"Bounce"_s,
+         {u"--clip"_s, u"--no-clip"_s, u"--clean-images"_s, u"--images"_s, u"--lang=objc"_s},
+         false,
+         {false, false, true, true, {}}},
+    };
+    for (const Case& c : cases) {
+        Workshop shop;
+        const QString out = shop.path(u"tool/deep"_s);
+        const QString expected = shop.path(u"model"_s);
+        const Outcome run = tweenc(QStringList{u"export"_s, packagePath(c.package), u"--out"_s, out,
+                                               u"--date"_s, u"1/2/20"_s} +
+                                   c.options);
+        EXPECT_EQ(run.code, 0) << run.err;
+        ExportOptions choices = c.choices;
+        choices.stamp = {TWEENERY_VERSION, "1/2/20"};
+        const auto project =
+            PCProject::projectForReadingWithFileWrapper(readPackage(packagePath(c.package)));
+        project->setProjectName(c.package);
+        const auto result = exportCodeToDirectory(project, expected, c.usesSwift, choices);
+        EXPECT_THAT(differences(snapshotOf(out), snapshotOf(expected)), IsEmpty());
+        std::string listed;
+        for (const QString& path : result.files.paths)
+            listed += (out + u'/' + path).toStdString() + '\n';
+        EXPECT_EQ(run.out, listed);
+    }
+}
+
+TEST(Export, EndsWithThreeForWarningsOnlyWhenStrict) {
+    Workshop shop;
+    const auto run = [&](const QString& package, const QStringList& options) {
+        return tweenc(
+            QStringList{u"export"_s, packagePath(package), u"--out"_s, shop.path(package)} +
+            options);
+    };
+    EXPECT_EQ(run(u"Tags"_s, {}).code, 0);
+    EXPECT_EQ(run(u"Tags"_s, {u"--strict"_s}).code, 3);
+    EXPECT_THAT(run(u"Tags"_s, {}).err, HasSubstr("warning: element 'inner_button': "));
+    EXPECT_THAT(run(u"Tags"_s, {u"--json"_s}).out, HasSubstr("\"kind\": \"colliding-names\""));
+    EXPECT_EQ(run(u"Card"_s, {u"--strict"_s}).code, 0);
+}
+
+TEST(Export, FailsWhereItCannotWrite) {
+    Workshop shop;
+    replaceContents(shop.path(u"file"_s), "in the way");
+    const QString package = shop.copyOf(u"Card"_s);
+    const DirectorySnapshot before = snapshotOf(package);
+    for (const QString& out : {shop.path(u"file"_s), package, package + u"/images/new"_s}) {
+        const Outcome run = tweenc({u"export"_s, package, u"--out"_s, out});
+        EXPECT_EQ(run.code, 1);
+        EXPECT_THAT(run.err, StartsWith("tweenc: " + out.toStdString()));
+    }
+    EXPECT_THAT(differences(snapshotOf(package), before), IsEmpty());
+}
+
+TEST(SeveralPackages, AreReportedInTheirOrderEachWithItsErrors) {
+    Workshop shop;
+    const QString good = shop.copyOf(u"Minimal"_s, u"Good.tweenery"_s);
+    const QString bad = shop.copyOf(u"Card"_s, u"Bad.tweenery"_s);
+    const QString gone = shop.path(u"Gone.tweenery"_s);
+    QFile::remove(bad + u"/canvas"_s);
+    const std::string errors = "tweenc: " + bad.toStdString() +
+                               "/canvas: is missing from the package\n"
+                               "tweenc: " +
+                               gone.toStdString() + ": does not exist\n";
+
+    const Outcome info = tweenc({u"info"_s, bad, gone, good, packagePath(u"Card"_s)});
+    EXPECT_EQ(info.code, 1);
+    EXPECT_EQ(info.err, errors);
+    EXPECT_EQ(info.out,
+              tweenc({u"info"_s, good}).out + tweenc({u"info"_s, packagePath(u"Card"_s)}).out);
+
+    const QString out = shop.path(u"out"_s);
+    const Outcome run = tweenc({u"export"_s, u"--out"_s, out, bad, gone, good});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_EQ(run.err, errors);
+    EXPECT_EQ(QDir(out).entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList{u"Good"_s});
+
+    EXPECT_THAT(tweenc({u"export"_s, u"--out"_s, out, good, good + u"/"_s}).err,
+                HasSubstr("as another package does"));
+    const QString upward = shop.copyOf(u"Minimal"_s, u"...tweenery"_s);
+    EXPECT_THAT(tweenc({u"export"_s, u"--out"_s, out, good, upward}).err,
+                StartsWith("tweenc: " + upward.toStdString() + ": has no name for a folder"));
+}
+
+}  // namespace
+}  // namespace tweenery::test
