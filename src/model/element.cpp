@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
-#include <ranges>
 
 #include "model/project.h"
 #include "platform/errors.h"
@@ -183,8 +182,8 @@ void PCElement::collect(Elements& into) {
 
 void PCElement::collectReversed(Elements& into) {
     into.push_back(shared_from_this());
-    for (const Ptr& child : std::views::reverse(m_subelements)) {
-        child->collectReversed(into);
+    for (auto child = m_subelements.rbegin(); child != m_subelements.rend(); ++child) {
+        (*child)->collectReversed(into);
     }
 }
 

@@ -1,6 +1,5 @@
 #include "model/project.h"
 
-#include <ranges>
 
 #include "platform/bitmap.h"
 #include "platform/errors.h"
@@ -210,9 +209,10 @@ QStringList PCProject::namesFromIdentifiers(const QStringList& identifiers) {
 namespace {
 
 void listFrontFirst(const PCElement& root, bool expandedOnly, PCElement::Elements& into) {
-    for (const PCElement::Ptr& child : std::views::reverse(root.children())) {
-        into.push_back(child);
-        if (!expandedOnly || child->expanded()) listFrontFirst(*child, expandedOnly, into);
+    const PCElement::Elements& children = root.children();
+    for (auto child = children.rbegin(); child != children.rend(); ++child) {
+        into.push_back(*child);
+        if (!expandedOnly || (*child)->expanded()) listFrontFirst(**child, expandedOnly, into);
     }
 }
 

@@ -43,7 +43,7 @@ class Document : public testing::Test {
                                                 KeyedArchiver::archivedDataWithRootObject(record));
         }
         root->pc_replaceSubFileWrapperNamed(u"unknown"_s, "carried along");
-        savePackage(*root, path);
+        writePackageCopy(*root, path, true);
     }
     QStringList backupNames() const {
         return QDir(backups).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
