@@ -1,9 +1,11 @@
 // tweenc dump: the whole package as one stable JSON, for people to compare and for git to show.
 
 #include <QCryptographicHash>
+#include <QFileInfo>
 #include <QHash>
 #include <algorithm>
 
+#include "cli/input_file.h"
 #include "cli/json_writer.h"
 #include "cli/model_json.h"
 #include "cli/package_inventory.h"
@@ -100,14 +102,15 @@ void writeOtherEntries(const Entries& entries, JsonWriter& json) {
     json.endArray();
 }
 
-void dump(Report& report) {
+void dumpPackage(Report& report) {
     const PCProject::Ptr project = openForReading(report);
     const Entries entries = entriesByDirectory(*project->packageRoot());
     JsonWriter json(JsonWriter::Keys::Sorted);
     json.beginObject();
     writeAnimations(*project, entries, json);
+    const QString canvas = u"canvas"_s;
     json.key("elements");
-    writeElements(*project, json);
+    writeElements({project->packageRoot()->child(canvas)->contents(), canvas}, json);
     writeImageSets(*project, entries, json);
     json.key("modelVersion").integer(project->version().modelVersion());
     writeOtherEntries(entries, json);
@@ -116,16 +119,45 @@ void dump(Report& report) {
     report.print(json.endObject().take());
 }
 
+/// One entry of a package on its own, which is what git hands to a text converter.
+void dumpArchive(Report& report) {
+    const QString& path = report.packagePath();
+    const KeyedUnarchiver archive(readInputFile(path), path);
+    const QString type = archive.root().className();
+    JsonWriter json(JsonWriter::Keys::Sorted);
+    json.beginObject();
+    if (type == u"PCElement") {
+        writeElements(archive, json.key("elements"));
+    } else if (type == u"PCKeyedPropertyTimeline") {
+        writeTimelineFields(archive, json);
+    } else if (type == u"PCProjectPreferences") {
+        writePreferences(*PCProjectPreferences::decode(archive.root()), json.key("preferences"));
+    } else if (type == u"PCProjectVersion") {
+        const int32_t version = PCProjectVersion::decode(archive.root())->modelVersion();
+        json.key("modelVersion").integer(version);
+    } else {
+        throw InputError(path, u"is no archive of a project"_s);
+    }
+    report.print(json.endObject().take());
+}
+
 ExitCode run(const Invocation& invocation, Console& console) {
-    return runOnPackage(invocation.operands().first(), console, dump);
+    const QString path = invocation.operands().first();
+    return runOnPackage(path, console, QFileInfo(path).isFile() ? dumpArchive : dumpPackage);
 }
 
 }  // namespace
 
 const Verb& dumpVerb() {
     static const Verb verb{
-        "dump", "PKG", 1, 1, "Prints everything in a package as JSON that stays the same.",
-        {},     run};
+        "dump",
+        "PKG",
+        1,
+        1,
+        "Prints everything in a package, or in one archive of it, as JSON that stays the same: to "
+        "compare, and for git's textconv.",
+        {},
+        run};
     return verb;
 }
 

@@ -96,12 +96,11 @@ void writeKeyframe(const KeyframeRecord& record, const StoredIdentifiers& stored
 
 }  // namespace
 
-void writeElements(PCProject& project, JsonWriter& json) {
-    const QString entry = u"canvas"_s;
-    const KeyedUnarchiver archive(project.packageRoot()->child(entry)->contents(), entry);
+void writeElements(const KeyedUnarchiver& archive, JsonWriter& json) {
+    const PCElement::Ptr root = PCElement::initWithArchive(archive);
     const StoredIdentifiers stored(archive.root(), "subelements");
     json.beginArray();
-    for (const PCElement::Ptr& element : project.canvas()->elementAndAllDescendants())
+    for (const PCElement::Ptr& element : root->elementAndAllDescendants())
         writeElement(*element, stored, json);
     json.endArray();
 }

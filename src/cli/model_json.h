@@ -1,16 +1,17 @@
 #pragma once
 
 #include "cli/json_writer.h"
-#include "model/project.h"
+#include "model/element.h"
+#include "model/project_preferences.h"
 
 namespace tweenery {
 
 /// The stored fields of the model's parts as JSON, keys sorted. What a file does not store (an
 /// identifier that an old one lacks) is null, so that two dumps of one package are equal.
 
-/// The list of all elements in tree order, back to front, the canvas first; the counts of
-/// `subelements` tell the tree.
-void writeElements(PCProject& project, JsonWriter& json);
+/// The list of all elements of an archived tree in tree order, back to front; the counts of
+/// `subelements` tell the tree. Throws InputError.
+void writeElements(const KeyedUnarchiver& archive, JsonWriter& json);
 
 /// The keys "keyframes", "propertyType" and "repeatBehavior" of an archived timeline. Throws
 /// InputError.

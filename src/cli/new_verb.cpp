@@ -1,14 +1,12 @@
 // tweenc new: a project from artwork.
 
-#include <fcntl.h>
-
 #include <QHash>
 #include <QRegularExpression>
 
+#include "cli/input_file.h"
 #include "cli/packages.h"
 #include "cli/verb.h"
 #include "platform/package_store.h"
-#include "platform/posix_files.h"
 
 using namespace Qt::StringLiterals;
 
@@ -31,36 +29,13 @@ std::optional<QSizeF> canvasSizeFrom(const Invocation& invocation) {
     return size;
 }
 
-/// The bytes of a regular file, whatever else a path may lead to.
-QByteArray readArtwork(const QString& path) {
-    const auto fail = [&](const QString& what) {
-        throw InputError(path, failureText(what, errno));
-    };
-    constexpr off_t maxFileSize = off_t(1) << 30;
-    constexpr int flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-    const FileDescriptor file(::open(systemPath(path).constData(), flags));
-    struct stat status;
-    if (!file || ::fstat(file.number(), &status) != 0) fail(u"could not be opened"_s);
-    if (!S_ISREG(status.st_mode)) throw InputError(path, u"is not a regular file"_s);
-    if (status.st_size > maxFileSize) throw InputError(path, u"is larger than 1 GiB"_s);
-    QByteArray bytes(status.st_size, Qt::Uninitialized);
-    for (qsizetype filled = 0; filled < bytes.size();) {
-        const ssize_t got = ::read(file.number(), bytes.data() + filled,
-                                   static_cast<size_t>(bytes.size() - filled));
-        if (got < 0 && errno != EINTR) fail(u"could not be read"_s);
-        if (got == 0) throw InputError(path, u"was changed while it was read"_s);
-        if (got > 0) filled += got;
-    }
-    return bytes;
-}
-
 /// Makes an image set and an element for each file.
 class ArtworkImport {
  public:
     explicit ArtworkImport(PCProject& project) : m_project(project) {}
 
     void add(const QString& path) {
-        const auto image = std::make_shared<PCImage>(decodeImage(readArtwork(path), path), path);
+        const auto image = std::make_shared<PCImage>(decodeImage(readInputFile(path), path), path);
         const QString name = image->keyname();
         if (m_paths.contains(name)) {
             throw InputError(path,

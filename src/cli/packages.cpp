@@ -27,8 +27,9 @@ void runGuarded(const PackageTask& task, Report& report) {
         report.fail(error);
     } catch (const std::bad_alloc&) {
         report.fail({report.packagePath(), u"needs more memory than there is"_s});
-    } catch (const AssertionFailure& failure) {
-        report.fail({report.packagePath(), u"internal error: "_s + failure.message()});
+    } catch (const std::exception& error) {
+        const QString text = QString::fromUtf8(error.what());
+        report.fail({report.packagePath(), u"internal error: "_s + text});
     }
 }
 
@@ -110,8 +111,8 @@ QString faultOfVersion(const FileWrapper& root) {
 void noteOlderVersion(const FileWrapper& root, int32_t version, Report& report) {
     const QString older =
         u"the project counts as one of model version %1, older than %2; it is "
-        u"read as it is and nothing in it is changed"_s.arg(version)
-            .arg(PCProject::currentModelVersion());
+        u"read as it is and nothing in it is changed"_s.arg(
+            QString::number(version), QString::number(PCProject::currentModelVersion()));
     const QString fault = faultOfVersion(root);
     report.note(kVersionEntry, fault.isEmpty() ? older : fault + u"; "_s + older);
 }

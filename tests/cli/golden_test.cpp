@@ -25,6 +25,13 @@ constexpr GoldenCase cases[] = {
     {"hierarchy_card.txt", "describe --hierarchy Card.tweenery"},
     {"dump_minimal.json", "dump Minimal.tweenery"},
     {"dump_card.json", "dump Card.tweenery"},
+    {"dump_version.json", "dump Card.tweenery/version"},
+    {"dump_preferences.json", "dump Minimal.tweenery/preferences"},
+    {"dump_canvas.json", "dump Minimal.tweenery/canvas"},
+    {"dump_timeline.json",
+     "dump "
+     "Bounce.tweenery/animations/945446F1-364A-4CD6-8B4D-89A18B770D34/"
+     "77375579-B3C0-4DF6-947D-BC939720E7EB/xScale.data"},
     {"values_setup_card.json", "values Card.tweenery --at 0 --json"},
     {"values_bounce.json", "values Bounce.tweenery --animation Bounce --at 0,250,1600 --json"},
     {"values_idle_loop.json",

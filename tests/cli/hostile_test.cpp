@@ -400,8 +400,10 @@ TEST(HostilePaths, AreNoPackages) {
                                      {odd, "does not exist"},
                                      {shop.path(u"gone"_s), "does not exist"}};
     for (const Case& c : cases) {
-        for (const char* verb : {"info", "check", "dump", "describe"}) {
-            const Outcome run = tweenc({QString::fromLatin1(verb), c.path});
+        for (const char* verb : {"info", "check", "copy", "describe"}) {
+            QStringList command{QString::fromLatin1(verb), c.path};
+            if (command.front() == u"copy"_s) command << shop.path(u"Copy.tweenery"_s);
+            const Outcome run = tweenc(command);
             EXPECT_EQ(run.code, 1);
             EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
             EXPECT_THAT(run.err, HasSubstr(c.reason));
@@ -409,6 +411,8 @@ TEST(HostilePaths, AreNoPackages) {
             EXPECT_EQ(run.out, "");
         }
     }
+    EXPECT_EQ(tweenc({u"dump"_s, file}).err,
+              "tweenc: " + file.toStdString() + ": this is no binary property list\n");
 }
 
 }  // namespace
