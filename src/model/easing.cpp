@@ -1,10 +1,9 @@
 #include "model/easing.h"
 
-#include <QLatin1StringView>
+#include <algorithm>
 #include <array>
 
 namespace tweenery {
-
 namespace {
 
 constexpr std::array<EasingMode, 7> table = {{
@@ -17,26 +16,30 @@ constexpr std::array<EasingMode, 7> table = {{
     {PCEasingModeAnticOver, "anticOver", 0.42, -0.3, 0.58, 1.3, false},
 }};
 
-QLatin1StringView textOf(std::string_view name) {
-    return {name.data(), static_cast<qsizetype>(name.size())};
-}
-
 }  // namespace
 
 std::span<const EasingMode> easingModes() {
     return table;
 }
 
-QString stringFromEasingMode(int64_t mode) {
+std::string_view nameOfEasingMode(int64_t mode) {
     const bool isKnown = mode >= 0 && mode < static_cast<int64_t>(table.size());
-    return textOf(table[isKnown ? static_cast<size_t>(mode) : 0].name);
+    return table[isKnown ? static_cast<size_t>(mode) : 0].name;
+}
+
+int64_t easingModeFromName(std::string_view name) {
+    const auto* row = std::find_if(table.begin(), table.end(),
+                                   [name](const EasingMode& mode) { return mode.name == name; });
+    return row == table.end() ? PCEasingModeLinear : row->mode;
+}
+
+QString stringFromEasingMode(int64_t mode) {
+    const std::string_view name = nameOfEasingMode(mode);
+    return QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
 }
 
 int64_t easingModeFromString(const QString& name) {
-    for (const EasingMode& row : table) {
-        if (name == textOf(row.name)) return row.mode;
-    }
-    return PCEasingModeLinear;
+    return easingModeFromName(name.toStdString());
 }
 
 }  // namespace tweenery

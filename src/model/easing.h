@@ -35,6 +35,11 @@ struct EasingMode {
 /// All modes; each stands at the index of its number.
 std::span<const EasingMode> easingModes();
 
+/// The mode's name; "linear" for any number that is none. Lasts as long as the program.
+std::string_view nameOfEasingMode(int64_t mode);
+/// The mode of that name; linear for any other text.
+int64_t easingModeFromName(std::string_view name);
+
 /// The mode's name; "linear" for any number that is none.
 QString stringFromEasingMode(int64_t mode);
 /// The mode of that name; linear for any other text, a null string included.

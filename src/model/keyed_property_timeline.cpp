@@ -199,7 +199,8 @@ float PCKeyedPropertyTimeline::numberAt(int32_t effectiveTime) const {
         endValue = std::clamp(endValue, 0.0F, 1.0F);
     }
     return interpolateFloatForEffectiveTimeInMS(effectiveTime, segment.hasStart ? segment.from : 0,
-                                                startValue, segment.until, endValue, segment.easingMode);
+                                                startValue, segment.until, endValue,
+                                                segment.easingMode);
 }
 
 int32_t PCKeyedPropertyTimeline::wholeMilliseconds(float effectiveTime) {

@@ -258,6 +258,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     void writeRecord(size_t index, const KeyframeRecord& record);
     void writeValue(size_t index, const PropertyValue& value);
     void insertRecord(size_t index, const KeyframeRecord& record, PCPropertyKeyframe* handle);
+    void appendRecord(const KeyframeRecord& record);
     void eraseAt(size_t index);
     void detachAll();
     void clearLists();

@@ -32,8 +32,18 @@ Identifier decodeIdentifier(const KeyedDecoder& coder) {
     return identifier.isNull() ? Identifier::generate() : identifier;
 }
 
+void encodeIdentifier(KeyedEncoder& coder, const Identifier& identifier) {
+    if (const auto uuid = identifier.uuidText()) {
+        coder.encodeAscii("identifier", {uuid->data(), uuid->size()});
+    } else {
+        coder.encodeString("identifier", identifier.toString());
+    }
+}
+
 int64_t decodeEasingMode(const KeyedDecoder& coder) {
-    return easingModeFromString(coder.decodeString("easingMode"));
+    const auto ascii = coder.decodeAscii("easingMode");
+    return ascii ? easingModeFromName(*ascii)
+                 : easingModeFromString(coder.decodeString("easingMode"));
 }
 
 PropertyValue decodeImageValue(const KeyedDecoder& coder) {
@@ -75,12 +85,12 @@ void PCKeyedPropertyTimeline::encodeKeyframe(KeyedEncoder& coder, const Keyframe
                    u"* should NOT be encoding timeline of type zPosition"_s);
     coder.encodeInt("time", record.timeInMS);
     coder.encodeBool("instant", record.instantTransition);
-    coder.encodeString("easingMode", stringFromEasingMode(record.easingMode));
+    coder.encodeAscii("easingMode", nameOfEasingMode(record.easingMode));
     coder.encodeBool("recorded", record.liveRecorded);
     coder.encodeBool("recordedStart", record.liveRecordedStart);
     coder.encodeBool("recordedEnd", record.liveRecordedEnd);
     coder.encodeBool("keyall", record.keyall);
-    coder.encodeString("identifier", record.identifier.toString());
+    encodeIdentifier(coder, record.identifier);
     encodeValue(coder, record.value, type);
 }
 
@@ -122,7 +132,7 @@ PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::initWithArchive(
     for (size_t i = 0; i < items.size(); ++i) {
         const KeyedDecoder item = items.object(i);
         item.requireClass("PCPropertyKeyframe");
-        timeline->insertRecord(i, decodeKeyframe(item), nullptr);
+        timeline->appendRecord(decodeKeyframe(item));
     }
     timeline->restoreOrder();
     return timeline;
@@ -155,8 +165,7 @@ void PCKeyedPropertyTimeline::restoreOrder() {
     std::vector<size_t> order;
     order.reserve(byTime.size());
     for (const size_t index : byTime) {
-        const bool isSameTime =
-            !order.empty() && m_times[order.back()] == m_times[index];
+        const bool isSameTime = !order.empty() && m_times[order.back()] == m_times[index];
         if (isSameTime) order.pop_back();
         order.push_back(index);
     }

@@ -96,6 +96,15 @@ void PCKeyedPropertyTimeline::insertRecord(size_t index, const KeyframeRecord& r
     if (handle) attach(*handle, index);
 }
 
+void PCKeyedPropertyTimeline::appendRecord(const KeyframeRecord& record) {
+    m_times.push_back(0);
+    m_keys.emplace_back();
+    m_identifiers.emplace_back();
+    if (m_otherValues) m_otherValues->emplace_back();
+    if (m_handles) m_handles->push_back(nullptr);
+    writeRecord(m_keys.size() - 1, record);
+}
+
 void PCKeyedPropertyTimeline::eraseAt(size_t index) {
     const auto at = static_cast<ptrdiff_t>(index);
     if (m_handles) {
@@ -319,9 +328,8 @@ void PCKeyedPropertyTimeline::setKeyframes(const Keyframes& keyframes) {
 std::vector<size_t> PCKeyedPropertyTimeline::indicesByTime() const {
     std::vector<size_t> order(m_keys.size());
     std::iota(order.begin(), order.end(), size_t{0});
-    std::stable_sort(order.begin(), order.end(), [this](size_t a, size_t b) {
-        return m_times[a] < m_times[b];
-    });
+    std::stable_sort(order.begin(), order.end(),
+                     [this](size_t a, size_t b) { return m_times[a] < m_times[b]; });
     return order;
 }
 
