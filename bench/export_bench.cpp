@@ -31,7 +31,8 @@ const std::vector<double>& printedNumbers() {
                 for (const PCPropertyType type : elementTimelineTypes()) {
                     const auto timeline = group->storedTimeline(type);
                     for (size_t i = 0; timeline && i < timeline->keyframesCount(); ++i) {
-                        all.push_back(static_cast<double>(timeline->floatValueOfKeyframeAtIndex(i)));
+                        all.push_back(
+                            static_cast<double>(timeline->floatValueOfKeyframeAtIndex(i)));
                         all.push_back(timeline->timeOfKeyframe(i) /
                                       static_cast<double>(timeline->durationInMS()));
                     }

@@ -79,7 +79,9 @@ class Meter {
     int64_t m_start;
 };
 
-double each(int64_t bytes, int64_t count) { return static_cast<double>(bytes) / static_cast<double>(count); }
+double each(int64_t bytes, int64_t count) {
+    return static_cast<double>(bytes) / static_cast<double>(count);
+}
 
 void reportVariantAnimation() {
     constexpr int kKeys = 1000;

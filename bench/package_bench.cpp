@@ -50,7 +50,8 @@ void bareWalk(benchmark::State& state) {
             const BinaryPlist plist(file.data, {});
             for (uint32_t i = 0; i < plist.objectCount(); ++i) {
                 const PlistObject object = plist.object(i);
-                const bool isContainer = object.type == PlistType::Array || object.type == PlistType::Dict;
+                const bool isContainer =
+                    object.type == PlistType::Array || object.type == PlistType::Dict;
                 for (uint32_t item = 0; isContainer && item < object.count; ++item) {
                     sum += plist.item(object, item);
                     if (object.type == PlistType::Dict) sum += plist.value(object, item);

@@ -29,7 +29,8 @@ QByteArray readFile(const std::string& path) {
 void writeFile(const std::string& path, const QByteArray& data, bool flushes) {
     const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
     require(file >= 0, "open for writing");
-    require(::write(file, data.constData(), static_cast<size_t>(data.size())) == data.size(), "write");
+    require(::write(file, data.constData(), static_cast<size_t>(data.size())) == data.size(),
+            "write");
     if (flushes) require(::fsync(file) == 0, "fsync");
     ::close(file);
 }
@@ -100,6 +101,8 @@ void exchange(const QString& a, const QString& b) {
             "renameat2");
 }
 
-void removeTree(const QString& path) { QDir(path).removeRecursively(); }
+void removeTree(const QString& path) {
+    QDir(path).removeRecursively();
+}
 
 }  // namespace tweenery::bench

@@ -21,7 +21,8 @@ PackageFiles readBytes(const QString& path);
 size_t byteCount(const PackageFiles& package);
 /// Makes the directories and writes each file, unflushed.
 void writeBytes(const PackageFiles& package, const QString& path);
-/// Makes the directories, hard-links all files but the first from `from`, writes and flushes that one.
+/// Makes the directories, hard-links all files but the first from `from`, writes and flushes that
+/// one.
 void linkFiles(const PackageFiles& package, const QString& from, const QString& path);
 void exchange(const QString& a, const QString& b);
 void removeTree(const QString& path);

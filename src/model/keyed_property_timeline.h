@@ -199,8 +199,8 @@ class PCKeyedPropertyTimeline : public Archivable,
         Held held = Held::Nothing;
         bool has(Flag flag) const { return (flags & flag) != 0; }
     };
-    // The keyframes around the time last asked for: during playback the next time lies there too, and
-    // is answered without a look at the lists. Main thread only, like all searches.
+    // The keyframes around the time last asked for: during playback the next time lies there too,
+    // and is answered without a look at the lists. Main thread only, like all searches.
     struct Segment {
         int32_t from = 0;  // holds for from <= time < until; at first for none
         int32_t until = 0;

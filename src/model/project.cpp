@@ -1,6 +1,5 @@
 #include "model/project.h"
 
-
 #include "platform/bitmap.h"
 #include "platform/errors.h"
 #include "platform/keyed_archiver.h"
