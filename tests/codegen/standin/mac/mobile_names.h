@@ -3,7 +3,7 @@
 #import <AppKit/AppKit.h>
 
 @interface UIImage : NSObject
-+ (UIImage*)imageNamed:(NSString*)name;
++ (UIImage *)imageNamed:(NSString *)name;
 @end
 @interface UIView : NSView
 @property CGFloat alpha;
@@ -11,5 +11,5 @@
 @property CGAffineTransform transform;
 @end
 @interface UIImageView : UIView
-@property(strong) UIImage* image;
+@property (strong) UIImage *image;
 @end

@@ -11,39 +11,29 @@
 IB_DESIGNABLE
 @interface BounceView : NSView
 
-@property(strong, nonatomic) NSDictionary* layersByName;
-@property(strong, nonatomic) NSDictionary* viewsByName;
+@property (strong, nonatomic) NSDictionary *layersByName;
+@property (strong, nonatomic) NSDictionary *viewsByName;
 
 // Bounce
 - (void)addBounceAnimation;
 - (void)addBounceAnimationWithCompletion:(void (^)(BOOL finished))completionBlock;
 - (void)addBounceAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion;
-- (void)addBounceAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion
-                                     completion:(void (^)(BOOL finished))completionBlock;
-- (void)addBounceAnimationWithBeginTime:(CFTimeInterval)beginTime
-                            andFillMode:(NSString*)fillMode
-                  andRemoveOnCompletion:(BOOL)removedOnCompletion
-                             completion:(void (^)(BOOL finished))completionBlock;
+- (void)addBounceAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion completion:(void (^)(BOOL finished))completionBlock;
+- (void)addBounceAnimationWithBeginTime:(CFTimeInterval)beginTime andFillMode:(NSString *)fillMode andRemoveOnCompletion:(BOOL)removedOnCompletion completion:(void (^)(BOOL finished))completionBlock;
 - (void)removeBounceAnimation;
 
 // Easing Parade
 - (void)addEasingParadeAnimation;
 - (void)addEasingParadeAnimationWithCompletion:(void (^)(BOOL finished))completionBlock;
 - (void)addEasingParadeAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion;
-- (void)addEasingParadeAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion
-                                           completion:(void (^)(BOOL finished))completionBlock;
-- (void)addEasingParadeAnimationWithBeginTime:(CFTimeInterval)beginTime
-                                  andFillMode:(NSString*)fillMode
-                        andRemoveOnCompletion:(BOOL)removedOnCompletion
-                                   completion:(void (^)(BOOL finished))completionBlock;
+- (void)addEasingParadeAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion completion:(void (^)(BOOL finished))completionBlock;
+- (void)addEasingParadeAnimationWithBeginTime:(CFTimeInterval)beginTime andFillMode:(NSString *)fillMode andRemoveOnCompletion:(BOOL)removedOnCompletion completion:(void (^)(BOOL finished))completionBlock;
 - (void)removeEasingParadeAnimation;
 
 // Idle Loop
 - (void)addIdleLoopAnimation;
 - (void)addIdleLoopAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion;
-- (void)addIdleLoopAnimationWithBeginTime:(CFTimeInterval)beginTime
-                              andFillMode:(NSString*)fillMode
-                    andRemoveOnCompletion:(BOOL)removedOnCompletion;
+- (void)addIdleLoopAnimationWithBeginTime:(CFTimeInterval)beginTime andFillMode:(NSString *)fillMode andRemoveOnCompletion:(BOOL)removedOnCompletion;
 - (void)removeIdleLoopAnimation;
 
 - (void)removeAllAnimations;

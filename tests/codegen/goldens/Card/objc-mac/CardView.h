@@ -11,39 +11,29 @@
 IB_DESIGNABLE
 @interface CardView : NSView
 
-@property(strong, nonatomic) NSDictionary* layersByName;
-@property(strong, nonatomic) NSDictionary* viewsByName;
+@property (strong, nonatomic) NSDictionary *layersByName;
+@property (strong, nonatomic) NSDictionary *viewsByName;
 
 // Flip
 - (void)addFlipAnimation;
 - (void)addFlipAnimationWithCompletion:(void (^)(BOOL finished))completionBlock;
 - (void)addFlipAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion;
-- (void)addFlipAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion
-                                   completion:(void (^)(BOOL finished))completionBlock;
-- (void)addFlipAnimationWithBeginTime:(CFTimeInterval)beginTime
-                          andFillMode:(NSString*)fillMode
-                andRemoveOnCompletion:(BOOL)removedOnCompletion
-                           completion:(void (^)(BOOL finished))completionBlock;
+- (void)addFlipAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion completion:(void (^)(BOOL finished))completionBlock;
+- (void)addFlipAnimationWithBeginTime:(CFTimeInterval)beginTime andFillMode:(NSString *)fillMode andRemoveOnCompletion:(BOOL)removedOnCompletion completion:(void (^)(BOOL finished))completionBlock;
 - (void)removeFlipAnimation;
 
 // Shuffle Stars
 - (void)addShuffleStarsAnimation;
 - (void)addShuffleStarsAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion;
-- (void)addShuffleStarsAnimationWithBeginTime:(CFTimeInterval)beginTime
-                                  andFillMode:(NSString*)fillMode
-                        andRemoveOnCompletion:(BOOL)removedOnCompletion;
+- (void)addShuffleStarsAnimationWithBeginTime:(CFTimeInterval)beginTime andFillMode:(NSString *)fillMode andRemoveOnCompletion:(BOOL)removedOnCompletion;
 - (void)removeShuffleStarsAnimation;
 
 // Throw
 - (void)addThrowAnimation;
 - (void)addThrowAnimationWithCompletion:(void (^)(BOOL finished))completionBlock;
 - (void)addThrowAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion;
-- (void)addThrowAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion
-                                    completion:(void (^)(BOOL finished))completionBlock;
-- (void)addThrowAnimationWithBeginTime:(CFTimeInterval)beginTime
-                           andFillMode:(NSString*)fillMode
-                 andRemoveOnCompletion:(BOOL)removedOnCompletion
-                            completion:(void (^)(BOOL finished))completionBlock;
+- (void)addThrowAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion completion:(void (^)(BOOL finished))completionBlock;
+- (void)addThrowAnimationWithBeginTime:(CFTimeInterval)beginTime andFillMode:(NSString *)fillMode andRemoveOnCompletion:(BOOL)removedOnCompletion completion:(void (^)(BOOL finished))completionBlock;
 - (void)removeThrowAnimation;
 
 - (void)removeAllAnimations;

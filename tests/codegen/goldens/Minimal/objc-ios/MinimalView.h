@@ -10,6 +10,6 @@
 IB_DESIGNABLE
 @interface MinimalView : UIView
 
-@property(strong, nonatomic) NSDictionary* viewsByName;
+@property (strong, nonatomic) NSDictionary *viewsByName;
 
 @end

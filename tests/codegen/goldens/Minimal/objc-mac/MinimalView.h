@@ -11,7 +11,7 @@
 IB_DESIGNABLE
 @interface MinimalView : NSView
 
-@property(strong, nonatomic) NSDictionary* layersByName;
-@property(strong, nonatomic) NSDictionary* viewsByName;
+@property (strong, nonatomic) NSDictionary *layersByName;
+@property (strong, nonatomic) NSDictionary *viewsByName;
 
 @end

@@ -5,14 +5,14 @@
 // DO NOT MODIFY THIS FILE. IT IS AUTO-GENERATED AND WILL BE OVERWRITTEN
 //
 
-#import <AVFoundation/AVFoundation.h>
 #import <AppKit/AppKit.h>
 #import <QuartzCore/QuartzCore.h>
+#import <AVFoundation/AVFoundation.h>
 
 typedef struct TagsView_Walk2_Values {
-    float playButton_Opacity;
-    float closeButton_Rotation;
-    float walkCycle_TranslationX;
+	float playButton_Opacity;
+	float closeButton_Rotation;
+	float walkCycle_TranslationX;
 } TagsView_Walk2_Values;
 
 extern const TagsView_Walk2_Values tagsView_Walk2_Values[24];
@@ -20,75 +20,53 @@ extern const TagsView_Walk2_Values tagsView_Walk2_Values[24];
 IB_DESIGNABLE
 @interface TagsView : NSView
 
-@property(strong, nonatomic) NSDictionary* layersByName;
-@property(strong, nonatomic) NSDictionary* viewsByName;
+@property (strong, nonatomic) NSDictionary *layersByName;
+@property (strong, nonatomic) NSDictionary *viewsByName;
 
 // ---
 - (void)addVarAnimation;
 - (void)addVarAnimationWithCompletion:(void (^)(BOOL finished))completionBlock;
 - (void)addVarAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion;
-- (void)addVarAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion
-                                  completion:(void (^)(BOOL finished))completionBlock;
-- (void)addVarAnimationWithBeginTime:(CFTimeInterval)beginTime
-                         andFillMode:(NSString*)fillMode
-               andRemoveOnCompletion:(BOOL)removedOnCompletion
-                          completion:(void (^)(BOOL finished))completionBlock;
+- (void)addVarAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion completion:(void (^)(BOOL finished))completionBlock;
+- (void)addVarAnimationWithBeginTime:(CFTimeInterval)beginTime andFillMode:(NSString *)fillMode andRemoveOnCompletion:(BOOL)removedOnCompletion completion:(void (^)(BOOL finished))completionBlock;
 - (void)removeVarAnimation;
 
 // Grüße
 - (void)addGrüßeAnimation;
 - (void)addGrüßeAnimationWithCompletion:(void (^)(BOOL finished))completionBlock;
 - (void)addGrüßeAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion;
-- (void)addGrüßeAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion
-                                    completion:(void (^)(BOOL finished))completionBlock;
-- (void)addGrüßeAnimationWithBeginTime:(CFTimeInterval)beginTime
-                           andFillMode:(NSString*)fillMode
-                 andRemoveOnCompletion:(BOOL)removedOnCompletion
-                            completion:(void (^)(BOOL finished))completionBlock;
+- (void)addGrüßeAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion completion:(void (^)(BOOL finished))completionBlock;
+- (void)addGrüßeAnimationWithBeginTime:(CFTimeInterval)beginTime andFillMode:(NSString *)fillMode andRemoveOnCompletion:(BOOL)removedOnCompletion completion:(void (^)(BOOL finished))completionBlock;
 - (void)removeGrüßeAnimation;
 
 // walk
 - (void)addWalkAnimation;
 - (void)addWalkAnimationWithCompletion:(void (^)(BOOL finished))completionBlock;
 - (void)addWalkAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion;
-- (void)addWalkAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion
-                                   completion:(void (^)(BOOL finished))completionBlock;
-- (void)addWalkAnimationWithBeginTime:(CFTimeInterval)beginTime
-                          andFillMode:(NSString*)fillMode
-                andRemoveOnCompletion:(BOOL)removedOnCompletion
-                           completion:(void (^)(BOOL finished))completionBlock;
+- (void)addWalkAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion completion:(void (^)(BOOL finished))completionBlock;
+- (void)addWalkAnimationWithBeginTime:(CFTimeInterval)beginTime andFillMode:(NSString *)fillMode andRemoveOnCompletion:(BOOL)removedOnCompletion completion:(void (^)(BOOL finished))completionBlock;
 - (void)removeWalkAnimation;
 
 // walk cycle
 - (void)addWalkCycleAnimation;
 - (void)addWalkCycleAnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion;
-- (void)addWalkCycleAnimationWithBeginTime:(CFTimeInterval)beginTime
-                               andFillMode:(NSString*)fillMode
-                     andRemoveOnCompletion:(BOOL)removedOnCompletion;
+- (void)addWalkCycleAnimationWithBeginTime:(CFTimeInterval)beginTime andFillMode:(NSString *)fillMode andRemoveOnCompletion:(BOOL)removedOnCompletion;
 - (void)removeWalkCycleAnimation;
 
 // walk-cycle
 - (void)addWalkCycle2Animation;
 - (void)addWalkCycle2AnimationWithCompletion:(void (^)(BOOL finished))completionBlock;
 - (void)addWalkCycle2AnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion;
-- (void)addWalkCycle2AnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion
-                                         completion:(void (^)(BOOL finished))completionBlock;
-- (void)addWalkCycle2AnimationWithBeginTime:(CFTimeInterval)beginTime
-                                andFillMode:(NSString*)fillMode
-                      andRemoveOnCompletion:(BOOL)removedOnCompletion
-                                 completion:(void (^)(BOOL finished))completionBlock;
+- (void)addWalkCycle2AnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion completion:(void (^)(BOOL finished))completionBlock;
+- (void)addWalkCycle2AnimationWithBeginTime:(CFTimeInterval)beginTime andFillMode:(NSString *)fillMode andRemoveOnCompletion:(BOOL)removedOnCompletion completion:(void (^)(BOOL finished))completionBlock;
 - (void)removeWalkCycle2Animation;
 
 // walk_speed_150
 - (void)addWalk2Animation;
 - (void)addWalk2AnimationWithCompletion:(void (^)(BOOL finished))completionBlock;
 - (void)addWalk2AnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion;
-- (void)addWalk2AnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion
-                                    completion:(void (^)(BOOL finished))completionBlock;
-- (void)addWalk2AnimationWithBeginTime:(CFTimeInterval)beginTime
-                           andFillMode:(NSString*)fillMode
-                 andRemoveOnCompletion:(BOOL)removedOnCompletion
-                            completion:(void (^)(BOOL finished))completionBlock;
+- (void)addWalk2AnimationAndRemoveOnCompletion:(BOOL)removedOnCompletion completion:(void (^)(BOOL finished))completionBlock;
+- (void)addWalk2AnimationWithBeginTime:(CFTimeInterval)beginTime andFillMode:(NSString *)fillMode andRemoveOnCompletion:(BOOL)removedOnCompletion completion:(void (^)(BOOL finished))completionBlock;
 - (void)removeWalk2Animation;
 
 - (void)removeAllAnimations;
@@ -98,8 +76,7 @@ IB_DESIGNABLE
 // Walk2
 - (void)applyWalk2State;
 - (void)applyWalk2Percent:(float)percent;  // 0 to 1
-- (void)applyWalk2Frame:(int)frame;        // 0 to 23
-- (void)animateWalk2ForPlaybackFromPercentValues:(NSArray*)percentValues
-                                        andTimes:(NSArray*)percentTimes;
+- (void)applyWalk2Frame:(int)frame;  // 0 to 23
+- (void)animateWalk2ForPlaybackFromPercentValues:(NSArray *)percentValues andTimes:(NSArray *)percentTimes;
 
 @end

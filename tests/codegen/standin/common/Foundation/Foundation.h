@@ -3,7 +3,7 @@
 typedef signed char BOOL;
 #define YES ((BOOL)1)
 #define NO ((BOOL)0)
-#define NULL ((void*)0)
+#define NULL ((void *)0)
 #define nil ((id)0)
 #define MIN(a, b) ((a) < (b) ? (a) : (b))
 #define MAX(a, b) ((a) > (b) ? (a) : (b))
@@ -14,22 +14,13 @@ typedef unsigned long NSUInteger;
 typedef long NSInteger;
 typedef double CGFloat;
 typedef double CFTimeInterval;
-typedef const struct __CFBoolean* CFBooleanRef;
+typedef const struct __CFBoolean *CFBooleanRef;
 extern const CFBooleanRef kCFBooleanTrue;
 
-typedef struct {
-    CGFloat x, y;
-} CGPoint;
-typedef struct {
-    CGFloat width, height;
-} CGSize;
-typedef struct {
-    CGPoint origin;
-    CGSize size;
-} CGRect;
-typedef struct {
-    CGFloat a, b, c, d, tx, ty;
-} CGAffineTransform;
+typedef struct { CGFloat x, y; } CGPoint;
+typedef struct { CGFloat width, height; } CGSize;
+typedef struct { CGPoint origin; CGSize size; } CGRect;
+typedef struct { CGFloat a, b, c, d, tx, ty; } CGAffineTransform;
 CGPoint CGPointMake(CGFloat x, CGFloat y);
 CGRect CGRectMake(CGFloat x, CGFloat y, CGFloat width, CGFloat height);
 CGFloat CGRectGetMidX(CGRect rect);
@@ -38,22 +29,17 @@ CGAffineTransform CGAffineTransformMakeScale(CGFloat x, CGFloat y);
 CGAffineTransform CGAffineTransformMakeRotation(CGFloat angle);
 CGAffineTransform CGAffineTransformScale(CGAffineTransform transform, CGFloat x, CGFloat y);
 
-typedef struct {
-    unsigned long state;
-    id __unsafe_unretained* itemsPtr;
-    unsigned long* mutationsPtr;
-    unsigned long extra[5];
-} NSFastEnumerationState;
+typedef struct { unsigned long state; id __unsafe_unretained *itemsPtr;
+                 unsigned long *mutationsPtr; unsigned long extra[5]; } NSFastEnumerationState;
 @protocol NSFastEnumeration
-- (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
-                                  objects:(id __unsafe_unretained[])buffer
+- (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState *)state
+                                  objects:(id __unsafe_unretained [])buffer
                                     count:(NSUInteger)length;
 @end
 @protocol NSCopying
 @end
 
-__attribute__((objc_root_class))
-@interface NSObject
+__attribute__((objc_root_class)) @interface NSObject
 + (instancetype)new;
 + (instancetype)alloc;
 + (Class)class;
@@ -62,22 +48,22 @@ __attribute__((objc_root_class))
 @end
 
 @interface NSString : NSObject <NSCopying>
-- (NSString*)stringByAppendingString:(NSString*)text;
+- (NSString *)stringByAppendingString:(NSString *)text;
 @end
 @interface NSConstantString : NSString
 @end
 @interface NSNumber : NSObject
-+ (NSNumber*)numberWithDouble:(double)value;
-+ (NSNumber*)numberWithFloat:(float)value;
-+ (NSNumber*)numberWithInt:(int)value;
++ (NSNumber *)numberWithDouble:(double)value;
++ (NSNumber *)numberWithFloat:(float)value;
++ (NSNumber *)numberWithInt:(int)value;
 - (float)floatValue;
 @end
 @interface NSArray : NSObject <NSFastEnumeration>
 + (instancetype)array;
 + (instancetype)arrayWithObjects:(const id[])objects count:(NSUInteger)count;
 - (id)objectAtIndexedSubscript:(NSUInteger)index;
-@property(readonly) NSUInteger count;
-@property(readonly) id lastObject;
+@property (readonly) NSUInteger count;
+@property (readonly) id lastObject;
 @end
 @interface NSMutableArray : NSArray
 - (void)addObject:(id)object;
@@ -85,7 +71,7 @@ __attribute__((objc_root_class))
 @interface NSDictionary : NSObject
 + (instancetype)dictionary;
 - (id)objectForKeyedSubscript:(id)key;
-@property(readonly, copy) NSArray* allValues;
+@property (readonly, copy) NSArray *allValues;
 @end
 @interface NSMutableDictionary : NSDictionary
 - (void)setObject:(id)object forKeyedSubscript:(id<NSCopying>)key;
@@ -94,8 +80,8 @@ __attribute__((objc_root_class))
 typedef NSUInteger NSPointerFunctionsOptions;
 enum { NSPointerFunctionsStrongMemory = 0, NSPointerFunctionsOpaqueMemory = 2 };
 @interface NSMapTable : NSObject
-+ (NSMapTable*)mapTableWithKeyOptions:(NSPointerFunctionsOptions)keys
-                         valueOptions:(NSPointerFunctionsOptions)values;
++ (NSMapTable *)mapTableWithKeyOptions:(NSPointerFunctionsOptions)keys
+                          valueOptions:(NSPointerFunctionsOptions)values;
 - (id)objectForKey:(id)key;
 - (void)removeObjectForKey:(id)key;
 - (void)setObject:(id)object forKey:(id)key;
@@ -106,10 +92,10 @@ enum { NSPointerFunctionsStrongMemory = 0, NSPointerFunctionsOpaqueMemory = 2 };
 @interface NSNotification : NSObject
 @end
 @interface NSNotificationCenter : NSObject
-+ (NSNotificationCenter*)defaultCenter;
-- (void)addObserver:(id)observer selector:(SEL)selector name:(NSString*)name object:(id)object;
++ (NSNotificationCenter *)defaultCenter;
+- (void)addObserver:(id)observer selector:(SEL)selector name:(NSString *)name object:(id)object;
 @end
 @interface NSBundle : NSObject
-+ (NSBundle*)bundleForClass:(Class)aClass;
-- (NSString*)pathForResource:(NSString*)name ofType:(NSString*)extension;
++ (NSBundle *)bundleForClass:(Class)aClass;
+- (NSString *)pathForResource:(NSString *)name ofType:(NSString *)extension;
 @end

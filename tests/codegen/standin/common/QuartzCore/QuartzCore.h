@@ -2,49 +2,47 @@
 
 #import <Foundation/Foundation.h>
 
-typedef struct {
-    CGFloat m[4][4];
-} CATransform3D;
+typedef struct { CGFloat m[4][4]; } CATransform3D;
 CATransform3D CATransform3DMakeScale(CGFloat x, CGFloat y, CGFloat z);
 CATransform3D CATransform3DMakeRotation(CGFloat angle, CGFloat x, CGFloat y, CGFloat z);
 CATransform3D CATransform3DScale(CATransform3D transform, CGFloat x, CGFloat y, CGFloat z);
 
-extern NSString* const kCAFillModeBoth;
-extern NSString* const kCAFillModeRemoved;
-extern NSString* const kCAMediaTimingFunctionLinear;
-extern NSString* const kCAMediaTimingFunctionEaseIn;
-extern NSString* const kCAMediaTimingFunctionEaseOut;
-extern NSString* const kCAMediaTimingFunctionEaseInEaseOut;
-extern NSString* const kCATransactionDisableActions;
+extern NSString *const kCAFillModeBoth;
+extern NSString *const kCAFillModeRemoved;
+extern NSString *const kCAMediaTimingFunctionLinear;
+extern NSString *const kCAMediaTimingFunctionEaseIn;
+extern NSString *const kCAMediaTimingFunctionEaseOut;
+extern NSString *const kCAMediaTimingFunctionEaseInEaseOut;
+extern NSString *const kCATransactionDisableActions;
 
 @interface CAMediaTimingFunction : NSObject
-+ (instancetype)functionWithName:(NSString*)name;
-+ (instancetype)functionWithControlPoints:(float)x1:(float)y1:(float)x2:(float)y2;
++ (instancetype)functionWithName:(NSString *)name;
++ (instancetype)functionWithControlPoints:(float)x1 :(float)y1 :(float)x2 :(float)y2;
 @end
 
 @interface CAAnimation : NSObject
-@property(strong) id delegate;
-@property(getter=isRemovedOnCompletion) BOOL removedOnCompletion;
+@property (strong) id delegate;
+@property (getter=isRemovedOnCompletion) BOOL removedOnCompletion;
 @property CFTimeInterval beginTime;
 @property CFTimeInterval duration;
 @property float repeatCount;
 @property BOOL autoreverses;
-@property(copy) NSString* fillMode;
+@property (copy) NSString *fillMode;
 @end
 @interface CAPropertyAnimation : CAAnimation
-+ (instancetype)animationWithKeyPath:(NSString*)path;
++ (instancetype)animationWithKeyPath:(NSString *)path;
 @end
 @interface CABasicAnimation : CAPropertyAnimation
 @end
 @interface CAKeyframeAnimation : CAPropertyAnimation
-@property(copy) NSArray* values;
-@property(copy) NSArray* keyTimes;
-@property(copy) NSArray* timingFunctions;
+@property (copy) NSArray *values;
+@property (copy) NSArray *keyTimes;
+@property (copy) NSArray *timingFunctions;
 @end
 
 @interface CALayer : NSObject
 + (instancetype)layer;
-@property(copy) NSString* name;
+@property (copy) NSString *name;
 @property CGRect bounds;
 @property CGRect frame;
 @property CGPoint position;
@@ -53,16 +51,16 @@ extern NSString* const kCATransactionDisableActions;
 @property CATransform3D transform;
 @property float opacity;
 @property BOOL masksToBounds;
-@property(strong) id contents;
-- (void)addSublayer:(CALayer*)layer;
-- (void)addAnimation:(CAAnimation*)animation forKey:(NSString*)key;
-- (CAAnimation*)animationForKey:(NSString*)key;
-- (void)removeAnimationForKey:(NSString*)key;
+@property (strong) id contents;
+- (void)addSublayer:(CALayer *)layer;
+- (void)addAnimation:(CAAnimation *)animation forKey:(NSString *)key;
+- (CAAnimation *)animationForKey:(NSString *)key;
+- (void)removeAnimationForKey:(NSString *)key;
 - (void)removeAllAnimations;
 @end
 
 @interface CATransaction : NSObject
 + (void)begin;
 + (void)commit;
-+ (void)setValue:(id)value forKey:(NSString*)key;
++ (void)setValue:(id)value forKey:(NSString *)key;
 @end

@@ -12,31 +12,31 @@ typedef enum : NSInteger {
 } UIViewContentMode;
 typedef enum : NSUInteger { UIControlStateNormal = 0 } UIControlState;
 typedef enum : NSInteger { UIButtonTypeCustom = 0 } UIButtonType;
-typedef struct CGImage* CGImageRef;
+typedef struct CGImage *CGImageRef;
 
 @interface UIImage : NSObject
-+ (UIImage*)imageNamed:(NSString*)name;
-+ (UIImage*)imageWithContentsOfFile:(NSString*)path;
++ (UIImage *)imageNamed:(NSString *)name;
++ (UIImage *)imageWithContentsOfFile:(NSString *)path;
 - (CGImageRef)CGImage __attribute__((objc_returns_inner_pointer, cf_returns_not_retained));
 @end
 
 @interface UIView : NSObject
 - (instancetype)initWithFrame:(CGRect)frame;
-- (instancetype)initWithCoder:(NSCoder*)coder;
-@property(readonly, strong) CALayer* layer;
+- (instancetype)initWithCoder:(NSCoder *)coder;
+@property (readonly, strong) CALayer *layer;
 @property CGRect bounds;
 @property CGRect frame;
 @property CGPoint center;
 @property CGFloat alpha;
 @property CGAffineTransform transform;
 @property UIViewContentMode contentMode;
-- (void)addSubview:(UIView*)view;
+- (void)addSubview:(UIView *)view;
 - (void)layoutSubviews;
 @end
 @interface UIImageView : UIView
-@property(strong) UIImage* image;
+@property (strong) UIImage *image;
 @end
 @interface UIButton : UIView
 + (instancetype)buttonWithType:(UIButtonType)type;
-- (void)setImage:(UIImage*)image forState:(UIControlState)state;
+- (void)setImage:(UIImage *)image forState:(UIControlState)state;
 @end

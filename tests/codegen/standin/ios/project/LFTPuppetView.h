@@ -3,6 +3,6 @@
 #import <UIKit/UIKit.h>
 
 @interface LFTPuppetView : UIView
-@property(strong, nonatomic) NSDictionary* layersByName;
-@property(strong, nonatomic) NSDictionary* viewsByName;
+@property (strong, nonatomic) NSDictionary *layersByName;
+@property (strong, nonatomic) NSDictionary *viewsByName;
 @end
