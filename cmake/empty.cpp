@@ -1,1 +1,0 @@
-// A level without sources yet.
