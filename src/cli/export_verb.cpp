@@ -52,7 +52,7 @@ bool usesSwift(const Invocation& invocation, PCProject& project) {
 
 /// One package goes right into the directory, each of several into a folder with its name.
 QString directoryFor(const QString& package, const Invocation& invocation) {
-    const QString out = invocation.value(kOutOption.name);
+    QString out = invocation.value(kOutOption.name);
     if (invocation.operands().size() == 1) return out;
     const QString folder = withoutPathExtension(packageName(package));
     if (!isSafeFilename(folder)) throw InputError(package, u"has no name for a folder"_s);

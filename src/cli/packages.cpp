@@ -6,6 +6,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <system_error>
 #include <thread>
 
 #include "cli/verb.h"
@@ -39,9 +40,8 @@ class PackageRun {
     PackageRun(const QStringList& paths, const PackageTask& task) : m_task(task) {
         for (const QString& path : paths)
             m_packages.push_back({Report(path, paths.size() > 1)});
-        const size_t cores = std::max(1U, std::thread::hardware_concurrency());
-        for (size_t i = 0; i < std::min(cores, m_packages.size()); ++i)
-            m_threads.emplace_back([this] { work(); });
+        startThreads();
+        if (m_threads.empty()) work();
     }
 
     ExitCode print(Console& console) {
@@ -61,6 +61,16 @@ class PackageRun {
         Report report;
         bool isDone = false;
     };
+
+    // As many as the system gives.
+    void startThreads() {
+        const size_t cores = std::max(1U, std::thread::hardware_concurrency());
+        try {
+            for (size_t i = 0; i < std::min(cores, m_packages.size()); ++i)
+                m_threads.emplace_back([this] { work(); });
+        } catch (const std::system_error&) {
+        }
+    }
 
     void work() {
         for (size_t i = m_next++; i < m_packages.size(); i = m_next++) {

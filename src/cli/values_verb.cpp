@@ -44,7 +44,7 @@ PCAnimation::Ptr animationNamed(const QString& name, const PCProject::Ptr& proje
         if (animation->name() == name) return animation;
         names += u'\'' + animation->name() + u'\'';
     }
-    if (const PCAnimation::Ptr animation = manager.animationForIdentifier(name)) return animation;
+    if (PCAnimation::Ptr animation = manager.animationForIdentifier(name)) return animation;
     throw InputError(u"animations"_s,
                      u"there is none named '%1'; %2"_s.arg(
                          name, names.isEmpty() ? u"the project has no animations"_s

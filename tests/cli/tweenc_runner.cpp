@@ -64,7 +64,7 @@ QString templateOfPlaces() {
 Workshop::Workshop() : m_directory(templateOfPlaces()) {}
 
 QString Workshop::copyOf(const QString& package, const QString& name) {
-    const QString copy = path(name);
+    QString copy = path(name);
     std::filesystem::remove_all(copy.toStdString());
     std::filesystem::copy(packagePath(package).toStdString(), copy.toStdString(),
                           std::filesystem::copy_options::recursive);
