@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 
 #include "model/easing.h"
 #include "model/element.h"
@@ -220,12 +219,13 @@ PropertyValue PCKeyedPropertyTimeline::keyframeValueAtOrAfterTimeInMS(int32_t ti
 }
 
 bool PCKeyedPropertyTimeline::timeInMSIsBeforeFirstKeyframe(int32_t timeInMS) const {
-    return isEmpty() || m_times.front() > timeInMS;
+    return isEmpty() || m_keys.front().timeInMS > timeInMS;
 }
 
 bool PCKeyedPropertyTimeline::validateTimeForKeyframesAreSorted() const {
-    return std::adjacent_find(m_times.begin(), m_times.end(), std::greater_equal<>()) ==
-           m_times.end();
+    return std::adjacent_find(m_keys.begin(), m_keys.end(), [](const Key& a, const Key& b) {
+               return a.timeInMS >= b.timeInMS;
+           }) == m_keys.end();
 }
 
 // Lookup.
@@ -248,14 +248,14 @@ PCKeyedPropertyTimeline::Segment PCKeyedPropertyTimeline::makeSegment(size_t sta
     segment.hasStart = startIndex != kNotFound;
     if (segment.hasStart) {
         segment.startIndex = static_cast<uint32_t>(startIndex);
-        segment.from = m_times[startIndex];
+        segment.from = m_keys[startIndex].timeInMS;
         segment.startNumber = m_keys[startIndex].number;
     }
     const size_t end = segment.hasStart ? startIndex + 1 : 0;
-    segment.hasEnd = end < m_times.size();
+    segment.hasEnd = end < m_keys.size();
     if (segment.hasEnd) {
         const Key& key = m_keys[end];
-        segment.until = m_times[end];
+        segment.until = m_keys[end].timeInMS;
         segment.endNumber = key.number;
         segment.easingMode = key.easingMode;
         segment.endIsInstant = key.has(kInstant);
@@ -264,21 +264,22 @@ PCKeyedPropertyTimeline::Segment PCKeyedPropertyTimeline::makeSegment(size_t sta
 }
 
 // Without branches on the data: with random times a wrong guess would cost more than the search.
-// Once a few cache lines are left, counting them is faster than halving on.
+// Once a few cache lines are left, they are fetched together by counting through them, where
+// halving on would wait for one after the other.
 size_t PCKeyedPropertyTimeline::searchIndexAtOrBefore(int32_t timeInMS) const {
     constexpr size_t kCounted = 32;
-    const int32_t* first = m_times.data();
-    size_t length = m_times.size();
+    const Key* first = m_keys.data();
+    size_t length = m_keys.size();
     while (length > kCounted) {
         const size_t half = length / 2;
-        first += half * static_cast<size_t>(first[half] <= timeInMS);
+        first += half * static_cast<size_t>(first[half].timeInMS <= timeInMS);
         length -= half;
     }
     size_t atOrBefore = 0;
     for (size_t i = 0; i < length; ++i) {
-        atOrBefore += static_cast<size_t>(first[i] <= timeInMS);
+        atOrBefore += static_cast<size_t>(first[i].timeInMS <= timeInMS);
     }
-    return static_cast<size_t>(first - m_times.data()) + atOrBefore - 1;  // kNotFound when 0
+    return static_cast<size_t>(first - m_keys.data()) + atOrBefore - 1;  // kNotFound when 0
 }
 
 size_t PCKeyedPropertyTimeline::firstKeyframeIndexAtOrBeforeTimeInMS(int32_t timeInMS) const {
@@ -286,8 +287,10 @@ size_t PCKeyedPropertyTimeline::firstKeyframeIndexAtOrBeforeTimeInMS(int32_t tim
 }
 
 size_t PCKeyedPropertyTimeline::firstKeyframeIndexAtOrAfterTimeInMS(int32_t timeInMS) const {
-    const auto found = std::lower_bound(m_times.begin(), m_times.end(), timeInMS);
-    return found == m_times.end() ? kNotFound : static_cast<size_t>(found - m_times.begin());
+    const auto found =
+        std::partition_point(m_keys.begin(), m_keys.end(),
+                             [timeInMS](const Key& key) { return key.timeInMS < timeInMS; });
+    return found == m_keys.end() ? kNotFound : static_cast<size_t>(found - m_keys.begin());
 }
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::existingKeyframeAtKeyframeIndex(
@@ -308,25 +311,27 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::keyframeAtOrBefore
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::existingKeyframeAtTimeInMS(
     int32_t timeInMS) const {
     const size_t index = firstKeyframeIndexAtOrAfterTimeInMS(timeInMS);
-    if (index == kNotFound || m_times[index] != timeInMS) return nullptr;
+    if (index == kNotFound || m_keys[index].timeInMS != timeInMS) return nullptr;
     return handleAt(index);
 }
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::keyframeClosestToTimeInMS(
     int32_t timeInMS) const {
-    const auto distance = [timeInMS](int32_t time) { return std::abs(int64_t{time} - timeInMS); };
-    const auto closest =
-        std::min_element(m_times.begin(), m_times.end(),
-                         [&distance](int32_t a, int32_t b) { return distance(a) < distance(b); });
-    if (closest == m_times.end()) return nullptr;
-    return handleAt(static_cast<size_t>(closest - m_times.begin()));
+    const auto distance = [timeInMS](const Key& key) {
+        return std::abs(int64_t{key.timeInMS} - timeInMS);
+    };
+    const auto closest = std::min_element(
+        m_keys.begin(), m_keys.end(),
+        [&distance](const Key& a, const Key& b) { return distance(a) < distance(b); });
+    if (closest == m_keys.end()) return nullptr;
+    return handleAt(static_cast<size_t>(closest - m_keys.begin()));
 }
 
 PCKeyedPropertyTimeline::Keyframes PCKeyedPropertyTimeline::keyframesBetweenStartTime(
     int32_t startTime, int32_t endTime) const {
     Keyframes found;
     for (size_t i = 0; i < m_keys.size(); ++i) {
-        if (m_times[i] >= startTime && m_times[i] <= endTime) {
+        if (m_keys[i].timeInMS >= startTime && m_keys[i].timeInMS <= endTime) {
             found.push_back(handleAt(i));
         }
     }
@@ -354,15 +359,16 @@ QString PCKeyedPropertyTimeline::debugDescription() const {
     QString text = u"[timeline%1 %2 (count:%3): "_s.arg(
         element() ? u" (%1)"_s.arg(elementName) : QString(), stringFromPropertyType(m_propertyType),
         QString::number(keyframesCount()));
-    if (!isEmpty() && m_times.front() > 0) {
+    if (!isEmpty() && m_keys.front().timeInMS > 0) {
         text += u"%1 (from element '%2')"_s.arg(describeValue(valueAtTimeInMS(0)), elementName);
     }
     QStringList parts;
     for (size_t i = 0; i < m_keys.size(); ++i) {
-        parts += u"<%1%2%3|%4-->%5>"_s.arg(
-            QString::number(m_times[i]), m_keys[i].has(kInstant) ? u"(INSTANT)"_s : QString(),
-            easingSuffix(m_keys[i].easingMode), describeValue(storedValueOfKeyframe(i)),
-            describeValue(valueOfKeyframeAtIndex(i)));
+        parts += u"<%1%2%3|%4-->%5>"_s.arg(QString::number(m_keys[i].timeInMS),
+                                           m_keys[i].has(kInstant) ? u"(INSTANT)"_s : QString(),
+                                           easingSuffix(m_keys[i].easingMode),
+                                           describeValue(storedValueOfKeyframe(i)),
+                                           describeValue(valueOfKeyframeAtIndex(i)));
     }
     text +=
         parts.join(u", "_s) + u"] repeatBehavior:"_s + stringFromRepeatBehavior(m_repeatBehavior);

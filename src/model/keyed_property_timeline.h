@@ -105,9 +105,9 @@ class PCKeyedPropertyTimeline : public Archivable,
     PropertyValue keyframeValueAtOrBeforeTimeInMS(int32_t timeInMS) const;
     PropertyValue keyframeValueAtOrAfterTimeInMS(int32_t timeInMS) const;
     bool timeInMSIsBeforeFirstKeyframe(int32_t timeInMS) const;
-    bool isEmpty() const { return m_times.empty(); }
-    size_t keyframesCount() const { return m_times.size(); }
-    int32_t durationInMS() const { return m_times.empty() ? 0 : m_times.back(); }
+    bool isEmpty() const { return m_keys.empty(); }
+    size_t keyframesCount() const { return m_keys.size(); }
+    int32_t durationInMS() const { return m_keys.empty() ? 0 : m_keys.back().timeInMS; }
     bool validateTimeForKeyframesAreSorted() const;
 
     /// Values nearer to 0 than 0.05 become 0.05 with their sign (0 itself becomes 0.05), so that a
@@ -136,7 +136,7 @@ class PCKeyedPropertyTimeline : public Archivable,
 
     // The packed keyframes, read without making handles; `index` is below keyframesCount().
 
-    int32_t timeOfKeyframe(size_t index) const { return m_times[index]; }
+    int32_t timeOfKeyframe(size_t index) const { return m_keys[index].timeInMS; }
     int64_t easingModeOfKeyframe(size_t index) const { return m_keys[index].easingMode; }
     bool keyframeIsInstant(size_t index) const { return m_keys[index].has(kInstant); }
     PropertyValue storedValueOfKeyframe(size_t index) const;
@@ -191,8 +191,9 @@ class PCKeyedPropertyTimeline : public Archivable,
         kRecordedEnd = 16
     };
     enum class Held : uint8_t { Nothing, Number, Other };
-    // What evaluation touches of a keyframe beside its time.
+    // What evaluation touches of a keyframe, twelve bytes.
     struct Key {
+        int32_t timeInMS = 0;
         float number = 0;
         int16_t easingMode = 0;
         uint8_t flags = 0;
@@ -225,11 +226,9 @@ class PCKeyedPropertyTimeline : public Archivable,
     int8_t m_repeatBehavior = PCRepeatBehaviorNever;
     bool m_hasUnsavedChanges = false;
     mutable Segment m_segment;
-    // The times lie by themselves: a search reads a line or two of them and nothing else.
-    std::vector<int32_t> m_times;
-    std::vector<Key> m_keys;  // parallel to m_times, like all lists below
     WeakRef<PCElement> m_element;
-    std::vector<Identifier> m_identifiers;
+    std::vector<Key> m_keys;
+    std::vector<Identifier> m_identifiers;       // parallel to m_keys, like the two below
     std::unique_ptr<OtherValues> m_otherValues;  // only when one is no number
     mutable std::unique_ptr<Handles> m_handles;  // once one was asked for
     std::weak_ptr<PCProject> m_project;          // of a timeline without an element
@@ -261,6 +260,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     void appendRecord(const KeyframeRecord& record);
     void eraseAt(size_t index);
     void detachAll();
+    void reserveLists(size_t count);
     void clearLists();
     void didChange();
     KeyframeRecord newKeyframeRecord(int32_t timeInMS) const;

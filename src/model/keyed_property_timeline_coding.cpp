@@ -126,9 +126,7 @@ PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::initWithArchive(
     timeline->setRepeatBehavior(repeatBehaviorFromString(root.decodeString("repeat_behavior")));
 
     const ArchivedArray items = root.decodeArray("keyframes");
-    timeline->m_times.reserve(items.size());
-    timeline->m_keys.reserve(items.size());
-    timeline->m_identifiers.reserve(items.size());
+    timeline->reserveLists(items.size());
     for (size_t i = 0; i < items.size(); ++i) {
         const KeyedDecoder item = items.object(i);
         item.requireClass("PCPropertyKeyframe");
@@ -165,7 +163,8 @@ void PCKeyedPropertyTimeline::restoreOrder() {
     std::vector<size_t> order;
     order.reserve(byTime.size());
     for (const size_t index : byTime) {
-        const bool isSameTime = !order.empty() && m_times[order.back()] == m_times[index];
+        const bool isSameTime =
+            !order.empty() && m_keys[order.back()].timeInMS == m_keys[index].timeInMS;
         if (isSameTime) order.pop_back();
         order.push_back(index);
     }
@@ -175,7 +174,6 @@ void PCKeyedPropertyTimeline::restoreOrder() {
 PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::copy() const {
     auto other = std::make_shared<PCKeyedPropertyTimeline>(Passkey(), m_propertyType);
     other->m_repeatBehavior = m_repeatBehavior;
-    other->m_times = m_times;
     other->m_keys = m_keys;
     other->m_identifiers = m_identifiers;
     if (m_otherValues) other->m_otherValues = std::make_unique<OtherValues>(*m_otherValues);

@@ -30,7 +30,7 @@ float finite(float number) {
 KeyframeRecord PCKeyedPropertyTimeline::recordOfKeyframe(size_t index) const {
     const Key& key = m_keys[index];
     KeyframeRecord record;
-    record.timeInMS = m_times[index];
+    record.timeInMS = m_keys[index].timeInMS;
     record.easingMode = key.easingMode;
     record.instantTransition = key.has(kInstant);
     record.keyall = key.has(kKeyall);
@@ -57,7 +57,7 @@ PropertyValue PCKeyedPropertyTimeline::storedValueOfKeyframe(size_t index) const
 void PCKeyedPropertyTimeline::writeRecord(size_t index, const KeyframeRecord& record) {
     const auto flag = [](bool set, Flag bit) { return set ? static_cast<int>(bit) : 0; };
     Key& key = m_keys[index];
-    m_times[index] = record.timeInMS;
+    m_keys[index].timeInMS = record.timeInMS;
     key.easingMode = static_cast<int16_t>(record.easingMode);
     key.flags = static_cast<uint8_t>(
         flag(record.instantTransition, kInstant) | flag(record.keyall, kKeyall) |
@@ -86,7 +86,6 @@ void PCKeyedPropertyTimeline::writeValue(size_t index, const PropertyValue& valu
 void PCKeyedPropertyTimeline::insertRecord(size_t index, const KeyframeRecord& record,
                                            PCPropertyKeyframe* handle) {
     const auto at = static_cast<ptrdiff_t>(index);
-    m_times.insert(m_times.begin() + at, 0);
     m_keys.insert(m_keys.begin() + at, Key());
     m_identifiers.insert(m_identifiers.begin() + at, Identifier());
     if (m_otherValues) m_otherValues->insert(m_otherValues->begin() + at, PropertyValue());
@@ -97,7 +96,6 @@ void PCKeyedPropertyTimeline::insertRecord(size_t index, const KeyframeRecord& r
 }
 
 void PCKeyedPropertyTimeline::appendRecord(const KeyframeRecord& record) {
-    m_times.push_back(0);
     m_keys.emplace_back();
     m_identifiers.emplace_back();
     if (m_otherValues) m_otherValues->emplace_back();
@@ -111,7 +109,6 @@ void PCKeyedPropertyTimeline::eraseAt(size_t index) {
         if (PCPropertyKeyframe* handle = (*m_handles)[index]) detach(*handle);
         m_handles->erase(m_handles->begin() + at);
     }
-    m_times.erase(m_times.begin() + at);
     m_keys.erase(m_keys.begin() + at);
     m_identifiers.erase(m_identifiers.begin() + at);
     if (m_otherValues) m_otherValues->erase(m_otherValues->begin() + at);
@@ -195,7 +192,7 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::retrieveOrCreateKe
     int32_t timeInMS) {
     size_t index = firstKeyframeIndexAtOrAfterTimeInMS(timeInMS);
     if (index == kNotFound) index = m_keys.size();
-    const bool exists = index < m_keys.size() && m_times[index] == timeInMS;
+    const bool exists = index < m_keys.size() && m_keys[index].timeInMS == timeInMS;
     if (!exists) {
         insertRecord(index, newKeyframeRecord(timeInMS), nullptr);
         m_hasUnsavedChanges = true;
@@ -269,7 +266,7 @@ void PCKeyedPropertyTimeline::deleteKeyframe(const KeyframePtr& keyframe) {
     }
     eraseAt(keyframe->m_index);
     didChange();
-    const bool hasNothingToLoopOver = isEmpty() || (m_keys.size() == 1 && m_times[0] == 0);
+    const bool hasNothingToLoopOver = isEmpty() || (m_keys.size() == 1 && m_keys[0].timeInMS == 0);
     if (hasNothingToLoopOver) m_repeatBehavior = PCRepeatBehaviorNever;
 }
 
@@ -296,8 +293,12 @@ void PCKeyedPropertyTimeline::moveKeyframeAtTimeInMS(int32_t fromTime, int32_t t
     updateKeyframeSort();
 }
 
+void PCKeyedPropertyTimeline::reserveLists(size_t count) {
+    m_keys.reserve(count);
+    m_identifiers.reserve(count);
+}
+
 void PCKeyedPropertyTimeline::clearLists() {
-    m_times.clear();
     m_keys.clear();
     m_identifiers.clear();
     m_otherValues.reset();
@@ -318,6 +319,7 @@ void PCKeyedPropertyTimeline::setKeyframes(const Keyframes& keyframes) {
     }
     detachAll();
     clearLists();
+    reserveLists(records.size());
     for (size_t i = 0; i < records.size(); ++i) {
         const bool isOurs = keyframes[i]->m_owner == nullptr;
         insertRecord(i, records[i], isOurs ? keyframes[i].get() : nullptr);
@@ -328,8 +330,9 @@ void PCKeyedPropertyTimeline::setKeyframes(const Keyframes& keyframes) {
 std::vector<size_t> PCKeyedPropertyTimeline::indicesByTime() const {
     std::vector<size_t> order(m_keys.size());
     std::iota(order.begin(), order.end(), size_t{0});
-    std::stable_sort(order.begin(), order.end(),
-                     [this](size_t a, size_t b) { return m_times[a] < m_times[b]; });
+    std::stable_sort(order.begin(), order.end(), [this](size_t a, size_t b) {
+        return m_keys[a].timeInMS < m_keys[b].timeInMS;
+    });
     return order;
 }
 
@@ -347,7 +350,6 @@ void PCKeyedPropertyTimeline::arrange(const std::vector<size_t>& order) {
         }
         values.swap(sorted);
     };
-    permute(m_times);
     permute(m_keys);
     permute(m_identifiers);
     if (m_otherValues) permute(*m_otherValues);
