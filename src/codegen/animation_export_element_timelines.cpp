@@ -1,5 +1,7 @@
 #include "codegen/animation_export_element_timelines.h"
 
+#include "model/property_timeline_group.h"
+
 using namespace Qt::StringLiterals;
 
 namespace tweenery {
@@ -55,14 +57,19 @@ QString PCAnimationExportElementTimelines::description() const {
 
 const ElementTimelineFile* elementTimelineFileNamed(const QString& fileName) {
     static const std::array<ElementTimelineFile, kElementTimelineCount> files{{
-        {u"zRotation.data"_s, &Record::zRotation},
-        {u"opacity.data"_s, &Record::opacity},
-        {u"xScale.data"_s, &Record::xScale},
-        {u"yScale.data"_s, &Record::yScale},
-        {u"xTranslation.data"_s, &Record::xPosition},
-        {u"yTranslation.data"_s, &Record::yPosition},
-        {u"imageContents.data"_s, &Record::contents},
-        {u"zPosition.data"_s, &Record::zPosition},
+        {filenameOfTimelineType(PCPropertyTypeZRotation), PCPropertyTypeZRotation,
+         &Record::zRotation},
+        {filenameOfTimelineType(PCPropertyTypeOpacity), PCPropertyTypeOpacity, &Record::opacity},
+        {filenameOfTimelineType(PCPropertyTypeScaleX), PCPropertyTypeScaleX, &Record::xScale},
+        {filenameOfTimelineType(PCPropertyTypeScaleY), PCPropertyTypeScaleY, &Record::yScale},
+        {filenameOfTimelineType(PCPropertyTypeTranslationX), PCPropertyTypeTranslationX,
+         &Record::xPosition},
+        {filenameOfTimelineType(PCPropertyTypeTranslationY), PCPropertyTypeTranslationY,
+         &Record::yPosition},
+        {filenameOfTimelineType(PCPropertyTypeImageContents), PCPropertyTypeImageContents,
+         &Record::contents},
+        {filenameOfTimelineType(PCPropertyTypeChildrenZPositions), PCPropertyTypeChildrenZPositions,
+         &Record::zPosition},
     }};
     const auto file = std::find_if(files.begin(), files.end(), [&](const auto& candidate) {
         return candidate.fileName == fileName;

@@ -40,6 +40,7 @@ struct PCAnimationExportElementTimelines {
 /// A stored file of an element, and the field that it goes to.
 struct ElementTimelineFile {
     QString fileName;
+    PCPropertyType slot;  // of the timelines of an element
     PCAnimationExportElementTimelines::Timeline PCAnimationExportElementTimelines::*field;
 };
 /// The file of that name; null for any other name.

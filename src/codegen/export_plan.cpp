@@ -44,8 +44,15 @@ struct TimelineJob {
     size_t element = 0;
     const ElementTimelineFile* file = nullptr;
     const FileWrapper* stored = nullptr;
+    PCKeyedPropertyTimeline::Ptr loaded;  // in memory already, if it is
     PCKeyedPropertyTimeline::Ptr timeline;
 };
+
+PCKeyedPropertyTimeline::Ptr loadedTimeline(const PCAnimation& animation, const QString& element,
+                                            const ElementTimelineFile& file) {
+    const auto group = animation.timelineGroup(Identifier(element));
+    return group ? group->timelineIfLoaded(file.slot) : nullptr;
+}
 
 class Planner {
  public:
@@ -190,7 +197,12 @@ void Planner::listTimelines(size_t bundle) {
             if (!file || !stored->isRegularFile()) continue;
             hasTimelines = true;
             if (isDeleted) break;
-            m_jobs.push_back({bundle, element->second, file, stored.get(), {}});
+            m_jobs.push_back({bundle,
+                              element->second,
+                              file,
+                              stored.get(),
+                              loadedTimeline(*animation, name, *file),
+                              {}});
         }
         if (hasTimelines && isDeleted) m_plan.leftOutTimelines.push_back({animation, name, {}, 0});
     }
@@ -199,6 +211,10 @@ void Planner::listTimelines(size_t bundle) {
 }
 
 void Planner::decode(TimelineJob& job) const {
+    if (job.loaded && job.loaded->isAsStored()) {
+        job.timeline = job.loaded->copy();
+        return;
+    }
     const QString entry = u"animations/"_s + m_bundles[job.bundle].animation->identifier() + u'/' +
                           m_plan.elements[job.element].element->identifier().toString() + u'/' +
                           job.file->fileName;

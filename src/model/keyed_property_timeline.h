@@ -78,7 +78,14 @@ class PCKeyedPropertyTimeline : public Archivable,
         m_listener = listener;
     }
     bool hasUnsavedChanges() const { return m_hasUnsavedChanges; }
-    void setHasUnsavedChanges(bool unsaved) { m_hasUnsavedChanges = unsaved; }
+    /// Clearing says that the timeline has just been written.
+    void setHasUnsavedChanges(bool unsaved) {
+        m_hasUnsavedChanges = unsaved;
+        m_isAsStored = m_isAsStored || !unsaved;
+    }
+    /// True when nothing has changed since the timeline was read or written. A timeline that was
+    /// read counts as unsaved all the same.
+    bool isAsStored() const { return m_isAsStored; }
     int64_t repeatBehavior() const { return m_repeatBehavior; }
     /// Stores, marks as changed, tells the listener.
     void setRepeatBehavior(int64_t behavior);
@@ -225,6 +232,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     int32_t m_propertyType;
     int8_t m_repeatBehavior = PCRepeatBehaviorNever;
     bool m_hasUnsavedChanges = false;
+    bool m_isAsStored = false;
     mutable Segment m_segment;
     WeakRef<PCElement> m_element;
     std::vector<Key> m_keys;
@@ -263,6 +271,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     void reserveLists(size_t count);
     void clearLists();
     void didChange();
+    void contentsDidChange();
     KeyframeRecord newKeyframeRecord(int32_t timeInMS) const;
     UndoManager* undoManager() const;
     PropertyValue heldValueAt(int32_t effectiveTime) const;

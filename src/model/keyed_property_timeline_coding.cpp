@@ -133,6 +133,7 @@ PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::initWithArchive(
         timeline->appendRecord(decodeKeyframe(item));
     }
     timeline->restoreOrder();
+    timeline->m_isAsStored = true;
     return timeline;
 }
 

@@ -65,7 +65,7 @@ void PCKeyedPropertyTimeline::writeRecord(size_t index, const KeyframeRecord& re
         flag(record.liveRecordedEnd, kRecordedEnd));
     m_identifiers[index] = record.identifier;
     writeValue(index, record.value);
-    m_segment = {};
+    contentsDidChange();
 }
 
 void PCKeyedPropertyTimeline::writeValue(size_t index, const PropertyValue& value) {
@@ -112,7 +112,7 @@ void PCKeyedPropertyTimeline::eraseAt(size_t index) {
     m_keys.erase(m_keys.begin() + at);
     m_identifiers.erase(m_identifiers.begin() + at);
     if (m_otherValues) m_otherValues->erase(m_otherValues->begin() + at);
-    m_segment = {};
+    contentsDidChange();
     renumberHandles(index);
 }
 
@@ -163,12 +163,18 @@ void PCKeyedPropertyTimeline::renumberHandles(size_t from) {
 
 // Edits.
 
+void PCKeyedPropertyTimeline::contentsDidChange() {
+    m_segment = {};
+    m_isAsStored = false;
+}
+
 void PCKeyedPropertyTimeline::didChange() {
     m_hasUnsavedChanges = true;
     if (m_listener) m_listener->keyedPropertyTimelineDidChange(*this);
 }
 
 void PCKeyedPropertyTimeline::setRepeatBehavior(int64_t behavior) {
+    m_isAsStored = false;
     m_repeatBehavior = static_cast<int8_t>(std::clamp<int64_t>(behavior, INT8_MIN, INT8_MAX));
     didChange();
 }
@@ -302,7 +308,7 @@ void PCKeyedPropertyTimeline::clearLists() {
     m_keys.clear();
     m_identifiers.clear();
     m_otherValues.reset();
-    m_segment = {};
+    contentsDidChange();
 }
 
 void PCKeyedPropertyTimeline::removeAllKeyframes() {
@@ -355,7 +361,7 @@ void PCKeyedPropertyTimeline::arrange(const std::vector<size_t>& order) {
     if (m_otherValues) permute(*m_otherValues);
     if (m_handles) permute(*m_handles);
     renumberHandles(0);
-    m_segment = {};
+    contentsDidChange();
 }
 
 }  // namespace tweenery
