@@ -16,9 +16,19 @@ using namespace Qt::StringLiterals;
 namespace tweenery::bench {
 namespace {
 
-const PCProject::Ptr& openProject() {
-    static const PCProject::Ptr project =
-        PCProject::projectForReadingWithFileWrapper(readPackage(bigPackage()));
+PCProject::Ptr openProject() {
+    return PCProject::projectForReadingWithFileWrapper(readPackage(bigPackage()));
+}
+
+// A project whose timelines are all in memory.
+const PCProject::Ptr& decodedProject() {
+    static const PCProject::Ptr project = [] {
+        PCProject::Ptr opened = openProject();
+        for (const PCAnimation::Ptr& animation : opened->animationsManager().animations()) {
+            animation->loadAllTimelines();
+        }
+        return opened;
+    }();
     return project;
 }
 
@@ -26,7 +36,8 @@ const PCProject::Ptr& openProject() {
 const std::vector<double>& printedNumbers() {
     static const std::vector<double> numbers = [] {
         std::vector<double> all;
-        for (const PCAnimation::Ptr& animation : openProject()->animationsManager().animations()) {
+        for (const PCAnimation::Ptr& animation :
+             decodedProject()->animationsManager().animations()) {
             for (const auto& [identifier, group] : animation->timelineGroups()) {
                 for (const PCPropertyType type : elementTimelineTypes()) {
                     const auto timeline = group->storedTimeline(type);
@@ -46,7 +57,8 @@ const std::vector<double>& printedNumbers() {
 
 template <typename Provider>
 void exportSource(benchmark::State& state) {
-    const PCProject::Ptr& project = openProject();
+    const bool isDecoded = state.range(0) != 0;
+    const PCProject::Ptr project = isDecoded ? decodedProject() : openProject();
     size_t bytes = 0;
     for (auto _ : state) {
         PCProjectCodeGenerator generator;
@@ -93,8 +105,18 @@ void textStreamOfSameNumbers(benchmark::State& state) {
 
 BENCHMARK(toCharsOfSameNumbers)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(textStreamOfSameNumbers)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(exportSource, PCObjCCodeProvider)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(exportSource, PCSwiftCodeProvider)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(exportSource, PCObjCCodeProvider)
+    ->ArgName("decoded")
+    ->Arg(1)
+    ->Arg(0)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(exportSource, PCSwiftCodeProvider)
+    ->ArgName("decoded")
+    ->Arg(1)
+    ->Arg(0)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace tweenery::bench
