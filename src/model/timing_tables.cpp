@@ -4,14 +4,10 @@
 #include <cmath>
 
 #include "model/easing.h"
+#include "platform/cubic_bezier.h"
 
 namespace tweenery {
 namespace {
-
-double bezier(double p1, double p2, double s) {
-    const double r = 1 - s;
-    return 3 * r * r * s * p1 + 3 * r * s * s * p2 + s * s * s;
-}
 
 // To four decimals; what is then nearer than 0.001 to an end is the end.
 double tableEntry(double height) {
@@ -53,18 +49,6 @@ SinglePrecisionTables roundAllTables() {
 }
 
 }  // namespace
-
-double cubicBezierHeight(double x1, double y1, double x2, double y2, double x) {
-    // x(s) rises monotonically for x1, x2 in 0 to 1: bisection always converges.
-    double low = 0;
-    double high = 1;
-    while (high - low > 1e-15) {
-        const double middle = (low + high) / 2;
-        if (middle == low || middle == high) break;
-        (bezier(x1, x2, middle) < x ? low : high) = middle;
-    }
-    return bezier(y1, y2, (low + high) / 2);
-}
 
 const TimingTable* timingTableForEasingMode(int64_t mode) {
     if (mode < 1 || mode > 6) return nullptr;
