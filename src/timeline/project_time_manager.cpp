@@ -40,6 +40,10 @@ int32_t wholeMilliseconds(double timeInMS) {
     return static_cast<int32_t>(std::clamp<double>(timeInMS, INT32_MIN, INT32_MAX));
 }
 
+QString twoDigits(int32_t number) {
+    return u"%1"_s.arg(number, 2, 10, QChar(u'0'));
+}
+
 }  // namespace
 
 PCProjectTimeManager::PCProjectTimeManager(const MediaClock& clock, LogPort& log)
@@ -178,14 +182,12 @@ int32_t PCProjectTimeManager::zoomSpecificTickAfterTimeInMS(int32_t timeInMS) co
 }
 
 QString PCProjectTimeManager::displayStringForTimeInMS(int32_t timeInMS) {
-    constexpr int32_t kMinuteInMS = 60000;
     const int32_t time = std::max(timeInMS, 0);
-    const auto hundredths = static_cast<int>((static_cast<double>(time % 1000) + 0.5) / 10.0);
-    const QString fraction = u"%1"_s.arg(hundredths, 2, 10, u'0');
-    const int32_t seconds = time / 1000;
-    if (time < kMinuteInMS) return u"%1.%2"_s.arg(QString::number(seconds), fraction);
-    return u"%1:%2.%3"_s.arg(QString::number(seconds / 60), u"%1"_s.arg(seconds % 60, 2, 10, u'0'),
-                             fraction);
+    const int32_t minutes = time / 60000;
+    const int32_t seconds = time / 1000 % 60;
+    const auto hundredths = static_cast<int32_t>((static_cast<double>(time % 1000) + 0.5) / 10.0);
+    if (minutes == 0) return u"%1.%2"_s.arg(QString::number(seconds), twoDigits(hundredths));
+    return u"%1:%2.%3"_s.arg(QString::number(minutes), twoDigits(seconds), twoDigits(hundredths));
 }
 
 // Listeners.

