@@ -260,16 +260,19 @@ KeyframePtr PCElement::setChildrenZPositions(const QStringList& identifiers, int
     return keyframe;
 }
 
+// The state at the time stays where it is: its own shift, less the one that the setup position
+// gets. Both are nothing, to the bit, for the anchor point that is there already.
 void PCElement::setAnchorPoint(QPointF anchorPoint, int32_t timeInMS) {
-    const QPointF position = positionAtTimeInMS(timeInMS);
+    const QPointF translation = translationAtTimeInMS(timeInMS);
     const QPointF scale = scaleAtTimeInMS(timeInMS);
     const QPointF newAnchor(m_size.width() * anchorPoint.x(), m_size.height() * anchorPoint.y());
     QTransform transform;
     transform.rotateRadians(static_cast<double>(zRotationAtTimeInMS(timeInMS)));
     transform.scale(scale.x(), scale.y());
-    const QPointF moved = position - transform.map(anchorPointInPts()) + transform.map(newAnchor);
+    const QPointF shift = transform.map(newAnchor) - transform.map(anchorPointInPts());
+    const QPointF oldPosition = m_position;
     setAnchorPoint(anchorPoint);
-    setTranslation(moved - m_position, timeInMS);
+    setTranslation(translation + shift - (m_position - oldPosition), timeInMS);
 }
 
 void PCElement::removeAllTimelines() {

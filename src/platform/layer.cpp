@@ -359,7 +359,7 @@ Layer* Layer::hitTest(QPointF point) {
     const auto own = fromSuperlayer(point);
     if (!own || (m_masksToBounds && !Layer::containsPoint(*own))) return nullptr;
     if (Layer* hit = hitBelow(*own)) return hit;
-    return containsPoint(*own) ? this : nullptr;
+    return coversPoint(*own) ? this : nullptr;
 }
 
 Layer* Layer::hitBelow(QPointF point) const {

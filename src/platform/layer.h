@@ -187,6 +187,9 @@ class Layer {
 
  protected:
     virtual void layoutSublayers() {}
+    /// What a hit test asks once nothing below this layer was hit: containsPoint(), unless a layer
+    /// need not ask below a second time.
+    virtual bool coversPoint(QPointF point) const { return containsPoint(point); }
 
  private:
     struct Running {
