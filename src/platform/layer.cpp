@@ -25,6 +25,15 @@ Affine affineOf(const LayerValues& values, const Linear& linear) {
     return {linear, anchorPlace(values) - linear.map(anchorInPoints(values))};
 }
 
+bool liesFurtherBack(double zPosition, double otherZPosition) {
+    return zPosition < otherZPosition;
+}
+
+// Not a number would break the order of all siblings.
+double orderable(double zPosition) {
+    return std::isnan(zPosition) ? 0 : zPosition;
+}
+
 void apply(const KeyframeAnimation& animation, double time, LayerValues& values) {
     switch (animation.property) {
         case LayerProperty::Contents:
@@ -34,7 +43,7 @@ void apply(const KeyframeAnimation& animation, double time, LayerValues& values)
             values.opacity = animation.valueAt(time);
             return;
         case LayerProperty::ZPosition:
-            values.zPosition = animation.valueAt(time);
+            values.zPosition = orderable(animation.valueAt(time));
             return;
         case LayerProperty::ScaleX:
             values.transform.scale.setX(animation.valueAt(time));
@@ -52,10 +61,6 @@ void apply(const KeyframeAnimation& animation, double time, LayerValues& values)
             values.transform.translation.setY(animation.valueAt(time));
             return;
     }
-}
-
-bool liesFurtherBack(double zPosition, double otherZPosition) {
-    return zPosition < otherZPosition;
 }
 
 }  // namespace
@@ -102,9 +107,8 @@ void Layer::unlink() {
     m_superlayer = nullptr;
 }
 
-const std::vector<Layer*>& Layer::sublayersInDrawingOrder() const {
+const std::vector<Layer*>& Layer::sublayersInDrawingOrderAt(double time) const {
     if (m_sublayersThatAnimateOrder > 0) {
-        const double time = localTime();
         m_drawingOrder = m_sublayers;
         std::stable_sort(m_drawingOrder.begin(), m_drawingOrder.end(),
                          [time](const Layer* a, const Layer* b) {
@@ -160,10 +164,19 @@ void Layer::setTransform(const LayerTransform& transform) {
     valuesDidChange();
 }
 
+void Layer::setOpacity(double opacity) {
+    m_values.opacity = opacity;
+    valuesDidChange();
+}
+
+void Layer::setContents(const QImage& contents) {
+    m_values.contents = contents;
+    valuesDidChange();
+}
+
 void Layer::setZPosition(double zPosition) {
     if (m_values.zPosition == zPosition) return;
-    // Not a number would break the order of all siblings.
-    m_values.zPosition = std::isnan(zPosition) ? 0 : zPosition;
+    m_values.zPosition = orderable(zPosition);
     if (m_superlayer) m_superlayer->m_orderIsCurrent = false;
     valuesDidChange();
 }
