@@ -6,6 +6,7 @@
 
 #include "canvas/layer_scene.h"
 #include "canvas/snapping.h"
+#include "canvas/tweenery_style.h"
 #include "canvas/zoom.h"
 
 namespace tweenery::test {
@@ -179,6 +180,31 @@ TEST(EditorLayer, FitsTheCanvasIntoTheDocument) {
         const PCGuideLayer& guide = scene.editor.verticalSnapGuideline();
         EXPECT_NEAR(guide.convertRectTo(guide.bounds(), &scene.editor).width(), 1, 1e-9);
     }
+}
+
+TEST(EditorLayer, DrawsItsParts) {
+    LayerScene scene({100, 80});
+    scene.addPicture(scene.canvas, u"A"_s, {.position = {70, 40}, .size = {20, 20}});
+    const QRectF bounds(0, 0, 301, 281);  // the canvas lies at (100.5, 100.5)
+    scene.editor.refreshBounds(bounds, 1);
+    scene.editor.layoutGuidesForBoundingBox({50, -7, 3, 3});
+    const QImage picture = scene.editor.imageRepresentation();
+    EXPECT_EQ(picture.size(), QSize(301, 281));
+    EXPECT_EQ(picture.pixelColor(5, 5), QColor(77, 77, 77)) << "the surround";
+    EXPECT_EQ(picture.pixelColor(170, 140), QColor(Qt::darkCyan)) << "the element";
+    const QColor pattern = picture.pixelColor(120, 120);
+    EXPECT_TRUE(pattern == QColor(Qt::white) || pattern == QColor(219, 219, 219));
+    EXPECT_EQ(picture.pixel(150, 40), TweeneryStyle::guideColor().rgb()) << "the guide";
+
+    LayerScene unbounded({0, 0});
+    const QImage empty = unbounded.editor.imageRepresentation();
+    EXPECT_EQ(empty.size(), QSize(5000, 5000));
+    int axes = 0;
+    for (int x = 0; x < 5000; ++x) {
+        axes += empty.pixelColor(x, 100).blueF() - empty.pixelColor(x, 100).redF() > 0.3F ? 1 : 0;
+    }
+    EXPECT_GE(axes, 1) << "an axis";
+    EXPECT_LE(axes, 2);
 }
 
 TEST(Snapping, CatchesOnTheCanvasWithinTenPointsOfTheScreen) {
