@@ -170,6 +170,10 @@ class PCKeyedPropertyTimeline : public Archivable,
     KeyframePtr duplicateKeyframe(const KeyframePtr& keyframe);
     /// Moves the keyframe closest to `fromTime`. The caller keeps two from landing on one time.
     void moveKeyframeAtTimeInMS(int32_t fromTime, int32_t toTime);
+    /// Moves the keyframes at exactly these times by `deltaInMS`, all at once: one step of undo,
+    /// one report, one sort. The caller keeps two from landing on one time. Throws
+    /// AssertionFailure, and moves none, when a new time is no 32-bit number.
+    void shiftKeyframesAtTimesInMS(const std::vector<int32_t>& times, int64_t deltaInMS);
     void removeAllKeyframes();
     /// Replaces the list; the keyframes become this timeline's.
     void setKeyframes(const Keyframes& keyframes);
