@@ -227,6 +227,9 @@ TEST(ElementLayer, IsHitWhereItsArtworkShows) {
                                  {145.0, "-"}}) {
         EXPECT_EQ(scene.pressed({x, 105}, true).toStdString(), hit) << x;
     }
+    steps->setSize({1e90, 1e90});
+    EXPECT_FALSE(scene.layer(steps).containsPoint({1e80, 1e80})) << "beyond the artwork";
+    steps->setSize({4, 1});
     steps->setLocked(true);
     EXPECT_EQ(scene.pressed({135, 105}, true), u"-"_s);
     steps->setLocked(false);
