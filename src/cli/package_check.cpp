@@ -4,11 +4,11 @@
 #include <optional>
 #include <unordered_map>
 
-#include "codegen/parallel.h"
 #include "model/element.h"
 #include "model/project_preferences.h"
 #include "model/project_version.h"
 #include "platform/image_header.h"
+#include "platform/parallel_for.h"
 #include "platform/path_name.h"
 
 using namespace Qt::StringLiterals;

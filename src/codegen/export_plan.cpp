@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "codegen/parallel.h"
+#include "platform/parallel_for.h"
 
 using namespace Qt::StringLiterals;
 
