@@ -55,6 +55,9 @@ class PCKeyedPropertyTimeline : public Archivable,
     /// Reads an archived timeline. Throws InputError when it is none. The result counts as changed.
     static Ptr initWithArchive(const KeyedUnarchiver& archive);
     static Ptr unarchive(const QByteArray& data, const QString& entry);
+    /// For the export's private timelines: without the keyframes' identifiers and the marks of
+    /// recording and Key All, which no export shows.
+    static Ptr EXPORT_unarchive(const QByteArray& data, const QString& entry);
     static TimelineSummary summaryOfArchive(const QByteArray& data, const QString& entry);
     /// For the factories only: the passkey is private.
     PCKeyedPropertyTimeline(Passkey, int32_t type) : m_propertyType(type) {}
@@ -242,7 +245,8 @@ class PCKeyedPropertyTimeline : public Archivable,
     std::weak_ptr<PCProject> m_project;          // of a timeline without an element
     PCKeyedPropertyTimelineChangeListener* m_listener = nullptr;
 
-    static KeyframeRecord decodeKeyframe(const KeyedDecoder& coder);
+    enum class Fields { All, Exported };
+    static Ptr decode(const KeyedUnarchiver& archive, Fields fields);
     static void encodeKeyframe(KeyedEncoder& coder, const KeyframeRecord& record, int32_t type);
 
     FactorAndOffset factorAndOffset() const;
