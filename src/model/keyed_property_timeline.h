@@ -103,6 +103,12 @@ class PCKeyedPropertyTimeline : public Archivable,
     QPointF pointValueAtTimeInMS(int32_t timeInMS) const;
     QStringList arrayValueAtTimeInMS(int32_t timeInMS) const;
     QString stringValueAtTimeInMS(int32_t timeInMS) const;
+    /// Begin to fetch what the value at the time will need: first the keyframes, then, once they
+    /// are there, a value that is no number. Nothing else.
+    void prefetchKeysForTimeInMS(int32_t timeInMS) const;
+    void prefetchValueAtTimeInMS(int32_t timeInMS) const {
+        if (m_otherValues) __builtin_prefetch(otherValueAt(timeInMS));
+    }
     /// The time inside the timeline, with loops and autoreverse taken off.
     float effectiveTimeForTimeInMS(int32_t timeInMS) const;
     PropertyValue valueOfKeyframe(const PCPropertyKeyframe& keyframe) const;
@@ -228,6 +234,8 @@ class PCKeyedPropertyTimeline : public Archivable,
         float factor = 1;
         float offset = 0;
     };
+    // So few keyframes are searched by counting through them, in a few cache lines.
+    static constexpr size_t kCounted = 32;
     using Handles = std::vector<PCPropertyKeyframe*>;
     using OtherValues = std::vector<PropertyValue>;
 
