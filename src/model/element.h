@@ -51,6 +51,16 @@ inline const QString childrenZPosition =
     QStringLiteral("com.lumenfold.tweenery.elementchildrenzpositionchangenotification");
 }  // namespace ElementNotification
 
+/// The animated properties of an element at one time.
+struct ElementValues {
+    float opacity = 0;
+    float rotation = 0;  // radians
+    QPointF scale;
+    QPointF translation;
+    QString image;
+    QStringList children;
+};
+
 /// A node of the scene: a piece of artwork, or a group. Its own fields are the setup state, against
 /// which all animations are expressed. The root of the tree is the canvas. Children are owned, back
 /// (0) to front; the parent and the project are not.
@@ -218,6 +228,8 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     // State at a time in milliseconds, through the attached timelines; zero or null without them.
 
     PropertyValue setupValueForPropertyType(int32_t type) const;
+    /// All of them at once, which is faster than one after the other.
+    ElementValues valuesAtTimeInMS(int32_t timeInMS) const;
     float zRotationAtTimeInMS(int32_t timeInMS) const;
     float opacityAtTimeInMS(int32_t timeInMS) const;
     QPointF scaleAtTimeInMS(int32_t timeInMS) const;
