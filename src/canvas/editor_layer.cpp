@@ -8,6 +8,7 @@
 #include "canvas/quadrilateral.h"
 #include "canvas/tweenery_style.h"
 #include "model/project.h"
+#include "platform/layer_renderer.h"
 
 namespace tweenery {
 namespace {
@@ -332,6 +333,16 @@ void PCEditorLayer::refreshBounds(const QRectF& bounds, float magnificationFacto
                    isFramed ? kCornerRadius : 0);
     setStyle({.background = isUnbounded ? pattern : QBrush(TweeneryStyle::editorColor())});
     showAxes(isUnbounded);
+}
+
+QImage PCEditorLayer::imageRepresentation() {
+    const QRectF shown = presented().bounds;
+    DisplayList list;
+    list.build(*this, {{}, -shown.topLeft()},
+               {static_cast<int>(shown.width()), static_cast<int>(shown.height())});
+    QImage picture;
+    LayerRenderer().paint(list, picture);
+    return picture;
 }
 
 }  // namespace tweenery

@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "canvas/editor_layer.h"
+#include "canvas/quadrilateral.h"
 #include "canvas/tweenery_style.h"
 #include "model/project.h"
 #include "platform/errors.h"
@@ -232,9 +233,9 @@ bool PCLayer::isOwnedByBorder(QPointF point) const {
 
 bool PCLayer::imageCovers(QPointF point) const {
     const QImage artwork = artworkOf(*m_element);
-    const QPoint pixel(static_cast<int>(std::floor(point.x())),
-                       static_cast<int>(std::floor(point.y())));
-    return artwork.valid(pixel) && qAlpha(artwork.pixel(pixel)) >= kLeastVisibleAlpha;
+    if (!rectHolds(artwork.rect(), point)) return false;
+    const QPoint pixel(static_cast<int>(point.x()), static_cast<int>(point.y()));
+    return qAlpha(artwork.pixel(pixel)) >= kLeastVisibleAlpha;
 }
 
 bool PCLayer::coversPoint(QPointF point) const {

@@ -1,7 +1,5 @@
 #include "canvas/element_selection_manager.h"
 
-#include <algorithm>
-
 #include "model/project.h"
 #include "platform/errors.h"
 
@@ -43,7 +41,7 @@ void PCElementSelectionManager::selectElement(const PCElement::Ptr& element) {
     m_places.emplace(selected.get(), m_selected.insert(m_selected.end(), selected));
     selected->setSelected(true);
     m_managedElementsAreDirty = true;
-    tellListeners([this, &selected](auto& listener) {
+    m_listeners.tell([this, &selected](auto& listener) {
         listener.elementSelectionManagerDidSelectElement(*this, selected);
     });
 }
@@ -56,7 +54,7 @@ void PCElementSelectionManager::deselectElement(const PCElement::Ptr& element) {
     m_places.erase(place);
     deselected->setSelected(false);
     m_managedElementsAreDirty = true;
-    tellListeners([this, &deselected](auto& listener) {
+    m_listeners.tell([this, &deselected](auto& listener) {
         listener.elementSelectionManagerDidDeselectElement(*this, deselected);
     });
 }
@@ -79,24 +77,12 @@ void PCElementSelectionManager::deselectAllElements() {
 // Listeners.
 
 void PCElementSelectionManager::addSelectionListener(PCElementSelectionManagerListener* listener) {
-    assertContract(std::find(m_listeners.begin(), m_listeners.end(), listener) == m_listeners.end(),
-                   u"listener was already added"_s);
-    m_listeners.push_back(listener);
+    assertContract(m_listeners.add(listener), u"listener was already added"_s);
 }
 
 void PCElementSelectionManager::removeSelectionListener(
     PCElementSelectionManagerListener* listener) {
-    assertContract(std::erase(m_listeners, listener) == 1, u"listener was not already added"_s);
-}
-
-template <typename Call>
-void PCElementSelectionManager::tellListeners(Call call) {
-    const auto listeners = m_listeners;  // a listener may take itself or another away
-    for (PCElementSelectionManagerListener* listener : listeners) {
-        const bool isStillThere =
-            std::find(m_listeners.begin(), m_listeners.end(), listener) != m_listeners.end();
-        if (isStillThere) call(*listener);
-    }
+    assertContract(m_listeners.remove(listener), u"listener was not already added"_s);
 }
 
 // Derived lists.

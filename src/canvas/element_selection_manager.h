@@ -5,9 +5,9 @@
 #include <memory>
 #include <unordered_map>
 #include <unordered_set>
-#include <vector>
 
 #include "model/element.h"
+#include "platform/listener_set.h"
 #include "platform/notification_centre.h"
 
 namespace tweenery {
@@ -86,15 +86,13 @@ class PCElementSelectionManager {
     bool m_managedElementsAreDirty = true;
     Order m_selected;
     std::unordered_map<const PCElement*, Order::iterator> m_places;
-    std::vector<PCElementSelectionManagerListener*> m_listeners;
+    ListenerSet<PCElementSelectionManagerListener> m_listeners;
     std::weak_ptr<PCProject> m_project;
     ElementSet m_nonManagedElements;
     ElementSet m_partiallyManagedElements;
     NotificationCentre::Subscription m_hierarchySubscription;
 
     void hierarchyChanged();
-    template <typename Call>
-    void tellListeners(Call call);
 };
 
 }  // namespace tweenery

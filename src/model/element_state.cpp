@@ -78,6 +78,28 @@ PropertyValue PCElement::setupValueForPropertyType(int32_t type) const {
 
 // Reading.
 
+// A time far from the last one waits for memory, timeline after timeline: what they need is fetched
+// for all of them together, and the strings while the numbers are worked out.
+ElementValues PCElement::valuesAtTimeInMS(int32_t timeInMS) const {
+    const auto forEachTimeline = [this](auto visit) {
+        if (!m_timelines) return;
+        for (const TimelinePtr& timeline : *m_timelines) {
+            if (timeline) visit(*timeline);
+        }
+    };
+    forEachTimeline([](const auto& timeline) { __builtin_prefetch(&timeline); });
+    forEachTimeline([=](const auto& timeline) { timeline.prefetchKeysForTimeInMS(timeInMS); });
+    forEachTimeline([=](const auto& timeline) { timeline.prefetchValueAtTimeInMS(timeInMS); });
+    ElementValues values;
+    values.opacity = opacityAtTimeInMS(timeInMS);
+    values.rotation = zRotationAtTimeInMS(timeInMS);
+    values.scale = scaleAtTimeInMS(timeInMS);
+    values.translation = translationAtTimeInMS(timeInMS);
+    values.image = imageContentsAtTimeInMS(timeInMS);
+    values.children = childrenZPositionsAtTimeInMS(timeInMS);
+    return values;
+}
+
 float PCElement::zRotationAtTimeInMS(int32_t timeInMS) const {
     return floatAt(attachedTimeline(PCPropertyTypeZRotation), timeInMS);
 }

@@ -25,6 +25,15 @@ Affine affineOf(const LayerValues& values, const Linear& linear) {
     return {linear, anchorPlace(values) - linear.map(anchorInPoints(values))};
 }
 
+bool liesFurtherBack(double zPosition, double otherZPosition) {
+    return zPosition < otherZPosition;
+}
+
+// Not a number would break the order of all siblings.
+double orderable(double zPosition) {
+    return std::isnan(zPosition) ? 0 : zPosition;
+}
+
 void apply(const KeyframeAnimation& animation, double time, LayerValues& values) {
     switch (animation.property) {
         case LayerProperty::Contents:
@@ -34,7 +43,7 @@ void apply(const KeyframeAnimation& animation, double time, LayerValues& values)
             values.opacity = animation.valueAt(time);
             return;
         case LayerProperty::ZPosition:
-            values.zPosition = animation.valueAt(time);
+            values.zPosition = orderable(animation.valueAt(time));
             return;
         case LayerProperty::ScaleX:
             values.transform.scale.setX(animation.valueAt(time));
@@ -52,10 +61,6 @@ void apply(const KeyframeAnimation& animation, double time, LayerValues& values)
             values.transform.translation.setY(animation.valueAt(time));
             return;
     }
-}
-
-bool liesFurtherBack(double zPosition, double otherZPosition) {
-    return zPosition < otherZPosition;
 }
 
 }  // namespace
@@ -102,9 +107,8 @@ void Layer::unlink() {
     m_superlayer = nullptr;
 }
 
-const std::vector<Layer*>& Layer::sublayersInDrawingOrder() const {
+const std::vector<Layer*>& Layer::sublayersInDrawingOrderAt(double time) const {
     if (m_sublayersThatAnimateOrder > 0) {
-        const double time = localTime();
         m_drawingOrder = m_sublayers;
         std::stable_sort(m_drawingOrder.begin(), m_drawingOrder.end(),
                          [time](const Layer* a, const Layer* b) {
@@ -160,10 +164,19 @@ void Layer::setTransform(const LayerTransform& transform) {
     valuesDidChange();
 }
 
+void Layer::setOpacity(double opacity) {
+    m_values.opacity = opacity;
+    valuesDidChange();
+}
+
+void Layer::setContents(const QImage& contents) {
+    m_values.contents = contents;
+    valuesDidChange();
+}
+
 void Layer::setZPosition(double zPosition) {
     if (m_values.zPosition == zPosition) return;
-    // Not a number would break the order of all siblings.
-    m_values.zPosition = std::isnan(zPosition) ? 0 : zPosition;
+    m_values.zPosition = orderable(zPosition);
     if (m_superlayer) m_superlayer->m_orderIsCurrent = false;
     valuesDidChange();
 }
@@ -284,15 +297,16 @@ QPointF Layer::mapToAncestor(QPointF point, const Layer* ancestor) const {
     return point;
 }
 
-QPointF Layer::mapFromAncestor(QPointF point, const Layer* ancestor) const {
+std::optional<QPointF> Layer::mapFromAncestor(QPointF point, const Layer* ancestor) const {
     std::vector<const Layer*> way;
     for (const Layer* layer = this; layer && layer != ancestor; layer = layer->m_superlayer) {
         way.push_back(layer);
     }
-    for (auto layer = way.rbegin(); layer != way.rend(); ++layer) {
-        point = (*layer)->fromSuperlayer(point).value_or(anchorInPoints((*layer)->presented()));
+    std::optional<QPointF> mapped = point;
+    for (auto layer = way.rbegin(); layer != way.rend() && mapped; ++layer) {
+        mapped = (*layer)->fromSuperlayer(*mapped);
     }
-    return point;
+    return mapped;
 }
 
 namespace {
@@ -323,14 +337,21 @@ const Layer* commonAncestor(const Layer* a, const Layer* b) {
 
 }  // namespace
 
-QPointF Layer::convertPointTo(QPointF point, const Layer* other) const {
+std::optional<QPointF> Layer::pointIn(const Layer* other, QPointF point) const {
     const Layer* common = commonAncestor(this, other);
     point = mapToAncestor(point, common);
     return other ? other->mapFromAncestor(point, common) : point;
 }
 
+QPointF Layer::convertPointTo(QPointF point, const Layer* other) const {
+    const auto converted = pointIn(other, point);
+    return converted ? *converted : anchorInPoints(other->presented());
+}
+
 QPointF Layer::convertPointFrom(QPointF point, const Layer* other) const {
-    return other ? other->convertPointTo(point, this) : mapFromAncestor(point, nullptr);
+    if (other) return other->convertPointTo(point, this);
+    const auto converted = mapFromAncestor(point, nullptr);
+    return converted ? *converted : anchorInPoints(presented());
 }
 
 QRectF Layer::convertRectTo(const QRectF& rect, const Layer* other) const {

@@ -87,7 +87,12 @@ class Layer {
     void insertSublayer(Layer& sublayer, size_t index);
     virtual void removeFromSuperlayer();
     /// The sublayers by presented zPosition, in their own order within equal ones: back to front.
-    const std::vector<Layer*>& sublayersInDrawingOrder() const;
+    const std::vector<Layer*>& sublayersInDrawingOrder() const {
+        return sublayersInDrawingOrderAt(m_sublayersThatAnimateOrder > 0 ? localTime() : 0);
+    }
+    /// The same for who walks the tree and knows the layer's own time. The list is good until the
+    /// next call.
+    const std::vector<Layer*>& sublayersInDrawingOrderAt(double time) const;
 
     // Values. They are good for the next drawing; nothing animates by itself.
 
@@ -110,10 +115,10 @@ class Layer {
     void setBounds(const QRectF& bounds);
     void setTransform(const LayerTransform& transform);
     /// Of the layer with all below it as a whole, 0 to 1.
-    void setOpacity(double opacity) { m_values.opacity = opacity; }
+    void setOpacity(double opacity);
     void setZPosition(double zPosition);
     /// Shared, never copied or converted: ARGB32_Premultiplied.
-    void setContents(const QImage& contents) { m_values.contents = contents; }
+    void setContents(const QImage& contents);
     /// Pixels of the contents for one point.
     void setContentsScale(double scale) { m_contentsScale = scale; }
     void setContentsGravity(ContentsGravity gravity) { m_contentsGravity = gravity; }
@@ -162,8 +167,10 @@ class Layer {
     Affine toSuperlayerAt(double time) const;
     /// Nothing where the layer is flattened to a line or a point.
     std::optional<QPointF> fromSuperlayer(QPointF point) const;
-    /// Null `other` means the coordinates above the root. A layer on the way that is flattened
-    /// gives the place of its anchor point.
+    /// From this layer's coordinates to those of another layer of the tree; null means those above
+    /// the root. Nothing where `other`, or a layer around it, is flattened.
+    std::optional<QPointF> pointIn(const Layer* other, QPointF point) const;
+    /// The same, with the anchor point of `other` in place of nothing.
     QPointF convertPointTo(QPointF point, const Layer* other) const;
     QPointF convertPointFrom(QPointF point, const Layer* other) const;
     /// The upright rectangle around the converted corners.
@@ -228,7 +235,7 @@ class Layer {
     void animationsDidChange(bool animatedOrder);
     Layer* hitBelow(QPointF point) const;
     QPointF mapToAncestor(QPointF point, const Layer* ancestor) const;
-    QPointF mapFromAncestor(QPointF point, const Layer* ancestor) const;
+    std::optional<QPointF> mapFromAncestor(QPointF point, const Layer* ancestor) const;
 };
 
 /// A layer that draws an outline.

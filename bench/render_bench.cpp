@@ -1,0 +1,281 @@
+// Frames of many image layers, whole and in part, and hits among moved layers, against QPainter,
+// QGraphicsScene and bare arithmetic. The machine may be busy: compare the least of several runs.
+
+#include <benchmark/benchmark.h>
+
+#include <QGraphicsPixmapItem>
+#include <QGraphicsScene>
+#include <QPainter>
+#include <QRegion>
+#include <algorithm>
+#include <numbers>
+#include <random>
+
+#include "platform/layer_renderer.h"
+
+namespace tweenery::bench {
+namespace {
+
+constexpr int kLayers = 200;
+constexpr int kHitLayers = 2000;
+constexpr QSizeF kCanvas(1136, 768);
+
+double least(const std::vector<double>& runs) {
+    return *std::min_element(runs.begin(), runs.end());
+}
+
+QImage artwork(int number) {
+    QImage image(160, 120, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QLinearGradient gradient(0, 0, 160, 120);
+    gradient.setColorAt(0, QColor::fromHsv(number * 36, 200, 255));
+    gradient.setColorAt(1, QColor::fromHsv(number * 36 + 30, 255, 120));
+    painter.setBrush(gradient);
+    painter.drawRoundedRect(QRectF(2, 2, 156, 116), 20, 20);
+    return image;
+}
+
+/// A canvas of turned, scaled, half-transparent image layers that share ten images.
+class ImageScene {
+ public:
+    explicit ImageScene(int count) : m_layers(static_cast<size_t>(count)) {
+        m_root.setBounds({QPointF(), kCanvas});
+        std::vector<QImage> images;
+        for (int i = 0; i < 10; ++i) {
+            images.push_back(artwork(i));
+        }
+        for (size_t i = 0; i < m_layers.size(); ++i) {
+            Layer& layer = m_layers[i];
+            layer.setContents(images[i % images.size()]);
+            layer.setBounds({0, 0, 160, 120});
+            layer.setTransform({.scale = {uniform(0.5, 1.5), uniform(0.5, 1.5)},
+                                .rotation = uniform(0, 2 * std::numbers::pi),
+                                .translation = {}});
+            layer.setOpacity(0.5);
+            m_root.addSublayer(layer);
+        }
+        moveFirst(m_layers.size());
+    }
+
+    void moveFirst(size_t count) {
+        for (size_t i = 0; i < count; ++i) {
+            m_layers[i].setPosition({uniform(0, kCanvas.width()), uniform(0, kCanvas.height())});
+        }
+    }
+    /// By up to two points, as layers do from one frame to the next.
+    void nudgeFirst(size_t count) {
+        for (size_t i = 0; i < count; ++i) {
+            const QPointF place = m_layers[i].position();
+            m_layers[i].setPosition(place + QPointF(uniform(-2, 2), uniform(-2, 2)));
+        }
+    }
+
+    Layer& root() { return m_root; }
+    std::vector<Layer>& layers() { return m_layers; }
+
+ private:
+    double uniform(double least, double most) {
+        return std::uniform_real_distribution<double>(least, most)(m_random);
+    }
+
+    std::mt19937 m_random{20260102};
+    Layer m_root;
+    std::vector<Layer> m_layers;
+};
+
+QSize pictureSize(int scale) {
+    return (kCanvas * scale).toSize();
+}
+
+void frameOfLayers(benchmark::State& state) {
+    const int scale = static_cast<int>(state.range(0));
+    ImageScene scene(kLayers);
+    LayerRenderer renderer(static_cast<int>(state.range(1)));
+    for (auto _ : state) {
+        scene.nudgeFirst(kLayers);
+        benchmark::DoNotOptimize(
+            renderer.frame(scene.root(), Affine::scaling(scale, scale), pictureSize(scale)));
+    }
+}
+
+void paintImages(const QRect& area, int scale, std::vector<Layer>& layers, QImage& pixels) {
+    pixels.fill(Qt::transparent);
+    QPainter painter(&pixels);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    for (const Layer& layer : layers) {
+        Affine toDevice = layer.toSuperlayer().then(Affine::scaling(scale, scale));
+        if (!toDevice.mapRect(layer.bounds()).intersects(area)) continue;
+        toDevice.offset -= area.topLeft();
+        painter.setTransform(toDevice.toQTransform());
+        painter.setOpacity(layer.opacity());
+        painter.drawImage(layer.bounds(), layer.contents());
+    }
+}
+
+void painterInStrips(benchmark::State& state) {
+    const int scale = static_cast<int>(state.range(0));
+    const QSize size = pictureSize(scale);
+    ImageScene scene(kLayers);
+    QImage picture(size, QImage::Format_ARGB32_Premultiplied);
+    for (auto _ : state) {
+        scene.nudgeFirst(kLayers);
+        for (int y = 0; y < size.height(); y += 64) {
+            const QRect area(0, y, size.width(), std::min(64, size.height() - y));
+            QImage strip(picture.scanLine(y), area.width(), area.height(), picture.bytesPerLine(),
+                         picture.format());
+            paintImages(area, scale, scene.layers(), strip);
+        }
+    }
+}
+
+void painterOnWhole(benchmark::State& state) {
+    const int scale = static_cast<int>(state.range(0));
+    ImageScene scene(kLayers);
+    QImage picture(pictureSize(scale), QImage::Format_ARGB32_Premultiplied);
+    for (auto _ : state) {
+        scene.nudgeFirst(kLayers);
+        paintImages(picture.rect(), scale, scene.layers(), picture);
+    }
+}
+
+// k of the layers move. `dirty` is the share of the picture that their old and new places take,
+// `painted` what has been painted.
+void frameInPart(benchmark::State& state) {
+    const auto moving = static_cast<size_t>(state.range(0));
+    ImageScene scene(kLayers);
+    LayerRenderer renderer;
+    const QSize size = pictureSize(1);
+    const auto area = [](const auto& rects) {
+        double sum = 0;
+        for (const QRect& rect : rects) {
+            sum += double(rect.width()) * rect.height();
+        }
+        return sum;
+    };
+    const auto addFrames = [&](QRegion& region) {
+        for (size_t i = 0; i < moving; ++i) {
+            region += scene.layers()[i].frame().toAlignedRect() & QRect(QPoint(), size);
+        }
+    };
+    double dirty = 0;
+    double painted = 0;
+    renderer.frame(scene.root(), Affine(), size);
+    for (auto _ : state) {
+        state.PauseTiming();
+        QRegion region;
+        addFrames(region);
+        scene.nudgeFirst(moving);
+        addFrames(region);
+        dirty += area(region);
+        state.ResumeTiming();
+        benchmark::DoNotOptimize(renderer.frame(scene.root(), Affine(), size));
+        state.PauseTiming();
+        painted += area(renderer.repainted());
+        state.ResumeTiming();
+    }
+    const double frames = double(state.iterations()) * size.width() * size.height();
+    state.counters["dirty"] = dirty / frames;
+    state.counters["painted"] = painted / frames;
+}
+
+std::vector<QPointF> hitPoints() {
+    std::mt19937 random(7);
+    std::vector<QPointF> points;
+    for (int i = 0; i < 64; ++i) {
+        points.emplace_back(random() % 1136, random() % 768);
+    }
+    return points;
+}
+
+// Everything moves, then one point is asked for, as under a cursor while a scene plays. Points are
+// off the canvas half of the time, so that all layers have to be looked at.
+QPointF pointOf(int64_t iteration) {
+    static const std::vector<QPointF> points = hitPoints();
+    const QPointF outside = iteration % 2 == 0 ? QPointF() : QPointF(5000, 0);
+    return points[static_cast<size_t>(iteration) % points.size()] + outside;
+}
+
+void hitTestAllMoved(benchmark::State& state) {
+    ImageScene scene(kHitLayers);
+    int64_t iteration = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        scene.nudgeFirst(kHitLayers);
+        state.ResumeTiming();
+        benchmark::DoNotOptimize(scene.root().hitTest(pointOf(iteration++)));
+    }
+}
+
+// The same scan over nothing but matrices and sizes.
+void hitTestBareScan(benchmark::State& state) {
+    ImageScene scene(kHitLayers);
+    struct Row {
+        QTransform toScene;
+        QSizeF size;
+    };
+    std::vector<Row> rows(kHitLayers);
+    int64_t iteration = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        scene.nudgeFirst(kHitLayers);
+        for (size_t i = 0; i < rows.size(); ++i) {
+            const Layer& layer = scene.layers()[i];
+            rows[i] = {layer.toSuperlayer().toQTransform(), layer.bounds().size()};
+        }
+        state.ResumeTiming();
+        const QPointF point = pointOf(iteration++);
+        const Row* hit = nullptr;
+        for (auto row = rows.rbegin(); row != rows.rend() && !hit; ++row) {
+            const QPointF own = row->toScene.inverted().map(point);
+            if (own.x() >= 0 && own.y() >= 0 && own.x() < row->size.width() &&
+                own.y() < row->size.height()) {
+                hit = &*row;
+            }
+        }
+        benchmark::DoNotOptimize(hit);
+    }
+}
+
+void hitTestGraphicsScene(benchmark::State& state) {
+    ImageScene layers(kHitLayers);
+    QGraphicsScene scene;
+    std::vector<QGraphicsRectItem*> items;
+    for (Layer& layer : layers.layers()) {
+        QGraphicsRectItem* item = scene.addRect(layer.bounds());
+        item->setTransform(QTransform(layer.toSuperlayer().linear.a, layer.toSuperlayer().linear.b,
+                                      layer.toSuperlayer().linear.c, layer.toSuperlayer().linear.d,
+                                      0, 0));
+        items.push_back(item);
+    }
+    int64_t iteration = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        layers.nudgeFirst(kHitLayers);
+        for (size_t i = 0; i < items.size(); ++i) {
+            items[i]->setPos(layers.layers()[i].toSuperlayer().offset);
+        }
+        state.ResumeTiming();
+        benchmark::DoNotOptimize(scene.itemAt(pointOf(iteration++), QTransform()));
+    }
+}
+
+void repeated(benchmark::internal::Benchmark* run) {
+    run->Unit(benchmark::kMicrosecond)->UseRealTime()->MinTime(0.1)->Repetitions(5);
+    run->ReportAggregatesOnly()->ComputeStatistics("min", least);
+}
+
+BENCHMARK(frameOfLayers)
+    ->ArgNames({"scale", "threads"})
+    ->ArgsProduct({{1, 2}, {0, 1}})
+    ->Apply(repeated);
+BENCHMARK(painterInStrips)->ArgName("scale")->Arg(1)->Arg(2)->Apply(repeated);
+BENCHMARK(painterOnWhole)->ArgName("scale")->Arg(1)->Arg(2)->Apply(repeated);
+BENCHMARK(frameInPart)->ArgName("moving")->Arg(1)->Arg(10)->Arg(50)->Arg(200)->Apply(repeated);
+BENCHMARK(hitTestAllMoved)->Apply(repeated);
+BENCHMARK(hitTestBareScan)->Apply(repeated);
+BENCHMARK(hitTestGraphicsScene)->Apply(repeated);
+
+}  // namespace
+}  // namespace tweenery::bench

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QRect>
+#include <QSize>
+#include <vector>
+
+namespace tweenery {
+
+/// The part of a picture that has to be painted again, as rectangles that lie in strips of
+/// kStripHeight rows, never overlap and are few: those close to each other are united.
+class DirtyArea {
+ public:
+    /// Above 64 rows the raster engine spreads one fill over threads of its own, which slows a
+    /// frame of many small images.
+    static constexpr int kStripHeight = 64;
+
+    /// Nothing is dirty in a picture of that size. `stripHeight` is 1 to kStripHeight.
+    void reset(QSize size, int stripHeight = kStripHeight);
+    void add(const QRect& pixels);
+    void addAll() { add(QRect(QPoint(0, 0), m_size)); }
+
+    bool isEmpty() const { return m_isEmpty; }
+    /// From top to bottom.
+    const std::vector<QRect>& rectangles() const;
+
+ private:
+    QSize m_size;
+    int m_stripHeight = kStripHeight;
+    bool m_isEmpty = true;
+    std::vector<std::vector<QRect>> m_strips;
+    mutable std::vector<QRect> m_rectangles;
+};
+
+}  // namespace tweenery

@@ -1,0 +1,76 @@
+#include "platform/layer_renderer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <new>
+#include <utility>
+
+#include "platform/display_list_changes.h"
+
+namespace tweenery {
+namespace {
+
+void requireSize(QImage& picture, QSize size) {
+    if (picture.size() == size && picture.format() == QImage::Format_ARGB32_Premultiplied) return;
+    picture = QImage(size, QImage::Format_ARGB32_Premultiplied);
+    if (picture.isNull() && !size.isEmpty()) throw std::bad_alloc();
+}
+
+// Each open group of a strip has pixels of its own: many in one another make low strips.
+int stripHeight(const DisplayList& list) {
+    constexpr int kRowsOfAllGroups = 2048;
+    constexpr int kLeast = 4;
+    return std::clamp(kRowsOfAllGroups / std::max(list.groupDepth(), 1), kLeast,
+                      DirtyArea::kStripHeight);
+}
+
+}  // namespace
+
+const QImage& LayerRenderer::frame(Layer& root, const Affine& rootToDevice, QSize size) {
+    m_next.build(root, rootToDevice, size);
+    const bool isOfAnotherSize = m_picture.size() != size;
+    requireSize(m_picture, size);
+    m_dirty.reset(size, stripHeight(m_next));
+    if (isOfAnotherSize) {
+        m_dirty.addAll();
+    } else {
+        addChanges(m_shown, m_next, m_dirty);
+    }
+    paintDirty(m_next, m_dirty, m_picture);
+    std::swap(m_shown, m_next);
+    return m_picture;
+}
+
+void LayerRenderer::paint(const DisplayList& list, QImage& picture) {
+    requireSize(picture, list.size());
+    m_whole.reset(list.size(), stripHeight(list));
+    m_whole.addAll();
+    paintDirty(list, m_whole, picture);
+}
+
+void LayerRenderer::paintDirty(const DisplayList& list, const DirtyArea& dirty, QImage& picture) {
+    if (dirty.isEmpty()) return;
+    const std::vector<QRect>& areas = dirty.rectangles();
+    uchar* const bits = picture.bits();
+    const qsizetype bytesPerLine = picture.bytesPerLine();
+    m_team.run(areas.size(), [&](size_t piece, int worker) {
+        const QRect& area = areas[piece];
+        QImage pixels(bits + area.y() * bytesPerLine + area.x() * 4, area.width(), area.height(),
+                      bytesPerLine, QImage::Format_ARGB32_Premultiplied);
+        m_painters[static_cast<size_t>(worker)].paint(list, area, pixels);
+    });
+}
+
+QImage renderLayer(Layer& root, double scale) {
+    const QRectF bounds = root.presented().bounds;
+    const QSize size(static_cast<int>(std::ceil(bounds.width() * scale)),
+                     static_cast<int>(std::ceil(bounds.height() * scale)));
+    QImage picture;
+    if (size.isEmpty()) return picture;
+    DisplayList list;
+    list.build(root, {{scale, 0, 0, scale}, -bounds.topLeft() * scale}, size);
+    LayerRenderer().paint(list, picture);
+    return picture;
+}
+
+}  // namespace tweenery
