@@ -104,7 +104,8 @@ PCElement::Ptr rowBelow(const PCElement& element, const PCElement& canvas) {
 
 void PCProject::moveItem(const PCElement::Ptr& item, const PCElement::Ptr& parent, size_t index) {
     const bool changesParent = item->parentElement() != parent.get();
-    const ElementPlacement placement = placementUnder(*item, *parent);
+    const ElementPlacement placement =
+        changesParent ? placementUnder(*item, *parent) : ElementPlacement{};
     item->removeFromParentElement();
     parent->insertSubelement(item, index);
     if (!changesParent) return;  // nothing has moved
