@@ -303,10 +303,16 @@ QStringList PCProject::sortedSubelementIdentifiers(const PCElement& element) {
 QStringList childrenOrderInLine(const QStringList& stored, const QStringList& present) {
     const QSet<QString> storedSet(stored.begin(), stored.end());
     const QSet<QString> presentSet(present.begin(), present.end());
-    QStringList order = stored;
+    QStringList order;
+    auto old = stored.begin();
     for (qsizetype i = 0; i < present.size(); ++i) {
-        if (!storedSet.contains(present[i])) order.insert(std::min(i, order.size()), present[i]);
+        if (storedSet.contains(present[i])) continue;
+        while (order.size() < i && old != stored.end()) {
+            order += *old++;
+        }
+        order += present[i];
     }
+    std::copy(old, stored.end(), std::back_inserter(order));
     order.removeIf([&](const QString& identifier) { return !presentSet.contains(identifier); });
     return order;
 }
