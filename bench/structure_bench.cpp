@@ -11,6 +11,7 @@
 
 #include "canvas/element_selection_manager.h"
 #include "canvas/opacity_calculator.h"
+#include "canvas/pasteboard_commands.h"
 #include "canvas/position_calculator.h"
 #include "canvas/rotation_calculator.h"
 #include "canvas/scale_calculator.h"
@@ -87,6 +88,28 @@ void duplicate(Scene& scene, const Elements& elements) {
     scene.project->duplicateItems(elements, 50);
 }
 
+class MemoryPasteboard : public PasteboardPort {
+ public:
+    void write(const std::vector<PasteboardItem>& items) override { m_items = items; }
+    QVariantList read(const QString& type) const override {
+        QVariantList lists;
+        for (const PasteboardItem& item : m_items) {
+            if (item.type == type) lists.append(QVariant(item.propertyList));
+        }
+        return lists;
+    }
+
+ private:
+    std::vector<PasteboardItem> m_items;
+};
+
+void copyAndPaste(Scene& scene, const Elements& elements) {
+    PCElementSelectionManager selection(scene.project);
+    selection.selectElements(elements);
+    MemoryPasteboard pasteboard;
+    copySelectedElements(*scene.project, selection, pasteboard);
+    pasteElements(*scene.project, selection, pasteboard);
+}
 void selectAndDeselectAll(Scene& scene, const Elements& elements) {
     PCElementSelectionManager selection(scene.project);
     selection.selectElements(elements);
@@ -150,6 +173,7 @@ const bool isRegistered = [] {
                                  {"group", group},
                                  {"ungroup", ungroup},
                                  {"duplicate", duplicate},
+                                 {"copyAndPaste", copyAndPaste},
                                  {"selectAndDeselectAll", selectAndDeselectAll},
                                  {"position", position},
                                  {"scale", scale},
