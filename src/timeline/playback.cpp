@@ -1,0 +1,123 @@
+#include "timeline/playback.h"
+
+#include <utility>
+
+#include "canvas/element_layer.h"
+#include "model/project.h"
+#include "timeline/timeline_animations.h"
+
+namespace tweenery {
+namespace {
+
+/// Calls `visit(layer, element, group)` for each element of the selected animation that is there
+/// and has a layer.
+template <typename Visit>
+void forEachAnimatedLayer(PCProject& project, Visit visit) {
+    const PCAnimation::Ptr animation = project.animationsManager().selectedAnimation();
+    if (!animation) return;
+    for (const auto& [identifier, group] : animation->timelineGroups()) {
+        const PCElement::Ptr element = project.elementForIdentifier(identifier);
+        PCLayer* layer = element ? PCLayer::of(*element) : nullptr;
+        if (layer) visit(*layer, *element, *group);
+    }
+}
+
+}  // namespace
+
+Playback::Playback(const std::shared_ptr<PCProject>& project, PCProjectTimeManager& timeManager,
+                   PCElementSelectionManager& selectionManager)
+    : m_project(project), m_timeManager(timeManager), m_selectionManager(selectionManager) {
+    m_timeManager.addPlayheadTimeListener(this);
+    m_timeManager.addPlaybackStateListener(this);
+    project->animationsManager().addChangeListener(this);
+}
+
+Playback::~Playback() {
+    m_timeManager.removePlayheadTimeListener(this);
+    m_timeManager.removePlaybackStateListener(this);
+    if (const auto project = m_project.lock())
+        project->animationsManager().removeChangeListener(this);
+}
+
+void Playback::togglePlayPause() {
+    if (m_timeManager.isPlayingBack()) {
+        m_timeManager.setPlayback(false);
+        restoreSelection();
+    } else {
+        m_selectionBeforePlayback = m_selectionManager.selectedElements();
+        m_selectionManager.deselectAllElements();
+        m_timeManager.setPlayback(true);
+    }
+}
+
+void Playback::restoreSelection() {
+    auto elements = std::exchange(m_selectionBeforePlayback, {});
+    const auto project = m_project.lock();
+    std::erase_if(elements, [&project](const PCElement::Ptr& element) {
+        return !project || project->elementForIdentifier(element->identifier()) != element;
+    });
+    m_selectionManager.selectElements(elements);
+}
+
+void Playback::timeManagerDidChangePlaybackState(PCProjectTimeManager& manager) {
+    const auto project = m_project.lock();
+    if (!project) return;
+    if (manager.isPlayingBack()) {
+        attachAnimations(*project);
+    } else {
+        removeAnimations(*project);
+        syncLayersWithModelAtTimeInMS(*project, manager.playheadPositionInMS());
+    }
+}
+
+void Playback::attachAnimations(PCProject& project) {
+    TimelineAnimations animations(project);
+    const PCAnimation::Ptr selected = project.animationsManager().selectedAnimation();
+    forEachAnimatedLayer(project, [&](PCLayer& layer, PCElement& element, auto& group) {
+        layer.syncWithModel();
+        for (const PCKeyedPropertyTimeline::Ptr& timeline : group.allTimelines()) {
+            // A hidden element is a layer of opacity 0, and stays one.
+            const bool isOpacity = timeline->propertyType() == PCPropertyTypeOpacity;
+            if (isOpacity && element.hidden()) continue;
+            auto animation = animations.animation(*timeline);
+            if (!animation) continue;
+            layer.addAnimation(std::move(*animation),
+                               TimelineAnimations::animationKeyForTimelineOnAnimationName(
+                                   *timeline, selected->name()));
+        }
+    });
+}
+
+void Playback::removeAnimations(PCProject& project) {
+    forEachAnimatedLayer(project,
+                         [](PCLayer& layer, PCElement&, auto&) { layer.removeAllAnimations(); });
+}
+
+void Playback::timeManagerDidUpdatePlayhead(PCProjectTimeManager& manager) {
+    if (!manager.isPlayingBack()) syncLayersAtTimeInMS(manager.playheadPositionInMS());
+}
+
+void Playback::timeManagerDidUpdateSkimPlayhead(PCProjectTimeManager& manager) {
+    if (!manager.isPlayingBack()) syncLayersAtTimeInMS(manager.skimPositionInMS());
+}
+
+void Playback::syncLayersAtTimeInMS(int32_t timeInMS) {
+    if (const auto project = m_project.lock()) syncLayersWithModelAtTimeInMS(*project, timeInMS);
+}
+
+void Playback::animationManagerDidSelectAnimation(PCAnimationsManager&, const PCAnimation::Ptr&) {
+    const auto project = m_project.lock();
+    if (!project) return;
+    m_selectionManager.deselectAllElements();
+    if (m_timeManager.isPlayingBack()) {
+        m_timeManager.setPlayback(false);
+        m_selectionBeforePlayback.clear();
+    }
+    if (project->isSetupMode()) {
+        syncLayersWithModel(*project);
+    } else {
+        syncLayersWithModelAtTimeInMS(*project, m_timeManager.playheadPositionInMS());
+    }
+}
+
+}  // namespace tweenery
