@@ -116,6 +116,21 @@ void variantAnimation(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * kElements * 8);
 }
 
+// All properties of an element at once, as a frame asks for them; each element at a time of its own
+// when times are random.
+void evaluateElements(benchmark::State& state) {
+    const PCElement::Elements& elements = animatedElements();
+    Times times(state.range(0) != 0);
+    for (auto _ : state) {
+        for (const PCElement::Ptr& element : elements) {
+            benchmark::DoNotOptimize(element->valuesAtTimeInMS(times.next()));
+        }
+        times.endFrame();
+    }
+    state.SetItemsProcessed(state.iterations() * kElements * 8);
+}
+
+BENCHMARK(evaluateElements)->ArgName("random")->Arg(1)->Arg(0)->Unit(benchmark::kMicrosecond);
 BENCHMARK(evaluateTimelines)->ArgName("random")->Arg(1)->Arg(0)->Unit(benchmark::kMicrosecond);
 BENCHMARK(easingCurveAlone)->ArgName("spline")->Arg(1)->Arg(0)->Unit(benchmark::kMicrosecond);
 BENCHMARK(variantAnimation)->ArgName("random")->Arg(1)->Arg(0)->Unit(benchmark::kMicrosecond);

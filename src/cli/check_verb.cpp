@@ -54,14 +54,14 @@ void printText(const PackageCheck& check, const Diagnostics& diagnostics, Report
 
 void check(Report& report, bool asJson) {
     const FileWrapper::Ptr root = readVersionedPackage(report);
-    PackageCheck check = checkPackage(*root);
+    PackageCheck check = checkPackage(root);
     for (const InputError& error : check.errors)
         report.fail(error);
     Diagnostics diagnostics;
     if (check.errors.empty()) {
-        const PCProject::Ptr project = projectOf(root);
-        noteOddities(*project, check);
-        diagnostics = diagnosticsOf(*project);
+        if (!check.project) check.project = projectOf(root);  // throws what stands in the way
+        noteOddities(check);
+        diagnostics = diagnosticsOf(*check.project);
     }
     asJson ? printJson(check, diagnostics, report) : printText(check, diagnostics, report);
 }

@@ -4,7 +4,7 @@
 #include "cli/number_words.h"
 #include "cli/packages.h"
 #include "cli/verb.h"
-#include "codegen/parallel.h"
+#include "platform/parallel_for.h"
 #include "platform/posix_files.h"
 
 using namespace Qt::StringLiterals;

@@ -1,14 +1,16 @@
 #include "cli/package_check.h"
 
+#include <QHash>
 #include <QStringDecoder>
 #include <optional>
 #include <unordered_map>
 
-#include "codegen/parallel.h"
+#include "cli/packages.h"
 #include "model/element.h"
 #include "model/project_preferences.h"
 #include "model/project_version.h"
 #include "platform/image_header.h"
+#include "platform/parallel_for.h"
 #include "platform/path_name.h"
 
 using namespace Qt::StringLiterals;
@@ -31,15 +33,33 @@ void requireImage(const PackageEntry& entry) {
                                             : u"is a PNG image, though it is named as a JPEG"_s);
 }
 
-// Decoded as the model does it; then all the rest of the archive is read too.
-template <typename Decode>
-void requireArchive(const PackageEntry& entry, const Decode& decode) {
-    const KeyedUnarchiver archive(entry.node->contents(), entry.path);
-    decode(archive);
-    archive.verifyEverything();
-}
+/// Reads entries as the model does it, and then all the rest of each archive too. Timelines that
+/// belong to an element of an animation stay in the project.
+class EntryReader {
+ public:
+    /// `project` may be null.
+    explicit EntryReader(PCProject* project) {
+        if (!project) return;
+        for (const PCAnimation::Ptr& animation : project->animationsManager().animations())
+            m_animations.insert(animation->identifier(), animation);
+    }
 
-void requireReadable(const PackageEntry& entry) {
+    /// Throws InputError. May be called for several entries at once.
+    void read(const PackageEntry& entry) const;
+
+ private:
+    QHash<QString, PCAnimation::Ptr> m_animations;  // by the names of their directories
+
+    void decodeTimeline(const PackageEntry& entry, const KeyedUnarchiver& archive) const;
+    template <typename Decode>
+    static void requireArchive(const PackageEntry& entry, const Decode& decode) {
+        const KeyedUnarchiver archive(entry.node->contents(), entry.path);
+        decode(archive);
+        archive.verifyEverything();
+    }
+};
+
+void EntryReader::read(const PackageEntry& entry) const {
     switch (entry.kind) {
         case EntryKind::Version:
             return requireArchive(
@@ -51,9 +71,8 @@ void requireReadable(const PackageEntry& entry) {
             return requireArchive(entry,
                                   [](const auto& archive) { PCElement::initWithArchive(archive); });
         case EntryKind::Timeline:
-            return requireArchive(entry, [](const auto& archive) {
-                PCKeyedPropertyTimeline::initWithArchive(archive);
-            });
+            return requireArchive(entry,
+                                  [&](const auto& archive) { decodeTimeline(entry, archive); });
         case EntryKind::Rendition:
         case EntryKind::Preview:
             return requireImage(entry);
@@ -64,17 +83,37 @@ void requireReadable(const PackageEntry& entry) {
     }
 }
 
+void EntryReader::decodeTimeline(const PackageEntry& entry, const KeyedUnarchiver& archive) const {
+    const QStringList names = entry.path.split(u'/');  // animations/ANIMATION/ELEMENT/FILE
+    const PCAnimation::Ptr animation = m_animations.value(names[1]);
+    const auto group = animation ? animation->timelineGroup(Identifier(names[2])) : nullptr;
+    if (group) {
+        group->timeline(timelineTypeOfFilename(names.last()).value());
+    } else {
+        PCKeyedPropertyTimeline::initWithArchive(archive);
+    }
+}
+
 /// What is wrong with each entry; the checks run side by side, each with a place of its own.
-std::vector<std::optional<InputError>> errorsOf(const std::vector<PackageEntry>& entries) {
+std::vector<std::optional<InputError>> errorsOf(const std::vector<PackageEntry>& entries,
+                                                const EntryReader& reader) {
     std::vector<std::optional<InputError>> errors(entries.size());
     parallelFor(entries.size(), [&](size_t i) {
         try {
-            requireReadable(entries[i]);
+            reader.read(entries[i]);
         } catch (const InputError& error) {
             errors[i] = error;
         }
     });
     return errors;
+}
+
+PCProject::Ptr projectIfReadable(const FileWrapper::Ptr& root) {
+    try {
+        return projectOf(root);
+    } catch (const InputError&) {
+        return nullptr;
+    }
 }
 
 void requireEntries(const FileWrapper& root, PackageCheck& check) {
@@ -90,11 +129,13 @@ void requireEntries(const FileWrapper& root, PackageCheck& check) {
 
 }  // namespace
 
-PackageCheck checkPackage(const FileWrapper& root) {
-    const std::vector<PackageEntry> entries = inventoryOf(root);
-    PackageCheck check{.entriesCount = entries.size(), .errors = {}, .notes = {}};
-    requireEntries(root, check);
-    for (auto& error : errorsOf(entries)) {
+PackageCheck checkPackage(const FileWrapper::Ptr& root) {
+    const std::vector<PackageEntry> entries = inventoryOf(*root);
+    PackageCheck check;
+    check.entriesCount = entries.size();
+    requireEntries(*root, check);
+    check.project = projectIfReadable(root);
+    for (auto& error : errorsOf(entries, EntryReader(check.project.get()))) {
         if (error) check.errors.push_back(std::move(*error));
     }
     for (const PackageEntry& entry : entries) {
@@ -104,7 +145,8 @@ PackageCheck checkPackage(const FileWrapper& root) {
     return check;
 }
 
-void noteOddities(PCProject& project, PackageCheck& check) {
+void noteOddities(PackageCheck& check) {
+    PCProject& project = *check.project;
     std::unordered_map<Identifier, QString> names;
     for (const PCElement::Ptr& element : project.canvas()->elementAndAllDescendants()) {
         const auto [first, isNew] = names.emplace(element->identifier(), element->name());

@@ -3,7 +3,6 @@
 #include "model/animation.h"
 #include "model/image_set.h"
 #include "model/property_timeline_group.h"
-#include "model/property_type.h"
 
 using namespace Qt::StringLiterals;
 
@@ -53,13 +52,6 @@ EntryKind kindOfAnimationFile(const QString& name) {
     return EntryKind::Unknown;
 }
 
-bool isTimelineFile(const QString& name) {
-    for (const PCPropertyType type : elementTimelineTypes()) {
-        if (name == filenameOfTimelineType(type)) return true;
-    }
-    return false;
-}
-
 bool isPreviewFile(const QString& name) {
     return name == u"Preview.jpg" || name == u"Preview_Thumbnail.jpg" ||
            name == u"Preview_Thumbnail@2x.jpg";
@@ -74,7 +66,7 @@ EntryKind kindOfFile(DirectoryKind parent, const QString& name) {
         case DirectoryKind::ImageSet:
             return PCImageSet::isRenditionFile(name) ? EntryKind::Rendition : EntryKind::Unknown;
         case DirectoryKind::Element:
-            return isTimelineFile(name) ? EntryKind::Timeline : EntryKind::Unknown;
+            return timelineTypeOfFilename(name) ? EntryKind::Timeline : EntryKind::Unknown;
         case DirectoryKind::Previews:
             return isPreviewFile(name) ? EntryKind::Preview : EntryKind::Unknown;
         default:

@@ -15,15 +15,6 @@ constexpr VerbOption kAtOption{"at", "MS[,MS...]", "times in whole milliseconds,
 
 using Times = std::vector<int32_t>;
 
-struct ElementValues {
-    float opacity;
-    float rotation;
-    QPointF scale;
-    QPointF translation;
-    QString image;
-    QStringList children;
-};
-
 Times timesFrom(const QString& text) {
     Times times;
     for (const QString& part : text.split(u',')) {
@@ -60,13 +51,6 @@ ElementValues setupValues(const PCElement& element) {
             PCProject::sortedSubelementIdentifiers(element)};
 }
 
-ElementValues valuesAt(const PCElement& element, int32_t timeInMS) {
-    return {
-        element.opacityAtTimeInMS(timeInMS),       element.zRotationAtTimeInMS(timeInMS),
-        element.scaleAtTimeInMS(timeInMS),         element.translationAtTimeInMS(timeInMS),
-        element.imageContentsAtTimeInMS(timeInMS), element.childrenZPositionsAtTimeInMS(timeInMS)};
-}
-
 void writeElement(const PCElement& element, const ElementValues& values, JsonWriter& json) {
     const auto single = [&json](const char* key, double value) {
         json.key(key).single(static_cast<float>(value));
@@ -94,9 +78,10 @@ std::string valuesJson(const PCProject::Ptr& project, const Times& times) {
     for (const int32_t time : times) {
         json.beginObject().key("time").integer(time).key("elements").beginArray();
         for (const PCElement::Ptr& element : elements) {
-            writeElement(*element,
-                         project->isSetupMode() ? setupValues(*element) : valuesAt(*element, time),
-                         json);
+            writeElement(
+                *element,
+                project->isSetupMode() ? setupValues(*element) : element->valuesAtTimeInMS(time),
+                json);
         }
         json.endArray().endObject();
     }

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "codegen/parallel.h"
+#include "platform/parallel_for.h"
 
 using namespace Qt::StringLiterals;
 
@@ -218,7 +218,7 @@ void Planner::decode(TimelineJob& job) const {
     const QString entry = u"animations/"_s + m_bundles[job.bundle].animation->identifier() + u'/' +
                           m_plan.elements[job.element].element->identifier().toString() + u'/' +
                           job.file->fileName;
-    job.timeline = PCKeyedPropertyTimeline::unarchive(job.stored->contents(), entry);
+    job.timeline = PCKeyedPropertyTimeline::EXPORT_unarchive(job.stored->contents(), entry);
 }
 
 /// Gives the decoded timelines of one element, from `first` up to `last`, to its bundle.

@@ -3,8 +3,8 @@
 #include <QHash>
 
 #include "codegen/keyframe_lists.h"
-#include "codegen/parallel.h"
 #include "platform/errors.h"
+#include "platform/parallel_for.h"
 #include "platform/path_name.h"
 
 using namespace Qt::StringLiterals;

@@ -110,14 +110,7 @@ PCElement* PCElement::parentElement() const {
 
 int32_t PCElement::index() const {
     if (!m_parent) failContract(u"an element without a parent has no index"_s);
-    const Elements& siblings = m_parent->m_subelements;
-    if (m_indexHint < siblings.size() && siblings[m_indexHint].get() == this) {
-        return static_cast<int32_t>(m_indexHint);
-    }
-    for (size_t i = 0; i < siblings.size(); ++i) {
-        siblings[i]->m_indexHint = static_cast<uint32_t>(i);
-    }
-    return static_cast<int32_t>(m_indexHint);
+    return static_cast<int32_t>(m_parent->m_subelements.indexOf(*this));
 }
 
 void PCElement::setProject(const std::shared_ptr<PCProject>& project) {
@@ -132,9 +125,8 @@ void PCElement::insertSubelement(const Ptr& child, size_t index) {
     assertContract(child->m_parent == nullptr, u"the element is in a tree already"_s);
     index = std::min(index, m_subelements.size());
     registerUndo([index](PCElement& self) { self.removeSubelementAtIndex(index); });
-    m_subelements.insert(m_subelements.begin() + static_cast<ptrdiff_t>(index), child);
+    m_subelements.insert(index, child);
     child->m_parent = this;
-    child->m_indexHint = static_cast<uint32_t>(index);
     child->setProject(m_project.lock());
     if (PCProject* owner = project()) {
         owner->treeDidInsertElement(*child);
@@ -153,7 +145,7 @@ void PCElement::removeSubelementAtIndex(size_t index) {
     if (PCProject* owner = project()) owner->treeWillRemoveElement(*child);
     child->m_parent = nullptr;
     child->viewLayer().removeFromSuperlayer();
-    m_subelements.erase(m_subelements.begin() + static_cast<ptrdiff_t>(index));
+    m_subelements.removeAt(index);
     setModified(true);
     post(ElementNotification::subelements);
 }
@@ -308,6 +300,15 @@ double PCElement::canvasRotation() const {
     const PCElement* parent = parentElement();
     return static_cast<double>(
         static_cast<float>(m_zRotation + (parent ? parent->canvasRotation() : 0)));
+}
+
+double PCElement::unroundedCanvasRotation() const {
+    double sum = 0;
+    for (const PCElement* element = this; element && !element->isCanvas();
+         element = element->parentElement()) {
+        sum += element->m_zRotation;
+    }
+    return sum;
 }
 
 QPointF PCElement::scaleOnCanvas() const {

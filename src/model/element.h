@@ -14,6 +14,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "model/element_list.h"
 #include "model/keyed_property_timeline.h"
 #include "model/view_layer.h"
 #include "platform/identifier.h"
@@ -50,6 +51,16 @@ inline const QString contents =
 inline const QString childrenZPosition =
     QStringLiteral("com.lumenfold.tweenery.elementchildrenzpositionchangenotification");
 }  // namespace ElementNotification
+
+/// The animated properties of an element at one time.
+struct ElementValues {
+    float opacity = 0;
+    float rotation = 0;  // radians
+    QPointF scale;
+    QPointF translation;
+    QString image;
+    QStringList children;
+};
 
 /// A node of the scene: a piece of artwork, or a group. Its own fields are the setup state, against
 /// which all animations are expressed. The root of the tree is the canvas. Children are owned, back
@@ -137,9 +148,9 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     // Tree.
 
     /// A copy of the list of children.
-    Elements subelements() const { return m_subelements; }
-    /// The list itself, good until the next structure edit.
-    const Elements& children() const { return m_subelements; }
+    Elements subelements() const { return {m_subelements.begin(), m_subelements.end()}; }
+    /// The list itself: changes with the next structure edit.
+    const ElementList& children() const { return m_subelements; }
     /// Null for the canvas.
     PCElement* parentElement() const;
     /// The place in the parent's subelements. Throws AssertionFailure without a parent.
@@ -160,7 +171,7 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     std::unordered_map<Identifier, Ptr> EXPORT_elementAndDescendantsByIdentifier();
     bool isAncestorOf(const PCElement& other) const;
     int maxHierarchyDepth() const;
-    Elements subLayerDataSources() const { return m_subelements; }
+    Elements subLayerDataSources() const { return subelements(); }
     ElementViewLayer& viewLayer() const;
     /// New layers for the element and its descendants from the project's factory; without one, the
     /// layer that does nothing.
@@ -180,8 +191,10 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     QPointF convertToCanvas(QPointF point) const;
     QPointF convertToElement(QPointF point) const;
     QPointF canvasPosition() const;
-    /// Rounded to 32 bits at each level.
+    /// The sum of `zRotation` up the chain, below the canvas, rounded to 32 bits at each level.
     double canvasRotation() const;
+    /// The same sum without rounding, for what must not move by it.
+    double unroundedCanvasRotation() const;
 
     // Timelines of the selected animation; null in setup mode.
 
@@ -218,6 +231,8 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     // State at a time in milliseconds, through the attached timelines; zero or null without them.
 
     PropertyValue setupValueForPropertyType(int32_t type) const;
+    /// All of them at once, which is faster than one after the other.
+    ElementValues valuesAtTimeInMS(int32_t timeInMS) const;
     float zRotationAtTimeInMS(int32_t timeInMS) const;
     float opacityAtTimeInMS(int32_t timeInMS) const;
     QPointF scaleAtTimeInMS(int32_t timeInMS) const;
@@ -270,6 +285,7 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
 
  private:
     friend class PCProject;
+    friend class ElementList;
     using Timelines = std::array<PCKeyedPropertyTimeline::Ptr, kElementTimelineCount>;
 
     bool m_hidden = false;
@@ -282,8 +298,8 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     bool m_modified = false;
     bool m_selected = false;
     bool m_timelinesAreFresh = true;  // the eight empty timelines of init, made when asked for
-    mutable uint32_t m_indexHint = 0;
-    Elements m_subelements;
+    ElementList m_subelements;
+    ElementList::Block* m_block = nullptr;  // of the parent's list
     QString m_name;
     Identifier m_identifier;
     double m_zRotation = 0;

@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 namespace {
 
-std::vector<const Archivable*> archivables(const PCElement::Elements& elements) {
+std::vector<const Archivable*> archivables(const ElementList& elements) {
     std::vector<const Archivable*> objects;
     objects.reserve(elements.size());
     for (const PCElement::Ptr& element : elements) {
@@ -59,11 +59,9 @@ PCElement::Ptr PCElement::decodeTree(const KeyedUnarchiver& archive, const Keyed
     Ptr element = init();
     element->setFromArchive(coder);
     const ArchivedArray items = coder.decodeArray("subelements");
-    element->m_subelements.reserve(items.size());
     for (size_t i = 0; i < items.size(); ++i) {
         Ptr child = decodeTree(archive, items.object(i), depth + 1, seen);
         child->m_parent = element.get();
-        child->m_indexHint = static_cast<uint32_t>(i);
         element->m_subelements.push_back(std::move(child));
     }
     return element;

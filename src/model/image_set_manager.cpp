@@ -49,6 +49,7 @@ PCImageSetManager::ImageSet PCImageSetManager::makeSet(
 PCImageSetManager::ImageSet PCImageSetManager::store(const ImageSet& set) {
     m_imagesFileWrapper->addFileWrapper(set->fileWrapper());
     m_imageSets.emplace(set->name(), set);
+    ++m_revision;
     return set;
 }
 
@@ -58,6 +59,7 @@ PCImageSetManager::ImageSet PCImageSetManager::deleteImageSetWithName(const QStr
     ImageSet set = found->second;
     m_imagesFileWrapper->removeFileWrapper(set->fileWrapper());
     m_imageSets.erase(found);
+    ++m_revision;
     return set;
 }
 

@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QString>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <vector>
@@ -40,6 +41,8 @@ class PCImageSetManager {
     /// The bitmap for a screen: 2x artwork at a scale of exactly 2 when the set has it, else the 1x
     /// artwork. Null when there is no such set. Throws InputError when it is damaged.
     QImage imageWithName(const QString& name, double backingScale) const;
+    /// Another number after every set that was added, replaced or deleted.
+    uint64_t revision() const { return m_revision; }
 
     /// Throws InputError when an image's header is damaged.
     QString debugDescription() const;
@@ -50,6 +53,7 @@ class PCImageSetManager {
 
     FileWrapper::Ptr m_imagesFileWrapper;
     std::map<QString, ImageSet> m_imageSets;
+    uint64_t m_revision = 0;
 };
 
 }  // namespace tweenery

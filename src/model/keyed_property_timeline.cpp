@@ -263,11 +263,17 @@ PCKeyedPropertyTimeline::Segment PCKeyedPropertyTimeline::makeSegment(size_t sta
     return segment;
 }
 
+void PCKeyedPropertyTimeline::prefetchKeysForTimeInMS(int32_t timeInMS) const {
+    constexpr size_t kKeysInCacheLine = 64 / sizeof(Key);
+    if (m_segment.holds(timeInMS) || m_keys.size() > kCounted) return;
+    for (size_t i = 0; i < m_keys.size(); i += kKeysInCacheLine)
+        __builtin_prefetch(&m_keys[i]);
+}
+
 // Without branches on the data: with random times a wrong guess would cost more than the search.
 // Once a few cache lines are left, they are fetched together by counting through them, where
 // halving on would wait for one after the other.
 size_t PCKeyedPropertyTimeline::searchIndexAtOrBefore(int32_t timeInMS) const {
-    constexpr size_t kCounted = 32;
     const Key* first = m_keys.data();
     size_t length = m_keys.size();
     while (length > kCounted) {

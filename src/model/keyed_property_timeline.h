@@ -55,6 +55,9 @@ class PCKeyedPropertyTimeline : public Archivable,
     /// Reads an archived timeline. Throws InputError when it is none. The result counts as changed.
     static Ptr initWithArchive(const KeyedUnarchiver& archive);
     static Ptr unarchive(const QByteArray& data, const QString& entry);
+    /// For the export's private timelines: without the keyframes' identifiers and the marks of
+    /// recording and Key All, which no export shows.
+    static Ptr EXPORT_unarchive(const QByteArray& data, const QString& entry);
     static TimelineSummary summaryOfArchive(const QByteArray& data, const QString& entry);
     /// For the factories only: the passkey is private.
     PCKeyedPropertyTimeline(Passkey, int32_t type) : m_propertyType(type) {}
@@ -100,6 +103,12 @@ class PCKeyedPropertyTimeline : public Archivable,
     QPointF pointValueAtTimeInMS(int32_t timeInMS) const;
     QStringList arrayValueAtTimeInMS(int32_t timeInMS) const;
     QString stringValueAtTimeInMS(int32_t timeInMS) const;
+    /// Begin to fetch what the value at the time will need: first the keyframes, then, once they
+    /// are there, a value that is no number. Nothing else.
+    void prefetchKeysForTimeInMS(int32_t timeInMS) const;
+    void prefetchValueAtTimeInMS(int32_t timeInMS) const {
+        if (m_otherValues) __builtin_prefetch(otherValueAt(timeInMS));
+    }
     /// The time inside the timeline, with loops and autoreverse taken off.
     float effectiveTimeForTimeInMS(int32_t timeInMS) const;
     PropertyValue valueOfKeyframe(const PCPropertyKeyframe& keyframe) const;
@@ -170,6 +179,10 @@ class PCKeyedPropertyTimeline : public Archivable,
     KeyframePtr duplicateKeyframe(const KeyframePtr& keyframe);
     /// Moves the keyframe closest to `fromTime`. The caller keeps two from landing on one time.
     void moveKeyframeAtTimeInMS(int32_t fromTime, int32_t toTime);
+    /// Moves the keyframes at exactly these times by `deltaInMS`, all at once: one step of undo,
+    /// one report, one sort. The caller keeps two from landing on one time. Throws
+    /// AssertionFailure, and moves none, when a new time is no 32-bit number.
+    void shiftKeyframesAtTimesInMS(const std::vector<int32_t>& times, int64_t deltaInMS);
     void removeAllKeyframes();
     /// Replaces the list; the keyframes become this timeline's.
     void setKeyframes(const Keyframes& keyframes);
@@ -225,6 +238,8 @@ class PCKeyedPropertyTimeline : public Archivable,
         float factor = 1;
         float offset = 0;
     };
+    // So few keyframes are searched by counting through them, in a few cache lines.
+    static constexpr size_t kCounted = 32;
     using Handles = std::vector<PCPropertyKeyframe*>;
     using OtherValues = std::vector<PropertyValue>;
 
@@ -242,7 +257,8 @@ class PCKeyedPropertyTimeline : public Archivable,
     std::weak_ptr<PCProject> m_project;          // of a timeline without an element
     PCKeyedPropertyTimelineChangeListener* m_listener = nullptr;
 
-    static KeyframeRecord decodeKeyframe(const KeyedDecoder& coder);
+    enum class Fields { All, Exported };
+    static Ptr decode(const KeyedUnarchiver& archive, Fields fields);
     static void encodeKeyframe(KeyedEncoder& coder, const KeyframeRecord& record, int32_t type);
 
     FactorAndOffset factorAndOffset() const;

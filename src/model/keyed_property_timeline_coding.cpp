@@ -1,10 +1,12 @@
 // The stored form of a timeline and of its keyframes.
 
 #include <algorithm>
+#include <array>
 
 #include "model/easing.h"
 #include "model/keyed_property_timeline.h"
 #include "platform/errors.h"
+#include "platform/record_decoder.h"
 
 using namespace Qt::StringLiterals;
 
@@ -25,13 +27,6 @@ int32_t decodePropertyType(const KeyedDecoder& coder, const KeyedUnarchiver& arc
     return propertyTypeFromString(string);
 }
 
-Identifier decodeIdentifier(const KeyedDecoder& coder) {
-    const auto ascii = coder.decodeAscii("identifier");
-    const Identifier identifier =
-        ascii ? Identifier::fromAscii(*ascii) : Identifier(coder.decodeString("identifier"));
-    return identifier.isNull() ? Identifier::generate() : identifier;
-}
-
 void encodeIdentifier(KeyedEncoder& coder, const Identifier& identifier) {
     if (const auto uuid = identifier.uuidText()) {
         coder.encodeAscii("identifier", {uuid->data(), uuid->size()});
@@ -40,25 +35,69 @@ void encodeIdentifier(KeyedEncoder& coder, const Identifier& identifier) {
     }
 }
 
-int64_t decodeEasingMode(const KeyedDecoder& coder) {
-    const auto ascii = coder.decodeAscii("easingMode");
-    return ascii ? easingModeFromName(*ascii)
-                 : easingModeFromString(coder.decodeString("easingMode"));
+// The keys of a keyframe, by their places in the list of names.
+enum KeyframeKey : size_t {
+    kTimeKey,
+    kInstantKey,
+    kEasingKey,
+    kFloatKey,
+    kPointKey,
+    kArrayKey,
+    kImageKey,
+    kExportedKeysCount,  // of those above
+    kRecordedKey = kExportedKeysCount,
+    kRecordedStartKey,
+    kRecordedEndKey,
+    kKeyallKey,
+    kIdentifierKey,
+    kKeysCount
+};
+
+constexpr std::array<std::string_view, kKeysCount> kKeyframeKeys{
+    "time",      "instant",  "easingMode",    "float",       "point",  "array",
+    "imageName", "recorded", "recordedStart", "recordedEnd", "keyall", "identifier"};
+
+Identifier decodeIdentifier(const RecordDecoder& coder) {
+    const auto ascii = coder.decodeAscii(kIdentifierKey);
+    const Identifier identifier =
+        ascii ? Identifier::fromAscii(*ascii) : Identifier(coder.decodeString(kIdentifierKey));
+    return identifier.isNull() ? Identifier::generate() : identifier;
 }
 
-PropertyValue decodeImageValue(const KeyedDecoder& coder) {
+int64_t decodeEasingMode(const RecordDecoder& coder) {
+    const auto ascii = coder.decodeAscii(kEasingKey);
+    return ascii ? easingModeFromName(*ascii)
+                 : easingModeFromString(coder.decodeString(kEasingKey));
+}
+
+PropertyValue decodeImageValue(const RecordDecoder& coder) {
     // The master timeline keeps numbers under this key.
-    if (coder.kindOfKey("imageName") == ArchivedKind::Number) return coder.decodeFloat("imageName");
-    const QString name = coder.decodeString("imageName");
+    if (coder.kindOfKey(kImageKey) == ArchivedKind::Number) return coder.decodeFloat(kImageKey);
+    const QString name = coder.decodeString(kImageKey);
     return name.isNull() ? PropertyValue() : PropertyValue(name);
 }
 
-PropertyValue decodeValue(const KeyedDecoder& coder) {
-    if (coder.containsValueForKey("float")) return coder.decodeFloat("float");
-    if (coder.containsValueForKey("point")) return coder.decodePoint("point");
-    if (coder.containsValueForKey("array")) return coder.decodeStrings("array");
-    if (coder.containsValueForKey("imageName")) return decodeImageValue(coder);
+PropertyValue decodeValue(const RecordDecoder& coder) {
+    if (coder.containsValueForKey(kFloatKey)) return coder.decodeFloat(kFloatKey);
+    if (coder.containsValueForKey(kPointKey)) return coder.decodePoint(kPointKey);
+    if (coder.containsValueForKey(kArrayKey)) return coder.decodeStrings(kArrayKey);
+    if (coder.containsValueForKey(kImageKey)) return decodeImageValue(coder);
     return {};
+}
+
+void decodeExportedFields(const RecordDecoder& coder, KeyframeRecord& record) {
+    record.timeInMS = coder.decodeInt(kTimeKey);
+    record.instantTransition = coder.decodeBool(kInstantKey);
+    record.easingMode = packedEasingMode(decodeEasingMode(coder));
+    record.value = decodeValue(coder);
+}
+
+void decodeOtherFields(const RecordDecoder& coder, KeyframeRecord& record) {
+    record.liveRecorded = coder.decodeBool(kRecordedKey);
+    record.liveRecordedStart = coder.decodeBool(kRecordedStartKey);
+    record.liveRecordedEnd = coder.decodeBool(kRecordedEndKey);
+    record.keyall = coder.decodeBool(kKeyallKey);
+    record.identifier = decodeIdentifier(coder);
 }
 
 void encodeValue(KeyedEncoder& coder, const PropertyValue& value, int32_t type) {
@@ -103,22 +142,8 @@ void PCKeyedPropertyTimeline::encodeWithCoder(KeyedEncoder& coder) const {
                         });
 }
 
-KeyframeRecord PCKeyedPropertyTimeline::decodeKeyframe(const KeyedDecoder& coder) {
-    KeyframeRecord record;
-    record.timeInMS = coder.decodeInt("time");
-    record.instantTransition = coder.decodeBool("instant");
-    record.easingMode = packedEasingMode(decodeEasingMode(coder));
-    record.value = decodeValue(coder);
-    record.liveRecorded = coder.decodeBool("recorded");
-    record.liveRecordedStart = coder.decodeBool("recordedStart");
-    record.liveRecordedEnd = coder.decodeBool("recordedEnd");
-    record.keyall = coder.decodeBool("keyall");
-    record.identifier = decodeIdentifier(coder);
-    return record;
-}
-
-PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::initWithArchive(
-    const KeyedUnarchiver& archive) {
+PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::decode(const KeyedUnarchiver& archive,
+                                                             Fields fields) {
     const KeyedDecoder root = archive.root();
     root.requireClass("PCKeyedPropertyTimeline");
     auto timeline =
@@ -127,19 +152,33 @@ PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::initWithArchive(
 
     const ArchivedArray items = root.decodeArray("keyframes");
     timeline->reserveLists(items.size());
+    const size_t keysCount = fields == Fields::All ? kKeysCount : kExportedKeysCount;
+    RecordDecoder item(items, std::span(kKeyframeKeys).first(keysCount), "PCPropertyKeyframe");
     for (size_t i = 0; i < items.size(); ++i) {
-        const KeyedDecoder item = items.object(i);
-        item.requireClass("PCPropertyKeyframe");
-        timeline->appendRecord(decodeKeyframe(item));
+        item.open(i);
+        KeyframeRecord record;
+        decodeExportedFields(item, record);
+        if (fields == Fields::All) decodeOtherFields(item, record);
+        timeline->appendRecord(record);
     }
     timeline->restoreOrder();
     timeline->m_isAsStored = true;
     return timeline;
 }
 
+PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::initWithArchive(
+    const KeyedUnarchiver& archive) {
+    return decode(archive, Fields::All);
+}
+
 PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::unarchive(const QByteArray& data,
                                                                 const QString& entry) {
     return initWithArchive(KeyedUnarchiver(data, entry));
+}
+
+PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::EXPORT_unarchive(const QByteArray& data,
+                                                                       const QString& entry) {
+    return decode(KeyedUnarchiver(data, entry), Fields::Exported);
 }
 
 TimelineSummary PCKeyedPropertyTimeline::summaryOfArchive(const QByteArray& data,

@@ -299,6 +299,30 @@ void PCKeyedPropertyTimeline::moveKeyframeAtTimeInMS(int32_t fromTime, int32_t t
     updateKeyframeSort();
 }
 
+void PCKeyedPropertyTimeline::shiftKeyframesAtTimesInMS(const std::vector<int32_t>& times,
+                                                        int64_t deltaInMS) {
+    std::vector<size_t> indices;
+    std::vector<int32_t> newTimes;
+    for (const int32_t time : times) {
+        const size_t index = firstKeyframeIndexAtOrAfterTimeInMS(time);
+        if (index == kNotFound || m_keys[index].timeInMS != time) continue;
+        const int64_t newTime = time + deltaInMS;
+        assertContract(newTime >= INT32_MIN && newTime <= INT32_MAX,
+                       u"a keyframe cannot move out of the range of times"_s);
+        indices.push_back(index);
+        newTimes.push_back(static_cast<int32_t>(newTime));
+    }
+    for (size_t i = 0; i < indices.size(); ++i)
+        m_keys[indices[i]].timeInMS = newTimes[i];
+    updateKeyframeSort();
+    if (UndoManager* undo = undoManager()) {
+        undo->registerUndo([self = shared_from_this(), newTimes, deltaInMS] {
+            self->shiftKeyframesAtTimesInMS(newTimes, -deltaInMS);
+        });
+    }
+    didChange();
+}
+
 void PCKeyedPropertyTimeline::reserveLists(size_t count) {
     m_keys.reserve(count);
     m_identifiers.reserve(count);

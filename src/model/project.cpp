@@ -208,7 +208,7 @@ QStringList PCProject::namesFromIdentifiers(const QStringList& identifiers) {
 namespace {
 
 void listFrontFirst(const PCElement& root, bool expandedOnly, PCElement::Elements& into) {
-    const PCElement::Elements& children = root.children();
+    const ElementList& children = root.children();
     for (auto child = children.rbegin(); child != children.rend(); ++child) {
         into.push_back(*child);
         if (!expandedOnly || (*child)->expanded()) listFrontFirst(**child, expandedOnly, into);

@@ -170,8 +170,15 @@ class PCProject : public PCAnimationsManagerChangeListener,
     void attachPastedTimelines(PCElement& root);
     void attachSelectedAnimation(PCElement& root);
     void moveItem(const PCElement::Ptr& item, const PCElement::Ptr& parent, size_t index);
-    void moveForward(const PCElement::Ptr& element);
-    void moveBackward(const PCElement::Ptr& element);
+    void removeGroupsEmptiedFrom(PCElement::Ptr group);
+    struct Destination {
+        PCElement::Ptr parent;
+        size_t index = 0;
+    };
+    Destination destinationForward(const PCElement::Ptr& element) const;
+    Destination destinationBackward(const PCElement::Ptr& element) const;
+    void moveEach(const Elements& elements,
+                  Destination (PCProject::*destination)(const PCElement::Ptr& element) const);
 };
 
 }  // namespace tweenery

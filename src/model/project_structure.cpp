@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "model/element_placement.h"
 #include "model/project.h"
 
 using namespace Qt::StringLiterals;
@@ -11,7 +12,6 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 namespace {
 
-// The edits copy their arguments, which may be the very list of children that they change.
 using Elements = PCElement::Elements;
 
 PCElement::Ptr parentOf(const PCElement& element) {
@@ -63,36 +63,60 @@ QString nameWithoutNumber(const QString& name) {
     return words.join(u' ');
 }
 
-// An axis scaled to nothing leaves nothing to make up for.
-QPointF dividedBy(QPointF a, QPointF b) {
-    return {b.x() == 0 ? a.x() : a.x() / b.x(), b.y() == 0 ? a.y() : a.y() / b.y()};
-}
-
 bool holds(const PCElement::Ptr& element, const PCElement::Ptr& other) {
     return element == other || element->isAncestorOf(*other);
+}
+
+// Rows of the navigator: the elements whose ancestors are all expanded, front first.
+
+bool isRow(const PCElement& element, const PCElement& canvas) {
+    const PCElement* above = element.parentElement();
+    while (above && above != &canvas && above->expanded()) {
+        above = above->parentElement();
+    }
+    return above == &canvas;
+}
+
+// Null for the first row, and for what is no row.
+PCElement::Ptr rowAbove(const PCElement& element, const PCElement& canvas) {
+    if (!isRow(element, canvas)) return nullptr;
+    const PCElement::Ptr parent = parentOf(element);
+    const auto index = static_cast<size_t>(element.index());
+    if (index + 1 == parent->children().size()) return parent.get() == &canvas ? nullptr : parent;
+    PCElement::Ptr above = parent->children()[index + 1];
+    while (above->expanded() && !above->children().empty()) {
+        above = above->children().front();
+    }
+    return above;
+}
+
+// The row below the element's own descendants. Null for the last row, and for what is no row.
+PCElement::Ptr rowBelow(const PCElement& element, const PCElement& canvas) {
+    if (!isRow(element, canvas)) return nullptr;
+    for (const PCElement* above = &element; above != &canvas; above = above->parentElement()) {
+        const auto index = static_cast<size_t>(above->index());
+        if (index > 0) return above->parentElement()->children()[index - 1];
+    }
+    return nullptr;
 }
 
 }  // namespace
 
 void PCProject::moveItem(const PCElement::Ptr& item, const PCElement::Ptr& parent, size_t index) {
     const bool changesParent = item->parentElement() != parent.get();
-    const QPointF canvasPosition = item->canvasPosition();
-    const double canvasRotation = item->canvasRotation();
-    const QPointF canvasScale = item->scaleOnCanvas();
+    const ElementPlacement placement = placementUnder(*item, *parent);
     item->removeFromParentElement();
     parent->insertSubelement(item, index);
-    // While undoing, the steps of these setters restore the old values themselves; under the same
-    // parent nothing has moved.
-    if (m_undoManager.isUndoing() || !changesParent) return;
-    item->setZRotation(canvasRotation - parent->canvasRotation());
-    item->setScale(dividedBy(canvasScale, parent->scaleOnCanvas()));
-    item->setPosition(parent->convertToElement(canvasPosition));
+    if (!changesParent) return;  // nothing has moved
+    item->setZRotation(placement.rotation);
+    item->setScale(placement.scale);
+    item->setPosition(placement.position);
 }
 
 void PCProject::moveItems(const Elements& items, const PCElement::Ptr& parent, int32_t index) {
     const UndoGroup group(m_undoManager);
     const auto count = static_cast<int32_t>(parent ? parent->children().size() : 0);
-    const int32_t target = index < 0 ? 0 : std::min(index, count);
+    const int32_t target = std::clamp(index, 0, count);
     const bool isFromBelow =
         std::any_of(items.begin(), items.end(),
                     [target](const PCElement::Ptr& item) { return item->index() < target; });
@@ -108,9 +132,22 @@ void PCProject::moveItems(const Elements& items, const PCElement::Ptr& parent, i
 }
 
 void PCProject::recursivelyRemoveGroup(const PCElement::Ptr& root) {
-    for (const PCElement::Ptr& child : root->subelements()) {
+    Elements branches;
+    std::copy_if(root->children().begin(), root->children().end(), std::back_inserter(branches),
+                 [](const auto& child) { return child->isGroup() || !child->children().empty(); });
+    for (const PCElement::Ptr& child : branches) {
         recursivelyRemoveGroup(child);
         if (child->isGroup() && child->children().empty()) child->removeFromParentElement();
+    }
+}
+
+// The same where only `group` can have become empty, and what holds it.
+void PCProject::removeGroupsEmptiedFrom(PCElement::Ptr group) {
+    while (group->isGroup() && group->children().empty()) {
+        const PCElement::Ptr parent = parentOf(*group);
+        if (!parent) return;
+        group->removeFromParentElement();
+        group = parent;
     }
 }
 
@@ -122,56 +159,54 @@ void PCProject::moveElementsToFront(const Elements& elements) {
     moveItems(elements, m_canvas, static_cast<int32_t>(m_canvas->children().size()));
 }
 
+// Each to where it belongs once the ones before it have moved.
+void PCProject::moveEach(const Elements& elements,
+                         Destination (PCProject::*destination)(const PCElement::Ptr& element)
+                             const) {
+    bool isFirst = true;
+    for (const PCElement::Ptr& element : elements) {
+        const PCElement::Ptr parent = parentOf(*element);
+        if (!parent) continue;  // the canvas, or a group that a move before has emptied
+        if (parent != m_canvas) parent->setExpanded(true);
+        const Destination target = (this->*destination)(element);
+        moveItem(element, target.parent, target.index);
+        if (std::exchange(isFirst, false)) {
+            recursivelyRemoveGroup(m_canvas);
+        } else {
+            removeGroupsEmptiedFrom(element);
+            removeGroupsEmptiedFrom(parent);
+        }
+    }
+    m_undoManager.setActionName(u"Move"_s);
+}
+
 // One row up in the navigator: in front of the next sibling, out of the group, or into the one
 // above.
-void PCProject::moveForward(const PCElement::Ptr& element) {
+PCProject::Destination PCProject::destinationForward(const PCElement::Ptr& element) const {
     const PCElement::Ptr parent = parentOf(*element);
-    if (!parent) return;  // a group that the move before has emptied
-    if (parent != m_canvas) parent->setExpanded(true);
-    const Elements rows = visibleHeirarchyWithRoot(*m_canvas);
-    const auto row = std::find(rows.begin(), rows.end(), element);
-    const PCElement::Ptr above = row == rows.begin() || row == rows.end() ? element : *(row - 1);
+    const PCElement::Ptr above = rowAbove(*element, *m_canvas);
+    if (!above) return {parent, static_cast<size_t>(element->index())};
     const PCElement::Ptr newParent = parentOf(*above);
-    int32_t target = above->index();
-    if (newParent != parent) {
-        const bool leavesGroup = parent->children().back() == element;
-        target = leavesGroup ? above->index() + 1 : 0;
-    }
-    moveItems({element}, newParent, target);
+    const auto index = static_cast<size_t>(above->index());
+    if (newParent == parent) return {parent, index};
+    return {newParent, above == parent ? index + 1 : 0};
 }
 
 void PCProject::moveElementsForward(const Elements& elements) {
     const UndoGroup group(m_undoManager);
-    for (const PCElement::Ptr& element :
-         sortedByRow(elements, visibleHeirarchyWithRoot(*m_canvas))) {
-        moveForward(element);
-    }
+    moveEach(sortedByRow(elements, visibleHeirarchyWithRoot(*m_canvas)),
+             &PCProject::destinationForward);
 }
 
 // One row down: behind the next sibling, out of the group at its back, or into an expanded group.
-void PCProject::moveBackward(const PCElement::Ptr& element) {
-    const PCElement::Ptr parent = parentOf(*element);
-    if (!parent) return;  // a group that the move before has emptied
-    if (parent != m_canvas) parent->setExpanded(true);
-    const Elements rows = visibleHeirarchyWithRoot(*m_canvas);
-    const auto row = std::find(rows.begin(), rows.end(), element);
-    // Its own descendants are rows again when one of them was moved before.
-    const auto next = std::find_if(row, rows.end(), [&element](const PCElement::Ptr& other) {
-        return !holds(element, other);
-    });
-    if (next == rows.end()) {
-        moveItems({element}, m_canvas, 0);
-        return;
-    }
-    const PCElement::Ptr& below = *next;
+PCProject::Destination PCProject::destinationBackward(const PCElement::Ptr& element) const {
+    const PCElement::Ptr below = rowBelow(*element, *m_canvas);
+    if (!below) return {m_canvas, 0};
     const PCElement::Ptr newParent = parentOf(*below);
-    if (element->index() == 0 && newParent != parent) {
-        moveItems({element}, newParent, below->index() + 1);
-    } else if (below->isGroup() && below->expanded()) {
-        moveItems({element}, below, static_cast<int32_t>(below->children().size()));
-    } else {
-        moveItems({element}, newParent, below->index());
-    }
+    const auto index = static_cast<size_t>(below->index());
+    if (element->index() == 0 && newParent != parentOf(*element)) return {newParent, index + 1};
+    if (below->isGroup() && below->expanded()) return {below, below->children().size()};
+    return {newParent, index};
 }
 
 void PCProject::moveElementsBackward(const Elements& elements) {
@@ -187,9 +222,7 @@ void PCProject::moveElementsBackward(const Elements& elements) {
         collapsed.push_back(element);
         element->setExpanded(false);
     }
-    for (const PCElement::Ptr& element : ordered) {
-        moveBackward(element);
-    }
+    moveEach(ordered, &PCProject::destinationBackward);
     for (const PCElement::Ptr& element : collapsed) {
         element->setExpanded(true);
     }
@@ -225,7 +258,7 @@ void PCProject::groupElements(const Elements& elements) {
 void PCProject::ungroupElements(const Elements& elements) {
     if (!elementsAreAllGroups(elements)) return;
     const UndoGroup undoGroup(m_undoManager);
-    for (const PCElement::Ptr& group : Elements(elements)) {
+    for (const PCElement::Ptr& group : elements) {
         const PCElement::Ptr parent = parentOf(*group);
         if (!parent) continue;  // ungrouped twice, or the canvas
         auto index = static_cast<size_t>(group->index());
@@ -242,7 +275,7 @@ PCProject::Elements PCProject::duplicateItems(const Elements& elements, float po
     const UndoGroup undoGroup(m_undoManager);
     Elements copies;
     const auto offset = static_cast<double>(positionOffset);
-    for (const PCElement::Ptr& source : Elements(elements)) {
+    for (const PCElement::Ptr& source : elements) {
         const PCElement::Ptr copy = PCElement::elementByDuplicatingElement(*source);
         {
             const UndoRegistrationPause pause(m_undoManager);

@@ -1,5 +1,7 @@
 #include "model/property_timeline_group.h"
 
+#include <algorithm>
+
 #include "model/element.h"
 #include "platform/errors.h"
 
@@ -34,6 +36,17 @@ QString filenameOfTimelineType(int32_t type) {
     const char* stem = propertyTypeRow(type).fileStem;
     if (!stem) failContract(u"type not supported: %1"_s.arg(stringFromPropertyType(type)));
     return QString::fromLatin1(stem) + u".data"_s;
+}
+
+std::optional<PCPropertyType> timelineTypeOfFilename(const QString& filename) {
+    static const std::array<QString, kElementTimelineCount> names = [] {
+        std::array<QString, kElementTimelineCount> all;
+        std::transform(kGroupOrder.begin(), kGroupOrder.end(), all.begin(), filenameOfTimelineType);
+        return all;
+    }();
+    const auto found = std::find(names.begin(), names.end(), filename);
+    if (found == names.end()) return std::nullopt;
+    return kGroupOrder[static_cast<size_t>(found - names.begin())];
 }
 
 std::shared_ptr<PCPropertyTimelineGroup> PCPropertyTimelineGroup::fromFileWrapper(

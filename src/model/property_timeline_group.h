@@ -2,6 +2,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "model/keyed_property_timeline.h"
@@ -54,5 +55,7 @@ std::span<const PCPropertyType, kElementTimelineCount> timelineGroupOrder();
 
 /// "<stem>.data" of a timeline type. Throws AssertionFailure "type not supported: %@".
 QString filenameOfTimelineType(int32_t type);
+/// The type whose timelines that file holds; nothing for any other name.
+std::optional<PCPropertyType> timelineTypeOfFilename(const QString& filename);
 
 }  // namespace tweenery

@@ -114,12 +114,11 @@ ArchivedValue KeyedUnarchiver::Table::item(uint32_t arrayRef, size_t index) {
     return resolve(m_plist.item(m_plist.object(arrayRef), static_cast<uint32_t>(index)));
 }
 
-uint32_t KeyedUnarchiver::Table::itemNumber(uint32_t arrayRef, size_t index) const {
-    const PlistObject array = m_plist.object(arrayRef);
+uint32_t KeyedUnarchiver::Table::itemNumber(const PlistObject& array, size_t index) {
     const PlistObject reference = m_plist.object(m_plist.item(array, static_cast<uint32_t>(index)));
     if (reference.type != PlistType::Uid) return NoObject;
     const uint32_t number = referencedNumber(reference);
-    return m_plist.object(refOfObject(number)).type == PlistType::Dict ? number : NoObject;
+    return dictionary(number).type == PlistType::Dict ? number : NoObject;
 }
 
 ArchivedValue KeyedUnarchiver::Table::resolve(uint32_t ref) {
@@ -177,9 +176,9 @@ void KeyedUnarchiver::Table::failReference() const {
     fail(QStringLiteral("a reference of the archive leads to another reference"));
 }
 
-auto KeyedUnarchiver::Table::classOf(const PlistObject& dict) -> const ClassEntry& {
+auto KeyedUnarchiver::Table::classAt(const PlistObject& dict, uint32_t position)
+    -> const ClassEntry& {
     static const ClassEntry unknown;
-    const uint32_t position = find(dict, "$class");
     if (position == dict.count) return unknown;
     const PlistObject reference = m_plist.object(m_plist.value(dict, position));
     if (reference.type != PlistType::Uid) failKey("$class", "is no reference to a class");
@@ -203,6 +202,7 @@ auto KeyedUnarchiver::Table::classOf(const PlistObject& dict) -> const ClassEntr
 }
 
 bool KeyedUnarchiver::Table::boolean(const ArchivedValue& value, std::string_view key) const {
+    if (value.isAbsent()) return false;
     if (value.object.isBool()) return value.object.type == PlistType::True;
     if (value.object.isNumber()) return number(value, key) != 0;
     failKey(key, "is no yes or no");
@@ -217,7 +217,15 @@ int32_t KeyedUnarchiver::Table::integer(const ArchivedValue& value, std::string_
     return static_cast<int32_t>(whole);
 }
 
+float KeyedUnarchiver::Table::real(const ArchivedValue& value, std::string_view key) const {
+    const double wide = number(value, key);
+    constexpr double largest = std::numeric_limits<float>::max();
+    if (wide < -largest || wide > largest) failKey(key, "does not fit into a 32-bit float");
+    return static_cast<float>(wide);
+}
+
 double KeyedUnarchiver::Table::number(const ArchivedValue& value, std::string_view key) const {
+    if (value.isAbsent()) return 0;
     if (!value.object.isNumber()) failKey(key, "is no number");
     const double number = m_plist.number(value.object);
     if (!std::isfinite(number)) failKey(key, "is not finite");
@@ -230,6 +238,23 @@ std::optional<PlistObject> KeyedUnarchiver::Table::string(const ArchivedValue& v
     const PlistObject inner = this->value(value.object, "NS.string").object;
     if (!inner.isString()) return std::nullopt;
     return inner;
+}
+
+PlistObject KeyedUnarchiver::Table::requireString(const ArchivedValue& value,
+                                                  std::string_view key) {
+    const auto stored = string(value);
+    if (!stored) failKey(key, "is no string");
+    return *stored;
+}
+
+QString KeyedUnarchiver::Table::text(const ArchivedValue& value, std::string_view key) {
+    return value.isAbsent() ? QString() : text(requireString(value, key));
+}
+
+std::optional<std::string_view> KeyedUnarchiver::Table::ascii(const ArchivedValue& value,
+                                                              std::string_view key) {
+    if (value.isAbsent()) return std::nullopt;
+    return ascii(requireString(value, key));
 }
 
 QString KeyedUnarchiver::Table::text(const PlistObject& string) {
@@ -245,6 +270,7 @@ std::optional<std::string_view> KeyedUnarchiver::Table::ascii(const PlistObject&
 }
 
 QPointF KeyedUnarchiver::Table::point(const ArchivedValue& value, std::string_view key) {
+    if (value.isAbsent()) return {};
     ArchivedValue boxed = value;
     if (value.kind == ArchivedKind::Object && classOf(value.object).name == "NSValue") {
         boxed = this->value(value.object, "NS.pointval");
@@ -268,7 +294,9 @@ auto KeyedUnarchiver::Table::array(const ArchivedValue& value, std::string_view 
     return {items.ref, items.object.count};
 }
 
-QStringList KeyedUnarchiver::Table::strings(const Array& array, std::string_view key) {
+QStringList KeyedUnarchiver::Table::strings(const ArchivedValue& value, std::string_view key) {
+    if (value.isAbsent()) return {};
+    const Array array = this->array(value, key);
     if (array.size == 0) return {};
     QStringList& shared = m_stringLists[m_plist.object(array.ref).payload];
     if (!shared.isEmpty()) return shared;

@@ -71,24 +71,30 @@ struct KeyedUnarchiver::Table {
     }
     ArchivedValue item(uint32_t arrayRef, size_t index);
     /// The number of the object at `index`; NoObject when the item is none.
-    uint32_t itemNumber(uint32_t arrayRef, size_t index) const;
+    uint32_t itemNumber(uint32_t arrayRef, size_t index) {
+        return itemNumber(m_plist.object(arrayRef), index);
+    }
 
+    // What stands behind `key`; zero or null when that is absent.
     bool boolean(const ArchivedValue& value, std::string_view key) const;
     int32_t integer(const ArchivedValue& value, std::string_view key) const;
+    float real(const ArchivedValue& value, std::string_view key) const;
     double number(const ArchivedValue& value, std::string_view key) const;
+    QString text(const ArchivedValue& value, std::string_view key);
+    /// The text as a view into the archive, if it is stored as short 7-bit text.
+    std::optional<std::string_view> ascii(const ArchivedValue& value, std::string_view key);
+    QPointF point(const ArchivedValue& value, std::string_view key);
+    QStringList strings(const ArchivedValue& value, std::string_view key);
+
     /// The string as it is stored; nullopt when `value` is none.
     std::optional<PlistObject> string(const ArchivedValue& value);
     QString text(const PlistObject& string);
-    /// The text as a view into the archive, if it is stored as short 7-bit text.
-    std::optional<std::string_view> ascii(const PlistObject& string) const;
-    QPointF point(const ArchivedValue& value, std::string_view key);
     /// The property list's array in an array object, and its size.
     struct Array {
         uint32_t ref = NoObject;
         size_t size = 0;
     };
     Array array(const ArchivedValue& value, std::string_view key);
-    QStringList strings(const Array& array, std::string_view key);
 
     size_t verifyEverything();
 
@@ -115,6 +121,9 @@ struct KeyedUnarchiver::Table {
     QHash<const uint8_t*, QStringList> m_stringLists;
 
     void open();
+    uint32_t itemNumber(const PlistObject& array, size_t index);
+    PlistObject requireString(const ArchivedValue& value, std::string_view key);
+    std::optional<std::string_view> ascii(const PlistObject& string) const;
     void requireFewKeys(const PlistObject& dict) const;
     [[noreturn]] void failReference() const;
     uint32_t refOfObject(uint32_t number) const { return m_plist.item(m_objects, number); }
@@ -124,8 +133,13 @@ struct KeyedUnarchiver::Table {
     ArchivedValue value(const PlistObject& dict, std::string_view key);
     ArchivedValue resolve(uint32_t ref);
     ArchivedKind kindOf(const PlistObject& object);
-    const ClassEntry& classOf(const PlistObject& dict);
+    const ClassEntry& classOf(const PlistObject& dict) {
+        return classAt(dict, find(dict, "$class"));
+    }
+    /// With the position of "$class" in `dict`.
+    const ClassEntry& classAt(const PlistObject& dict, uint32_t position);
     friend class ArchiveWalk;
+    friend class RecordDecoder;
 };
 
 }  // namespace tweenery

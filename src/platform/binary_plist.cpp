@@ -1,7 +1,5 @@
 #include "platform/binary_plist.h"
 
-#include <cstring>
-
 #include "platform/errors.h"
 
 namespace tweenery {

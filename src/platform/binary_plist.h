@@ -5,6 +5,7 @@
 #include <QtEndian>
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string_view>
 
@@ -84,6 +85,11 @@ class BinaryPlist {
     /// The object number of a dictionary's value.
     uint32_t value(const PlistObject& dict, uint32_t index) const {
         return refAt(dict.payload + (size_t{dict.count} + index) * m_refWidth);
+    }
+    /// True when both dictionaries have the same key objects in the same order.
+    bool haveSameKeys(const PlistObject& a, const PlistObject& b) const {
+        return a.count == b.count &&
+               std::memcmp(a.payload, b.payload, size_t{a.count} * m_refWidth) == 0;
     }
     /// The first position in `dict` whose key is object `ref`; dict.count when there is none.
     uint32_t positionOfKey(const PlistObject& dict, uint32_t ref) const;

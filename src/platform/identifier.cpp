@@ -103,17 +103,14 @@ Identifier::Identifier(const Identifier& other) : m_high(other.m_high), m_low(ot
     if (other.isText()) keepText(other.text());
 }
 
-Identifier::Identifier(Identifier&& other) noexcept
-    : m_high(std::exchange(other.m_high, 0)), m_low(std::exchange(other.m_low, 0)) {}
-
 Identifier& Identifier::operator=(Identifier other) noexcept {
     std::swap(m_high, other.m_high);
     std::swap(m_low, other.m_low);
     return *this;
 }
 
-Identifier::~Identifier() {
-    if (isText()) delete std::bit_cast<OtherText*>(m_high);
+void Identifier::deleteText() {
+    delete std::bit_cast<OtherText*>(m_high);
 }
 
 Identifier Identifier::generate() {
@@ -123,10 +120,6 @@ Identifier Identifier::generate() {
     result.m_high = (random->generate64() & ~0xF000ULL) | 0x4000ULL;
     result.m_low = (random->generate64() & ~(3ULL << 62)) | 2ULL << 62;
     return result;
-}
-
-bool Identifier::isText() const {
-    return m_low == 0 && m_high != 0;
 }
 
 const QString& Identifier::text() const {

@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 namespace tweenery {
 
@@ -25,9 +26,12 @@ class Identifier {
     /// The same from 7-bit text.
     static Identifier fromAscii(std::string_view text);
     Identifier(const Identifier& other);
-    Identifier(Identifier&& other) noexcept;
+    Identifier(Identifier&& other) noexcept
+        : m_high(std::exchange(other.m_high, 0)), m_low(std::exchange(other.m_low, 0)) {}
     Identifier& operator=(Identifier other) noexcept;
-    ~Identifier();
+    ~Identifier() {
+        if (isText()) deleteText();
+    }
 
     /// A new random (version 4) UUID.
     static Identifier generate();
@@ -44,8 +48,9 @@ class Identifier {
 
  private:
     struct OtherText;
-    bool isText() const;
+    bool isText() const { return m_low == 0 && m_high != 0; }
     const QString& text() const;
+    void deleteText();
     void keepText(const QString& text);
     template <typename Character>
     bool takeUuid(const Character* text, size_t length);

@@ -1,7 +1,5 @@
 #include "platform/keyed_unarchiver.h"
 
-#include <limits>
-
 #include "platform/archive_table.h"
 #include "platform/errors.h"
 
@@ -28,49 +26,39 @@ ArchivedKind KeyedDecoder::kindOfKey(std::string_view key) const {
     return valueForKey(key).kind;
 }
 
+// The null object has no key.
+template <typename Read>
+auto KeyedDecoder::read(std::string_view key, const Read& readValue) const {
+    using Value = decltype(readValue(*m_archive->m_table, ArchivedValue{}));
+    return isNull() ? Value{} : readValue(*m_archive->m_table, valueForKey(key));
+}
+
 bool KeyedDecoder::decodeBool(std::string_view key) const {
-    const ArchivedValue value = valueForKey(key);
-    return !value.isAbsent() && m_archive->m_table->boolean(value, key);
+    return read(key, [key](auto& table, auto value) { return table.boolean(value, key); });
 }
 
 int32_t KeyedDecoder::decodeInt(std::string_view key) const {
-    const ArchivedValue value = valueForKey(key);
-    return value.isAbsent() ? 0 : m_archive->m_table->integer(value, key);
+    return read(key, [key](auto& table, auto value) { return table.integer(value, key); });
 }
 
 float KeyedDecoder::decodeFloat(std::string_view key) const {
-    const double value = decodeDouble(key);
-    constexpr double largest = std::numeric_limits<float>::max();
-    if (value < -largest || value > largest) {
-        m_archive->m_table->failKey(key, "does not fit into a 32-bit float");
-    }
-    return static_cast<float>(value);
+    return read(key, [key](auto& table, auto value) { return table.real(value, key); });
 }
 
 double KeyedDecoder::decodeDouble(std::string_view key) const {
-    const ArchivedValue value = valueForKey(key);
-    return value.isAbsent() ? 0 : m_archive->m_table->number(value, key);
+    return read(key, [key](auto& table, auto value) { return table.number(value, key); });
 }
 
 QString KeyedDecoder::decodeString(std::string_view key) const {
-    const ArchivedValue value = valueForKey(key);
-    if (value.isAbsent()) return {};
-    const auto string = m_archive->m_table->string(value);
-    if (!string) m_archive->m_table->failKey(key, "is no string");
-    return m_archive->m_table->text(*string);
+    return read(key, [key](auto& table, auto value) { return table.text(value, key); });
 }
 
 std::optional<std::string_view> KeyedDecoder::decodeAscii(std::string_view key) const {
-    const ArchivedValue value = valueForKey(key);
-    if (value.isAbsent()) return std::nullopt;
-    const auto string = m_archive->m_table->string(value);
-    if (!string) m_archive->m_table->failKey(key, "is no string");
-    return m_archive->m_table->ascii(*string);
+    return read(key, [key](auto& table, auto value) { return table.ascii(value, key); });
 }
 
 QPointF KeyedDecoder::decodePoint(std::string_view key) const {
-    const ArchivedValue value = valueForKey(key);
-    return value.isAbsent() ? QPointF() : m_archive->m_table->point(value, key);
+    return read(key, [key](auto& table, auto value) { return table.point(value, key); });
 }
 
 QSizeF KeyedDecoder::decodeSize(std::string_view key) const {
@@ -99,10 +87,7 @@ ArchivedArray KeyedDecoder::decodeArray(std::string_view key) const {
 }
 
 QStringList KeyedDecoder::decodeStrings(std::string_view key) const {
-    const ArchivedValue value = valueForKey(key);
-    if (value.isAbsent()) return {};
-    auto& table = *m_archive->m_table;
-    return table.strings(table.array(value, key), key);
+    return read(key, [key](auto& table, auto value) { return table.strings(value, key); });
 }
 
 KeyedDecoder ArchivedArray::object(size_t index) const {

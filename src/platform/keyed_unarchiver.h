@@ -69,6 +69,8 @@ class KeyedDecoder {
     uint32_t m_object = 0;
 
     ArchivedValue valueForKey(std::string_view key) const;
+    template <typename Read>
+    auto read(std::string_view key, const Read& readValue) const;
 };
 
 /// The items of an archived array, read on demand.
@@ -82,6 +84,7 @@ class ArchivedArray {
 
  private:
     friend class KeyedDecoder;
+    friend class RecordDecoder;
     const KeyedUnarchiver* m_archive = nullptr;
     uint32_t m_array = 0;
     size_t m_size = 0;
@@ -114,6 +117,7 @@ class KeyedUnarchiver {
  private:
     friend class KeyedDecoder;
     friend class ArchivedArray;
+    friend class RecordDecoder;
     friend class ArchiveWalk;
     struct Table;
     std::unique_ptr<Table> m_table;

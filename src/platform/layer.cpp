@@ -297,15 +297,16 @@ QPointF Layer::mapToAncestor(QPointF point, const Layer* ancestor) const {
     return point;
 }
 
-QPointF Layer::mapFromAncestor(QPointF point, const Layer* ancestor) const {
+std::optional<QPointF> Layer::mapFromAncestor(QPointF point, const Layer* ancestor) const {
     std::vector<const Layer*> way;
     for (const Layer* layer = this; layer && layer != ancestor; layer = layer->m_superlayer) {
         way.push_back(layer);
     }
-    for (auto layer = way.rbegin(); layer != way.rend(); ++layer) {
-        point = (*layer)->fromSuperlayer(point).value_or(anchorInPoints((*layer)->presented()));
+    std::optional<QPointF> mapped = point;
+    for (auto layer = way.rbegin(); layer != way.rend() && mapped; ++layer) {
+        mapped = (*layer)->fromSuperlayer(*mapped);
     }
-    return point;
+    return mapped;
 }
 
 namespace {
@@ -336,14 +337,21 @@ const Layer* commonAncestor(const Layer* a, const Layer* b) {
 
 }  // namespace
 
-QPointF Layer::convertPointTo(QPointF point, const Layer* other) const {
+std::optional<QPointF> Layer::pointIn(const Layer* other, QPointF point) const {
     const Layer* common = commonAncestor(this, other);
     point = mapToAncestor(point, common);
     return other ? other->mapFromAncestor(point, common) : point;
 }
 
+QPointF Layer::convertPointTo(QPointF point, const Layer* other) const {
+    const auto converted = pointIn(other, point);
+    return converted ? *converted : anchorInPoints(other->presented());
+}
+
 QPointF Layer::convertPointFrom(QPointF point, const Layer* other) const {
-    return other ? other->convertPointTo(point, this) : mapFromAncestor(point, nullptr);
+    if (other) return other->convertPointTo(point, this);
+    const auto converted = mapFromAncestor(point, nullptr);
+    return converted ? *converted : anchorInPoints(presented());
 }
 
 QRectF Layer::convertRectTo(const QRectF& rect, const Layer* other) const {
@@ -372,7 +380,7 @@ Layer* Layer::hitTest(QPointF point) {
     const auto own = fromSuperlayer(point);
     if (!own || (m_masksToBounds && !Layer::containsPoint(*own))) return nullptr;
     if (Layer* hit = hitBelow(*own)) return hit;
-    return containsPoint(*own) ? this : nullptr;
+    return coversPoint(*own) ? this : nullptr;
 }
 
 Layer* Layer::hitBelow(QPointF point) const {

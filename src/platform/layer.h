@@ -167,8 +167,10 @@ class Layer {
     Affine toSuperlayerAt(double time) const;
     /// Nothing where the layer is flattened to a line or a point.
     std::optional<QPointF> fromSuperlayer(QPointF point) const;
-    /// Null `other` means the coordinates above the root. A layer on the way that is flattened
-    /// gives the place of its anchor point.
+    /// From this layer's coordinates to those of another layer of the tree; null means those above
+    /// the root. Nothing where `other`, or a layer around it, is flattened.
+    std::optional<QPointF> pointIn(const Layer* other, QPointF point) const;
+    /// The same, with the anchor point of `other` in place of nothing.
     QPointF convertPointTo(QPointF point, const Layer* other) const;
     QPointF convertPointFrom(QPointF point, const Layer* other) const;
     /// The upright rectangle around the converted corners.
@@ -192,6 +194,9 @@ class Layer {
 
  protected:
     virtual void layoutSublayers() {}
+    /// What a hit test asks once nothing below this layer was hit: containsPoint(), unless a layer
+    /// need not ask below a second time.
+    virtual bool coversPoint(QPointF point) const { return containsPoint(point); }
 
  private:
     struct Running {
@@ -230,7 +235,7 @@ class Layer {
     void animationsDidChange(bool animatedOrder);
     Layer* hitBelow(QPointF point) const;
     QPointF mapToAncestor(QPointF point, const Layer* ancestor) const;
-    QPointF mapFromAncestor(QPointF point, const Layer* ancestor) const;
+    std::optional<QPointF> mapFromAncestor(QPointF point, const Layer* ancestor) const;
 };
 
 /// A layer that draws an outline.

@@ -23,7 +23,7 @@ enum class OnDiskChange { Refuse, Overwrite };
 
 /// Writes `root` as the package at `path`, atomically: a new directory beside it, unchanged entries
 /// hard-linked into it, changed ones written and flushed, then both exchanged in one step, then the
-/// old one removed (a big one by a thread of the global pool, which the end of the program waits
+/// old one removed (a big one by a thread, which the next big save and the end of the program wait
 /// for). A crash or failure at any moment leaves the old package or the new one, whole.
 /// On success every node's origin is what is now on disk. Throws InputError naming the entry and
 /// the reason; then nothing at `path` has changed. `path` may be new; its parent directory must

@@ -1,27 +1,32 @@
 #pragma once
 
-#include <QThread>
-#include <QThreadPool>
 #include <algorithm>
 #include <atomic>
+#include <condition_variable>
 #include <exception>
+#include <functional>
 #include <mutex>
+#include <system_error>
+#include <thread>
+#include <vector>
 
 namespace tweenery {
 
 /// Visits a tree on all cores: while a thread is idle, it is given half of what a visit has left to
-/// do. A walk of few visits starts no thread.
+/// do. A walk of few visits starts no thread; where the system gives none, those that there are do
+/// the work. For a list whose length is known, parallelFor() is simpler. One run a walk.
 class ParallelWalk {
  public:
-    ParallelWalk() { m_pool.setMaxThreadCount(m_cores); }
+    ParallelWalk() { m_helpers.reserve(static_cast<size_t>(m_cores)); }
 
-    /// Calls `root` and waits until everything that it began has been done. Throws what the first
+    /// Calls `root` and returns when everything that it began has been done. Throws what the first
     /// failing visit threw; what had not begun by then is not visited any more.
     template <typename Visit>
     void run(const Visit& root) {
         guard(root);
-        ++m_idle;  // this thread only waits from here on
-        m_pool.waitForDone();
+        becomeIdle();
+        help();
+        m_helpers.clear();
         if (m_error) std::rethrow_exception(m_error);
     }
 
@@ -32,10 +37,7 @@ class ParallelWalk {
         for (; begin < end && !m_failed; ++begin) {
             if (end - begin >= worthSharing && ++m_visits > visitsBeforeHelp && takeIdle()) {
                 const size_t middle = begin + (end - begin) / 2;
-                m_pool.start([this, middle, end, visit] {
-                    guard([&] { forEach(middle, end, visit); });
-                    ++m_idle;
-                });
+                handOver([this, middle, end, visit] { forEach(middle, end, visit); });
                 end = middle;
             }
             visit(begin);
@@ -57,6 +59,49 @@ class ParallelWalk {
         return false;
     }
 
+    // Each call follows a takeIdle().
+    template <typename Work>
+    void handOver(const Work& work) {
+        const std::lock_guard lock(m_mutex);
+        try {
+            m_work.emplace_back(work);
+        } catch (...) {
+            ++m_idle;
+            throw;
+        }
+        startHelper();
+        m_wake.notify_one();
+    }
+
+    void startHelper() {
+        if (m_helpers.size() + 1 >= static_cast<size_t>(m_cores)) return;
+        try {
+            m_helpers.emplace_back([this] { help(); });
+        } catch (const std::system_error&) {
+            // No more threads: another helper or, in the end, the caller of run() takes the work.
+        }
+    }
+
+    void becomeIdle() {
+        const std::lock_guard lock(m_mutex);
+        if (++m_idle == m_cores) m_wake.notify_all();
+    }
+
+    // Does what is handed over, until nobody is at work.
+    void help() {
+        for (;;) {
+            std::unique_lock lock(m_mutex);
+            m_wake.wait(lock, [this] { return !m_work.empty() || m_idle == m_cores; });
+            if (m_work.empty()) return;
+            std::function<void()> work = std::move(m_work.back());
+            m_work.pop_back();
+            lock.unlock();
+            guard(work);
+            work = nullptr;  // what it holds goes before the walk may end
+            becomeIdle();
+        }
+    }
+
     template <typename Visit>
     void guard(const Visit& visit) {
         try {
@@ -68,13 +113,15 @@ class ParallelWalk {
         }
     }
 
-    const int m_cores = std::max(1, QThread::idealThreadCount());
+    const int m_cores = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
     std::atomic<int> m_idle = m_cores - 1;
     std::atomic<int> m_visits = 0;  // of those that could have been shared
     std::atomic<bool> m_failed = false;
     std::mutex m_mutex;
     std::exception_ptr m_error;
-    QThreadPool m_pool;  // last: its threads end before the rest goes
+    std::vector<std::function<void()>> m_work;  // handed over, not yet begun
+    std::condition_variable m_wake;
+    std::vector<std::jthread> m_helpers;
 };
 
 }  // namespace tweenery

@@ -5,9 +5,12 @@
 
 #include <QCryptographicHash>
 #include <QRandomGenerator>
-#include <QThreadPool>
 #include <algorithm>
 #include <cerrno>
+#include <functional>
+#include <mutex>
+#include <system_error>
+#include <thread>
 
 #include "platform/errors.h"
 
@@ -181,13 +184,29 @@ StagedDirectory::~StagedDirectory() {
     if (!m_name.empty()) removeTree(m_place.parent.number(), m_name);
 }
 
+namespace {
+
+// One piece of work at a time: the next one waits for it, and so does the end of the program.
+void inBackground(const std::function<void()>& work) {
+    static std::mutex mutex;
+    static std::jthread thread;
+    const std::lock_guard lock(mutex);
+    try {
+        thread = std::jthread(work);
+    } catch (const std::system_error&) {
+        work();  // the system gives no thread
+    }
+}
+
+}  // namespace
+
 void StagedDirectory::removeReplacedInBackground() {
     const auto parent =
         std::make_shared<FileDescriptor>(::fcntl(m_place.parent.number(), F_DUPFD_CLOEXEC, 0));
     if (!m_current || !*parent) return;
     // The lock goes along, or else the next save would take the directory for a leftover.
     const auto locked = std::make_shared<FileDescriptor>(std::move(m_current));
-    QThreadPool::globalInstance()->start(
+    inBackground(
         [parent, locked, name = std::exchange(m_name, {})] { removeTree(parent->number(), name); });
 }
 

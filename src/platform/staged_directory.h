@@ -23,8 +23,8 @@ class StagedDirectory {
 
     /// Puts the directory into its place. Throws InputError; then nothing has changed there.
     void commit();
-    /// After commit(): leaves the removal of what was replaced to a thread of the global pool,
-    /// which the end of the program waits for.
+    /// After commit(): leaves the removal of what was replaced to a thread, which the next such
+    /// removal and the end of the program wait for.
     void removeReplacedInBackground();
 
  private:

@@ -83,6 +83,32 @@ TEST_F(ElementState, PinsAtTheNeighbouringMasterKeyframes) {
     }
 }
 
+TEST_F(ElementState, AllValuesAtOnceAreTheSingleOnes) {
+    for (int32_t time = 0; time < 50 * 40; time += 50) {
+        const auto number = static_cast<float>(time % 700) / 100;
+        ball->setXTranslation(number, time);
+        ball->setZRotation(number + 1, time);
+        ball->setImageContents(QString::number(time), time);
+    }
+    ball->setOpacity(0.25F, 100);
+    ball->setYScale(3, 900);
+    group->setChildrenZPositions(PCProject::sortedSubelementIdentifiers(*group), 500);
+    for (const PCElement::Ptr& element : {ball, group, project->canvas()}) {
+        for (const int32_t time : {1975, 0, 30, 30, 999, 5000}) {
+            const ElementValues values = element->valuesAtTimeInMS(time);
+            EXPECT_EQ(values.opacity, element->opacityAtTimeInMS(time)) << time;
+            EXPECT_EQ(values.rotation, element->zRotationAtTimeInMS(time)) << time;
+            EXPECT_EQ(values.scale.y(), element->scaleAtTimeInMS(time).y()) << time;
+            EXPECT_EQ(values.translation.x(), element->translationAtTimeInMS(time).x()) << time;
+            EXPECT_EQ(values.image, element->imageContentsAtTimeInMS(time)) << time;
+            EXPECT_EQ(values.children, element->childrenZPositionsAtTimeInMS(time)) << time;
+        }
+    }
+    ball->clearTimelines();
+    EXPECT_EQ(ball->valuesAtTimeInMS(100).opacity, 0) << "in setup mode";
+    EXPECT_TRUE(ball->valuesAtTimeInMS(100).image.isNull());
+}
+
 TEST_F(ElementState, ImagesAndOrdersJumpAtTheirPinsToo) {
     master({100, 300});
     ball->setImageName(u"setup.png"_s);

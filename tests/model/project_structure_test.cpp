@@ -112,18 +112,6 @@ TEST(StructureEdits, NameTheirSteps) {
     EXPECT_TRUE(project->elementsAreAllGroups({}));
 }
 
-// The lists that the tree itself keeps may be given as they are.
-TEST(StructureEdits, TakeTheTreesOwnLists) {
-    const auto project = PCProject::init();
-    buildTree(*project, "A B");
-    const auto& children = project->canvas()->children();
-    EXPECT_EQ(project->duplicateItems(children, 0).size(), 2U);
-    project->groupElements(children);
-    EXPECT_EQ(treeText(*project->canvas()), "Untitled{A A_2 B B_2}");
-    project->ungroupElements(children);
-    EXPECT_EQ(treeText(*project->canvas()), "A A_2 B B_2");
-}
-
 TEST(StructureEdits, DuplicatesGetNumbersAndIdentifiers) {
     const auto project = PCProject::init();
     for (const QString& name : {u"Box"_s, u"Box 1"_s, u"Box 2"_s, u"Box 3"_s, u"A b c7"_s}) {
@@ -171,7 +159,7 @@ TEST(StructureEdits, GroupsFitTheirChildren) {
     addElement(outer, u"A"_s, {{0, 0}, {1, 1}, 0, {10, 10}, {0, 0}});
     addElement(outer, u"B"_s, {{30, 5}, {1, 1}, pi / 2, {10, 4}, {0, 0}});  // x 26 to 30, y 5 to 15
     outer->setExpanded(true);
-    project->groupElements(outer->children());
+    project->groupElements(outer->subelements());
     const auto made = named(*project, u"Untitled"_s);
     const QRectF frame = made->elementToCanvasTransform().mapRect(QRectF(QPointF(), made->size()));
     EXPECT_NEAR(made->size().width(), 60, 1e-9);  // on the canvas, where the group is not scaled

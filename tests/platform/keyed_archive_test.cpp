@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -9,6 +10,7 @@
 #include "platform/errors.h"
 #include "platform/keyed_archiver.h"
 #include "platform/keyed_unarchiver.h"
+#include "platform/record_decoder.h"
 #include "support/raw_plist.h"
 #include "support/test_paths.h"
 
@@ -95,6 +97,49 @@ TEST(KeyedArchive, RoundTripsEveryType) {
     EXPECT_EQ(root.decodeArray("strings").string(1), u"ü"_s);
     EXPECT_TRUE(root.decodeObject("nothing").isNull());
     EXPECT_GT(archive.verifyEverything(), 17U);
+}
+
+// The objects of one array, whose keys stand at different places or are not there at all.
+TEST(KeyedArchive, ReadsRecordsOfAnyLayout) {
+    constexpr std::array<std::string_view, 4> keys{"time", "value", "name", "missing"};
+    const std::vector<std::vector<std::string_view>> layouts{{"time", "value", "name"},
+                                                             {"time", "value", "name"},
+                                                             {"name", "time", "value"},
+                                                             {"value"},
+                                                             {"other", "time"},
+                                                             {"time", "value", "name"},
+                                                             {}};
+    const Archived root([&](KeyedEncoder& coder) {
+        coder.encodeRecords("records", {"Record"}, layouts.size(), [&](size_t i, auto& item) {
+            const auto number = static_cast<int32_t>(i);
+            for (const std::string_view key : layouts[i]) {
+                if (key == "name")
+                    item.encodeAscii(key, i % 2 == 0 ? "even" : "odd");
+                else
+                    item.encodeInt(key, key == "value" ? 10 * number : number + 1);
+            }
+        });
+    });
+    const KeyedUnarchiver archive(KeyedArchiver::archivedDataWithRootObject(root), Entry);
+    const ArchivedArray array = archive.root().decodeArray("records");
+    RecordDecoder record(array, keys, "Record");
+    for (size_t i = 0; i < layouts.size(); ++i) {
+        record.open(i);
+        const KeyedDecoder object = array.object(i);
+        for (size_t key = 0; key < keys.size(); ++key) {
+            EXPECT_EQ(record.kindOfKey(key), object.kindOfKey(keys[key])) << i << keys[key];
+            EXPECT_EQ(record.containsValueForKey(key), object.containsValueForKey(keys[key]));
+        }
+        EXPECT_EQ(record.decodeInt(0), object.decodeInt("time")) << i;
+        EXPECT_EQ(record.decodeFloat(1), object.decodeFloat("value")) << i;
+        EXPECT_EQ(record.decodeString(2), object.decodeString("name")) << i;
+        EXPECT_EQ(record.decodeAscii(2), object.decodeAscii("name")) << i;
+    }
+    RecordDecoder misread(array, keys, "Record");
+    misread.open(0);
+    EXPECT_THROW(misread.decodeInt(2), InputError);
+    RecordDecoder stranger(array, keys, "Stranger");
+    EXPECT_THROW(stranger.open(0), InputError);
 }
 
 TEST(KeyedArchive, SharesObjectsByAddressAndFollowsCycles) {

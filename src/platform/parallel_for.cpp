@@ -1,4 +1,4 @@
-#include "codegen/parallel.h"
+#include "platform/parallel_for.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,0 +1,155 @@
+// Structure edits, selection and calculators on all elements of one group: linear, so that ten
+// times the elements cost at most eleven times as much.
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <random>
+
+#include "canvas/element_selection_manager.h"
+#include "canvas/opacity_calculator.h"
+#include "canvas/position_calculator.h"
+#include "canvas/rotation_calculator.h"
+#include "canvas/scale_calculator.h"
+#include "model/project.h"
+
+namespace tweenery::bench {
+namespace {
+
+using namespace Qt::StringLiterals;
+using Elements = PCElement::Elements;
+
+/// A canvas with a group of `count` elements, between two groups of one.
+struct Scene {
+    PCProject::Ptr project = PCProject::init();
+    PCElement::Ptr below = addGroup(u"Below"_s, 1);
+    PCElement::Ptr group;
+    PCElement::Ptr above;
+
+    explicit Scene(int64_t count)
+        : group(addGroup(u"Group"_s, count)), above(addGroup(u"Above"_s, 1)) {
+        project->undoManager().removeAllActions();
+    }
+    Elements elements() const { return group->subelements(); }
+
+ private:
+    PCElement::Ptr addGroup(const QString& name, int64_t count) {
+        const PCElement::Ptr made = PCElement::makeGroup();
+        made->setName(name);
+        made->setZRotation(0.5);
+        made->setScale({2, 2});
+        made->setExpanded(true);
+        const PCElement::Ptr& canvas = project->canvas();
+        canvas->insertSubelement(made, canvas->children().size());
+        for (int64_t i = 0; i < count; ++i) {
+            const PCElement::Ptr element = PCElement::init();
+            element->setName(u"%1 element %2"_s.arg(name, QString::number(i)));
+            element->setSize({20, 10});
+            element->setPosition({static_cast<double>(i % 100), static_cast<double>(i % 70)});
+            made->insertSubelement(element, made->children().size());
+        }
+        return made;
+    }
+};
+
+using Edit = void (*)(Scene& scene, const Elements& elements);
+
+void moveIntoGroup(Scene& scene, const Elements& elements) {
+    scene.project->moveItems(elements, scene.above, 0);
+}
+void moveIntoGroupShuffled(Scene& scene, const Elements& elements) {
+    Elements shuffled = elements;
+    std::shuffle(shuffled.begin(), shuffled.end(), std::minstd_rand(1));
+    scene.project->moveItems(shuffled, scene.below, 0);
+}
+void toFront(Scene& scene, const Elements& elements) {
+    scene.project->moveElementsToFront(elements);
+}
+void toBack(Scene& scene, const Elements& elements) {
+    scene.project->moveElementsToBack(elements);
+}
+void forward(Scene& scene, const Elements& elements) {
+    scene.project->moveElementsForward(elements);
+}
+void backward(Scene& scene, const Elements& elements) {
+    scene.project->moveElementsBackward(elements);
+}
+void group(Scene& scene, const Elements& elements) {
+    scene.project->groupElements(elements);
+}
+void ungroup(Scene& scene, const Elements&) {
+    scene.project->ungroupElements({scene.group});
+}
+void duplicate(Scene& scene, const Elements& elements) {
+    scene.project->duplicateItems(elements, 50);
+}
+
+void selectAndDeselectAll(Scene& scene, const Elements& elements) {
+    PCElementSelectionManager selection(scene.project);
+    selection.selectElements(elements);
+    selection.deselectAllElements();
+}
+void position(Scene&, const Elements& elements) {
+    PCPositionCalculator::updateElements(elements, false, {10, 5}, true, 0);
+}
+void scale(Scene&, const Elements& elements) {
+    PCScaleCalculator::updateElements(elements, true, {0.01, 0}, true, 0, {50, 50});
+}
+void rotation(Scene&, const Elements& elements) {
+    PCRotationCalculator::updateElements(elements, true, 0.01, true, 0, {50, 50});
+}
+void opacity(Scene&, const Elements& elements) {
+    PCOpacityCalculator::updateElementsWithDelta(elements, false, -0.5, true, 0, {});
+}
+
+// The edit and its undo, one of them outside of the measured time.
+void measure(benchmark::State& state, Edit edit, bool measuresUndo) {
+    Scene scene(state.range(0));
+    const Elements elements = scene.elements();
+    UndoManager& undo = scene.project->undoManager();
+    const auto measureIf = [&state](bool isMeasured, const auto& work) {
+        if (!isMeasured) state.PauseTiming();
+        work();
+        if (!isMeasured) state.ResumeTiming();
+    };
+    for (auto _ : state) {
+        measureIf(!measuresUndo, [&] { edit(scene, elements); });
+        measureIf(measuresUndo, [&] { undo.undo(); });
+        measureIf(false, [&] { undo.removeAllActions(); });
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+struct NamedEdit {
+    const char* name;
+    Edit edit;
+};
+
+const bool isRegistered = [] {
+    for (const NamedEdit& row : {NamedEdit{"moveIntoGroup", moveIntoGroup},
+                                 {"moveIntoGroupShuffled", moveIntoGroupShuffled},
+                                 {"toFront", toFront},
+                                 {"toBack", toBack},
+                                 {"forward", forward},
+                                 {"backward", backward},
+                                 {"group", group},
+                                 {"ungroup", ungroup},
+                                 {"duplicate", duplicate},
+                                 {"selectAndDeselectAll", selectAndDeselectAll},
+                                 {"position", position},
+                                 {"scale", scale},
+                                 {"rotation", rotation},
+                                 {"opacity", opacity}}) {
+        for (const bool measuresUndo : {false, true}) {
+            const std::string name = std::string(measuresUndo ? "undo/" : "edit/") + row.name;
+            benchmark::RegisterBenchmark(name.c_str(), measure, row.edit, measuresUndo)
+                ->Arg(1000)
+                ->Arg(10000)
+                ->Unit(benchmark::kMicrosecond);
+        }
+    }
+    return true;
+}();
+
+}  // namespace
+}  // namespace tweenery::bench

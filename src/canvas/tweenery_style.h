@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QColor>
+#include <QImage>
+
+namespace tweenery {
+
+/// The colours and patterns of the canvas, in one place.
+namespace TweeneryStyle {
+
+inline QColor white(float brightness) {
+    return QColor::fromRgbF(brightness, brightness, brightness);
+}
+/// The surround of the canvas.
+inline QColor editorColor() {
+    return white(0.302F);
+}
+inline QColor canvasInnerBorderColor() {
+    return white(0.333F);
+}
+inline QColor canvasOuterBorderColor() {
+    return white(0.667F);
+}
+/// The marquee.
+inline QColor selectionLayerColor() {
+    return white(0.5F);
+}
+inline QColor selectionLayerBorderColor() {
+    return white(0.333F);
+}
+inline QColor clearColor() {
+    return QColor(Qt::transparent);
+}
+inline QColor guideColor() {
+    return QColor::fromRgbF(0, 0.75F, 0.98F);
+}
+/// Borders of selected elements: a drag edits the setup state.
+inline QColor setupBorderColor() {
+    return QColor::fromRgbF(0, 0.75F, 0.98F);
+}
+/// A drag edits a timeline.
+inline QColor keyedBorderColor() {
+    return QColor::fromRgbF(1, 0, 0);
+}
+
+/// The texture "checkerboard" that shows where the canvas is transparent.
+const QImage& canvasPattern();
+/// The marker "anchor_point" of the one selected element's anchor point, which can be dragged.
+const QImage& anchorPointImage();
+/// The marker "anchor_point_axis" within a selection border.
+const QImage& anchorPointAxisImage();
+
+}  // namespace TweeneryStyle
+}  // namespace tweenery
