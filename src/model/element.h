@@ -9,7 +9,6 @@
 #include <QTransform>
 #include <QVariant>
 #include <array>
-#include <functional>
 #include <memory>
 #include <unordered_map>
 #include <vector>
@@ -20,6 +19,7 @@
 #include "platform/identifier.h"
 #include "platform/keyed_archiver.h"
 #include "platform/keyed_unarchiver.h"
+#include "platform/undo_manager.h"
 #include "platform/weak_ref.h"
 
 namespace tweenery {
@@ -323,7 +323,15 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
                          int depth);
 
     static double normalizedRotation(double radians);
-    void registerUndo(std::function<void(PCElement&)> inverse);
+    /// Null without a project, and while registration is off.
+    UndoManager* recordingUndoManager() const;
+    template <typename Inverse>
+    void registerUndo(Inverse inverse) {
+        if (UndoManager* undo = recordingUndoManager()) {
+            undo->registerUndo(
+                [self = shared_from_this(), inverse = std::move(inverse)] { inverse(*self); });
+        }
+    }
     void storeName(const QString& newName);
     void post(const QString& notification);
     bool cascades() const;

@@ -58,4 +58,9 @@ const std::vector<QRect>& DirtyArea::rectangles() const {
     return m_rectangles;
 }
 
+QRect DirtyArea::stripOf(const QRect& rectangle) const {
+    const int top = rectangle.top() - rectangle.top() % m_stripHeight;
+    return {0, top, m_size.width(), std::min(m_stripHeight, m_size.height() - top)};
+}
+
 }  // namespace tweenery

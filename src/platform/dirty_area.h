@@ -22,6 +22,8 @@ class DirtyArea {
     bool isEmpty() const { return m_isEmpty; }
     /// From top to bottom.
     const std::vector<QRect>& rectangles() const;
+    /// The whole strip that one of the rectangles lies in.
+    QRect stripOf(const QRect& rectangle) const;
 
  private:
     QSize m_size;

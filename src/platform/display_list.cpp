@@ -6,9 +6,6 @@
 namespace tweenery {
 namespace {
 
-// How far beyond its corner a mitred join may reach, in line widths.
-constexpr double kMiterReach = 5;
-
 // The pixels that a rectangle of device coordinates can touch, with one more on each side for what
 // antialiasing and rounding take. Empty for numbers that are not finite.
 QRect pixelsAround(const QRectF& rect, const QRect& limit) {
@@ -20,6 +17,12 @@ QRect pixelsAround(const QRectF& rect, const QRect& limit) {
     if (!isFinite || left > right || top > bottom) return {};
     return {QPoint(static_cast<int>(left), static_cast<int>(top)),
             QPoint(static_cast<int>(right), static_cast<int>(bottom))};
+}
+
+// The pixels that lie in the rectangle by more than half. Empty for numbers that are not finite.
+QRect wholePixels(const QRectF& rect, const QRect& limit) {
+    const QRectF inside = rect & QRectF(limit);
+    return inside.isEmpty() ? QRect() : inside.toRect();
 }
 
 bool isUpright(const Affine& affine) {
@@ -47,6 +50,47 @@ bool isVisible(const QBrush& brush) {
     return brush.style() == Qt::TexturePattern || brush.gradient() || isVisible(brush.color());
 }
 
+// Dashes far smaller than a pixel look like a solid line, but would be made one by one.
+bool canShowDashes(const LayerShape& shape, double pixelsPerPoint) {
+    constexpr double kLeastPeriodInPixels = 0.25;
+    double period = 0;
+    for (const double length : shape.lineDashPattern) {
+        if (!(length >= 0)) return false;
+        period += length;
+    }
+    return std::isfinite(period) && period * pixelsPerPoint >= kLeastPeriodInPixels;
+}
+
+// The dashes in line widths, as many as gaps.
+QList<qreal> dashesOf(const LayerShape& shape) {
+    QList<qreal> dashes;
+    // A pattern of an odd count changes its dashes and gaps each time around.
+    for (size_t rounds = shape.lineDashPattern.size() % 2 + 1; rounds > 0; --rounds) {
+        for (const double length : shape.lineDashPattern) {
+            dashes += length / shape.lineWidth;
+        }
+    }
+    return dashes;
+}
+
+// The painter itself would begin dashes anew at the edge of what it paints.
+QPainterPath strokeOf(const LayerShape& shape, const Affine& toDevice) {
+    const double pixelsPerPoint = std::sqrt(std::abs(toDevice.linear.determinant()));
+    QPainterPathStroker stroker;
+    stroker.setWidth(shape.lineWidth);
+    stroker.setCapStyle(Qt::FlatCap);
+    stroker.setJoinStyle(Qt::MiterJoin);
+    stroker.setMiterLimit(5);  // in line widths from the corner
+    stroker.setCurveThreshold(0.25 / pixelsPerPoint);
+    if (canShowDashes(shape, pixelsPerPoint)) {
+        stroker.setDashPattern(dashesOf(shape));
+        if (std::isfinite(shape.lineDashPhase)) {
+            stroker.setDashOffset(shape.lineDashPhase / shape.lineWidth);
+        }
+    }
+    return stroker.createStroke(shape.path);
+}
+
 // Rectangles compare fuzzily with ==.
 bool same(const QRectF& a, const QRectF& b) {
     return a.x() == b.x() && a.y() == b.y() && a.width() == b.width() && a.height() == b.height();
@@ -65,11 +109,12 @@ bool same(const FillDrawing& a, const FillDrawing& b) {
     return a.brush == b.brush && same(a.rect, b.rect) && a.cornerRadius == b.cornerRadius;
 }
 
-bool same(const ShapeDrawing& a, const ShapeDrawing& b) {
-    return a.shape.path == b.shape.path && a.shape.fillColor == b.shape.fillColor &&
-           a.shape.strokeColor == b.shape.strokeColor && a.shape.lineWidth == b.shape.lineWidth &&
-           a.shape.lineDashPattern == b.shape.lineDashPattern &&
-           a.shape.lineDashPhase == b.shape.lineDashPhase;
+bool same(const ShapeFill& a, const ShapeFill& b) {
+    return a.path == b.path && a.color == b.color;
+}
+
+bool same(const ShapeStroke& a, const ShapeStroke& b) {
+    return a.path == b.path && a.color == b.color;
 }
 
 bool same(const BorderDrawing& a, const BorderDrawing& b) {
@@ -77,19 +122,17 @@ bool same(const BorderDrawing& a, const BorderDrawing& b) {
            a.cornerRadius == b.cornerRadius;
 }
 
-bool same(const ClipBegin& a, const ClipBegin& b) {
+bool same(const MaskBegin& a, const MaskBegin& b) {
     return same(a.rect, b.rect) && a.cornerRadius == b.cornerRadius;
 }
 
-bool same(const OpacityBegin&, const OpacityBegin&) {
-    return true;
+bool same(const MaskEnd& a, const MaskEnd& b) {
+    return same(a.rect, b.rect) && a.cornerRadius == b.cornerRadius;
 }
 
-bool same(const OpacityEnd&, const OpacityEnd&) {
-    return true;
-}
-
-bool same(const ClipEnd&, const ClipEnd&) {
+// The others are told by what each item has.
+template <typename Mark>
+bool same(const Mark&, const Mark&) {
     return true;
 }
 
@@ -124,7 +167,7 @@ class DisplayList::Builder {
         const size_t begin = items().size();
         append(node, m_limit, OpacityBegin{});
         items().back().opacity = values.opacity;
-        m_list.m_groupDepth = std::max(m_list.m_groupDepth, ++m_groupDepth);
+        beginGroup();
         addParts(node);
         --m_groupDepth;
         endOpacity(node, begin);
@@ -158,8 +201,8 @@ class DisplayList::Builder {
         if (isVisible(style.background)) {
             append(node, pixels, FillDrawing{style.background, bounds, style.cornerRadius});
         }
-        if (cuts(node, pixels)) {
-            addClippedParts(node, pixels);
+        if (node.layer.masksToBounds()) {
+            addMaskedParts(node);
         } else {
             addInside(node);
         }
@@ -169,30 +212,43 @@ class DisplayList::Builder {
         }
     }
 
-    // Whether the layer's mask takes anything away inside the limit.
-    bool cuts(const Node& node, const QRect& pixels) const {
-        if (!node.layer.masksToBounds()) return false;
-        if (pixels != m_limit || node.layer.style().cornerRadius > 0 || !isUpright(node.toDevice)) {
-            return true;
+    // An upright edge is cut at whole pixels, any other one smoothly.
+    void addMaskedParts(const Node& node) {
+        const QRectF& bounds = node.values.bounds;
+        const double cornerRadius = node.layer.style().cornerRadius;
+        if (bounds.isEmpty()) return;
+        if (cornerRadius > 0 || !isUpright(node.toDevice)) {
+            const QRect pixels = pixelsOf(node, bounds);
+            beginGroup();
+            addCut(node, pixels, MaskBegin{bounds, cornerRadius, 0}, MaskEnd{bounds, cornerRadius});
+            --m_groupDepth;
+            return;
         }
-        const QRectF limit(m_limit);
-        return !node.toDevice.mapRect(node.values.bounds).contains(limit);
+        const QRect pixels = wholePixels(node.toDevice.mapRect(bounds), m_limit);
+        if (pixels == m_limit) {
+            addInside(node);
+        } else {
+            addCut(node, pixels, ClipBegin{0}, ClipEnd{});
+        }
     }
 
-    void addClippedParts(const Node& node, const QRect& pixels) {
+    template <typename Begin, typename End>
+    void addCut(const Node& node, const QRect& pixels, const Begin& begin, const End& end) {
         if (pixels.isEmpty()) return;
-        const size_t begin = items().size();
-        append(node, pixels, ClipBegin{node.values.bounds, node.layer.style().cornerRadius, 0});
+        const size_t place = items().size();
+        append(node, pixels, begin);
         const QRect limit = std::exchange(m_limit, pixels);
         addInside(node);
         m_limit = limit;
-        if (items().size() == begin + 1) {
+        if (items().size() == place + 1) {
             items().pop_back();
             return;
         }
-        std::get<ClipBegin>(items()[begin].drawing).end = items().size();
-        append(node, pixels, ClipEnd{});
+        std::get<Begin>(items()[place].drawing).end = items().size();
+        append(node, pixels, end);
     }
+
+    void beginGroup() { m_list.m_groupDepth = std::max(m_list.m_groupDepth, ++m_groupDepth); }
 
     void addInside(const Node& node) {
         const LayerValues& values = node.values;
@@ -209,11 +265,16 @@ class DisplayList::Builder {
     }
 
     void addShape(const Node& node, const LayerShape& shape) {
-        const bool isStroked = shape.lineWidth > 0 && isVisible(shape.strokeColor);
-        if (shape.path.isEmpty() || (!isStroked && !isVisible(shape.fillColor))) return;
-        const double reach = isStroked ? shape.lineWidth * kMiterReach : 0;
-        const QRectF rect = shape.path.controlPointRect().adjusted(-reach, -reach, reach, reach);
-        append(node, pixelsOf(node, rect), ShapeDrawing{shape});
+        if (shape.path.isEmpty()) return;
+        if (isVisible(shape.fillColor)) {
+            append(node, pixelsOf(node, shape.path.controlPointRect()),
+                   ShapeFill{shape.path, shape.fillColor});
+        }
+        if (shape.lineWidth > 0 && isVisible(shape.strokeColor)) {
+            const QPainterPath stroke = strokeOf(shape, node.toDevice);
+            append(node, pixelsOf(node, stroke.controlPointRect()),
+                   ShapeStroke{stroke, shape.strokeColor});
+        }
     }
 
     // One thing alone needs no group: it can be drawn with the opacity.
@@ -234,6 +295,7 @@ class DisplayList::Builder {
         items()[begin].pixels = pixels;
         std::get<OpacityBegin>(items()[begin].drawing).end = items().size();
         append(node, pixels, OpacityEnd{});
+        items().back().opacity = items()[begin].opacity;
     }
 
     DisplayList& m_list;

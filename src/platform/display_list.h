@@ -3,6 +3,7 @@
 #include <QBrush>
 #include <QColor>
 #include <QImage>
+#include <QPainterPath>
 #include <QRect>
 #include <QRectF>
 #include <QSize>
@@ -28,8 +29,16 @@ struct FillDrawing {
     double cornerRadius;
 };
 
-struct ShapeDrawing {
-    LayerShape shape;
+/// The inside of a shape's outline.
+struct ShapeFill {
+    QPainterPath path;
+    QColor color;
+};
+
+/// The line along a shape's outline, with its dashes, as an area.
+struct ShapeStroke {
+    QPainterPath path;
+    QColor color;
 };
 
 /// A frame of that width along the inside of `rect`.
@@ -46,19 +55,28 @@ struct OpacityBegin {
 };
 struct OpacityEnd {};
 
-/// What follows up to the end is cut at `rect`.
+/// What follows up to the end is cut at the item's pixels.
 struct ClipBegin {
-    QRectF rect;
-    double cornerRadius;
     size_t end;  // index of the ClipEnd
 };
 struct ClipEnd {};
 
+/// What follows up to the end is composed by itself and then cut along the edge of `rect`.
+struct MaskBegin {
+    QRectF rect;
+    double cornerRadius;
+    size_t end;  // index of the MaskEnd
+};
+struct MaskEnd {
+    QRectF rect;
+    double cornerRadius;
+};
+
 /// One step of drawing a picture. It holds all that it shows, so that it stays good when layers
 /// change or go.
 struct DisplayItem {
-    using Drawing = std::variant<ImageDrawing, FillDrawing, ShapeDrawing, BorderDrawing,
-                                 OpacityBegin, OpacityEnd, ClipBegin, ClipEnd>;
+    using Drawing = std::variant<ImageDrawing, FillDrawing, ShapeFill, ShapeStroke, BorderDrawing,
+                                 OpacityBegin, OpacityEnd, ClipBegin, ClipEnd, MaskBegin, MaskEnd>;
 
     const Layer* layer;  // whose it is. Never followed: the layer may be gone
     Affine toDevice;     // from the coordinates of `drawing` to pixels
@@ -88,7 +106,7 @@ class DisplayList {
 
     const std::vector<DisplayItem>& items() const { return m_items; }
     QSize size() const { return m_size; }
-    /// How many opacity groups lie in one another at most.
+    /// How many groups that are composed by themselves lie in one another at most.
     int groupDepth() const { return m_groupDepth; }
 
  private:

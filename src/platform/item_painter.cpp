@@ -1,8 +1,6 @@
 #include "platform/item_painter.h"
 
-#include <QPen>
-#include <algorithm>
-#include <cmath>
+#include <QPainterPath>
 
 namespace tweenery {
 namespace {
@@ -32,43 +30,20 @@ void draw(QPainter& painter, const FillDrawing& drawing) {
     }
 }
 
-// Dashes far smaller than a pixel look like a solid line, but would be drawn one by one.
-bool canShowDashes(const LayerShape& shape, const QTransform& transform) {
-    const auto& pattern = shape.lineDashPattern;
-    const bool isSound = std::all_of(pattern.begin(), pattern.end(), [](double length) {
-        return std::isfinite(length) && length >= 0;
-    });
-    if (!isSound || pattern.empty()) return false;
-    double period = 0;
-    for (const double length : pattern) {
-        period += length;
-    }
-    constexpr double kLeastPeriodInPixels = 0.25;
-    return period * std::sqrt(std::abs(transform.determinant())) >= kLeastPeriodInPixels;
+// A path keeps what its first drawing made of it, without a lock: threads must not share it.
+void fillCopy(QPainter& painter, const QPainterPath& path, const QColor& color) {
+    QPainterPath own;
+    own.setFillRule(path.fillRule());
+    own.addPath(path);
+    painter.fillPath(own, color);
 }
 
-QPen penFor(const LayerShape& shape, const QTransform& transform) {
-    QPen pen(shape.strokeColor, shape.lineWidth, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
-    pen.setMiterLimit(5);  // in line widths from the corner
-    if (!canShowDashes(shape, transform)) return pen;
-    QList<qreal> dashes;  // in line widths
-    // A pattern of an odd count changes its dashes and gaps each time around.
-    const size_t count = shape.lineDashPattern.size() * (shape.lineDashPattern.size() % 2 + 1);
-    for (size_t i = 0; i < count; ++i) {
-        dashes += shape.lineDashPattern[i % shape.lineDashPattern.size()] / shape.lineWidth;
-    }
-    pen.setDashPattern(dashes);
-    if (std::isfinite(shape.lineDashPhase))
-        pen.setDashOffset(shape.lineDashPhase / shape.lineWidth);
-    return pen;
+void draw(QPainter& painter, const ShapeFill& drawing) {
+    fillCopy(painter, drawing.path, drawing.color);
 }
 
-void draw(QPainter& painter, const ShapeDrawing& drawing) {
-    const LayerShape& shape = drawing.shape;
-    if (shape.fillColor.alpha() > 0) painter.fillPath(shape.path, shape.fillColor);
-    if (shape.lineWidth > 0 && shape.strokeColor.alpha() > 0) {
-        painter.strokePath(shape.path, penFor(shape, painter.transform()));
-    }
+void draw(QPainter& painter, const ShapeStroke& drawing) {
+    fillCopy(painter, drawing.path, drawing.color);
 }
 
 void draw(QPainter& painter, const BorderDrawing& drawing) {
@@ -79,87 +54,113 @@ void draw(QPainter& painter, const BorderDrawing& drawing) {
     painter.fillPath(path, drawing.color);
 }
 
-// Groups and clips are not painted but change what is painted on.
-template <typename Mark>
-void draw(QPainter&, const Mark&) {}
+// Where an item that begins a group says that the group ends; the item's own place for others.
+size_t endOf(const DisplayItem& item, size_t place) {
+    return std::visit(
+        [place](const auto& drawing) {
+            if constexpr (requires { drawing.end; }) {
+                return drawing.end;
+            } else {
+                return place;
+            }
+        },
+        item.drawing);
+}
 
 }  // namespace
 
-ItemPainter::Surface& ItemPainter::push() {
+void ItemPainter::push(const QRect& area, const QRect& dirty) {
     if (m_depth == m_surfaces.size()) m_surfaces.push_back(std::make_unique<Surface>());
-    return *m_surfaces[m_depth++];
+    Surface& surface = *m_surfaces[m_depth++];
+    surface.area = area;
+    surface.cuts.assign(1, dirty);
 }
 
 void ItemPainter::start(Surface& surface) {
-    surface.pixels.fill(Qt::transparent);
-    surface.painter.begin(&surface.pixels);
-    surface.painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    QPainter& painter = surface.painter;
+    painter.begin(&surface.pixels);
+    setCut();
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.fillRect(surface.pixels.rect(), Qt::transparent);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+}
+
+void ItemPainter::setCut() {
+    top().painter.resetTransform();
+    top().painter.setClipRect(dirty().translated(-top().area.topLeft()));
 }
 
 void ItemPainter::pushGroup(const DisplayItem& item) {
-    const QRect area = item.pixels & top().area;
-    Surface& surface = push();
-    surface.area = area;
-    surface.opacity = item.opacity;
-    const auto size = static_cast<size_t>(area.width()) * static_cast<size_t>(area.height());
-    if (surface.memory.size() < size) surface.memory.resize(size);
-    surface.pixels = QImage(reinterpret_cast<uchar*>(surface.memory.data()), area.width(),
-                            area.height(), area.width() * 4, QImage::Format_ARGB32_Premultiplied);
+    push(item.pixels & top().area, item.pixels & dirty());
+    Surface& surface = top();
+    const QSize size = surface.area.size();
+    const size_t pixels = static_cast<size_t>(size.width()) * static_cast<size_t>(size.height());
+    if (surface.memory.size() < pixels) surface.memory.resize(pixels);
+    surface.pixels = QImage(reinterpret_cast<uchar*>(surface.memory.data()), size.width(),
+                            size.height(), size.width() * 4, QImage::Format_ARGB32_Premultiplied);
     start(surface);
 }
 
-void ItemPainter::popGroup() {
+void ItemPainter::popGroup(double opacity) {
     Surface& group = top();
+    const QRect done = dirty();
     group.painter.end();
     --m_depth;
     QPainter& painter = top().painter;
     painter.resetTransform();
-    painter.setOpacity(group.opacity);
-    painter.drawImage(group.area.topLeft() - top().area.topLeft(), group.pixels);
+    painter.setOpacity(opacity);
+    painter.drawImage(done.topLeft() - top().area.topLeft(), group.pixels,
+                      done.translated(-group.area.topLeft()));
 }
 
-void ItemPainter::clip(const DisplayItem& item, const ClipBegin& mask) {
+// Takes away what lies outside of the mask.
+void ItemPainter::mask(const DisplayItem& item, const MaskEnd& mask) {
     QPainter& painter = top().painter;
-    painter.save();
-    painter.setTransform(transformOf(item, top().area.topLeft()));
-    if (mask.cornerRadius > 0) {
-        painter.setClipPath(roundedRect(mask.rect, mask.cornerRadius), Qt::IntersectClip);
-    } else {
-        painter.setClipRect(mask.rect, Qt::IntersectClip);
-    }
+    QPainterPath outside;
+    outside.addRect(top().pixels.rect());
+    outside.addPath(
+        transformOf(item, top().area.topLeft()).map(roundedRect(mask.rect, mask.cornerRadius)));
+    painter.resetTransform();
+    painter.setOpacity(1);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter.fillPath(outside, Qt::black);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
-void ItemPainter::paintItem(const DisplayItem& item) {
+void ItemPainter::step(const DisplayItem& item, const ClipBegin&) {
+    const QRect cut = dirty() & item.pixels;
+    top().cuts.push_back(cut);
+    setCut();
+}
+
+void ItemPainter::step(const DisplayItem&, const ClipEnd&) {
+    top().cuts.pop_back();
+    setCut();
+}
+
+template <typename Drawing>
+void ItemPainter::step(const DisplayItem& item, const Drawing& drawing) {
     QPainter& painter = top().painter;
     painter.setTransform(transformOf(item, top().area.topLeft()));
     painter.setOpacity(item.opacity);
-    std::visit([&painter](const auto& drawing) { draw(painter, drawing); }, item.drawing);
+    draw(painter, drawing);
 }
 
-void ItemPainter::paint(const DisplayList& list, const QRect& area, QImage& pixels) {
-    Surface& picture = push();
-    picture.area = area;
+void ItemPainter::paint(const DisplayList& list, const QRect& area, const QRect& dirtyPart,
+                        QImage& pixels) {
+    push(area, dirtyPart);
+    Surface& picture = top();
     picture.pixels = QImage(pixels.bits(), pixels.width(), pixels.height(), pixels.bytesPerLine(),
                             QImage::Format_ARGB32_Premultiplied);
     start(picture);
     const std::vector<DisplayItem>& items = list.items();
     for (size_t i = 0; i < items.size(); ++i) {
         const DisplayItem& item = items[i];
-        const auto* group = std::get_if<OpacityBegin>(&item.drawing);
-        const auto* mask = std::get_if<ClipBegin>(&item.drawing);
-        if (!item.pixels.intersects(top().area)) {
-            if (group) i = group->end;
-            if (mask) i = mask->end;
-        } else if (group) {
-            pushGroup(item);
-        } else if (mask) {
-            clip(item, *mask);
-        } else if (std::holds_alternative<OpacityEnd>(item.drawing)) {
-            popGroup();
-        } else if (std::holds_alternative<ClipEnd>(item.drawing)) {
-            top().painter.restore();
+        if (item.pixels.intersects(dirty())) {
+            std::visit([&](const auto& drawing) { step(item, drawing); }, item.drawing);
         } else {
-            paintItem(item);
+            i = endOf(item, i);
         }
     }
     picture.painter.end();

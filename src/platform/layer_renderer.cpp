@@ -16,6 +16,9 @@ void requireSize(QImage& picture, QSize size) {
     if (picture.isNull() && !size.isEmpty()) throw std::bad_alloc();
 }
 
+// What the raster engine can paint on.
+constexpr double kGreatestSide = 32767;
+
 // Each open group of a strip has pixels of its own: many in one another make low strips.
 int stripHeight(const DisplayList& list) {
     constexpr int kRowsOfAllGroups = 2048;
@@ -54,19 +57,21 @@ void LayerRenderer::paintDirty(const DisplayList& list, const DirtyArea& dirty, 
     uchar* const bits = picture.bits();
     const qsizetype bytesPerLine = picture.bytesPerLine();
     m_team.run(areas.size(), [&](size_t piece, int worker) {
-        const QRect& area = areas[piece];
-        QImage pixels(bits + area.y() * bytesPerLine + area.x() * 4, area.width(), area.height(),
-                      bytesPerLine, QImage::Format_ARGB32_Premultiplied);
-        m_painters[static_cast<size_t>(worker)].paint(list, area, pixels);
+        const QRect strip = dirty.stripOf(areas[piece]);
+        QImage pixels(bits + strip.y() * bytesPerLine, strip.width(), strip.height(), bytesPerLine,
+                      QImage::Format_ARGB32_Premultiplied);
+        m_painters[static_cast<size_t>(worker)].paint(list, strip, areas[piece], pixels);
     });
 }
 
 QImage renderLayer(Layer& root, double scale) {
     const QRectF bounds = root.presented().bounds;
-    const QSize size(static_cast<int>(std::ceil(bounds.width() * scale)),
-                     static_cast<int>(std::ceil(bounds.height() * scale)));
+    const QSizeF exact = bounds.size() * scale;
     QImage picture;
-    if (size.isEmpty()) return picture;
+    if (!(exact.width() > 0 && exact.height() > 0)) return picture;
+    if (!(std::max(exact.width(), exact.height()) <= kGreatestSide)) throw std::bad_alloc();
+    const QSize size(static_cast<int>(std::ceil(exact.width())),
+                     static_cast<int>(std::ceil(exact.height())));
     DisplayList list;
     list.build(root, {{scale, 0, 0, scale}, -bounds.topLeft() * scale}, size);
     LayerRenderer().paint(list, picture);

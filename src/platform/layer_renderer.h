@@ -17,8 +17,9 @@ namespace tweenery {
 /// changed since the frame before. Works in strips on all cores.
 ///
 /// Pictures are ARGB32_Premultiplied on a transparent ground. A frame that was painted in parts is
-/// the same as one painted whole, but for the last places of what the raster engine interpolates
-/// from where a span begins: at most 2 of 255.
+/// the same as one painted whole, but that the raster engine weighs the pixels of turned or scaled
+/// images in sixteenths, counted from where a span begins: next to hard edges single pixels may
+/// differ by such a step. Nothing adds up from frame to frame.
 class LayerRenderer {
  public:
     /// `threads` counts the caller's; 0 means one for each core.
@@ -51,7 +52,7 @@ class LayerRenderer {
 };
 
 /// A picture of the root's bounds with everything in it, at `scale` pixels a point, rounded up to
-/// whole pixels. Null when the bounds are empty.
+/// whole pixels. Null when the bounds are empty. Throws std::bad_alloc when it would be too large.
 QImage renderLayer(Layer& root, double scale);
 
 }  // namespace tweenery

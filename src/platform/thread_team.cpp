@@ -2,13 +2,18 @@
 
 #include <QThread>
 #include <algorithm>
+#include <system_error>
 
 namespace tweenery {
 
 ThreadTeam::ThreadTeam(int threads) {
     if (threads <= 0) threads = std::max(1, QThread::idealThreadCount());
-    for (int worker = 1; worker < threads; ++worker) {
-        m_helpers.emplace_back([this, worker] { help(worker); });
+    try {
+        for (int worker = 1; worker < threads; ++worker) {
+            m_helpers.emplace_back([this, worker] { help(worker); });
+        }
+    } catch (const std::system_error&) {
+        // The system gives no more threads: those that are there do the work.
     }
 }
 
