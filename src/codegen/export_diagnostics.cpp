@@ -3,6 +3,8 @@
 #include <QSet>
 
 #include "codegen/frame_sliced_animation_code.h"
+#include "codegen/printed_key_times.h"
+#include "platform/number_text.h"
 
 using namespace Qt::StringLiterals;
 
@@ -30,6 +32,7 @@ const char* const kKindNames[] = {
     "does-not-animate",
     "recordable-needs-import",
     "no-pictures-drawn",
+    "coarse-key-times",
 };
 
 /// Classes that the generated code names itself.
@@ -86,6 +89,7 @@ class Collector {
     void checkSlicedAnimation(const PCAnimationExportBundle& bundle);
     void checkPngAnimation(const PCAnimationExportBundle& bundle);
     void checkImages(const PCAnimationExportBundle& bundle);
+    void checkKeyTimes(const PCAnimationExportBundle& bundle);
 
     bool imageIsMissing(const QString& name) const {
         return !name.isEmpty() && !m_project.imageSetManager().imageSetExistsWithName(name);
@@ -197,6 +201,7 @@ void Collector::checkStandardAnimation(const PCAnimationExportBundle& bundle) {
     m_methodStems.insert(stem);
     checkImages(bundle);
     checkPartsAnimated(bundle);
+    checkKeyTimes(bundle);
 }
 
 /// Animations reach the parts that have a name in the dictionary which the code looks into: not the
@@ -269,6 +274,30 @@ void Collector::checkImages(const PCAnimationExportBundle& bundle) {
                     "the image, or choose another."_s.arg(name, record.element->name()));
             }
         }
+    }
+}
+
+/// One note for an element, of the timeline that loses most.
+void Collector::checkKeyTimes(const PCAnimationExportBundle& bundle) {
+    constexpr double noticeableShare = 0.01;
+    for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
+        std::optional<KeyTimeLoss> worst;
+        int32_t duration = 0;
+        for (const auto& timeline : record.allNonNilTimelines()) {
+            const double least = worst ? worst->shareOfRange : noticeableShare;
+            const auto loss = largestKeyTimeLoss(*timeline, least);
+            if (!loss) continue;
+            worst = loss;
+            duration = timeline->durationInMS();
+        }
+        if (!worst) continue;
+        const auto number = [](const std::string& text) { return QString::fromStdString(text); };
+        add(Kind::CoarseKeyTimes, Severity::Note, *bundle.animation,
+            u"Key times have three decimals, which moves a keyframe of the element '%1' by %2 ms "
+            "and costs up to %3 % of a change; put keyframes on multiples of %4 ms, or farther "
+            "apart."_s.arg(record.element->name(), number(fixedText(worst->shiftInMS, 2)),
+                           number(fixedText(100 * worst->shareOfRange, 0)),
+                           number(shortestText(duration / 1000.0))));
     }
 }
 

@@ -29,6 +29,7 @@ struct ExportDiagnostic {
         DoesNotAnimate,
         RecordableNeedsImport,
         NoPicturesDrawn,
+        CoarseKeyTimes,
     };
     enum class Subject { Project, Element, Animation };
 

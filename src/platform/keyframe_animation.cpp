@@ -66,15 +66,20 @@ double KeyframeAnimation::fractionAt(double seconds) const {
     return phase > 1 ? 2 - phase : phase;
 }
 
-size_t KeyframeAnimation::keyAtOrBefore(double fraction) const {
-    const auto after = std::upper_bound(keyTimes.begin(), keyTimes.end(), fraction);
+// Key times, too, come rounded to 32 bits: what is nearer to a key than the clock, the duration and
+// the key time can tell is at the key. Else an instant key that lies at a whole millisecond would
+// show a frame late about half of the time.
+size_t KeyframeAnimation::keyAtOrBefore(double fraction, double seconds) const {
+    const double passes = duration > 0 ? std::max((seconds - beginTime) / duration, 0.0) : 0;
+    const double rounding = 1.5 * kClockRounding * passes;
+    const auto after = std::upper_bound(keyTimes.begin(), keyTimes.end(), fraction + rounding);
     return after == keyTimes.begin() ? 0 : static_cast<size_t>(after - keyTimes.begin()) - 1;
 }
 
 double KeyframeAnimation::valueAt(double seconds) const {
     if (values.empty()) return 0;
     const double fraction = fractionAt(seconds);
-    const size_t key = keyAtOrBefore(fraction);
+    const size_t key = keyAtOrBefore(fraction, seconds);
     if (key + 1 >= values.size() || fraction <= keyTimes[key]) return values[key];
     const double progress = (fraction - keyTimes[key]) / (keyTimes[key + 1] - keyTimes[key]);
     const double height = timingFunctions[key].heightAt(progress);
@@ -83,7 +88,7 @@ double KeyframeAnimation::valueAt(double seconds) const {
 
 const QImage& KeyframeAnimation::imageAt(double seconds) const {
     static const QImage none;
-    return images.empty() ? none : images[keyAtOrBefore(fractionAt(seconds))];
+    return images.empty() ? none : images[keyAtOrBefore(fractionAt(seconds), seconds)];
 }
 
 }  // namespace tweenery

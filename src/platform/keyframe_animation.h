@@ -63,7 +63,7 @@ struct KeyframeAnimation {
     const QImage& imageAt(double seconds) const;
 
  private:
-    size_t keyAtOrBefore(double fraction) const;
+    size_t keyAtOrBefore(double fraction, double seconds) const;
 };
 
 }  // namespace tweenery

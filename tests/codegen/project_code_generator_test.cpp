@@ -1,7 +1,9 @@
 #include "codegen/project_code_generator.h"
 
 #include <gmock/gmock.h>
+
 #include <gtest/gtest.h>
+#include <QRegularExpression>
 
 #include "codegen/scene.h"
 #include "model/image.h"
@@ -233,6 +235,49 @@ TEST(ExportDiagnostics, TellWhatWillNotCompileOrSurprises) {
         Scene scene;
         c.make(scene);
         EXPECT_EQ(listed(scene.diagnostics(c.target)), c.expected);
+    }
+}
+
+TEST(ExportDiagnostics, TellWhereKeyTimesAreTooCoarse) {
+    struct Case {
+        std::vector<Key> keys;  // of an x translation
+        std::string expected;   // "ms, percent, step" of the note; empty: none
+    };
+    const Case cases[] = {
+        {{{0, 0.0F}, {500, 1.0F}, {1000, 0.0F}}, ""},
+        {{{0, 0.0F}, {433, 1.0F, 0, true}, {1000, 0.0F}}, ""},
+        // 100 of 3,600 is 0.02777…, printed as 0.028, 0.8 ms late, of spans of 100 and 20 ms.
+        {{{0, 0.0F}, {100, 1.0F}, {3600, 0.0F}}, ""},
+        {{{0, 0.0F}, {80, 0.0F}, {100, 1.0F}, {3600, 0.0F}}, "0.80, 4, 3.6"},
+        {{{0, 1.0F}, {80, 1.0F}, {100, 1.0F}, {3600, 0.0F}}, ""},  // nothing changes there
+        // The slow beginning of an easing forgives what its steep end does not.
+        {{{0, 0.0F}, {80, 0.0F}, {100, 1.0F, 1}, {3600, 0.0F}}, "0.80, 6, 3.6"},
+        // 700 of 3,600 is 0.19444…, printed as 0.194: the jump comes 1.6 ms early.
+        {{{0, 0.0F}, {700, 1.0F, 0, true}, {3600, 0.0F}}, "1.60, 100, 3.6"},
+        {{{0, 1.0F}, {700, 1.0F, 0, true}, {3600, 0.0F}}, ""},
+        // Two keyframes fall on one printed time.
+        {{{0, 0.0F}, {4000, 0.0F}, {4001, 1.0F}, {10000, 0.0F}}, "1.00, 100, 10"},
+        // It starts from the setup value, which the first keyframe has, or has not.
+        {{{100, 1.0F, 0, true}, {3600, 0.0F}}, "1.30, 100, 3.6"},
+        {{{100, 0.0F, 0, true}, {3600, 0.0F}}, ""},
+        {{{0, 3.0F}}, ""},
+    };
+    for (const Case& c : cases) {
+        Scene scene;
+        const auto hero = scene.add(u"hero"_s);
+        scene.store(scene.addAnimation(u"walk"_s), hero, PCPropertyTypeTranslationX, c.keys);
+        std::string told;
+        for (const ExportDiagnostic& diagnostic : scene.diagnostics()) {
+            EXPECT_EQ(diagnostic.kind, Kind::CoarseKeyTimes);
+            EXPECT_EQ(diagnostic.severity, ExportDiagnostic::Severity::Note);
+            EXPECT_EQ(diagnostic.name, u"walk"_s);
+            static const QRegularExpression numbers(
+                u"'hero' by (\\S+) ms and costs up to (\\S+) % .* multiples of (\\S+) ms"_s);
+            const auto match = numbers.match(diagnostic.sentence);
+            EXPECT_TRUE(match.hasMatch()) << qPrintable(diagnostic.sentence);
+            told += match.capturedTexts().mid(1).join(u", "_s).toStdString();
+        }
+        EXPECT_EQ(told, c.expected) << c.keys.size() << " keyframes to " << c.keys.back().timeInMS;
     }
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QRegularExpression>
+#include <algorithm>
 #include <limits>
 
 #include "codegen/export_plan.h"
@@ -63,6 +64,7 @@ ExportedAnimations::ExportedAnimations(const PCProject::Ptr& project) : m_projec
     generator.setLanguageProvider(
         std::make_unique<PCObjCCodeProvider>(GenerationStamp{"1.0", "1/2/20"}));
     generator.loadFileContentsByName();
+    m_diagnostics = generator.diagnostics();
     for (const auto& [name, contents] : generator.fileContentsByName()) {
         if (name.endsWith(u".m")) read(QString::fromStdString(contents));
     }
@@ -118,6 +120,15 @@ QImage ExportedAnimations::imageWithStem(const QString& stem) const {
     }
     ADD_FAILURE() << "no image is called " << qPrintable(stem);
     return {};
+}
+
+bool ExportedAnimations::saysKeyTimesAreCoarse(const QString& animationName,
+                                               const PCElement& element) const {
+    return std::any_of(m_diagnostics.begin(), m_diagnostics.end(), [&](const auto& diagnostic) {
+        return diagnostic.kind == ExportDiagnostic::Kind::CoarseKeyTimes &&
+               diagnostic.name == animationName &&
+               diagnostic.sentence.contains(u"'%1'"_s.arg(element.name()));
+    });
 }
 
 std::optional<KeyframeAnimation> ExportedAnimations::find(const QString& animationName,

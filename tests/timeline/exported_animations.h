@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "codegen/export_diagnostics.h"
 #include "model/project.h"
 #include "platform/keyframe_animation.h"
 
@@ -23,9 +24,12 @@ class ExportedAnimations {
     /// The animation of one property of an element; nothing when the text has none.
     std::optional<KeyframeAnimation> find(const QString& animationName, const PCElement& element,
                                           int32_t propertyType) const;
+    /// Whether the run has told that the key times of the element's animations cost something.
+    bool saysKeyTimesAreCoarse(const QString& animationName, const PCElement& element) const;
 
  private:
     PCProject::Ptr m_project;
+    std::vector<ExportDiagnostic> m_diagnostics;
     QStringList m_standard;
     QHash<QString, KeyframeAnimation> m_animations;  // by "element/key"
 

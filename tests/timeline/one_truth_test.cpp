@@ -41,6 +41,8 @@ constexpr Tolerance kEased{0.0015, kRounding};   // its tables have 1,000 steps
 constexpr double kPrinted = 0.0005;
 // An eased span may reach so far beyond its ends, and the printed ends differ by kPrinted each.
 constexpr double kOverreach = 1.3;
+// From here on, in ranges of a segment, an export tells what its key times cost.
+constexpr double kNoticeableCost = 0.01;
 
 /// The segment that a time lies in, and which of the tolerances holds there.
 struct Segment {
@@ -84,6 +86,12 @@ class Track {
         return TimelineAnimations::animationQualifierForPropertyType(type).toStdString();
     }
     std::string elementName() const { return m_element->name().toStdString(); }
+    /// Whose timeline it is that is exported.
+    const PCElement& owner() const {
+        return isStacking() ? *m_element->parentElement() : *m_element;
+    }
+    /// The most that the exported key times have cost so far, in ranges of their segments.
+    double costOfKeyTimes = 0;
 
     /// A loop shows its first value again where a pass ends; only at the end of the very first the
     /// model still shows its last.
@@ -223,7 +231,7 @@ class OneTruth : public testing::Test {
     struct Stage;
     std::vector<Track> tracksOf(PCProject& project, const PCAnimation& animation,
                                 const ExportedAnimations& exported) const;
-    void compare(const Track& track, int32_t timeInMS);
+    void compare(Track& track, int32_t timeInMS);
 };
 
 /// A project on layers, as a window has it, with a clock that the test moves.
@@ -279,7 +287,7 @@ std::vector<Track> OneTruth::tracksOf(PCProject& project, const PCAnimation& ani
     return tracks;
 }
 
-void OneTruth::compare(const Track& track, int32_t timeInMS) {
+void OneTruth::compare(Track& track, int32_t timeInMS) {
     const Segment segment = track.segmentAt(timeInMS);
     const double shown = track.layerValue();
     Differences& seen = largest[track.property() + ' ' + segment.easing];
@@ -302,7 +310,11 @@ void OneTruth::compare(const Track& track, int32_t timeInMS) {
     if (segment.range() > 0)
         seen.exportedOfRange = std::max(seen.exportedOfRange, difference / segment.range());
     if (difference <= kPrinted) return;
-    EXPECT_LE(track.excessOfExported(seconds, printed), kPrinted * kOverreach)
+    const double costOfValues = kPrinted * kOverreach;
+    if (segment.range() > 0)
+        track.costOfKeyTimes =
+            std::max(track.costOfKeyTimes, (difference - costOfValues) / segment.range());
+    EXPECT_LE(track.excessOfExported(seconds, printed), costOfValues)
         << track.elementName() << ", " << track.property() << " at " << timeInMS << " ms: exported "
         << printed << ", the layer shows " << shown;
 }
@@ -318,12 +330,18 @@ void OneTruth::checkPackage(const QString& name) {
         const int32_t period = animation->storedSummary().durationInMS;
         stage.clock.seconds = 0;
         stage.playback->togglePlayPause();
-        const auto tracks = tracksOf(*stage.project, *animation, exported);
+        auto tracks = tracksOf(*stage.project, *animation, exported);
         for (int32_t time = 0; time <= std::min(2 * period, kLongestRunInMS); ++time) {
             stage.showFrameAt(time);
-            for (const Track& track : tracks)
+            for (Track& track : tracks)
                 compare(track, time);
             if (HasFailure()) break;  // one is enough to read
+        }
+        for (const Track& track : tracks) {
+            if (track.costOfKeyTimes <= kNoticeableCost) continue;
+            EXPECT_TRUE(exported.saysKeyTimesAreCoarse(animation->name(), track.owner()))
+                << track.elementName() << ", " << track.property() << ": the printed key times "
+                << "cost " << track.costOfKeyTimes << " of a segment's range";
         }
         stage.playback->togglePlayPause();
     }

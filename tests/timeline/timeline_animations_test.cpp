@@ -146,6 +146,31 @@ TEST_F(TimelineAnimationsTest, AStackingIsThePlaceInTheParentsOrder) {
     EXPECT_THAT(values(u"b"_s), ElementsAre(2, 2, 0, 0, 2));
 }
 
+// The clock, the duration and the key times are all rounded to 32 bits.
+TEST_F(TimelineAnimationsTest, AnInstantKeyframeShowsInItsMillisecond) {
+    for (const int32_t duration : {7, 100, 333, 777, 1200, 3600, 12345, 60000, 600000}) {
+        SCOPED_TRACE(duration);
+        for (int32_t step = 1; step < 50; ++step) {
+            const int32_t time = duration * step / 50;
+            if (time == 0) continue;
+            const std::string keys =
+                "0:0 " + std::to_string(time) + ":1! " + std::to_string(duration) + ":1";
+            const auto timeline = attach(hero, PCPropertyTypeTranslationX, keys.c_str(),
+                                         PCRepeatBehaviorForeverAutoreverse);
+            const auto animation = animate(*timeline);
+            ASSERT_TRUE(animation);
+            const auto valueAt = [&](int32_t timeInMS) {
+                return animation->valueAt(static_cast<double>(static_cast<float>(timeInMS) / 1000));
+            };
+            const int32_t mirrored = 2 * duration - time;
+            ASSERT_EQ(valueAt(time - 1), 0) << time;
+            ASSERT_EQ(valueAt(time), 1) << time;
+            ASSERT_EQ(valueAt(mirrored), 1) << time << " on the way back";
+            ASSERT_NEAR(valueAt(mirrored + 1), 0, 1e-6) << time << " on the way back";
+        }
+    }
+}
+
 TEST_F(TimelineAnimationsTest, ImagesAreLookedUpOnceAndMayBeMissing) {
     addImage(u"red.png"_s, Qt::red);
     addImage(u"blue.png"_s, Qt::blue);
