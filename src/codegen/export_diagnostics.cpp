@@ -5,6 +5,7 @@
 #include "codegen/frame_sliced_animation_code.h"
 #include "codegen/printed_key_times.h"
 #include "platform/number_text.h"
+#include "platform/parallel_for.h"
 
 using namespace Qt::StringLiterals;
 
@@ -47,6 +48,28 @@ const QSet<QString>& frameworkClasses() {
     return classes;
 }
 
+/// An element whose animation loses by printed key times.
+struct CoarseElement {
+    PCElement::Ptr element;
+    KeyTimeLoss loss;
+    int32_t durationInMS = 0;
+};
+using CoarseElements = std::vector<CoarseElement>;
+
+CoarseElements elementsWithCoarseKeyTimes(const PCAnimationExportBundle& bundle) {
+    constexpr double noticeableShare = 0.01;
+    CoarseElements found;
+    for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
+        CoarseElement worst{record.element, {noticeableShare, 0}};
+        for (const auto& timeline : record.allNonNilTimelines()) {
+            const auto loss = largestKeyTimeLoss(*timeline, worst.loss.shareOfRange);
+            if (loss) worst = {record.element, *loss, timeline->durationInMS()};
+        }
+        if (worst.durationInMS > 0) found.push_back(worst);
+    }
+    return found;
+}
+
 class Collector {
  public:
     Collector(PCProject& project, const ExportPlan& plan)
@@ -57,8 +80,7 @@ class Collector {
         for (size_t i = 1; i < m_plan.elements.size(); ++i)
             checkElement(m_plan.elements[i]);
         checkLeftOutTimelines();
-        for (const auto& bundle : m_plan.standardAnimationExportBundles)
-            checkStandardAnimation(bundle);
+        checkStandardAnimations();
         for (const auto& bundle : m_plan.frameSlicedAnimationExportBundles)
             checkSlicedAnimation(bundle);
         for (const auto& bundle : m_plan.pngGeneratorAnimationExportBundles)
@@ -84,12 +106,13 @@ class Collector {
     void checkElement(const PlannedElement& planned);
     void checkVariable(const PlannedElement& planned);
     void checkLeftOutTimelines();
+    void checkStandardAnimations();
     void checkStandardAnimation(const PCAnimationExportBundle& bundle);
     void checkPartsAnimated(const PCAnimationExportBundle& bundle);
     void checkSlicedAnimation(const PCAnimationExportBundle& bundle);
     void checkPngAnimation(const PCAnimationExportBundle& bundle);
     void checkImages(const PCAnimationExportBundle& bundle);
-    void checkKeyTimes(const PCAnimationExportBundle& bundle);
+    void noteKeyTimes(const PCAnimation& animation, const CoarseElements& elements);
 
     bool imageIsMissing(const QString& name) const {
         return !name.isEmpty() && !m_project.imageSetManager().imageSetExistsWithName(name);
@@ -192,6 +215,17 @@ void Collector::checkLeftOutTimelines() {
     }
 }
 
+void Collector::checkStandardAnimations() {
+    const auto& bundles = m_plan.standardAnimationExportBundles;
+    std::vector<CoarseElements> coarse(bundles.size());
+    parallelFor(bundles.size(),
+                [&](size_t i) { coarse[i] = elementsWithCoarseKeyTimes(bundles[i]); });
+    for (size_t i = 0; i < bundles.size(); ++i) {
+        checkStandardAnimation(bundles[i]);
+        noteKeyTimes(*bundles[i].animation, coarse[i]);
+    }
+}
+
 void Collector::checkStandardAnimation(const PCAnimationExportBundle& bundle) {
     const QString stem = QString::fromStdString(methodStem(bundle.baseMethodName));
     if (m_methodStems.contains(stem)) {
@@ -201,7 +235,6 @@ void Collector::checkStandardAnimation(const PCAnimationExportBundle& bundle) {
     m_methodStems.insert(stem);
     checkImages(bundle);
     checkPartsAnimated(bundle);
-    checkKeyTimes(bundle);
 }
 
 /// Animations reach the parts that have a name in the dictionary which the code looks into: not the
@@ -278,26 +311,15 @@ void Collector::checkImages(const PCAnimationExportBundle& bundle) {
 }
 
 /// One note for an element, of the timeline that loses most.
-void Collector::checkKeyTimes(const PCAnimationExportBundle& bundle) {
-    constexpr double noticeableShare = 0.01;
-    for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
-        std::optional<KeyTimeLoss> worst;
-        int32_t duration = 0;
-        for (const auto& timeline : record.allNonNilTimelines()) {
-            const double least = worst ? worst->shareOfRange : noticeableShare;
-            const auto loss = largestKeyTimeLoss(*timeline, least);
-            if (!loss) continue;
-            worst = loss;
-            duration = timeline->durationInMS();
-        }
-        if (!worst) continue;
-        const auto number = [](const std::string& text) { return QString::fromStdString(text); };
-        add(Kind::CoarseKeyTimes, Severity::Note, *bundle.animation,
+void Collector::noteKeyTimes(const PCAnimation& animation, const CoarseElements& elements) {
+    const auto number = [](const std::string& text) { return QString::fromStdString(text); };
+    for (const CoarseElement& coarse : elements) {
+        add(Kind::CoarseKeyTimes, Severity::Note, animation,
             u"Key times have three decimals, which moves a keyframe of the element '%1' by %2 ms "
             "and costs up to %3 % of a change; put keyframes on multiples of %4 ms, or farther "
-            "apart."_s.arg(record.element->name(), number(fixedText(worst->shiftInMS, 2)),
-                           number(fixedText(100 * worst->shareOfRange, 0)),
-                           number(shortestText(duration / 1000.0))));
+            "apart."_s.arg(coarse.element->name(), number(fixedText(coarse.loss.shiftInMS, 2)),
+                           number(fixedText(100 * coarse.loss.shareOfRange, 0)),
+                           number(shortestText(coarse.durationInMS / 1000.0))));
     }
 }
 

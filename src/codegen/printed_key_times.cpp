@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "model/easing.h"
-#include "platform/cubic_bezier.h"
+#include "model/timing_tables.h"
 
 namespace tweenery {
 
@@ -16,16 +16,18 @@ constexpr double kSteepestEasing = 2.5;
 /// 32-bit fractions are no closer to a time.
 constexpr double kUnnoticeableShiftInMS = 1e-3;
 
-/// As the text has it: of a tie, the even one.
+/// As the text has it: of a tie, the even one. What is added leaves no bits behind the point.
 double printed(float keyTime) {
-    return std::nearbyint(static_cast<double>(keyTime) * 1000) / 1000;
+    constexpr double wholeNumbersOnly = 0x1p52;
+    return (static_cast<double>(keyTime) * 1000 + wholeNumbersOnly - wholeNumbersOnly) / 1000;
 }
 
+/// By the tables that the model evaluates with, which is close enough to judge by.
 double heightOfEasing(int64_t mode, double progress) {
-    const auto modes = easingModes();
-    if (mode <= PCEasingModeLinear || mode >= static_cast<int64_t>(modes.size())) return progress;
-    const EasingMode& curve = modes[static_cast<size_t>(mode)];
-    return cubicBezierHeight(curve.x1, curve.y1, curve.x2, curve.y2, progress);
+    const TimingTable* table = timingTableForEasingMode(mode);
+    if (!table) return progress;
+    const auto frame = static_cast<size_t>(progress * static_cast<double>(table->size()) + 0.5);
+    return frame < table->size() ? (*table)[frame] : 1;
 }
 
 /// The way from the keyframe before to one keyframe, in fractions of the duration.
@@ -82,13 +84,15 @@ class LossFinder {
     }
     /// How much the value changes up to a keyframe; values that are no numbers change by 1.
     double change(size_t index) const {
+        if (isFloatProperty(m_timeline.propertyType())) {
+            const float before = index > 0 ? m_timeline.floatValueOfKeyframeAtIndex(index - 1)
+                                           : floatOfValue(m_timeline.setupValue());
+            return static_cast<double>(
+                std::abs(m_timeline.floatValueOfKeyframeAtIndex(index) - before));
+        }
         const PropertyValue before =
-            index > 0 ? m_timeline.valueOfKeyframeAtIndex(index - 1) : m_timeline.setupValue();
-        const PropertyValue after = m_timeline.valueOfKeyframeAtIndex(index);
-        const float* from = std::get_if<float>(&before);
-        const float* to = std::get_if<float>(&after);
-        if (from && to) return static_cast<double>(std::abs(*to - *from));
-        return valuesEqual(before, after) ? 0 : 1;
+            index > 0 ? m_timeline.storedValueOfKeyframe(index - 1) : m_timeline.setupValue();
+        return valuesEqual(before, m_timeline.storedValueOfKeyframe(index)) ? 0 : 1;
     }
 
     void lookAt(size_t index) {
@@ -131,11 +135,11 @@ class LossFinder {
         double most = 0;
         if (index > m_first) {
             const double arrived = printedSpan(index - 1).heightAt(start + fractionOfTime(1));
-            most = std::abs(1 - arrived) * change(index - 1);
+            if (arrived != 1) most = std::abs(1 - arrived) * change(index - 1);
         }
         if (index + 1 < m_timeline.keyframesCount()) {
             const double early = std::abs(printedSpan(index + 1).heightAt(end));
-            most = std::max(most, early * change(index + 1));
+            if (early > 0) most = std::max(most, early * change(index + 1));
         }
         return most;
     }
