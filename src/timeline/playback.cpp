@@ -41,6 +41,8 @@ void Playback::restoreSelection() {
         return !project || project->elementForIdentifier(element->identifier()) != element;
     });
     m_selectionManager.selectElements(elements);
+    // A layer that is selected goes to its setup position.
+    syncLayersAtTimeInMS(m_timeManager.playheadPositionInMS());
 }
 
 void Playback::timeManagerDidChangePlaybackState(PCProjectTimeManager& manager) {

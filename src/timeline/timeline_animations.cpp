@@ -51,7 +51,8 @@ std::vector<Entry> entriesOf(const Timeline& timeline) {
 TimingFunction timingFunctionForEasingMode(int64_t mode) {
     const auto modes = easingModes();
     const bool isKnown = mode >= 0 && mode < static_cast<int64_t>(modes.size());
-    const EasingMode& row = modes[isKnown ? static_cast<size_t>(mode) : size_t{PCEasingModeLinear}];
+    const EasingMode& row =
+        modes[static_cast<size_t>(isKnown ? mode : int64_t{PCEasingModeLinear})];
     return {row.x1, row.y1, row.x2, row.y2};
 }
 
