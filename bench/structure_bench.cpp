@@ -182,6 +182,7 @@ const bool isRegistered = [] {
                                  {"rotation", rotation},
                                  {"opacity", opacity}}) {
         for (const bool measuresUndo : {false, true}) {
+            if (measuresUndo && row.edit == selectAndDeselectAll) continue;  // has no undo
             const std::string name = std::string(measuresUndo ? "undo/" : "edit/") + row.name;
             benchmark::RegisterBenchmark(name.c_str(), measure, row.edit, measuresUndo)
                 ->ArgName("group")
