@@ -5,9 +5,12 @@
 
 #include "canvas/editor_layer.h"
 #include "canvas/quadrilateral.h"
+#include "canvas/timeline_animations.h"
 #include "canvas/tweenery_style.h"
 #include "model/project.h"
 #include "platform/errors.h"
+
+using namespace Qt::StringLiterals;
 
 namespace tweenery {
 namespace {
@@ -216,6 +219,32 @@ void PCLayer::insertSublayer(ElementViewLayer& sublayer, uint32_t index) {
 void PCLayer::removeFromSuperlayer() {
     if (m_borderLayer) m_borderLayer->removeFromSuperlayer();
     Layer::removeFromSuperlayer();
+}
+
+// Animations.
+
+void PCLayer::addAnimationForProperty(int32_t type) {
+    assertContract(elementTimelineSlot(type) >= 0,
+                   u"* propertytype not supported for generating animations"_s);
+    const QString key = keyPathForPropertyType(type);
+    removeAnimationForKey(key);
+    PCProject* project = m_element->project();
+    const auto timeline = m_element->timeline(type);
+    if (!project || !timeline) return;
+    if (auto animation = TimelineAnimations(*project).animation(*timeline)) {
+        addAnimation(std::move(*animation), key);
+    }
+}
+
+void PCLayer::addAllPropertyAnimations() {
+    addAllPropertyAnimationsExceptZIndex();
+    addAnimationForProperty(PCPropertyTypeChildrenZPositions);
+}
+
+void PCLayer::addAllPropertyAnimationsExceptZIndex() {
+    for (const PCPropertyType type : elementTimelineTypes()) {
+        if (type != PCPropertyTypeChildrenZPositions) addAnimationForProperty(type);
+    }
 }
 
 // Hits.

@@ -4,7 +4,7 @@
 
 #include "canvas/element_layer.h"
 #include "model/project.h"
-#include "timeline/timeline_animations.h"
+#include "canvas/timeline_animations.h"
 
 namespace tweenery {
 
