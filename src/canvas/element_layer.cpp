@@ -145,15 +145,11 @@ void PCLayer::syncWithModelAtTimeInMS(int32_t timeInMS) {
     if (!m_element || isCanvasLayer()) return;
     PCProject* project = m_element->project();
     if (!project || project->isSetupMode()) return;
-    timeInMS = std::max(timeInMS, 0);
-    setTransform({m_element->scaleAtTimeInMS(timeInMS),
-                  static_cast<double>(m_element->zRotationAtTimeInMS(timeInMS)),
-                  {}});
-    setPosition(placeOrZero(m_element->positionAtTimeInMS(timeInMS)));
-    if (!m_element->isGroup()) {
-        showImage(m_element->imageContentsAtTimeInMS(timeInMS), project->backingScale());
-    }
-    syncHiddenWithModelAtTimeInMS(timeInMS);
+    const ElementValues values = m_element->valuesAtTimeInMS(std::max(timeInMS, 0));
+    setTransform({values.scale, static_cast<double>(values.rotation), {}});
+    setPosition(placeOrZero(m_element->position() + values.translation));
+    if (!m_element->isGroup()) showImage(values.image, project->backingScale());
+    setOpacity(m_element->hidden() ? 0 : static_cast<double>(values.opacity));
     syncBorder();
 }
 

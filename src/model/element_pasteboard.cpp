@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "model/element.h"
+#include "model/element_placement.h"
 #include "model/project.h"
 #include "platform/errors.h"
 
@@ -100,9 +101,12 @@ QVariantMap PCElement::copyablePlistRepresentation() const {
 
 QVariantList PCElement::pasteboardPropertyList() const {
     QVariantMap plist = copyablePlistRepresentation();
-    plist.insert(u"layerScale"_s, pointPlist(scaleOnCanvas()));
-    plist.insert(u"layerPosition"_s, pointPlist(canvasPosition()));
-    plist.insert(u"layerRotationZ"_s, canvasRotation());
+    const PCProject* owner = project();
+    if (!owner) return {plist};
+    const ElementPlacement onCanvas = placementUnder(*this, *owner->canvas());
+    plist.insert(u"layerScale"_s, pointPlist(onCanvas.scale));
+    plist.insert(u"layerPosition"_s, pointPlist(onCanvas.position));
+    plist.insert(u"layerRotationZ"_s, onCanvas.rotation);
     return {plist};
 }
 

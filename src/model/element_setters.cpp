@@ -42,11 +42,10 @@ double PCElement::normalizedRotation(double radians) {
     return rotation * 180 / std::numbers::pi > kLargestDegrees + kRoom ? 0 : rotation;
 }
 
-void PCElement::registerUndo(std::function<void(PCElement&)> inverse) {
+UndoManager* PCElement::recordingUndoManager() const {
     PCProject* owner = project();
-    if (!owner || !owner->undoManager().isUndoRegistrationEnabled()) return;
-    owner->undoManager().registerUndo(
-        [self = shared_from_this(), inverse = std::move(inverse)] { inverse(*self); });
+    if (!owner || !owner->undoManager().isUndoRegistrationEnabled()) return nullptr;
+    return &owner->undoManager();
 }
 
 void PCElement::post(const QString& notification) {

@@ -25,7 +25,20 @@ PCImageSetManager::ImageSet PCImageSetManager::addImageSetWithPCImage(
 
 PCImageSetManager::ImageSet PCImageSetManager::addOrReplaceImageSetWithPCImage(
     const std::shared_ptr<const PCImage>& image) {
-    const ImageSet set = makeSet(image);
+    return replace(makeSet(image));
+}
+
+std::vector<PCImageSetManager::ImageSet> PCImageSetManager::addOrReplaceImageSetsWithPCImages(
+    const std::vector<std::shared_ptr<PCImage>>& images) {
+    std::vector<ImageSet> sets;
+    for (const auto& image : images)
+        sets.push_back(makeSet(image));
+    for (const ImageSet& set : sets)
+        replace(set);
+    return sets;
+}
+
+PCImageSetManager::ImageSet PCImageSetManager::replace(const ImageSet& set) {
     deleteImageSetWithName(set->name());
     return store(set);
 }

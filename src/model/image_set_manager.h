@@ -28,6 +28,10 @@ class PCImageSetManager {
     ImageSet addImageSetWithPCImage(const std::shared_ptr<const PCImage>& image);
     /// The same in place of a set that exists.
     ImageSet addOrReplaceImageSetWithPCImage(const std::shared_ptr<const PCImage>& image);
+    /// The same for several. Throws InputError, and changes nothing, when one of them cannot be a
+    /// set.
+    std::vector<ImageSet> addOrReplaceImageSetsWithPCImages(
+        const std::vector<std::shared_ptr<PCImage>>& images);
     /// Takes the set out of the package and returns it; null when there is none. Elements that name
     /// it are not touched.
     ImageSet deleteImageSetWithName(const QString& name);
@@ -50,6 +54,7 @@ class PCImageSetManager {
  private:
     ImageSet makeSet(const std::shared_ptr<const PCImage>& image) const;
     ImageSet store(const ImageSet& set);
+    ImageSet replace(const ImageSet& set);
 
     FileWrapper::Ptr m_imagesFileWrapper;
     std::map<QString, ImageSet> m_imageSets;

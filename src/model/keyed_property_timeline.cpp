@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "model/easing.h"
 #include "model/element.h"
@@ -38,14 +39,23 @@ UndoManager* PCKeyedPropertyTimeline::undoManager() const {
     return owner ? &owner->undoManager() : nullptr;
 }
 
+int64_t PCKeyedPropertyTimeline::currentRepeatBehavior() const {
+    if (m_propertyType != PCPropertyTypeChildrenZPositions) return m_repeatBehavior;
+    const PCElement* owner = element();
+    const PCElement* parent = owner ? owner->parentElement() : nullptr;
+    const Ptr decisive = parent ? parent->childrenZPositionsTimeline() : nullptr;
+    return decisive ? decisive->repeatBehavior() : int64_t{PCRepeatBehaviorNever};
+}
+
 bool PCKeyedPropertyTimeline::autoreversesFromCurrentRepeatBehavior() const {
-    if (m_propertyType == PCPropertyTypeChildrenZPositions) {
-        const PCElement* owner = element();
-        const PCElement* parent = owner ? owner->parentElement() : nullptr;
-        const Ptr decisive = parent ? parent->childrenZPositionsTimeline() : nullptr;
-        return decisive && decisive->m_repeatBehavior == PCRepeatBehaviorForeverAutoreverse;
-    }
-    return m_repeatBehavior == PCRepeatBehaviorForeverAutoreverse;
+    return currentRepeatBehavior() == PCRepeatBehaviorForeverAutoreverse;
+}
+
+float PCKeyedPropertyTimeline::repeatCountFromCurrentRepeatBehavior() const {
+    const int64_t behavior = currentRepeatBehavior();
+    const bool repeats =
+        behavior == PCRepeatBehaviorForever || behavior == PCRepeatBehaviorForeverAutoreverse;
+    return repeats ? std::numeric_limits<float>::infinity() : 0;
 }
 
 float PCKeyedPropertyTimeline::effectiveTimeForTimeInMS(int32_t timeInMS) const {

@@ -94,6 +94,8 @@ class PCKeyedPropertyTimeline : public Archivable,
     void setRepeatBehavior(int64_t behavior);
     /// For children orders the parent element's children-order timeline decides.
     bool autoreversesFromCurrentRepeatBehavior() const;
+    /// Infinity, or 0 when the timeline plays once; decided likewise.
+    float repeatCountFromCurrentRepeatBehavior() const;
     bool isInstantTransition() const { return propertyTypeRow(m_propertyType).onlyJumps; }
 
     // Value queries, absolute.
@@ -261,6 +263,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     static Ptr decode(const KeyedUnarchiver& archive, Fields fields);
     static void encodeKeyframe(KeyedEncoder& coder, const KeyframeRecord& record, int32_t type);
 
+    int64_t currentRepeatBehavior() const;
     FactorAndOffset factorAndOffset() const;
     float setupNumber() const;
     static int32_t wholeMilliseconds(float effectiveTime);

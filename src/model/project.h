@@ -127,9 +127,10 @@ class PCProject : public PCAnimationsManagerChangeListener,
     /// What copy puts on the pasteboard beside the elements: one image per set in use, the set's
     /// highest artwork.
     std::vector<std::shared_ptr<PCImage>> imagesForCopyingElements(const Elements& elements);
-    /// Adds pasted elements to the canvas, in front; their timelines, and those of their
-    /// descendants, go to the selected animation.
-    void insertPastedElements(const Elements& elements);
+    /// Inserts pasted elements, which stand as on the canvas and are in no tree, into `parent` from
+    /// `index` on; they stay where they are on the canvas. Their timelines, and those of their
+    /// descendants, go to the selected animation; in setup mode they are dropped.
+    void insertPastedElements(const Elements& elements, const PCElement::Ptr& parent, size_t index);
 
     // Bookkeeping by the tree itself.
 
@@ -167,7 +168,7 @@ class PCProject : public PCAnimationsManagerChangeListener,
     bool isInTree(const PCElement& element) const;
     void writeQuickLook();
     PCElement::Ptr makeGroupAround(const Elements& elements, const PCElement& parent);
-    void attachPastedTimelines(PCElement& root);
+    void attachPastedTimelines(PCElement& element, PCAnimation& animation);
     void attachSelectedAnimation(PCElement& root);
     void moveItem(const PCElement::Ptr& item, const PCElement::Ptr& parent, size_t index);
     void removeGroupsEmptiedFrom(PCElement::Ptr group);

@@ -23,10 +23,11 @@ void ProjectIndex::addTree(PCElement& root) {
 }
 
 void ProjectIndex::add(PCElement& root) {
-    for (const PCElement::Ptr& element : root.elementAndAllDescendants()) {
-        addName(element->name());
-        const bool isNew = m_elements.emplace(element->identifier(), element.get()).second;
-        m_hasDuplicateIdentifiers = m_hasDuplicateIdentifiers || !isNew;
+    addName(root.name());
+    const bool isNew = m_elements.emplace(root.identifier(), &root).second;
+    m_hasDuplicateIdentifiers = m_hasDuplicateIdentifiers || !isNew;
+    for (const PCElement::Ptr& child : root.children()) {
+        add(*child);
     }
 }
 
@@ -34,9 +35,14 @@ void ProjectIndex::removeTree(PCElement& root) {
     if (!m_valid) return;
     // With an identifier that two elements share, the other one may now be the first.
     if (m_hasDuplicateIdentifiers) return invalidate();
-    for (const PCElement::Ptr& element : root.elementAndAllDescendants()) {
-        removeName(element->name());
-        m_elements.erase(element->identifier());
+    remove(root);
+}
+
+void ProjectIndex::remove(PCElement& root) {
+    removeName(root.name());
+    m_elements.erase(root.identifier());
+    for (const PCElement::Ptr& child : root.children()) {
+        remove(*child);
     }
 }
 
@@ -59,7 +65,6 @@ void ProjectIndex::removeName(const QString& name) {
     const QString trimmed = name.trimmed();
     const auto found = m_names.find(trimmed);
     if (found == m_names.end() || --*found > 0) return;
-    m_names.erase(found);
     // "Base 3" is free again: numbering of "Base" may start there.
     const qsizetype blank = trimmed.lastIndexOf(u' ');
     const int number = blank < 0 ? 0 : trimmed.mid(blank + 1).toInt();
@@ -87,7 +92,7 @@ QString ProjectIndex::uniqueName(const QString& base, const QString* ignored) {
     if (ownNumber > 0 && ownNumber < next && *own == numbered(ownNumber) && !isTaken(*own, own)) {
         return *own;
     }
-    while (m_names.contains(numbered(next)) && isTaken(numbered(next), own)) {
+    while (isTaken(numbered(next), own)) {
         ++next;
     }
     return numbered(next);

@@ -35,10 +35,11 @@ class ProjectIndex {
     bool m_valid = false;
     bool m_hasDuplicateIdentifiers = false;
     std::unordered_map<Identifier, PCElement*> m_elements;
-    QHash<QString, int> m_names;        // trimmed name: how many elements have it
+    QHash<QString, int> m_names;        // trimmed name: how many elements have it, also none
     QHash<QString, int> m_nextNumbers;  // base: every smaller number is taken
 
     void add(PCElement& root);
+    void remove(PCElement& root);
     void addName(const QString& name);
     void removeName(const QString& name);
     bool isTaken(const QString& name, const QString* ignoredTrimmed) const;

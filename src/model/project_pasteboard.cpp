@@ -2,6 +2,7 @@
 
 #include <map>
 
+#include "model/element_placement.h"
 #include "model/project.h"
 
 using namespace Qt::StringLiterals;
@@ -36,29 +37,40 @@ std::vector<std::shared_ptr<PCImage>> PCProject::imagesForCopyingElements(
     return images;
 }
 
-void PCProject::insertPastedElements(const Elements& elements) {
+void PCProject::insertPastedElements(const Elements& elements, const PCElement::Ptr& parent,
+                                     size_t index) {
     const UndoGroup undoGroup(m_undoManager);
-    for (const PCElement::Ptr& element : elements) {
-        m_canvas->insertSubelement(element, m_canvas->children().size());
-        attachPastedTimelines(*element);
+    const PCAnimation::Ptr animation = m_animationsManager->selectedAnimation();
+    // From the last to the first at one index keeps their order.
+    for (auto element = elements.rbegin(); element != elements.rend(); ++element) {
+        {
+            const UndoRegistrationPause pause(m_undoManager);
+            const ElementPlacement placement = placementUnder(**element, *parent);
+            (*element)->setZRotation(placement.rotation);
+            (*element)->setScale(placement.scale);
+            (*element)->setPosition(placement.position);
+        }
+        parent->insertSubelement(*element, index);
+        for (const PCElement::Ptr& pasted : (*element)->elementAndAllDescendants()) {
+            if (animation) {
+                attachPastedTimelines(*pasted, *animation);
+            } else {
+                pasted->clearTimelines();
+            }
+            pasted->viewLayer().syncWithModel();
+        }
     }
+    if (animation) updateChildrenZPositionsForElement(*parent);
 }
 
-// Timelines from a copy go to the selected animation, descendants included; where the copy had none
-// the element gets empty ones. In setup mode they are dropped.
-void PCProject::attachPastedTimelines(PCElement& root) {
-    const PCAnimation::Ptr animation = m_animationsManager->selectedAnimation();
-    for (const PCElement::Ptr& element : root.elementAndAllDescendants()) {
-        if (!animation) {
-            element->clearTimelines();
-            continue;
-        }
-        for (const PCPropertyType type : timelineGroupOrder()) {
-            const auto pasted = element->timeline(type);
-            animation->applyTimeline(
-                pasted ? pasted : PCKeyedPropertyTimeline::initForElement(element, type), *element);
-        }
+// A timeline that the copy had none of is left to the animation, which gives an empty one.
+void PCProject::attachPastedTimelines(PCElement& element, PCAnimation& animation) {
+    for (const PCPropertyType type : timelineGroupOrder()) {
+        if (const auto pasted = element.timeline(type)) animation.applyTimeline(pasted, element);
     }
+    animation.applyToElement(element);
+    // The copy names the children by the identifiers that they had.
+    updateChildrenZPositionsForElement(element);
 }
 
 }  // namespace tweenery

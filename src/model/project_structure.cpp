@@ -104,7 +104,8 @@ PCElement::Ptr rowBelow(const PCElement& element, const PCElement& canvas) {
 
 void PCProject::moveItem(const PCElement::Ptr& item, const PCElement::Ptr& parent, size_t index) {
     const bool changesParent = item->parentElement() != parent.get();
-    const ElementPlacement placement = placementUnder(*item, *parent);
+    const ElementPlacement placement =
+        changesParent ? placementUnder(*item, *parent) : ElementPlacement{};
     item->removeFromParentElement();
     parent->insertSubelement(item, index);
     if (!changesParent) return;  // nothing has moved
@@ -302,10 +303,16 @@ QStringList PCProject::sortedSubelementIdentifiers(const PCElement& element) {
 QStringList childrenOrderInLine(const QStringList& stored, const QStringList& present) {
     const QSet<QString> storedSet(stored.begin(), stored.end());
     const QSet<QString> presentSet(present.begin(), present.end());
-    QStringList order = stored;
+    QStringList order;
+    auto old = stored.begin();
     for (qsizetype i = 0; i < present.size(); ++i) {
-        if (!storedSet.contains(present[i])) order.insert(std::min(i, order.size()), present[i]);
+        if (storedSet.contains(present[i])) continue;
+        while (order.size() < i && old != stored.end()) {
+            order += *old++;
+        }
+        order += present[i];
     }
+    std::copy(old, stored.end(), std::back_inserter(order));
     order.removeIf([&](const QString& identifier) { return !presentSet.contains(identifier); });
     return order;
 }

@@ -37,9 +37,10 @@ struct PropertyTypeRow {
     PropertyValueKind valueKind;
     const char* fileStem;  // of "<stem>.data" in an animation's directory; null: never stored
     const char* displayText;
-    const char* exportType;  // type in generated code
-    const char* qualifier;   // of names in generated code; null: never generated
-    bool onlyJumps;          // never tweens
+    const char* exportType;         // type in generated code
+    const char* qualifier;          // of names in generated code; null: never generated
+    const char* playbackQualifier;  // of animations that play on the canvas; null: never played
+    bool onlyJumps;                 // never tweens
 };
 
 /// The row of `type`, 0 to 11; throws AssertionFailure for others.

@@ -2,6 +2,8 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVariant>
+#include <vector>
 
 namespace tweenery {
 
@@ -23,6 +25,23 @@ class AlertPort {
  public:
     virtual ~AlertPort() = default;
     virtual AlertAnswer runModal(const Alert& alert) = 0;
+};
+
+/// One thing on the pasteboard: a property list (maps, lists, text, numbers, bytes) of a named
+/// type.
+struct PasteboardItem {
+    QString type;
+    QVariant propertyList;
+};
+
+/// Where copied things wait to be pasted. What is read may come from any program.
+class PasteboardPort {
+ public:
+    virtual ~PasteboardPort() = default;
+    /// Takes the place of all that was there; no items clear it.
+    virtual void write(const std::vector<PasteboardItem>& items) = 0;
+    /// The property lists of all items of that type, in the order in which they were written.
+    virtual QVariantList read(const QString& type) const = 0;
 };
 
 /// Where plain log lines go. No levels.

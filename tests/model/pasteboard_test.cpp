@@ -32,13 +32,13 @@ TEST(Pasteboard, CarriesAnElementWithItsDescendants) {
     const auto pasted =
         PCElement::elementWithPasteablePlist(source.copied().first().toMap(), target);
     target->undoManager().removeAllActions();
-    target->insertPastedElements({pasted});
+    target->insertPastedElements({pasted}, target->canvas(), 0);
     EXPECT_EQ(treeText(*target->canvas()), "group{child}");
     EXPECT_NE(pasted->identifier(), source.group->identifier());
     // Where and as big as it stood on its canvas.
     EXPECT_EQ(pasted->position().x(), source.group->canvasPosition().x());
     EXPECT_EQ(pasted->scale().x(), 6);
-    EXPECT_EQ(pasted->zRotation(), source.group->canvasRotation());
+    EXPECT_EQ(pasted->zRotation(), 1.5);
     EXPECT_EQ(pasted->opacity(), 0.5);
     EXPECT_EQ(pasted->anchorPoint().y(), 1);
     const auto child = pasted->children()[0];
@@ -64,14 +64,14 @@ TEST(Pasteboard, KnowsSetupMode) {
     const auto setup = PCProject::init();
     const auto pasted =
         PCElement::elementWithPasteablePlist(source.copied().first().toMap(), setup);
-    setup->insertPastedElements({pasted});
+    setup->insertPastedElements({pasted}, setup->canvas(), 0);
     EXPECT_EQ(pasted->opacityTimeline(), nullptr) << "timelines are dropped";
     const QVariantList copy = pasted->pasteboardPropertyList();
     EXPECT_FALSE(copy.first().toMap().contains(u"OpacityTimelineData"_s));
 
     // A copy without timelines, pasted into an animation, can be keyed at once.
     const auto again = PCElement::elementWithPasteablePlist(copy.first().toMap(), source.project);
-    source.project->insertPastedElements({again});
+    source.project->insertPastedElements({again}, source.project->canvas(), 0);
     EXPECT_EQ(again->name(), u"group 1"_s);
     again->setOpacity(0.5F, 10);
     source.project->animationsManager().setSelectedAnimation(nullptr);

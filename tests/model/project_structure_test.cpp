@@ -153,6 +153,34 @@ TEST(StructureEdits, CompensateTheNewParent) {
     EXPECT_NEAR(child->scale().y(), 1, 1e-12);
 }
 
+// The rotation and the scale of an element that goes into a group at the origin.
+TEST(StructureEdits, FollowTheParentAsFarAsAnElementCan) {
+    struct Case {
+        const char* what;
+        Look parent, before, after;
+    };
+    const std::vector<Case> cases = {
+        {"mirrored", {{}, {2, -2}, 1}, {{}, {4, 6}, 1.5}, {{}, {2, -3}, 2 * pi - 0.5}},
+        {"mirrored on both axes", {{}, {-2, -2}, 1}, {{}, {4, 6}, 1.5}, {{}, {-2, -3}, 0.5}},
+        {"unequal, as turned as the parent", {{}, {2, 5}, 1}, {{}, {4, 5}, 1}, {{}, {2, 1}, 0}},
+        {"unequal, a quarter turn", {{}, {2, 5}, 0}, {{}, {5, 2}, pi / 2}, {{}, {1, 1}, pi / 2}},
+        {"sheared: as if it were not", {{}, {2, 5}, 1}, {{}, {4, 5}, 1.5}, {{}, {2, 1}, 0.5}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        const auto project = PCProject::init();
+        const auto parent = addGroup(project->canvas(), u"parent"_s, c.parent);
+        const auto item = addElement(project->canvas(), u"item"_s, c.before);
+        item->setPosition({30, 40});
+        project->moveItems({item}, parent, 0);
+        EXPECT_NEAR(item->zRotation(), c.after.rotation, 1e-12);
+        EXPECT_NEAR(item->scale().x(), c.after.scale.x(), 1e-12);
+        EXPECT_NEAR(item->scale().y(), c.after.scale.y(), 1e-12);
+        EXPECT_NEAR(item->canvasPosition().x(), 30, 1e-9);
+        EXPECT_NEAR(item->canvasPosition().y(), 40, 1e-9);
+    }
+}
+
 TEST(StructureEdits, GroupsFitTheirChildren) {
     const auto project = PCProject::init();
     const auto outer = addGroup(project->canvas(), u"outer"_s, {{7, 9}, {2, 2}, 0, {0, 0}, {0, 0}});
@@ -194,8 +222,9 @@ TEST(ChildrenOrders, ComeIntoLineWithTheTree) {
               QStringList({u"C"_s, u"B"_s}));
 }
 
-/// A random tree with uniform scales, which every parent can make up for, and random structure
-/// edits. Rotations are whole degrees, so that no sum falls between 359.5 and 360, which become 0.
+/// A random tree with scales that are equal but for the sign, which every parent can make up for,
+/// and random structure edits. Rotations are whole degrees, so that none falls between 359.5 and
+/// 360, which become 0.
 class RandomTree {
  public:
     explicit RandomTree(unsigned seed) : m_random(seed) { grow(m_project->canvas(), 3); }
@@ -231,12 +260,12 @@ class RandomTree {
         return std::uniform_real_distribution(low, high)(m_random);
     }
     Look look() {
-        const double scale = between(0.5, 2);
-        return {{between(-100, 100), between(-100, 100)},
-                {scale, scale},
+        const double scale = between(0.5, 2) * (below(2) == 0 ? 1 : -1);
+        return {{between(-1000, 1000), between(-1000, 1000)},
+                {scale, below(3) == 0 ? -scale : scale},
                 below(360) * pi / 180,
-                {between(0, 50), between(0, 50)},
-                {between(0, 1), between(0, 1)}};
+                {between(0, 3000), between(0, 3000)},
+                {between(-1, 2), between(-1, 2)}};
     }
     void grow(const PCElement::Ptr& parent, int depth) {
         for (int i = 0; i < 3; ++i) {
@@ -244,6 +273,8 @@ class RandomTree {
             const auto made = isGroup ? addGroup(parent, u"group"_s, look())
                                       : addElement(parent, u"leaf"_s, look());
             made->setExpanded(below(2) == 0);
+            made->setHidden(below(4) == 0);
+            made->setLocked(below(4) == 0);
             if (isGroup) grow(made, depth - 1);
         }
     }
@@ -273,10 +304,8 @@ TEST(StructureEdits, MoveNothingOnTheCanvas) {
                 if (isGone) continue;  // a group that was emptied or ungrouped
                 const auto now = cornersOf(*element);
                 for (size_t corner = 0; corner < now.size(); ++corner) {
-                    // A rotation on the canvas is rounded to 32 bits at each of up to ten levels,
-                    // by up to 2.4e-7 radians, over distances of up to a thousand points.
-                    EXPECT_NEAR(now[corner].x(), corners[corner].x(), 0.0025) << i;
-                    EXPECT_NEAR(now[corner].y(), corners[corner].y(), 0.0025) << i;
+                    EXPECT_NEAR(now[corner].x(), corners[corner].x(), 1e-6) << i;
+                    EXPECT_NEAR(now[corner].y(), corners[corner].y(), 1e-6) << i;
                 }
             }
         }
