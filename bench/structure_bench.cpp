@@ -9,6 +9,7 @@
 #include <random>
 #include <vector>
 
+#include "canvas/element_layer.h"
 #include "canvas/element_selection_manager.h"
 #include "canvas/opacity_calculator.h"
 #include "canvas/pasteboard_commands.h"
@@ -23,7 +24,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using Elements = PCElement::Elements;
 
-/// A canvas with a group of `count` elements, between two groups of one.
+/// On a screen, a canvas with a group of `count` elements, between two groups of one.
 struct Scene {
     PCProject::Ptr project = PCProject::init();
     PCElement::Ptr below = addGroup(u"Below"_s, 1);
@@ -33,6 +34,7 @@ struct Scene {
     explicit Scene(int64_t count)
         : group(addGroup(u"Group"_s, count)), above(addGroup(u"Above"_s, 1)) {
         project->undoManager().removeAllActions();
+        project->setViewLayerFactory(&PCLayerFactory::shared());
     }
     Elements elements() const { return group->subelements(); }
 
@@ -180,6 +182,7 @@ const bool isRegistered = [] {
                                  {"rotation", rotation},
                                  {"opacity", opacity}}) {
         for (const bool measuresUndo : {false, true}) {
+            if (measuresUndo && row.edit == selectAndDeselectAll) continue;  // has no undo
             const std::string name = std::string(measuresUndo ? "undo/" : "edit/") + row.name;
             benchmark::RegisterBenchmark(name.c_str(), measure, row.edit, measuresUndo)
                 ->ArgName("group")

@@ -5,9 +5,12 @@
 
 #include "canvas/editor_layer.h"
 #include "canvas/quadrilateral.h"
+#include "canvas/timeline_animations.h"
 #include "canvas/tweenery_style.h"
 #include "model/project.h"
 #include "platform/errors.h"
+
+using namespace Qt::StringLiterals;
 
 namespace tweenery {
 namespace {
@@ -145,15 +148,11 @@ void PCLayer::syncWithModelAtTimeInMS(int32_t timeInMS) {
     if (!m_element || isCanvasLayer()) return;
     PCProject* project = m_element->project();
     if (!project || project->isSetupMode()) return;
-    timeInMS = std::max(timeInMS, 0);
-    setTransform({m_element->scaleAtTimeInMS(timeInMS),
-                  static_cast<double>(m_element->zRotationAtTimeInMS(timeInMS)),
-                  {}});
-    setPosition(placeOrZero(m_element->positionAtTimeInMS(timeInMS)));
-    if (!m_element->isGroup()) {
-        showImage(m_element->imageContentsAtTimeInMS(timeInMS), project->backingScale());
-    }
-    syncHiddenWithModelAtTimeInMS(timeInMS);
+    const ElementValues values = m_element->valuesAtTimeInMS(std::max(timeInMS, 0));
+    setTransform({values.scale, static_cast<double>(values.rotation), {}});
+    setPosition(placeOrZero(m_element->position() + values.translation));
+    if (!m_element->isGroup()) showImage(values.image, project->backingScale());
+    setOpacity(m_element->hidden() ? 0 : static_cast<double>(values.opacity));
     syncBorder();
 }
 
@@ -220,6 +219,32 @@ void PCLayer::insertSublayer(ElementViewLayer& sublayer, uint32_t index) {
 void PCLayer::removeFromSuperlayer() {
     if (m_borderLayer) m_borderLayer->removeFromSuperlayer();
     Layer::removeFromSuperlayer();
+}
+
+// Animations.
+
+void PCLayer::addAnimationForProperty(int32_t type) {
+    assertContract(elementTimelineSlot(type) >= 0,
+                   u"* propertytype not supported for generating animations"_s);
+    const QString key = keyPathForPropertyType(type);
+    removeAnimationForKey(key);
+    PCProject* project = m_element->project();
+    const auto timeline = m_element->timeline(type);
+    if (!project || !timeline) return;
+    if (auto animation = TimelineAnimations(*project).animation(*timeline)) {
+        addAnimation(std::move(*animation), key);
+    }
+}
+
+void PCLayer::addAllPropertyAnimations() {
+    addAllPropertyAnimationsExceptZIndex();
+    addAnimationForProperty(PCPropertyTypeChildrenZPositions);
+}
+
+void PCLayer::addAllPropertyAnimationsExceptZIndex() {
+    for (const PCPropertyType type : elementTimelineTypes()) {
+        if (type != PCPropertyTypeChildrenZPositions) addAnimationForProperty(type);
+    }
 }
 
 // Hits.

@@ -57,6 +57,14 @@ class PCLayer : public Layer, public ElementViewLayer {
     void removeFromSuperlayer() override;
     void removeAllAnimations() override { Layer::removeAllAnimations(); }
 
+    /// Puts the element's timeline of that type on this layer as an animation, under the type's key
+    /// path, in place of the one there. An empty timeline leaves none. Playback has keys of its
+    /// own. Throws AssertionFailure for a type without an animation.
+    void addAnimationForProperty(int32_t type);
+    /// Opacity, rotation, image, stacking, scale and translation.
+    void addAllPropertyAnimations();
+    void addAllPropertyAnimationsExceptZIndex();
+
     /// The hit rule of one element: a selected one owns its handles and its rotation band; a locked
     /// one is never hit; a group covers what its children cover; artwork covers its pixels of an
     /// alpha above 50 of 255.

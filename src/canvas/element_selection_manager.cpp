@@ -38,7 +38,7 @@ void PCElementSelectionManager::selectElement(const PCElement::Ptr& element) {
     if (element->locked()) return;
     assertContract(!elementIsSelected(*element), u"element is already selected"_s);
     const PCElement::Ptr selected = element;  // may be the entry of a list that a listener changes
-    m_places.emplace(selected.get(), m_selected.insert(m_selected.end(), selected));
+    m_places.insert(selected.get(), m_selected.insert(m_selected.end(), selected));
     selected->setSelected(true);
     m_managedElementsAreDirty = true;
     m_listeners.tell([this, &selected](auto& listener) {
@@ -50,7 +50,7 @@ void PCElementSelectionManager::deselectElement(const PCElement::Ptr& element) {
     const auto place = m_places.find(element.get());
     assertContract(place != m_places.end(), u"element was not already selected"_s);
     const PCElement::Ptr deselected = element;  // as above
-    m_selected.erase(place->second);
+    m_selected.erase(*place);
     m_places.erase(place);
     deselected->setSelected(false);
     m_managedElementsAreDirty = true;

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <QHash>
 #include <QPointF>
 #include <list>
 #include <memory>
-#include <unordered_map>
 #include <unordered_set>
 
 #include "model/element.h"
@@ -85,7 +85,7 @@ class PCElementSelectionManager {
 
     bool m_managedElementsAreDirty = true;
     Order m_selected;
-    std::unordered_map<const PCElement*, Order::iterator> m_places;
+    QHash<const PCElement*, Order::iterator> m_places;
     ListenerSet<PCElementSelectionManagerListener> m_listeners;
     std::weak_ptr<PCProject> m_project;
     ElementSet m_nonManagedElements;

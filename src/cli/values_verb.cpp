@@ -1,5 +1,6 @@
 // tweenc values: what every element looks like at given times.
 
+#include "cli/animation_choice.h"
 #include "cli/json_writer.h"
 #include "cli/packages.h"
 #include "cli/verb.h"
@@ -9,38 +10,9 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 namespace {
 
-constexpr VerbOption kAnimationOption{"animation", "NAME",
-                                      "by its name or identifier; without it the setup state"};
 constexpr VerbOption kAtOption{"at", "MS[,MS...]", "times in whole milliseconds, 0 or later", true};
 
 using Times = std::vector<int32_t>;
-
-Times timesFrom(const QString& text) {
-    Times times;
-    for (const QString& part : text.split(u',')) {
-        bool isNumber = false;
-        const int32_t time = part.trimmed().toInt(&isNumber);
-        if (!isNumber || time < 0) {
-            throw UsageError{u"--at takes whole milliseconds, 0 or later, not '%1'"_s.arg(part)};
-        }
-        times.push_back(time);
-    }
-    return times;
-}
-
-PCAnimation::Ptr animationNamed(const QString& name, const PCProject::Ptr& project) {
-    const PCAnimationsManager& manager = project->animationsManager();
-    QStringList names;
-    for (const PCAnimation::Ptr& animation : manager.animations()) {
-        if (animation->name() == name) return animation;
-        names += u'\'' + animation->name() + u'\'';
-    }
-    if (PCAnimation::Ptr animation = manager.animationForIdentifier(name)) return animation;
-    throw InputError(u"animations"_s,
-                     u"there is none named '%1'; %2"_s.arg(
-                         name, names.isEmpty() ? u"the project has no animations"_s
-                                               : u"there are "_s + names.join(u", "_s)));
-}
 
 ElementValues setupValues(const PCElement& element) {
     return {static_cast<float>(element.opacity()),

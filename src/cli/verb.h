@@ -68,6 +68,7 @@ const Verb& describeVerb();
 const Verb& dumpVerb();
 const Verb& valuesVerb();
 const Verb& exportVerb();
+const Verb& renderVerb();
 const Verb& checkVerb();
 const Verb& copyVerb();
 const Verb& updateVerb();

@@ -13,9 +13,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "model/element_list.h"
 #include "model/keyed_property_timeline.h"
 #include "model/view_layer.h"
+#include "platform/block_list.h"
 #include "platform/identifier.h"
 #include "platform/keyed_archiver.h"
 #include "platform/keyed_unarchiver.h"
@@ -24,8 +24,12 @@
 
 namespace tweenery {
 
+class PCElement;
 class PCProject;
 class PCPropertyTimelineGroup;
+
+/// The children of an element, back to front.
+using ElementList = BlockList<std::shared_ptr<PCElement>>;
 
 /// Names of the notifications that elements post, with the element as object.
 namespace ElementNotification {
@@ -285,7 +289,7 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
 
  private:
     friend class PCProject;
-    friend class ElementList;
+    friend BlockHook& blockHook(const PCElement& element) { return element.m_blockHook; }
     using Timelines = std::array<PCKeyedPropertyTimeline::Ptr, kElementTimelineCount>;
 
     bool m_hidden = false;
@@ -299,7 +303,7 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     bool m_selected = false;
     bool m_timelinesAreFresh = true;  // the eight empty timelines of init, made when asked for
     ElementList m_subelements;
-    ElementList::Block* m_block = nullptr;  // of the parent's list
+    mutable BlockHook m_blockHook;  // of the parent's list
     QString m_name;
     Identifier m_identifier;
     double m_zRotation = 0;

@@ -24,8 +24,9 @@ void ProjectIndex::addTree(PCElement& root) {
 
 void ProjectIndex::add(PCElement& root) {
     addName(root.name());
-    const bool isNew = m_elements.emplace(root.identifier(), &root).second;
-    m_hasDuplicateIdentifiers = m_hasDuplicateIdentifiers || !isNew;
+    PCElement*& found = m_elements[root.identifier()];
+    m_hasDuplicateIdentifiers = m_hasDuplicateIdentifiers || found;
+    if (!found) found = &root;
     for (const PCElement::Ptr& child : root.children()) {
         add(*child);
     }
@@ -40,7 +41,7 @@ void ProjectIndex::removeTree(PCElement& root) {
 
 void ProjectIndex::remove(PCElement& root) {
     removeName(root.name());
-    m_elements.erase(root.identifier());
+    m_elements.remove(root.identifier());
     for (const PCElement::Ptr& child : root.children()) {
         remove(*child);
     }
@@ -53,8 +54,7 @@ void ProjectIndex::nameDidChange(const QString& oldName, const QString& newName)
 }
 
 PCElement* ProjectIndex::elementForIdentifier(const Identifier& identifier) const {
-    const auto found = m_elements.find(identifier);
-    return found == m_elements.end() ? nullptr : found->second;
+    return m_elements.value(identifier);
 }
 
 void ProjectIndex::addName(const QString& name) {

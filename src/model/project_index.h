@@ -3,7 +3,6 @@
 #include <QHash>
 #include <QString>
 #include <memory>
-#include <unordered_map>
 
 #include "platform/identifier.h"
 
@@ -34,7 +33,7 @@ class ProjectIndex {
  private:
     bool m_valid = false;
     bool m_hasDuplicateIdentifiers = false;
-    std::unordered_map<Identifier, PCElement*> m_elements;
+    QHash<Identifier, PCElement*> m_elements;
     QHash<QString, int> m_names;        // trimmed name: how many elements have it, also none
     QHash<QString, int> m_nextNumbers;  // base: every smaller number is taken
 

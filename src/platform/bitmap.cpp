@@ -69,6 +69,20 @@ QImage overWhite(const QImage& image) {
     return opaque;
 }
 
+// Quality -1 is the encoder's own choice.
+QByteArray encodeAs(ImageFormat format, const QImage& image, int quality) {
+    QByteArray data;
+    QBuffer buffer(&data);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, nameOf(format));
+    writer.setProgressiveScanWrite(false);
+    writer.setQuality(quality);
+    const bool isWritten = writer.write(image);
+    assertContract(isWritten,
+                   QStringLiteral("an image could not be encoded: %1").arg(writer.errorString()));
+    return data;
+}
+
 }  // namespace
 
 QSize encodedImageSize(const QByteArray& data, const QString& entry) {
@@ -88,17 +102,14 @@ QImage decodeImage(const QByteArray& data, const QString& entry) {
 }
 
 QByteArray encodeImage(const QImage& image, ImageFormat format, int quality) {
-    QByteArray data;
-    QBuffer buffer(&data);
-    buffer.open(QIODevice::WriteOnly);
     const bool isJpeg = format == ImageFormat::Jpeg;
-    QImageWriter writer(&buffer, nameOf(format));
-    writer.setProgressiveScanWrite(false);
-    if (isJpeg) writer.setQuality(quality);
-    const bool isWritten = writer.write(isJpeg ? overWhite(image) : image);
-    assertContract(isWritten,
-                   QStringLiteral("an image could not be encoded: %1").arg(writer.errorString()));
-    return data;
+    return encodeAs(format, isJpeg ? overWhite(image) : image, isJpeg ? quality : -1);
+}
+
+QByteArray encodePngQuickly(const QImage& image) {
+    // Qt turns the quality of a PNG, the other way round, into zlib's level: this is level 1.
+    constexpr int kQuickest = 80;
+    return encodeAs(ImageFormat::Png, image, kQuickest);
 }
 
 QSize fittedSize(QSize source, QSizeF target) {

@@ -22,6 +22,10 @@ QImage decodeImage(const QByteArray& data, const QString& entry);
 /// Encodes without interlacing. PNG is lossless; JPEG takes `quality` 0 to 100, alpha over white.
 QByteArray encodeImage(const QImage& image, ImageFormat format, int quality = 90);
 
+/// A PNG made with little effort, for pictures that come in hundreds: larger than that of
+/// encodeImage(), and several times as fast.
+QByteArray encodePngQuickly(const QImage& image);
+
 /// The size of `source` fitted into `target`, cut to whole pixels toward zero: target wide if the
 /// source is wider than high, target high otherwise; never below 1 by 1. A target may be a fraction
 /// of a pixel, as two thirds of an odd size are.

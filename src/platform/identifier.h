@@ -60,6 +60,11 @@ class Identifier {
     uint64_t m_low = 0;
 };
 
+/// For Qt's hashes.
+inline size_t qHash(const Identifier& identifier, size_t seed = 0) {
+    return identifier.hash() ^ seed;
+}
+
 }  // namespace tweenery
 
 template <>

@@ -25,10 +25,6 @@ Affine affineOf(const LayerValues& values, const Linear& linear) {
     return {linear, anchorPlace(values) - linear.map(anchorInPoints(values))};
 }
 
-bool liesFurtherBack(double zPosition, double otherZPosition) {
-    return zPosition < otherZPosition;
-}
-
 // Not a number would break the order of all siblings.
 double orderable(double zPosition) {
     return std::isnan(zPosition) ? 0 : zPosition;
@@ -86,8 +82,7 @@ void Layer::insertSublayer(Layer& sublayer, size_t index) {
         assertContract(layer != &sublayer, u"a layer cannot lie in itself"_s);
     }
     sublayer.unlink();
-    const auto place = static_cast<std::ptrdiff_t>(std::min(index, m_sublayers.size()));
-    m_sublayers.insert(m_sublayers.begin() + place, &sublayer);
+    m_sublayers.insert(std::min(index, m_sublayers.size()), &sublayer);
     sublayer.m_superlayer = this;
     m_sublayersThatAnimateOrder += sublayer.animatesOrder() ? 1 : 0;
     m_orderIsCurrent = false;
@@ -101,35 +96,24 @@ void Layer::removeFromSuperlayer() {
 void Layer::unlink() {
     if (!m_superlayer) return;
     Layer& super = *m_superlayer;
-    super.m_sublayers.erase(std::find(super.m_sublayers.begin(), super.m_sublayers.end(), this));
+    super.m_sublayers.remove(*this);
     super.m_sublayersThatAnimateOrder -= animatesOrder() ? 1 : 0;
     super.m_orderIsCurrent = false;
     m_superlayer = nullptr;
 }
 
 const std::vector<Layer*>& Layer::sublayersInDrawingOrderAt(double time) const {
-    if (m_sublayersThatAnimateOrder > 0) {
-        m_drawingOrder = m_sublayers;
-        std::stable_sort(m_drawingOrder.begin(), m_drawingOrder.end(),
-                         [time](const Layer* a, const Layer* b) {
-                             return liesFurtherBack(a->presentedAt(a->localTimeAt(time)).zPosition,
-                                                    b->presentedAt(b->localTimeAt(time)).zPosition);
-                         });
-        m_orderIsCurrent = false;
-        return m_drawingOrder;
-    }
-    if (!m_orderIsCurrent) {
-        const auto isFurtherBack = [](const Layer* a, const Layer* b) {
-            return liesFurtherBack(a->m_values.zPosition, b->m_values.zPosition);
-        };
-        m_drawingOrder.clear();
-        if (!std::is_sorted(m_sublayers.begin(), m_sublayers.end(), isFurtherBack)) {
-            m_drawingOrder = m_sublayers;
-            std::stable_sort(m_drawingOrder.begin(), m_drawingOrder.end(), isFurtherBack);
-        }
-        m_orderIsCurrent = true;
-    }
-    return m_drawingOrder.empty() ? m_sublayers : m_drawingOrder;
+    const bool isAnimated = m_sublayersThatAnimateOrder > 0;
+    if (m_orderIsCurrent && !isAnimated) return m_drawingOrder;
+    const auto zPosition = [&](const Layer* layer) {
+        return isAnimated ? layer->presentedAt(layer->localTimeAt(time)).zPosition
+                          : layer->m_values.zPosition;
+    };
+    m_drawingOrder.assign(m_sublayers.begin(), m_sublayers.end());
+    std::stable_sort(m_drawingOrder.begin(), m_drawingOrder.end(),
+                     [&](const Layer* a, const Layer* b) { return zPosition(a) < zPosition(b); });
+    m_orderIsCurrent = !isAnimated;
+    return m_drawingOrder;
 }
 
 // Values.

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/affine.h"
+#include "platform/block_list.h"
 #include "platform/keyframe_animation.h"
 
 namespace tweenery {
@@ -72,6 +73,8 @@ struct LayerShape {
 /// Main thread only.
 class Layer {
  public:
+    using Sublayers = BlockList<Layer*>;
+
     Layer() = default;
     virtual ~Layer();
     Layer(const Layer&) = delete;
@@ -80,7 +83,7 @@ class Layer {
     // Tree. Sublayers stand back to front, as far as their zPosition is equal.
 
     Layer* superlayer() const { return m_superlayer; }
-    const std::vector<Layer*>& sublayers() const { return m_sublayers; }
+    const Sublayers& sublayers() const { return m_sublayers; }
     /// Each takes the sublayer out of the tree that it is in. An index above the count is the
     /// count. Throws AssertionFailure for a layer in itself.
     void addSublayer(Layer& sublayer) { insertSublayer(sublayer, m_sublayers.size()); }
@@ -199,6 +202,8 @@ class Layer {
     virtual bool coversPoint(QPointF point) const { return containsPoint(point); }
 
  private:
+    friend BlockHook& blockHook(const Layer& layer) { return layer.m_blockHook; }
+
     struct Running {
         std::vector<std::pair<QString, KeyframeAnimation>> animations;
         LayerValues presented;
@@ -218,8 +223,9 @@ class Layer {
     ContentsGravity m_contentsGravity = ContentsGravity::Resize;
     std::unique_ptr<Running> m_running;
     Layer* m_superlayer = nullptr;
-    std::vector<Layer*> m_sublayers;
-    mutable std::vector<Layer*> m_drawingOrder;  // empty: the order of m_sublayers
+    Sublayers m_sublayers;
+    mutable BlockHook m_blockHook;  // of the superlayer's list
+    mutable std::vector<Layer*> m_drawingOrder;
     int m_sublayersThatAnimateOrder = 0;
     double m_contentsScale = 1;
     double m_speed = 1;

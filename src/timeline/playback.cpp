@@ -4,25 +4,9 @@
 
 #include "canvas/element_layer.h"
 #include "model/project.h"
-#include "timeline/timeline_animations.h"
+#include "canvas/timeline_animations.h"
 
 namespace tweenery {
-namespace {
-
-/// Calls `visit(layer, element, group)` for each element of the selected animation that is there
-/// and has a layer.
-template <typename Visit>
-void forEachAnimatedLayer(PCProject& project, Visit visit) {
-    const PCAnimation::Ptr animation = project.animationsManager().selectedAnimation();
-    if (!animation) return;
-    for (const auto& [identifier, group] : animation->timelineGroups()) {
-        const PCElement::Ptr element = project.elementForIdentifier(identifier);
-        PCLayer* layer = element ? PCLayer::of(*element) : nullptr;
-        if (layer) visit(*layer, *element, *group);
-    }
-}
-
-}  // namespace
 
 Playback::Playback(const std::shared_ptr<PCProject>& project, PCProjectTimeManager& timeManager,
                    PCElementSelectionManager& selectionManager)
@@ -67,32 +51,39 @@ void Playback::timeManagerDidChangePlaybackState(PCProjectTimeManager& manager) 
     if (manager.isPlayingBack()) {
         attachAnimations(*project);
     } else {
-        removeAnimations(*project);
+        removeAnimations();
         syncLayersWithModelAtTimeInMS(*project, manager.playheadPositionInMS());
     }
 }
 
 void Playback::attachAnimations(PCProject& project) {
+    const PCAnimation::Ptr animation = project.animationsManager().selectedAnimation();
+    if (!animation) return;
     TimelineAnimations animations(project);
-    const PCAnimation::Ptr selected = project.animationsManager().selectedAnimation();
-    forEachAnimatedLayer(project, [&](PCLayer& layer, PCElement& element, auto& group) {
-        layer.syncWithModel();
-        for (const PCKeyedPropertyTimeline::Ptr& timeline : group.allTimelines()) {
+    for (const auto& [identifier, group] : animation->timelineGroups()) {
+        const PCElement::Ptr element = project.elementForIdentifier(identifier);
+        PCLayer* layer = element ? PCLayer::of(*element) : nullptr;
+        if (!layer) continue;
+        layer->syncWithModel();
+        m_animatedElements.push_back(element);
+        for (const PCKeyedPropertyTimeline::Ptr& timeline : group->allTimelines()) {
             // A hidden element is a layer of opacity 0, and stays one.
             const bool isOpacity = timeline->propertyType() == PCPropertyTypeOpacity;
-            if (isOpacity && element.hidden()) continue;
-            auto animation = animations.animation(*timeline);
-            if (!animation) continue;
-            layer.addAnimation(std::move(*animation),
-                               TimelineAnimations::animationKeyForTimelineOnAnimationName(
-                                   *timeline, selected->name()));
+            if (isOpacity && element->hidden()) continue;
+            auto played = animations.animation(*timeline);
+            if (!played) continue;
+            layer->addAnimation(std::move(*played),
+                                TimelineAnimations::animationKeyForTimelineOnAnimationName(
+                                    *timeline, animation->name()));
         }
-    });
+    }
 }
 
-void Playback::removeAnimations(PCProject& project) {
-    forEachAnimatedLayer(project,
-                         [](PCLayer& layer, PCElement&, auto&) { layer.removeAllAnimations(); });
+// Another animation may be selected by now, and elements may have left the tree.
+void Playback::removeAnimations() {
+    for (const PCElement::Ptr& element : std::exchange(m_animatedElements, {})) {
+        element->viewLayer().removeAllAnimations();
+    }
 }
 
 void Playback::timeManagerDidUpdatePlayhead(PCProjectTimeManager& manager) {

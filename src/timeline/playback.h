@@ -43,9 +43,10 @@ class Playback : public PCProjectTimeManagerPlayheadListener,
     PCProjectTimeManager& m_timeManager;
     PCElementSelectionManager& m_selectionManager;
     PCElement::Elements m_selectionBeforePlayback;
+    PCElement::Elements m_animatedElements;  // whose layers carry animations
 
     void attachAnimations(PCProject& project);
-    void removeAnimations(PCProject& project);
+    void removeAnimations();
     void syncLayersAtTimeInMS(int32_t timeInMS);
     void restoreSelection();
 };

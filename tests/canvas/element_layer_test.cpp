@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "canvas/layer_scene.h"
+#include "platform/errors.h"
 
 namespace tweenery::test {
 namespace {
@@ -99,6 +100,31 @@ TEST(ElementLayer, CopiesTheStateAtATime) {
     layer.syncWithModel();
     layer.syncWithModelAtTimeInMS(1000);
     EXPECT_EQ(layer.position(), QPointF(30, 40)) << "nothing happens in setup mode";
+}
+
+TEST(ElementLayer, CarriesItsTimelinesAsAnimations) {
+    LayerScene scene;
+    const auto element = addElement(scene.canvas, u"A"_s);
+    selectNewAnimation(*scene.project, u"Move"_s);
+    element->setTranslation({100, 0}, 1000);
+    element->setOpacity(0.5F, 1000);
+    scene.canvas->setChildrenZPositions({element->identifier().toString()}, 0);
+    PCLayer& layer = scene.layer(element);
+    const auto keys = [&layer] {
+        QStringList all;
+        for (const QString& key : layer.animationKeys())
+            all << key;
+        all.sort();
+        return all.join(u' ').toStdString();
+    };
+    layer.addAllPropertyAnimationsExceptZIndex();
+    EXPECT_EQ(keys(), "opacity transform.translation.x");
+    layer.addAllPropertyAnimations();
+    EXPECT_EQ(keys(), "opacity transform.translation.x zPosition");
+    element->timeline(PCPropertyTypeOpacity)->removeAllKeyframes();
+    layer.addAnimationForProperty(PCPropertyTypeOpacity);
+    EXPECT_EQ(keys(), "transform.translation.x zPosition");
+    EXPECT_THROW(layer.addAnimationForProperty(PCPropertyTypeScale), AssertionFailure);
 }
 
 TEST(ElementLayer, StacksByTheChildrenOrderOfTheTime) {

@@ -17,7 +17,7 @@
 #include "support/test_paths.h"
 #include "timeline/exported_animations.h"
 #include "timeline/playback.h"
-#include "timeline/timeline_animations.h"
+#include "canvas/timeline_animations.h"
 
 using namespace Qt::StringLiterals;
 

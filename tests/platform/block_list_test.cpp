@@ -1,18 +1,24 @@
-#include "model/element_list.h"
+#include "platform/block_list.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <random>
 
-#include "model/element.h"
-
 namespace tweenery::test {
 namespace {
 
-using Reference = std::vector<PCElement::Ptr>;
+struct Item {
+    mutable BlockHook hook;
+};
+BlockHook& blockHook(const Item& item) {
+    return item.hook;
+}
 
-void expectEqual(const ElementList& list, const Reference& expected) {
+using List = BlockList<std::shared_ptr<Item>>;
+using Reference = std::vector<std::shared_ptr<Item>>;
+
+void expectEqual(const List& list, const Reference& expected) {
     ASSERT_EQ(list.size(), expected.size());
     EXPECT_EQ(list.empty(), expected.empty());
     EXPECT_TRUE(std::equal(list.begin(), list.end(), expected.begin(), expected.end()));
@@ -27,7 +33,7 @@ void expectEqual(const ElementList& list, const Reference& expected) {
 }
 
 // Fills and empties a list at its ends, around its middle, and anywhere, over many blocks.
-TEST(ElementList, IsAVectorOfElements) {
+TEST(BlockList, IsAVectorOfItems) {
     using Place = size_t (*)(size_t count, size_t random);
     const Place places[] = {[](size_t, size_t) { return size_t{0}; },
                             [](size_t count, size_t) { return count; },
@@ -36,13 +42,13 @@ TEST(ElementList, IsAVectorOfElements) {
     std::minstd_rand random(5);
     for (const Place insertion : places) {
         for (const Place removal : places) {
-            ElementList list;
+            List list;
             Reference expected;
             for (int i = 0; i < 600; ++i) {
-                const auto element = PCElement::init();
+                const auto item = std::make_shared<Item>();
                 const size_t index = insertion(expected.size(), random());
-                list.insert(index, element);
-                expected.insert(expected.begin() + static_cast<ptrdiff_t>(index), element);
+                list.insert(index, item);
+                expected.insert(expected.begin() + static_cast<ptrdiff_t>(index), item);
             }
             expectEqual(list, expected);
             while (!expected.empty()) {
@@ -52,7 +58,7 @@ TEST(ElementList, IsAVectorOfElements) {
                 expected.erase(expected.begin() + static_cast<ptrdiff_t>(index));
                 if (expected.size() % 90 == 0) expectEqual(list, expected);
             }
-            list.push_back(PCElement::init());
+            list.push_back(std::make_shared<Item>());
             EXPECT_EQ(list.size(), 1U);
         }
     }

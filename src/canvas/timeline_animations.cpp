@@ -1,4 +1,4 @@
-#include "timeline/timeline_animations.h"
+#include "canvas/timeline_animations.h"
 
 #include <algorithm>
 

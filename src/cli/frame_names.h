@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+#include <vector>
+
+namespace tweenery {
+
+/// The paths of a run's pictures, made from one pattern: %d stands for the number of the frame,
+/// from 0 (%04d with at least four digits), %t for its time in milliseconds, %a for the name of its
+/// animation, %% for a percent sign.
+class FrameNames {
+ public:
+    /// Throws UsageError when the pattern has other placeholders or does not end in ".png".
+    explicit FrameNames(const QString& pattern);
+
+    /// The path of a frame. `name` must be fit for a file.
+    QString pathOf(size_t number, int32_t timeInMS, const QString& name) const;
+
+ private:
+    struct Piece {
+        QString text;       // before the placeholder
+        QChar placeholder;  // null for none
+        qsizetype fewestDigits = 0;
+    };
+    std::vector<Piece> m_pieces;
+};
+
+}  // namespace tweenery

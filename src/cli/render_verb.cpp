@@ -1,0 +1,257 @@
+// tweenc render: pictures of a project at given times.
+
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <mutex>
+
+#include "canvas/tweenery_style.h"
+#include "cli/animation_choice.h"
+#include "cli/frame_names.h"
+#include "cli/frame_times.h"
+#include "cli/packages.h"
+#include "cli/picture_run.h"
+#include "cli/scene_pictures.h"
+#include "codegen/export_error.h"
+#include "codegen/export_plan.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+namespace {
+
+constexpr VerbOption kAtOption{"at", "MS[,MS...]", "times in whole milliseconds, 0 or later"};
+constexpr VerbOption kFromOption{"from", "MS", "the first time of a range, 0 otherwise"};
+constexpr VerbOption kToOption{"to", "MS",
+                               "its last time; otherwise that of the last keyframe, and of what "
+                               "repeats one full period"};
+constexpr VerbOption kFpsOption{"fps", "N", "frames a second of the range, 60 otherwise"};
+constexpr VerbOption kScaleOption{"scale", "S", "pixels a point, 1 otherwise"};
+constexpr VerbOption kBackgroundOption{"background", "COLOR",
+                                       "transparent (as without it), checkerboard or #rrggbb"};
+constexpr VerbOption kClipOption{"clip", nullptr,
+                                 "cut at the canvas; otherwise the pictures grow to hold what "
+                                 "sticks out of it, by up to 600 points"};
+constexpr VerbOption kOutOption{"out", "PATTERN.png",
+                                "where the pictures go: %d (or %04d) is the frame's number, %t its "
+                                "time, %a its animation"};
+constexpr VerbOption kSheetOption{"sheet", "FILE.png",
+                                  "one picture of all frames, and FILE.json with their places"};
+constexpr VerbOption kColumnsOption{"columns", "N", "frames in a row of the sheet"};
+constexpr VerbOption kPngsOption{"pngs", nullptr,
+                                 "the animations whose names carry the tag \"pngs\", at their own "
+                                 "times"};
+constexpr VerbOption kReplaceOption{"force", nullptr, "replace files that are there"};
+
+double numberFrom(const Invocation& invocation, const VerbOption& option, double otherwise,
+                  double most) {
+    if (!invocation.has(option.name)) return otherwise;
+    const QString text = invocation.value(option.name);
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber);
+    if (!isNumber || !(number > 0 && number <= most)) {
+        throw UsageError{u"--%1 takes a number above 0, at most %2, not '%3'"_s.arg(
+            QLatin1StringView(option.name), QString::number(most), text)};
+    }
+    return number;
+}
+
+std::optional<int32_t> timeFrom(const Invocation& invocation, const VerbOption& option) {
+    if (!invocation.has(option.name)) return std::nullopt;
+    bool isNumber = false;
+    const int32_t time = invocation.value(option.name).toInt(&isNumber);
+    if (!isNumber || time < 0) {
+        throw UsageError{u"--%1 takes whole milliseconds, 0 or later, not '%2'"_s.arg(
+            QLatin1StringView(option.name), invocation.value(option.name))};
+    }
+    return time;
+}
+
+QBrush backgroundFrom(const Invocation& invocation) {
+    const QString text = invocation.value(kBackgroundOption.name);
+    if (!invocation.has(kBackgroundOption.name) || text == u"transparent") return Qt::NoBrush;
+    if (text == u"checkerboard") {
+        QBrush pattern;
+        pattern.setTextureImage(TweeneryStyle::canvasPattern());
+        return pattern;
+    }
+    static const QRegularExpression color(u"^#[0-9a-fA-F]{6}$"_s);
+    if (!color.match(text).hasMatch()) {
+        throw UsageError{
+            u"--background takes transparent, checkerboard or #rrggbb, not '%1'"_s.arg(text)};
+    }
+    return QColor(text);
+}
+
+void requireNotBoth(const Invocation& invocation, const VerbOption& option,
+                    std::initializer_list<VerbOption> others) {
+    if (!invocation.has(option.name)) return;
+    for (const VerbOption& other : others) {
+        if (invocation.has(other.name)) {
+            throw UsageError{u"takes --%1 or --%2, not both"_s.arg(QLatin1StringView(option.name),
+                                                                   QLatin1StringView(other.name))};
+        }
+    }
+}
+
+void requireSense(const Invocation& invocation) {
+    requireNotBoth(invocation, kPngsOption,
+                   {kAnimationOption, kAtOption, kFromOption, kToOption, kFpsOption});
+    requireNotBoth(invocation, kAtOption, {kFromOption, kToOption, kFpsOption});
+    for (const VerbOption& option : {kAtOption, kFromOption, kToOption, kFpsOption}) {
+        if (invocation.has(option.name) && !invocation.has(kAnimationOption.name)) {
+            throw UsageError{u"--%1 needs --animation: the setup state has no time"_s.arg(
+                QLatin1StringView(option.name))};
+        }
+    }
+    if (!invocation.has(kOutOption.name) && !invocation.has(kSheetOption.name)) {
+        throw UsageError{u"needs --out PATTERN.png or --sheet FILE.png"_s};
+    }
+    if (invocation.has(kColumnsOption.name) && !invocation.has(kSheetOption.name)) {
+        throw UsageError{u"--columns needs --sheet"_s};
+    }
+}
+
+// What the command line asks for, checked as far as that goes without the project.
+struct Request {
+    std::optional<QString> animation;
+    bool wantsTaggedAnimations = false;
+    std::vector<int32_t> at;
+    FrameRange range;
+    PictureLook look;
+    PictureTargets targets;
+    std::optional<FrameNames> names;
+    bool replaces = false;
+};
+
+Request requestFrom(const Invocation& invocation) {
+    requireSense(invocation);
+    Request request;
+    if (invocation.has(kAnimationOption.name))
+        request.animation = invocation.value(kAnimationOption.name);
+    request.wantsTaggedAnimations = invocation.has(kPngsOption.name);
+    if (invocation.has(kAtOption.name)) request.at = timesFrom(invocation.value(kAtOption.name));
+    request.range.from = timeFrom(invocation, kFromOption).value_or(0);
+    request.range.to = timeFrom(invocation, kToOption);
+    request.range.framesPerSecond = numberFrom(invocation, kFpsOption, 60, 1000);
+    if (request.range.to && *request.range.to < request.range.from)
+        throw UsageError{u"--to lies before --from"_s};
+    request.look.scale = numberFrom(invocation, kScaleOption, 1, 100);
+    request.look.background = backgroundFrom(invocation);
+    request.look.clips = invocation.has(kClipOption.name);
+    if (invocation.has(kOutOption.name)) request.names.emplace(invocation.value(kOutOption.name));
+    if (invocation.has(kSheetOption.name))
+        request.targets.takeSheet(invocation.value(kSheetOption.name));
+    const double columns = numberFrom(invocation, kColumnsOption, 0, 10000);
+    if (columns != std::floor(columns)) throw UsageError{u"--columns takes a whole number"_s};
+    request.targets.columns = static_cast<int>(columns);
+    request.replaces = invocation.has(kReplaceOption.name);
+    return request;
+}
+
+// The animation's name as far as it is fit for a file.
+QString fileNameOf(const PCAnimation::Ptr& animation) {
+    if (!animation) return u"setup"_s;
+    static const QRegularExpression unfit(u"[/\\x00-\\x1f]"_s);
+    return QString(animation->name()).replace(unfit, u"_"_s);
+}
+
+class FramePlanner {
+ public:
+    FramePlanner(const Request& request, const PCProject::Ptr& project)
+        : m_request(request), m_project(project) {}
+
+    std::vector<PictureFrame> frames() {
+        if (m_request.wantsTaggedAnimations) {
+            addTaggedAnimations();
+        } else {
+            addChosenAnimation();
+        }
+        return std::move(m_frames);
+    }
+
+ private:
+    void add(const PCAnimation::Ptr& animation, const QString& name, int32_t timeInMS) {
+        const QString path =
+            m_request.names ? m_request.names->pathOf(m_frames.size(), timeInMS, name) : QString();
+        m_frames.push_back({animation, timeInMS, path});
+    }
+
+    void addChosenAnimation() {
+        if (!m_request.animation) return add(nullptr, fileNameOf(nullptr), 0);
+        const PCAnimation::Ptr animation = animationNamed(*m_request.animation, m_project);
+        m_project->animationsManager().setSelectedAnimation(animation);
+        const std::vector<int32_t> times =
+            m_request.at.empty() ? frameTimes(m_request.range, *m_project) : m_request.at;
+        for (const int32_t time : times) {
+            add(animation, fileNameOf(animation), time);
+        }
+    }
+
+    void addTaggedAnimations() {
+        const ExportPlan plan = planExport(*m_project, {});
+        for (const PCAnimationExportBundle& bundle : plan.pngGeneratorAnimationExportBundles) {
+            const QString name = QString::fromStdString(bundle.baseMethodName);
+            forEachPNGTime(bundle, [&](int32_t time) {
+                if (m_frames.size() == kMostFrames) {
+                    throw InputError(u"animations"_s,
+                                     u"have more than %1 frames"_s.arg(kMostFrames));
+                }
+                add(bundle.animation, name, time);
+            });
+        }
+        if (m_frames.empty()) {
+            throw InputError(u"animations"_s,
+                             u"there is none whose name ends in \"pngs\" and a number of "
+                             u"milliseconds, such as walk_pngs_40"_s);
+        }
+    }
+
+    const Request& m_request;
+    PCProject::Ptr m_project;
+    std::vector<PictureFrame> m_frames;
+};
+
+void renderPackage(const Request& request, Console& console, Report& report) {
+    const PCProject::Ptr project = openForReading(report);
+    PictureTargets targets = request.targets;
+    try {
+        targets.frames = FramePlanner(request, project).frames();
+    } catch (const ExportError& error) {
+        throw InputError(report.packagePath(), error.message());
+    }
+    for (const QString& path : targets.paths()) {
+        requireOutsidePackage(path, report.packagePath());
+    }
+    targets.requireFree(request.replaces);
+    ScenePictures scene(project, request.look);
+    PictureRun(scene, targets, console).run();
+    for (const QString& path : targets.paths()) {
+        report.printLine(path);
+    }
+}
+
+ExitCode run(const Invocation& invocation, Console& console) {
+    const Request request = requestFrom(invocation);
+    return runOnPackage(invocation.operands().first(), console,
+                        [&](Report& report) { renderPackage(request, console, report); });
+}
+
+}  // namespace
+
+const Verb& renderVerb() {
+    static const Verb verb{"render",
+                           "PKG",
+                           1,
+                           1,
+                           "Draws the scene at given times into PNG files or one sprite sheet.",
+                           {kAnimationOption, kAtOption, kFromOption, kToOption, kFpsOption,
+                            kScaleOption, kBackgroundOption, kClipOption, kOutOption, kSheetOption,
+                            kColumnsOption, kPngsOption, kReplaceOption},
+                           run};
+    return verb;
+}
+
+}  // namespace tweenery
