@@ -1,5 +1,6 @@
-// Frames of many image layers, whole and in part, and hits among moved layers, against QPainter,
-// QGraphicsScene and bare arithmetic. The machine may be busy: compare the least of several runs.
+// Frames of many image layers, whole, in part and into files, and hits among moved layers, against
+// QPainter, QGraphicsScene and bare arithmetic. The machine may be busy: compare the least of
+// several runs.
 
 #include <benchmark/benchmark.h>
 
@@ -8,13 +9,20 @@
 #include <QPainter>
 #include <QRegion>
 #include <algorithm>
+#include <chrono>
 #include <numbers>
 #include <random>
+#include <sstream>
 
+#include "bench/big_project.h"
+#include "cli/tweenc.h"
 #include "platform/layer_renderer.h"
+#include "platform/package_store.h"
 
 namespace tweenery::bench {
 namespace {
+
+using namespace Qt::StringLiterals;
 
 constexpr int kLayers = 200;
 constexpr int kHitLayers = 2000;
@@ -261,6 +269,86 @@ void hitTestGraphicsScene(benchmark::State& state) {
     }
 }
 
+// A project of the same scene: its elements wander for five seconds.
+PCProject::Ptr wanderingProject() {
+    ImageScene scene(kLayers);
+    PCProject::Ptr project = PCProject::init();
+    const UndoRegistrationPause pause(project->undoManager());
+    project->canvas()->setSize(kCanvas);
+    for (int i = 0; i < 10; ++i) {
+        project->imageSetManager().addImageSetWithPCImage(
+            std::make_shared<PCImage>(artwork(i), u"image%1.png"_s.arg(i)));
+    }
+    PCElement::Elements elements;
+    for (const Layer& layer : scene.layers()) {
+        const PCElement::Ptr element = PCElement::init();
+        element->setProject(project);
+        element->setImageName(u"image%1.png"_s.arg(elements.size() % 10));
+        element->setPosition(layer.position());
+        element->setScale(layer.transform().scale);
+        element->setZRotation(layer.transform().rotation);
+        element->setOpacity(layer.opacity());
+        project->canvas()->insertSubelement(element, static_cast<uint32_t>(elements.size()));
+        elements.push_back(element);
+    }
+    PCAnimationsManager& manager = project->animationsManager();
+    const PCAnimation::Ptr animation = manager.addNewEmptyAnimation();
+    manager.renameAnimation(animation, u"wander"_s);
+    manager.setSelectedAnimation(animation);
+    for (const PCElement::Ptr& element : elements) {
+        const auto timeline = element->timeline(PCPropertyTypeTranslationX);
+        timeline->setFloatPropertyValue(0, 0);
+        timeline->setFloatPropertyValue(200, 5000);
+    }
+    manager.setSelectedAnimation(nullptr);
+    return project;
+}
+
+constexpr int kFrames = 300;
+
+// The time of one of kFrames frames, which all cores draw into files.
+void tweencRender(benchmark::State& state) {
+    const ScratchDirectory scratch;
+    const QString package = scratch.path(u"Wander.tweenery"_s);
+    savePackage(*wanderingProject()->fileWrapper(), package);
+    const QStringList arguments = {u"render"_s,  package,    u"--animation"_s,
+                                   u"wander"_s,  u"--to"_s,  u"4990"_s,
+                                   u"--fps"_s,   u"60"_s,    u"--clip"_s,
+                                   u"--force"_s, u"--out"_s, scratch.path(u"%03d.png"_s)};
+    for (auto _ : state) {
+        std::ostringstream out;
+        std::ostringstream err;
+        std::istringstream in;
+        const auto begin = std::chrono::steady_clock::now();
+        const int code = runTweenc(arguments, {.out = out, .err = err, .in = in});
+        const std::chrono::duration<double> time = std::chrono::steady_clock::now() - begin;
+        const std::string paths = out.str();
+        const auto count = std::count(paths.begin(), paths.end(), '\n');
+        if (code != 0 || count != kFrames) {
+            state.SkipWithError(("wrote " + std::to_string(count) + " files " + err.str()).c_str());
+            return;
+        }
+        state.SetIterationTime(time.count() / kFrames);
+    }
+}
+
+// One frame of it painted and saved by one thread, as a program without more in it would.
+void paintAndSave(benchmark::State& state) {
+    const ScratchDirectory scratch;
+    ImageScene scene(kLayers);
+    const QSize size = pictureSize(1);
+    LayerRenderer renderer(1);
+    DisplayList list;
+    QImage picture;
+    int frame = 0;
+    for (auto _ : state) {
+        scene.nudgeFirst(kLayers);
+        list.build(scene.root(), Affine(), size);
+        renderer.paint(list, picture);
+        picture.save(scratch.path(u"%1.png"_s.arg(++frame % kFrames)), "png", 80);
+    }
+}
+
 void repeated(benchmark::internal::Benchmark* run) {
     run->Unit(benchmark::kMicrosecond)->UseRealTime()->MinTime(0.1)->Repetitions(5);
     run->ReportAggregatesOnly()->ComputeStatistics("min", least);
@@ -276,6 +364,15 @@ BENCHMARK(frameInPart)->ArgName("moving")->Arg(1)->Arg(10)->Arg(50)->Arg(200)->A
 BENCHMARK(hitTestAllMoved)->Apply(repeated);
 BENCHMARK(hitTestBareScan)->Apply(repeated);
 BENCHMARK(hitTestGraphicsScene)->Apply(repeated);
+
+BENCHMARK(tweencRender)
+    ->Unit(benchmark::kMicrosecond)
+    ->UseManualTime()
+    ->Iterations(1)
+    ->Repetitions(3)
+    ->ReportAggregatesOnly()
+    ->ComputeStatistics("min", least);
+BENCHMARK(paintAndSave)->Apply(repeated);
 
 }  // namespace
 }  // namespace tweenery::bench
