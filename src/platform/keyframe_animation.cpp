@@ -70,7 +70,7 @@ double KeyframeAnimation::fractionAt(double seconds) const {
 // the key time can tell is at the key. Else an instant key that lies at a whole millisecond would
 // show a frame late about half of the time.
 size_t KeyframeAnimation::keyAtOrBefore(double fraction, double seconds) const {
-    const double passes = duration > 0 ? std::max((seconds - beginTime) / duration, 0.0) : 0;
+    const double passes = duration > 0 ? std::max(0.0, (seconds - beginTime) / duration) : 0;
     const double rounding = 1.5 * kClockRounding * passes;
     const auto after = std::upper_bound(keyTimes.begin(), keyTimes.end(), fraction + rounding);
     return after == keyTimes.begin() ? 0 : static_cast<size_t>(after - keyTimes.begin()) - 1;
