@@ -10,9 +10,10 @@ namespace tweenery {
 /// kStripHeight rows, never overlap and are few: those close to each other are united.
 class DirtyArea {
  public:
-    /// Above 64 rows the raster engine spreads one fill over threads of its own, which slows a
-    /// frame of many small images.
-    static constexpr int kStripHeight = 64;
+    /// The raster engine spreads a fill of 96 spans or more over threads of its own and waits for
+    /// them, which slows a frame of many small images. A row of a turned, antialiased image is
+    /// several spans: this many rows stay below.
+    static constexpr int kStripHeight = 12;
 
     /// Nothing is dirty in a picture of that size. `stripHeight` is 1 to kStripHeight.
     void reset(QSize size, int stripHeight = kStripHeight);
