@@ -151,7 +151,7 @@ void PCLayer::syncWithModelAtTimeInMS(int32_t timeInMS) {
     const ElementValues values = m_element->valuesAtTimeInMS(std::max(timeInMS, 0));
     setTransform({values.scale, static_cast<double>(values.rotation), {}});
     setPosition(placeOrZero(m_element->position() + values.translation));
-    if (!m_element->isGroup()) showImage(values.image, project->backingScale());
+    if (!m_element->isGroup()) showImage(*values.image, project->backingScale());
     setOpacity(m_element->hidden() ? 0 : static_cast<double>(values.opacity));
     syncBorder();
 }

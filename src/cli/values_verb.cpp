@@ -14,13 +14,13 @@ constexpr VerbOption kAtOption{"at", "MS[,MS...]", "times in whole milliseconds,
 
 using Times = std::vector<int32_t>;
 
-ElementValues setupValues(const PCElement& element) {
-    return {static_cast<float>(element.opacity()),
-            static_cast<float>(element.zRotation()),
-            element.scale(),
-            element.translationXY(),
-            element.imageName(),
-            PCProject::sortedSubelementIdentifiers(element)};
+ElementValues setupValues(const PCElement& element, const QStringList& children) {
+    return {.opacity = static_cast<float>(element.opacity()),
+            .rotation = static_cast<float>(element.zRotation()),
+            .scale = element.scale(),
+            .translation = element.translationXY(),
+            .image = &element.imageName(),
+            .children = &children};
 }
 
 void writeElement(const PCElement& element, const ElementValues& values, JsonWriter& json) {
@@ -36,9 +36,9 @@ void writeElement(const PCElement& element, const ElementValues& values, JsonWri
     single("scaleY", values.scale.y());
     single("translationX", values.translation.x());
     single("translationY", values.translation.y());
-    json.key("image").string(values.image.isEmpty() ? QString() : values.image);
+    json.key("image").string(values.image->isEmpty() ? QString() : *values.image);
     json.key("children").beginArray();
-    for (const QString& child : values.children)
+    for (const QString& child : *values.children)
         json.string(child);
     json.endArray().endObject();
 }
@@ -50,10 +50,11 @@ std::string valuesJson(const PCProject::Ptr& project, const Times& times) {
     for (const int32_t time : times) {
         json.beginObject().key("time").integer(time).key("elements").beginArray();
         for (const PCElement::Ptr& element : elements) {
-            writeElement(
-                *element,
-                project->isSetupMode() ? setupValues(*element) : element->valuesAtTimeInMS(time),
-                json);
+            const QStringList children = PCProject::sortedSubelementIdentifiers(*element);
+            writeElement(*element,
+                         project->isSetupMode() ? setupValues(*element, children)
+                                                : element->valuesAtTimeInMS(time),
+                         json);
         }
         json.endArray().endObject();
     }

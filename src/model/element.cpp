@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "model/element_sampler.h"
 #include "model/project.h"
 #include "platform/errors.h"
 
@@ -352,13 +353,33 @@ void PCElement::setTimeline(const PCKeyedPropertyTimeline::Ptr& timeline) {
 void PCElement::setTimeline(const PCKeyedPropertyTimeline::Ptr& timeline, int32_t slotType) {
     const int slot = elementTimelineSlot(slotType);
     if (slot < 0) failContract(u"type not supported: %1"_s.arg(stringFromPropertyType(slotType)));
+    forgetSamples();
     if (!m_timelines) m_timelines = std::make_unique<Timelines>();
     (*m_timelines)[static_cast<size_t>(slot)] = timeline;
 }
 
 void PCElement::clearTimelines() {
+    forgetSamples();
     m_timelines.reset();
     m_timelinesAreFresh = false;
+}
+
+ElementSampler& PCElement::sampler() const {
+    if (!m_sampler) m_sampler = std::make_unique<ElementSampler>(*this);
+    return *m_sampler;
+}
+
+void PCElement::forgetSamples() const {
+    m_sampler.reset();
+}
+
+// Not for a copy of one of its timelines, such as an export holds, perhaps on another thread.
+void PCElement::forgetSamplesOf(const PCKeyedPropertyTimeline& timeline) const {
+    if (!m_sampler || !m_timelines) return;
+    const bool isAttached =
+        std::any_of(m_timelines->begin(), m_timelines->end(),
+                    [&timeline](const auto& attached) { return attached.get() == &timeline; });
+    if (isAttached) forgetSamples();
 }
 
 // Descriptions.

@@ -13,6 +13,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "model/element_values.h"
 #include "model/keyed_property_timeline.h"
 #include "model/view_layer.h"
 #include "platform/block_list.h"
@@ -24,6 +25,7 @@
 
 namespace tweenery {
 
+class ElementSampler;
 class PCElement;
 class PCProject;
 class PCPropertyTimelineGroup;
@@ -55,16 +57,6 @@ inline const QString contents =
 inline const QString childrenZPosition =
     QStringLiteral("com.lumenfold.tweenery.elementchildrenzpositionchangenotification");
 }  // namespace ElementNotification
-
-/// The animated properties of an element at one time.
-struct ElementValues {
-    float opacity = 0;
-    float rotation = 0;  // radians
-    QPointF scale;
-    QPointF translation;
-    QString image;
-    QStringList children;
-};
 
 /// A node of the scene: a piece of artwork, or a group. Its own fields are the setup state, against
 /// which all animations are expressed. The root of the tree is the canvas. Children are owned, back
@@ -235,6 +227,8 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     // State at a time in milliseconds, through the attached timelines; zero or null without them.
 
     PropertyValue setupValueForPropertyType(int32_t type) const;
+    /// Of a float property; 0 for others.
+    float setupNumberForPropertyType(int32_t type) const;
     /// All of them at once, which is faster than one after the other.
     ElementValues valuesAtTimeInMS(int32_t timeInMS) const;
     float zRotationAtTimeInMS(int32_t timeInMS) const;
@@ -288,6 +282,8 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     static QStringList observableKeys();
 
  private:
+    friend class ElementSampler;
+    friend class PCKeyedPropertyTimeline;
     friend class PCProject;
     friend BlockHook& blockHook(const PCElement& element) { return element.m_blockHook; }
     using Timelines = std::array<PCKeyedPropertyTimeline::Ptr, kElementTimelineCount>;
@@ -312,7 +308,8 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     WeakRef<PCProject> m_project;
     std::unique_ptr<ElementViewLayer> m_viewLayer;  // null: the layer that does nothing
     mutable std::unique_ptr<Timelines> m_timelines;
-    PCElement* m_parent = nullptr;  // cleared when the parent goes
+    mutable std::unique_ptr<ElementSampler> m_sampler;  // of the timelines, once asked for a value
+    PCElement* m_parent = nullptr;                      // cleared when the parent goes
     QPointF m_position;
     QPointF m_scale{1, 1};
     QPointF m_anchorPoint{0.5, 0.5};
@@ -320,6 +317,9 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
 
     static Ptr make();
     PCKeyedPropertyTimeline* attachedTimeline(int32_t type) const;
+    ElementSampler& sampler() const;
+    void forgetSamples() const;
+    void forgetSamplesOf(const PCKeyedPropertyTimeline& timeline) const;
     PCKeyedPropertyTimeline* makeFreshTimeline(int32_t type) const;
     static Ptr decodeTree(const KeyedUnarchiver& archive, const KeyedDecoder& coder, int depth,
                           std::vector<bool>& seen);

@@ -66,6 +66,7 @@ void PCElement::setZRotation(double radians) {
     if (rotation == m_zRotation || !std::isfinite(rotation)) return;
     registerUndo([old = m_zRotation](PCElement& self) { self.setZRotation(old); });
     m_zRotation = rotation;
+    forgetSamples();
     setModified(true);
     viewLayer().syncTransformsWithModel();
     post(ElementNotification::rotation);
@@ -75,6 +76,7 @@ void PCElement::setScale(QPointF scale) {
     if (equal(scale, m_scale) || !isFiniteFloat(scale.x()) || !isFiniteFloat(scale.y())) return;
     registerUndo([old = m_scale](PCElement& self) { self.setScale(old); });
     m_scale = scale;
+    forgetSamples();
     setModified(true);
     viewLayer().syncTransformsWithModel();
     post(ElementNotification::scale);
@@ -100,6 +102,7 @@ void PCElement::setOpacity(double opacity) {
     if (clamped == m_opacity) return;
     registerUndo([old = m_opacity](PCElement& self) { self.setOpacity(old); });
     m_opacity = clamped;
+    forgetSamples();
     setModified(true);
     viewLayer().syncOpacityWithModel();
     post(ElementNotification::opacity);

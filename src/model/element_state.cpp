@@ -5,6 +5,7 @@
 
 #include "model/app_preferences.h"
 #include "model/element.h"
+#include "model/element_sampler.h"
 #include "model/project.h"
 #include "platform/errors.h"
 
@@ -16,15 +17,6 @@ using KeyframePtr = PCKeyedPropertyTimeline::KeyframePtr;
 using TimelinePtr = PCKeyedPropertyTimeline::Ptr;
 
 namespace {
-
-float floatAt(const PCKeyedPropertyTimeline* timeline, int32_t timeInMS) {
-    return timeline ? timeline->floatValueAtTimeInMS(timeInMS) : 0.0F;
-}
-
-QPointF pointAt(const PCKeyedPropertyTimeline* x, const PCKeyedPropertyTimeline* y,
-                int32_t timeInMS) {
-    return {static_cast<double>(floatAt(x, timeInMS)), static_cast<double>(floatAt(y, timeInMS))};
-}
 
 // The master keyframes between which an edit at a time stays.
 struct Neighbours {
@@ -76,46 +68,37 @@ PropertyValue PCElement::setupValueForPropertyType(int32_t type) const {
     }
 }
 
+float PCElement::setupNumberForPropertyType(int32_t type) const {
+    switch (type) {
+        case PCPropertyTypeOpacity:
+            return static_cast<float>(m_opacity);
+        case PCPropertyTypeZRotation:
+            return static_cast<float>(m_zRotation);
+        case PCPropertyTypeScaleX:
+            return static_cast<float>(m_scale.x());
+        case PCPropertyTypeScaleY:
+            return static_cast<float>(m_scale.y());
+        default:
+            return 0;
+    }
+}
+
 // Reading.
 
-// A time far from the last one waits for memory, timeline after timeline: what they need is fetched
-// for all of them together, and the strings while the numbers are worked out.
 ElementValues PCElement::valuesAtTimeInMS(int32_t timeInMS) const {
-    const auto forEachTimeline = [this](auto visit) {
-        if (!m_timelines) return;
-        for (const TimelinePtr& timeline : *m_timelines) {
-            if (timeline) visit(*timeline);
-        }
-    };
-    forEachTimeline([](const auto& timeline) { __builtin_prefetch(&timeline); });
-    forEachTimeline([=](const auto& timeline) { timeline.prefetchKeysForTimeInMS(timeInMS); });
-    forEachTimeline([=](const auto& timeline) { timeline.prefetchValueAtTimeInMS(timeInMS); });
-    ElementValues values;
-    values.opacity = opacityAtTimeInMS(timeInMS);
-    values.rotation = zRotationAtTimeInMS(timeInMS);
-    values.scale = scaleAtTimeInMS(timeInMS);
-    values.translation = translationAtTimeInMS(timeInMS);
-    values.image = imageContentsAtTimeInMS(timeInMS);
-    values.children = childrenZPositionsAtTimeInMS(timeInMS);
-    return values;
+    return sampler().valuesAt(timeInMS);
 }
-
 float PCElement::zRotationAtTimeInMS(int32_t timeInMS) const {
-    return floatAt(attachedTimeline(PCPropertyTypeZRotation), timeInMS);
+    return sampler().rotationAt(timeInMS);
 }
-
 float PCElement::opacityAtTimeInMS(int32_t timeInMS) const {
-    return floatAt(attachedTimeline(PCPropertyTypeOpacity), timeInMS);
+    return sampler().opacityAt(timeInMS);
 }
-
 QPointF PCElement::scaleAtTimeInMS(int32_t timeInMS) const {
-    return pointAt(attachedTimeline(PCPropertyTypeScaleX), attachedTimeline(PCPropertyTypeScaleY),
-                   timeInMS);
+    return sampler().scaleAt(timeInMS);
 }
-
 QPointF PCElement::translationAtTimeInMS(int32_t timeInMS) const {
-    return pointAt(attachedTimeline(PCPropertyTypeTranslationX),
-                   attachedTimeline(PCPropertyTypeTranslationY), timeInMS);
+    return sampler().translationAt(timeInMS);
 }
 
 QPointF PCElement::positionAtTimeInMS(int32_t timeInMS) const {
@@ -123,13 +106,10 @@ QPointF PCElement::positionAtTimeInMS(int32_t timeInMS) const {
 }
 
 QString PCElement::imageContentsAtTimeInMS(int32_t timeInMS) const {
-    const PCKeyedPropertyTimeline* timeline = attachedTimeline(PCPropertyTypeImageContents);
-    return timeline ? timeline->stringValueAtTimeInMS(timeInMS) : QString();
+    return sampler().imageAt(timeInMS);
 }
-
 QStringList PCElement::childrenZPositionsAtTimeInMS(int32_t timeInMS) const {
-    const PCKeyedPropertyTimeline* timeline = attachedTimeline(PCPropertyTypeChildrenZPositions);
-    return timeline ? timeline->arrayValueAtTimeInMS(timeInMS) : QStringList();
+    return sampler().childrenAt(timeInMS);
 }
 
 float PCElement::canvasRotationAtTimeInMS(int32_t timeInMS) const {

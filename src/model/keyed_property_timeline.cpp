@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 
 #include "model/easing.h"
@@ -26,7 +27,9 @@ PCKeyedPropertyTimeline::~PCKeyedPropertyTimeline() {
 }
 
 void PCKeyedPropertyTimeline::setElement(const std::shared_ptr<PCElement>& element) {
+    forgetSamples();
     m_element = WeakRef<PCElement>(element);
+    forgetSamples();
 }
 
 PCProject* PCKeyedPropertyTimeline::project() const {
@@ -71,10 +74,7 @@ float PCKeyedPropertyTimeline::effectiveTimeForTimeInMS(int32_t timeInMS) const 
 }
 
 float PCKeyedPropertyTimeline::floatParsedByThreshold(float value) {
-    constexpr float kNear = 0.05F;
-    if (value > -kNear && value < 0) return -kNear;
-    if (value >= 0 && value < kNear) return kNear;
-    return value;
+    return parsedByThreshold(value);
 }
 
 float PCKeyedPropertyTimeline::interpolateFloatForEffectiveTimeInMS(int32_t effectiveTime,
@@ -84,14 +84,8 @@ float PCKeyedPropertyTimeline::interpolateFloatForEffectiveTimeInMS(int32_t effe
                                                                     int64_t easing) {
     const auto elapsed = static_cast<float>(static_cast<int64_t>(effectiveTime) - startTime);
     const auto length = static_cast<float>(static_cast<int64_t>(endTime) - startTime);
-    float progress = elapsed / length;
-    const double frame = static_cast<double>(1000.0F * progress) + 0.5;
-    if (!(frame < 1000)) {
-        progress = 1;
-    } else if (const SinglePrecisionTable* table = singlePrecisionTimingTable(easing)) {
-        progress = (*table)[static_cast<size_t>(std::max(frame, 0.0))];
-    }
-    return startValue + (endValue - startValue) * progress;
+    return startValue + (endValue - startValue) *
+                            easedProgress(elapsed, length, singlePrecisionTimingTable(easing));
 }
 
 PropertyValue PCKeyedPropertyTimeline::setupValue() const {
@@ -99,46 +93,21 @@ PropertyValue PCKeyedPropertyTimeline::setupValue() const {
     return owner ? owner->setupValueForPropertyType(m_propertyType) : PropertyValue();
 }
 
-// The setup value of a float property without the boxing of setupValue().
+// Without the boxing of setupValue().
 float PCKeyedPropertyTimeline::setupNumber() const {
     const PCElement* owner = element();
-    if (!owner) return 0;
-    switch (m_propertyType) {
-        case PCPropertyTypeOpacity:
-            return static_cast<float>(owner->opacity());
-        case PCPropertyTypeZRotation:
-            return static_cast<float>(owner->zRotation());
-        case PCPropertyTypeScaleX:
-            return static_cast<float>(owner->scale().x());
-        case PCPropertyTypeScaleY:
-            return static_cast<float>(owner->scale().y());
-        case PCPropertyTypeTranslationX:
-        case PCPropertyTypeTranslationY:
-            return 0;
-        default:
-            return floatOfValue(setupValue());
-    }
+    return owner ? owner->setupNumberForPropertyType(m_propertyType) : 0;
 }
 
-PCKeyedPropertyTimeline::FactorAndOffset PCKeyedPropertyTimeline::factorAndOffset() const {
-    switch (m_propertyType) {
-        case PCPropertyTypeOpacity:
-        case PCPropertyTypeScaleX:
-        case PCPropertyTypeScaleY:
-            return {floatParsedByThreshold(setupNumber()), 0};
-        case PCPropertyTypeZRotation:
-            return {1, floatParsedByThreshold(setupNumber())};
-        default:
-            return {1, 0};
-    }
+FactorAndOffset PCKeyedPropertyTimeline::factorAndOffset() const {
+    return tweenery::factorAndOffset(m_propertyType, setupNumber());
 }
 
 PropertyValue PCKeyedPropertyTimeline::valueOfKeyframe(const PCPropertyKeyframe& keyframe) const {
     const PropertyValue stored = keyframe.propertyValue();
     const float* number = std::get_if<float>(&stored);
     if (!number || isInstantTransition()) return stored;
-    const auto [factor, offset] = factorAndOffset();
-    return *number * factor + offset;
+    return factorAndOffset().absolute(*number);
 }
 
 PropertyValue PCKeyedPropertyTimeline::valueOfKeyframeAtIndex(size_t index) const {
@@ -148,20 +117,23 @@ PropertyValue PCKeyedPropertyTimeline::valueOfKeyframeAtIndex(size_t index) cons
 }
 
 float PCKeyedPropertyTimeline::floatValueOfKeyframeAtIndex(size_t index) const {
-    const auto [factor, offset] = factorAndOffset();
-    return m_keys[index].number * factor + offset;
+    return factorAndOffset().absolute(m_keys[index].number);
 }
 
 PropertyValue PCKeyedPropertyTimeline::valueAtTimeInMS(int32_t timeInMS) const {
     if (isEmpty()) return setupValue();
     if (isFloatProperty(m_propertyType)) return floatValueAtTimeInMS(timeInMS);
-    return heldValueAt(wholeMilliseconds(effectiveTimeForTimeInMS(timeInMS)));
+    return heldValueAt(effectiveMillisecondsForTimeInMS(timeInMS));
 }
 
 float PCKeyedPropertyTimeline::floatValueAtTimeInMS(int32_t timeInMS) const {
     if (isEmpty()) return setupNumber();
     if (!isFloatProperty(m_propertyType)) return floatOfValue(valueAtTimeInMS(timeInMS));
-    return numberAt(wholeMilliseconds(effectiveTimeForTimeInMS(timeInMS)));
+    const int32_t time = effectiveMillisecondsForTimeInMS(timeInMS);
+    NumberSpan span;
+    span.moveTo(packedKeyframes(), packedKeyframes().indexAtOrBefore(time), m_propertyType,
+                setupNumber());
+    return span.valueAt(time);
 }
 
 QPointF PCKeyedPropertyTimeline::pointValueAtTimeInMS(int32_t timeInMS) const {
@@ -172,7 +144,8 @@ QPointF PCKeyedPropertyTimeline::pointValueAtTimeInMS(int32_t timeInMS) const {
 // another kind of value holds.
 const PropertyValue* PCKeyedPropertyTimeline::otherValueAt(int32_t timeInMS) const {
     if (!m_otherValues || !isInstantTransition()) return nullptr;
-    const size_t index = indexAtOrBefore(wholeMilliseconds(effectiveTimeForTimeInMS(timeInMS)));
+    const size_t index =
+        packedKeyframes().indexAtOrBefore(effectiveMillisecondsForTimeInMS(timeInMS));
     if (index == kNotFound || m_keys[index].held != Held::Other) return nullptr;
     return &(*m_otherValues)[index];
 }
@@ -189,33 +162,8 @@ QString PCKeyedPropertyTimeline::stringValueAtTimeInMS(int32_t timeInMS) const {
 
 // Properties that never tween: the last keyframe holds.
 PropertyValue PCKeyedPropertyTimeline::heldValueAt(int32_t effectiveTime) const {
-    const size_t index = indexAtOrBefore(effectiveTime);
+    const size_t index = packedKeyframes().indexAtOrBefore(effectiveTime);
     return index == kNotFound ? setupValue() : storedValueOfKeyframe(index);
-}
-
-float PCKeyedPropertyTimeline::numberAt(int32_t effectiveTime) const {
-    const auto [factor, offset] = factorAndOffset();
-    const Segment& segment = segmentAt(effectiveTime);
-    const bool isOnKeyframe = segment.hasStart && segment.from == effectiveTime;
-    const bool holdsStart = segment.hasStart && (!segment.hasEnd || segment.endIsInstant);
-    if (isOnKeyframe || holdsStart) return segment.startNumber * factor + offset;
-    if (segment.endIsInstant) return setupNumber();
-
-    float startValue = segment.hasStart ? segment.startNumber * factor + offset : setupNumber();
-    float endValue = segment.endNumber * factor + offset;
-    if (m_propertyType == PCPropertyTypeOpacity) {
-        startValue = std::clamp(startValue, 0.0F, 1.0F);
-        endValue = std::clamp(endValue, 0.0F, 1.0F);
-    }
-    return interpolateFloatForEffectiveTimeInMS(effectiveTime, segment.hasStart ? segment.from : 0,
-                                                startValue, segment.until, endValue,
-                                                segment.easingMode);
-}
-
-int32_t PCKeyedPropertyTimeline::wholeMilliseconds(float effectiveTime) {
-    // The largest times round up past the integers when they become floats.
-    if (effectiveTime >= 2147483648.0F) return INT32_MAX;
-    return static_cast<int32_t>(effectiveTime);
 }
 
 PropertyValue PCKeyedPropertyTimeline::keyframeValueAtOrBeforeTimeInMS(int32_t timeInMS) const {
@@ -229,84 +177,23 @@ PropertyValue PCKeyedPropertyTimeline::keyframeValueAtOrAfterTimeInMS(int32_t ti
 }
 
 bool PCKeyedPropertyTimeline::timeInMSIsBeforeFirstKeyframe(int32_t timeInMS) const {
-    return isEmpty() || m_keys.front().timeInMS > timeInMS;
+    return isEmpty() || m_times.front() > timeInMS;
 }
 
 bool PCKeyedPropertyTimeline::validateTimeForKeyframesAreSorted() const {
-    return std::adjacent_find(m_keys.begin(), m_keys.end(), [](const Key& a, const Key& b) {
-               return a.timeInMS >= b.timeInMS;
-           }) == m_keys.end();
+    return std::adjacent_find(m_times.begin(), m_times.end(), std::greater_equal<>()) ==
+           m_times.end();
 }
 
 // Lookup.
 
-size_t PCKeyedPropertyTimeline::indexAtOrBefore(int32_t timeInMS) const {
-    if (isEmpty()) return kNotFound;
-    const Segment& segment = segmentAt(timeInMS);
-    return segment.hasStart ? segment.startIndex : kNotFound;
-}
-
-const PCKeyedPropertyTimeline::Segment& PCKeyedPropertyTimeline::segmentAt(int32_t timeInMS) const {
-    if (!m_segment.holds(timeInMS)) m_segment = makeSegment(searchIndexAtOrBefore(timeInMS));
-    return m_segment;
-}
-
-PCKeyedPropertyTimeline::Segment PCKeyedPropertyTimeline::makeSegment(size_t startIndex) const {
-    Segment segment;
-    segment.from = INT32_MIN;
-    segment.until = INT32_MAX;
-    segment.hasStart = startIndex != kNotFound;
-    if (segment.hasStart) {
-        segment.startIndex = static_cast<uint32_t>(startIndex);
-        segment.from = m_keys[startIndex].timeInMS;
-        segment.startNumber = m_keys[startIndex].number;
-    }
-    const size_t end = segment.hasStart ? startIndex + 1 : 0;
-    segment.hasEnd = end < m_keys.size();
-    if (segment.hasEnd) {
-        const Key& key = m_keys[end];
-        segment.until = m_keys[end].timeInMS;
-        segment.endNumber = key.number;
-        segment.easingMode = key.easingMode;
-        segment.endIsInstant = key.has(kInstant);
-    }
-    return segment;
-}
-
-void PCKeyedPropertyTimeline::prefetchKeysForTimeInMS(int32_t timeInMS) const {
-    constexpr size_t kKeysInCacheLine = 64 / sizeof(Key);
-    if (m_segment.holds(timeInMS) || m_keys.size() > kCounted) return;
-    for (size_t i = 0; i < m_keys.size(); i += kKeysInCacheLine)
-        __builtin_prefetch(&m_keys[i]);
-}
-
-// Without branches on the data: with random times a wrong guess would cost more than the search.
-// Once a few cache lines are left, they are fetched together by counting through them, where
-// halving on would wait for one after the other.
-size_t PCKeyedPropertyTimeline::searchIndexAtOrBefore(int32_t timeInMS) const {
-    const Key* first = m_keys.data();
-    size_t length = m_keys.size();
-    while (length > kCounted) {
-        const size_t half = length / 2;
-        first += half * static_cast<size_t>(first[half].timeInMS <= timeInMS);
-        length -= half;
-    }
-    size_t atOrBefore = 0;
-    for (size_t i = 0; i < length; ++i) {
-        atOrBefore += static_cast<size_t>(first[i].timeInMS <= timeInMS);
-    }
-    return static_cast<size_t>(first - m_keys.data()) + atOrBefore - 1;  // kNotFound when 0
-}
-
 size_t PCKeyedPropertyTimeline::firstKeyframeIndexAtOrBeforeTimeInMS(int32_t timeInMS) const {
-    return indexAtOrBefore(timeInMS);
+    return packedKeyframes().indexAtOrBefore(timeInMS);
 }
 
 size_t PCKeyedPropertyTimeline::firstKeyframeIndexAtOrAfterTimeInMS(int32_t timeInMS) const {
-    const auto found =
-        std::partition_point(m_keys.begin(), m_keys.end(),
-                             [timeInMS](const Key& key) { return key.timeInMS < timeInMS; });
-    return found == m_keys.end() ? kNotFound : static_cast<size_t>(found - m_keys.begin());
+    const auto found = std::lower_bound(m_times.begin(), m_times.end(), timeInMS);
+    return found == m_times.end() ? kNotFound : static_cast<size_t>(found - m_times.begin());
 }
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::existingKeyframeAtKeyframeIndex(
@@ -327,27 +214,25 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::keyframeAtOrBefore
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::existingKeyframeAtTimeInMS(
     int32_t timeInMS) const {
     const size_t index = firstKeyframeIndexAtOrAfterTimeInMS(timeInMS);
-    if (index == kNotFound || m_keys[index].timeInMS != timeInMS) return nullptr;
+    if (index == kNotFound || m_times[index] != timeInMS) return nullptr;
     return handleAt(index);
 }
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::keyframeClosestToTimeInMS(
     int32_t timeInMS) const {
-    const auto distance = [timeInMS](const Key& key) {
-        return std::abs(int64_t{key.timeInMS} - timeInMS);
-    };
-    const auto closest = std::min_element(
-        m_keys.begin(), m_keys.end(),
-        [&distance](const Key& a, const Key& b) { return distance(a) < distance(b); });
-    if (closest == m_keys.end()) return nullptr;
-    return handleAt(static_cast<size_t>(closest - m_keys.begin()));
+    const auto distance = [timeInMS](int32_t time) { return std::abs(int64_t{time} - timeInMS); };
+    const auto closest =
+        std::min_element(m_times.begin(), m_times.end(),
+                         [&distance](int32_t a, int32_t b) { return distance(a) < distance(b); });
+    if (closest == m_times.end()) return nullptr;
+    return handleAt(static_cast<size_t>(closest - m_times.begin()));
 }
 
 PCKeyedPropertyTimeline::Keyframes PCKeyedPropertyTimeline::keyframesBetweenStartTime(
     int32_t startTime, int32_t endTime) const {
     Keyframes found;
     for (size_t i = 0; i < m_keys.size(); ++i) {
-        if (m_keys[i].timeInMS >= startTime && m_keys[i].timeInMS <= endTime) {
+        if (m_times[i] >= startTime && m_times[i] <= endTime) {
             found.push_back(handleAt(i));
         }
     }
@@ -375,16 +260,15 @@ QString PCKeyedPropertyTimeline::debugDescription() const {
     QString text = u"[timeline%1 %2 (count:%3): "_s.arg(
         element() ? u" (%1)"_s.arg(elementName) : QString(), stringFromPropertyType(m_propertyType),
         QString::number(keyframesCount()));
-    if (!isEmpty() && m_keys.front().timeInMS > 0) {
+    if (!isEmpty() && m_times.front() > 0) {
         text += u"%1 (from element '%2')"_s.arg(describeValue(valueAtTimeInMS(0)), elementName);
     }
     QStringList parts;
     for (size_t i = 0; i < m_keys.size(); ++i) {
-        parts += u"<%1%2%3|%4-->%5>"_s.arg(QString::number(m_keys[i].timeInMS),
-                                           m_keys[i].has(kInstant) ? u"(INSTANT)"_s : QString(),
-                                           easingSuffix(m_keys[i].easingMode),
-                                           describeValue(storedValueOfKeyframe(i)),
-                                           describeValue(valueOfKeyframeAtIndex(i)));
+        parts += u"<%1%2%3|%4-->%5>"_s.arg(
+            QString::number(m_times[i]), m_keys[i].has(kInstant) ? u"(INSTANT)"_s : QString(),
+            easingSuffix(m_keys[i].easingMode), describeValue(storedValueOfKeyframe(i)),
+            describeValue(valueOfKeyframeAtIndex(i)));
     }
     text +=
         parts.join(u", "_s) + u"] repeatBehavior:"_s + stringFromRepeatBehavior(m_repeatBehavior);

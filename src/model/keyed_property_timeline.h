@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "model/packed_keyframes.h"
 #include "model/property_keyframe.h"
 #include "model/property_type.h"
 #include "model/repeat_behavior.h"
@@ -105,14 +106,16 @@ class PCKeyedPropertyTimeline : public Archivable,
     QPointF pointValueAtTimeInMS(int32_t timeInMS) const;
     QStringList arrayValueAtTimeInMS(int32_t timeInMS) const;
     QString stringValueAtTimeInMS(int32_t timeInMS) const;
-    /// Begin to fetch what the value at the time will need: first the keyframes, then, once they
-    /// are there, a value that is no number. Nothing else.
-    void prefetchKeysForTimeInMS(int32_t timeInMS) const;
-    void prefetchValueAtTimeInMS(int32_t timeInMS) const {
-        if (m_otherValues) __builtin_prefetch(otherValueAt(timeInMS));
-    }
     /// The time inside the timeline, with loops and autoreverse taken off.
     float effectiveTimeForTimeInMS(int32_t timeInMS) const;
+    /// The same in whole milliseconds, which is how keyframes are looked up.
+    int32_t effectiveMillisecondsForTimeInMS(int32_t timeInMS) const {
+        return wholeMilliseconds(effectiveTimeForTimeInMS(timeInMS));
+    }
+    static int32_t wholeMilliseconds(float effectiveTime) {
+        // The largest times round up past the integers when they become floats.
+        return effectiveTime >= 2147483648.0F ? INT32_MAX : static_cast<int32_t>(effectiveTime);
+    }
     PropertyValue valueOfKeyframe(const PCPropertyKeyframe& keyframe) const;
     /// The same for the keyframe at `index` (below keyframesCount()).
     PropertyValue valueOfKeyframeAtIndex(size_t index) const;
@@ -125,7 +128,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     bool timeInMSIsBeforeFirstKeyframe(int32_t timeInMS) const;
     bool isEmpty() const { return m_keys.empty(); }
     size_t keyframesCount() const { return m_keys.size(); }
-    int32_t durationInMS() const { return m_keys.empty() ? 0 : m_keys.back().timeInMS; }
+    int32_t durationInMS() const { return m_keys.empty() ? 0 : m_times.back(); }
     bool validateTimeForKeyframesAreSorted() const;
 
     /// Values nearer to 0 than 0.05 become 0.05 with their sign (0 itself becomes 0.05), so that a
@@ -154,7 +157,15 @@ class PCKeyedPropertyTimeline : public Archivable,
 
     // The packed keyframes, read without making handles; `index` is below keyframesCount().
 
-    int32_t timeOfKeyframe(size_t index) const { return m_keys[index].timeInMS; }
+    /// Good until the timeline changes.
+    PackedKeyframes packedKeyframes() const {
+        return {m_times.data(), m_keys.data(), static_cast<uint32_t>(m_keys.size())};
+    }
+    /// Beside the packed keyframes, where one holds something else than a number; else null.
+    const PropertyValue* valueObjects() const {
+        return m_otherValues ? m_otherValues->data() : nullptr;
+    }
+    int32_t timeOfKeyframe(size_t index) const { return m_times[index]; }
     int64_t easingModeOfKeyframe(size_t index) const { return m_keys[index].easingMode; }
     bool keyframeIsInstant(size_t index) const { return m_keys[index].has(kInstant); }
     PropertyValue storedValueOfKeyframe(size_t index) const;
@@ -205,55 +216,20 @@ class PCKeyedPropertyTimeline : public Archivable,
  private:
     friend class PCPropertyKeyframe;
 
-    enum Flag : uint8_t {
-        kInstant = 1,
-        kKeyall = 2,
-        kRecorded = 4,
-        kRecordedStart = 8,
-        kRecordedEnd = 16
-    };
-    enum class Held : uint8_t { Nothing, Number, Other };
-    // What evaluation touches of a keyframe, twelve bytes.
-    struct Key {
-        int32_t timeInMS = 0;
-        float number = 0;
-        int16_t easingMode = 0;
-        uint8_t flags = 0;
-        Held held = Held::Nothing;
-        bool has(Flag flag) const { return (flags & flag) != 0; }
-    };
-    // The keyframes around the time last asked for: during playback the next time lies there too,
-    // and is answered without a look at the lists. Main thread only, like all searches.
-    struct Segment {
-        int32_t from = 0;  // holds for from <= time < until; at first for none
-        int32_t until = 0;
-        float startNumber = 0;
-        float endNumber = 0;
-        uint32_t startIndex = 0;
-        int16_t easingMode = 0;
-        bool hasStart = false;
-        bool hasEnd = false;
-        bool endIsInstant = false;
-        bool holds(int32_t time) const { return time >= from && time < until; }
-    };
-    struct FactorAndOffset {
-        float factor = 1;
-        float offset = 0;
-    };
-    // So few keyframes are searched by counting through them, in a few cache lines.
-    static constexpr size_t kCounted = 32;
+    using Key = PackedKeyframe;
+    using Held = PackedKeyframe::Held;
+    using enum PackedKeyframe::Flag;
     using Handles = std::vector<PCPropertyKeyframe*>;
     using OtherValues = std::vector<PropertyValue>;
 
-    // What evaluation touches comes first, within a cache line or two.
     int32_t m_propertyType;
     int8_t m_repeatBehavior = PCRepeatBehaviorNever;
     bool m_hasUnsavedChanges = false;
     bool m_isAsStored = false;
-    mutable Segment m_segment;
     WeakRef<PCElement> m_element;
-    std::vector<Key> m_keys;
-    std::vector<Identifier> m_identifiers;       // parallel to m_keys, like the two below
+    std::vector<int32_t> m_times;
+    std::vector<Key> m_keys;  // parallel to m_times, like the three below
+    std::vector<Identifier> m_identifiers;
     std::unique_ptr<OtherValues> m_otherValues;  // only when one is no number
     mutable std::unique_ptr<Handles> m_handles;  // once one was asked for
     std::weak_ptr<PCProject> m_project;          // of a timeline without an element
@@ -266,12 +242,6 @@ class PCKeyedPropertyTimeline : public Archivable,
     int64_t currentRepeatBehavior() const;
     FactorAndOffset factorAndOffset() const;
     float setupNumber() const;
-    static int32_t wholeMilliseconds(float effectiveTime);
-    float numberAt(int32_t effectiveTime) const;
-    size_t indexAtOrBefore(int32_t timeInMS) const;
-    size_t searchIndexAtOrBefore(int32_t timeInMS) const;
-    const Segment& segmentAt(int32_t timeInMS) const;
-    Segment makeSegment(size_t startIndex) const;
     const PropertyValue* otherValueAt(int32_t timeInMS) const;
     KeyframePtr handleAt(size_t index) const;
     void attach(PCPropertyKeyframe& handle, size_t index);
@@ -291,6 +261,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     void clearLists();
     void didChange();
     void contentsDidChange();
+    void forgetSamples() const;
     KeyframeRecord newKeyframeRecord(int32_t timeInMS) const;
     UndoManager* undoManager() const;
     PropertyValue heldValueAt(int32_t effectiveTime) const;

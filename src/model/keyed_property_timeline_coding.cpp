@@ -203,8 +203,7 @@ void PCKeyedPropertyTimeline::restoreOrder() {
     std::vector<size_t> order;
     order.reserve(byTime.size());
     for (const size_t index : byTime) {
-        const bool isSameTime =
-            !order.empty() && m_keys[order.back()].timeInMS == m_keys[index].timeInMS;
+        const bool isSameTime = !order.empty() && m_times[order.back()] == m_times[index];
         if (isSameTime) order.pop_back();
         order.push_back(index);
     }
@@ -214,6 +213,7 @@ void PCKeyedPropertyTimeline::restoreOrder() {
 PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::copy() const {
     auto other = std::make_shared<PCKeyedPropertyTimeline>(Passkey(), m_propertyType);
     other->m_repeatBehavior = m_repeatBehavior;
+    other->m_times = m_times;
     other->m_keys = m_keys;
     other->m_identifiers = m_identifiers;
     if (m_otherValues) other->m_otherValues = std::make_unique<OtherValues>(*m_otherValues);

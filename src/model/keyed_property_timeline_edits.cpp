@@ -30,7 +30,7 @@ float finite(float number) {
 KeyframeRecord PCKeyedPropertyTimeline::recordOfKeyframe(size_t index) const {
     const Key& key = m_keys[index];
     KeyframeRecord record;
-    record.timeInMS = m_keys[index].timeInMS;
+    record.timeInMS = m_times[index];
     record.easingMode = key.easingMode;
     record.instantTransition = key.has(kInstant);
     record.keyall = key.has(kKeyall);
@@ -55,9 +55,11 @@ PropertyValue PCKeyedPropertyTimeline::storedValueOfKeyframe(size_t index) const
 }
 
 void PCKeyedPropertyTimeline::writeRecord(size_t index, const KeyframeRecord& record) {
-    const auto flag = [](bool set, Flag bit) { return set ? static_cast<int>(bit) : 0; };
+    const auto flag = [](bool set, PackedKeyframe::Flag bit) {
+        return set ? static_cast<int>(bit) : 0;
+    };
     Key& key = m_keys[index];
-    m_keys[index].timeInMS = record.timeInMS;
+    m_times[index] = record.timeInMS;
     key.easingMode = static_cast<int16_t>(record.easingMode);
     key.flags = static_cast<uint8_t>(
         flag(record.instantTransition, kInstant) | flag(record.keyall, kKeyall) |
@@ -86,6 +88,7 @@ void PCKeyedPropertyTimeline::writeValue(size_t index, const PropertyValue& valu
 void PCKeyedPropertyTimeline::insertRecord(size_t index, const KeyframeRecord& record,
                                            PCPropertyKeyframe* handle) {
     const auto at = static_cast<ptrdiff_t>(index);
+    m_times.insert(m_times.begin() + at, 0);
     m_keys.insert(m_keys.begin() + at, Key());
     m_identifiers.insert(m_identifiers.begin() + at, Identifier());
     if (m_otherValues) m_otherValues->insert(m_otherValues->begin() + at, PropertyValue());
@@ -96,6 +99,7 @@ void PCKeyedPropertyTimeline::insertRecord(size_t index, const KeyframeRecord& r
 }
 
 void PCKeyedPropertyTimeline::appendRecord(const KeyframeRecord& record) {
+    m_times.push_back(0);
     m_keys.emplace_back();
     m_identifiers.emplace_back();
     if (m_otherValues) m_otherValues->emplace_back();
@@ -109,6 +113,7 @@ void PCKeyedPropertyTimeline::eraseAt(size_t index) {
         if (PCPropertyKeyframe* handle = (*m_handles)[index]) detach(*handle);
         m_handles->erase(m_handles->begin() + at);
     }
+    m_times.erase(m_times.begin() + at);
     m_keys.erase(m_keys.begin() + at);
     m_identifiers.erase(m_identifiers.begin() + at);
     if (m_otherValues) m_otherValues->erase(m_otherValues->begin() + at);
@@ -164,8 +169,12 @@ void PCKeyedPropertyTimeline::renumberHandles(size_t from) {
 // Edits.
 
 void PCKeyedPropertyTimeline::contentsDidChange() {
-    m_segment = {};
     m_isAsStored = false;
+    forgetSamples();
+}
+
+void PCKeyedPropertyTimeline::forgetSamples() const {
+    if (const PCElement* owner = element()) owner->forgetSamplesOf(*this);
 }
 
 void PCKeyedPropertyTimeline::didChange() {
@@ -176,6 +185,7 @@ void PCKeyedPropertyTimeline::didChange() {
 void PCKeyedPropertyTimeline::setRepeatBehavior(int64_t behavior) {
     m_isAsStored = false;
     m_repeatBehavior = static_cast<int8_t>(std::clamp<int64_t>(behavior, INT8_MIN, INT8_MAX));
+    forgetSamples();
     didChange();
 }
 
@@ -198,7 +208,7 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::retrieveOrCreateKe
     int32_t timeInMS) {
     size_t index = firstKeyframeIndexAtOrAfterTimeInMS(timeInMS);
     if (index == kNotFound) index = m_keys.size();
-    const bool exists = index < m_keys.size() && m_keys[index].timeInMS == timeInMS;
+    const bool exists = index < m_keys.size() && m_times[index] == timeInMS;
     if (!exists) {
         insertRecord(index, newKeyframeRecord(timeInMS), nullptr);
         m_hasUnsavedChanges = true;
@@ -272,8 +282,9 @@ void PCKeyedPropertyTimeline::deleteKeyframe(const KeyframePtr& keyframe) {
     }
     eraseAt(keyframe->m_index);
     didChange();
-    const bool hasNothingToLoopOver = isEmpty() || (m_keys.size() == 1 && m_keys[0].timeInMS == 0);
+    const bool hasNothingToLoopOver = isEmpty() || (m_keys.size() == 1 && m_times[0] == 0);
     if (hasNothingToLoopOver) m_repeatBehavior = PCRepeatBehaviorNever;
+    forgetSamples();
 }
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::duplicateKeyframe(
@@ -305,7 +316,7 @@ void PCKeyedPropertyTimeline::shiftKeyframesAtTimesInMS(const std::vector<int32_
     std::vector<int32_t> newTimes;
     for (const int32_t time : times) {
         const size_t index = firstKeyframeIndexAtOrAfterTimeInMS(time);
-        if (index == kNotFound || m_keys[index].timeInMS != time) continue;
+        if (index == kNotFound || m_times[index] != time) continue;
         const int64_t newTime = time + deltaInMS;
         assertContract(newTime >= INT32_MIN && newTime <= INT32_MAX,
                        u"a keyframe cannot move out of the range of times"_s);
@@ -313,7 +324,7 @@ void PCKeyedPropertyTimeline::shiftKeyframesAtTimesInMS(const std::vector<int32_
         newTimes.push_back(static_cast<int32_t>(newTime));
     }
     for (size_t i = 0; i < indices.size(); ++i)
-        m_keys[indices[i]].timeInMS = newTimes[i];
+        m_times[indices[i]] = newTimes[i];
     updateKeyframeSort();
     if (UndoManager* undo = undoManager()) {
         undo->registerUndo([self = shared_from_this(), newTimes, deltaInMS] {
@@ -324,11 +335,13 @@ void PCKeyedPropertyTimeline::shiftKeyframesAtTimesInMS(const std::vector<int32_
 }
 
 void PCKeyedPropertyTimeline::reserveLists(size_t count) {
+    m_times.reserve(count);
     m_keys.reserve(count);
     m_identifiers.reserve(count);
 }
 
 void PCKeyedPropertyTimeline::clearLists() {
+    m_times.clear();
     m_keys.clear();
     m_identifiers.clear();
     m_otherValues.reset();
@@ -360,9 +373,8 @@ void PCKeyedPropertyTimeline::setKeyframes(const Keyframes& keyframes) {
 std::vector<size_t> PCKeyedPropertyTimeline::indicesByTime() const {
     std::vector<size_t> order(m_keys.size());
     std::iota(order.begin(), order.end(), size_t{0});
-    std::stable_sort(order.begin(), order.end(), [this](size_t a, size_t b) {
-        return m_keys[a].timeInMS < m_keys[b].timeInMS;
-    });
+    std::stable_sort(order.begin(), order.end(),
+                     [this](size_t a, size_t b) { return m_times[a] < m_times[b]; });
     return order;
 }
 
@@ -380,6 +392,7 @@ void PCKeyedPropertyTimeline::arrange(const std::vector<size_t>& order) {
         }
         values.swap(sorted);
     };
+    permute(m_times);
     permute(m_keys);
     permute(m_identifiers);
     if (m_otherValues) permute(*m_otherValues);

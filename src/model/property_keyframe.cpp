@@ -54,7 +54,7 @@ const Identifier& PCPropertyKeyframe::identifier() const {
 }
 
 int32_t PCPropertyKeyframe::timeInMS() const {
-    return m_owner ? m_owner->m_keys[m_index].timeInMS : m_record.timeInMS;
+    return m_owner ? m_owner->m_times[m_index] : m_record.timeInMS;
 }
 
 bool PCPropertyKeyframe::instantTransition() const {

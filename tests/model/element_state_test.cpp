@@ -83,7 +83,32 @@ TEST_F(ElementState, PinsAtTheNeighbouringMasterKeyframes) {
     }
 }
 
-TEST_F(ElementState, AllValuesAtOnceAreTheSingleOnes) {
+// What the element remembers of its timelines, against the timelines themselves.
+void expectValuesOfTimelines(const PCElement& element, const std::string& when) {
+    for (const int32_t time : {1975, 0, 30, 30, 46, 999, 5000, 20000001, 2000, 100}) {
+        SCOPED_TRACE(when + " at " + std::to_string(time));
+        const auto number = [&](PCPropertyType type) {
+            const auto timeline = element.timeline(type);
+            return timeline ? timeline->floatValueAtTimeInMS(time) : 0;
+        };
+        const auto image = element.imageContentsTimeline();
+        const auto children = element.childrenZPositionsTimeline();
+        const ElementValues values = element.valuesAtTimeInMS(time);
+        EXPECT_EQ(values.opacity, number(PCPropertyTypeOpacity));
+        EXPECT_EQ(values.rotation, number(PCPropertyTypeZRotation));
+        EXPECT_EQ(values.scale.x(), double(number(PCPropertyTypeScaleX)));
+        EXPECT_EQ(values.scale.y(), double(number(PCPropertyTypeScaleY)));
+        EXPECT_EQ(values.translation.x(), double(number(PCPropertyTypeTranslationX)));
+        EXPECT_EQ(values.translation.y(), double(number(PCPropertyTypeTranslationY)));
+        EXPECT_EQ(*values.image, image ? image->stringValueAtTimeInMS(time) : QString());
+        EXPECT_EQ(*values.children,
+                  children ? children->arrayValueAtTimeInMS(time) : QStringList());
+        EXPECT_EQ(element.scaleAtTimeInMS(time).y(), values.scale.y());
+        EXPECT_EQ(element.imageContentsAtTimeInMS(time), *values.image);
+    }
+}
+
+TEST_F(ElementState, WhatIsRememberedFollowsEveryChange) {
     for (int32_t time = 0; time < 50 * 40; time += 50) {
         const auto number = static_cast<float>(time % 700) / 100;
         ball->setXTranslation(number, time);
@@ -93,20 +118,46 @@ TEST_F(ElementState, AllValuesAtOnceAreTheSingleOnes) {
     ball->setOpacity(0.25F, 100);
     ball->setYScale(3, 900);
     group->setChildrenZPositions(PCProject::sortedSubelementIdentifiers(*group), 500);
-    for (const PCElement::Ptr& element : {ball, group, project->canvas()}) {
-        for (const int32_t time : {1975, 0, 30, 30, 999, 5000}) {
-            const ElementValues values = element->valuesAtTimeInMS(time);
-            EXPECT_EQ(values.opacity, element->opacityAtTimeInMS(time)) << time;
-            EXPECT_EQ(values.rotation, element->zRotationAtTimeInMS(time)) << time;
-            EXPECT_EQ(values.scale.y(), element->scaleAtTimeInMS(time).y()) << time;
-            EXPECT_EQ(values.translation.x(), element->translationAtTimeInMS(time).x()) << time;
-            EXPECT_EQ(values.image, element->imageContentsAtTimeInMS(time)) << time;
-            EXPECT_EQ(values.children, element->childrenZPositionsAtTimeInMS(time)) << time;
+    project->undoManager().removeAllActions();
+    const auto x = ball->translationXTimeline();
+    const auto foreign = PCKeyedPropertyTimeline::initForElement(group, PCPropertyTypeScaleX);
+    foreign->setFloatPropertyValue(7, 40);
+
+    struct Change {
+        const char* what;
+        std::function<void()> make;
+    };
+    const std::vector<Change> changes{
+        {"as keyed", [] {}},
+        {"a value keyed", [&] { ball->setXTranslation(-40, 30); }},
+        {"undone", [&] { project->undoManager().undo(); }},
+        {"a keyframe moved", [&] { x->moveKeyframeAtTimeInMS(1950, 1980); }},
+        {"an easing", [&] { x->keyframesSortedByTime()[1]->setEasingMode(PCEasingModeEaseIn); }},
+        {"an instant key", [&] { x->keyframesSortedByTime()[1]->setInstantTransition(true); }},
+        {"a keyframe deleted", [&] { x->deleteKeyframe(x->existingKeyframeAtTimeInMS(0)); }},
+        {"a loop", [&] { x->setRepeatBehavior(PCRepeatBehaviorForever); }},
+        {"there and back", [&] { x->setRepeatBehavior(PCRepeatBehaviorForeverAutoreverse); }},
+        {"an image order that loops",
+         [&] { ball->imageContentsTimeline()->setRepeatBehavior(PCRepeatBehaviorForever); }},
+        {"the setup scale", [&] { ball->setScale(QPointF(2, 5)); }},
+        {"the setup rotation", [&] { ball->setZRotation(2.5); }},
+        {"the setup opacity", [&] { ball->setOpacity(0.5); }},
+        {"the setup order", [&] { project->moveElementsToFront({group->children()[0]}); }},
+        {"another's timeline", [&] { ball->setTimeline(foreign); }},
+        {"which changes", [&] { foreign->setFloatPropertyValue(9, 46); }},
+        {"the other's setup scale", [&] { group->setScale(QPointF(3, 3)); }},
+        {"and becomes its own", [&] { foreign->setElement(ball); }},
+        {"all removed", [&] { x->removeAllKeyframes(); }},
+        {"no timelines", [&] { ball->clearTimelines(); }},
+    };
+    for (const Change& change : changes) {
+        change.make();
+        for (const PCElement::Ptr& element : {ball, group, project->canvas()}) {
+            expectValuesOfTimelines(*element, change.what);
         }
     }
-    ball->clearTimelines();
     EXPECT_EQ(ball->valuesAtTimeInMS(100).opacity, 0) << "in setup mode";
-    EXPECT_TRUE(ball->valuesAtTimeInMS(100).image.isNull());
+    EXPECT_TRUE(ball->valuesAtTimeInMS(100).image->isNull());
 }
 
 TEST_F(ElementState, ImagesAndOrdersJumpAtTheirPinsToo) {

@@ -1,0 +1,151 @@
+#include "model/element_sampler.h"
+
+#include "model/element.h"
+
+namespace tweenery {
+namespace {
+
+// The number spans; what each is of; its slot among the element's timelines.
+enum NumberIndex : size_t {
+    kOpacity,
+    kRotation,
+    kScaleX,
+    kScaleY,
+    kTranslationX,
+    kTranslationY,
+    kNumbersCount
+};
+constexpr std::array<PCPropertyType, kNumbersCount> kNumberTypes{
+    PCPropertyTypeOpacity, PCPropertyTypeZRotation,    PCPropertyTypeScaleX,
+    PCPropertyTypeScaleY,  PCPropertyTypeTranslationX, PCPropertyTypeTranslationY};
+constexpr std::array<size_t, kNumbersCount> kNumberSlots{1, 2, 4, 5, 6, 7};
+constexpr size_t kImageSlot = 0;
+constexpr size_t kChildrenSlot = 3;
+
+QPointF pointOf(float x, float y) {
+    return {static_cast<double>(x), static_cast<double>(y)};
+}
+
+}  // namespace
+
+ElementSampler::ElementSampler(const PCElement& element) : m_element(element) {
+    for (size_t slot = 0; slot < m_tracks.size(); ++slot) {
+        const PCPropertyType type = elementTimelineTypes()[slot];
+        const PCKeyedPropertyTimeline* timeline = element.attachedTimeline(type);
+        if (!timeline) continue;
+        m_tracks[slot] = {
+            .timeline = timeline,
+            .keyframes = timeline->packedKeyframes(),
+            .objects = timeline->valueObjects(),
+            .isForeign = timeline->element() != &element || timeline->propertyType() != type};
+        if (timeline->repeatBehavior() != PCRepeatBehaviorNever) m_repeating |= 1U << slot;
+    }
+}
+
+inline int32_t ElementSampler::effectiveTime(size_t slot, int32_t timeInMS) const {
+    if ((m_repeating & 1U << slot) != 0) {
+        return m_tracks[slot].timeline->effectiveMillisecondsForTimeInMS(timeInMS);
+    }
+    return PCKeyedPropertyTimeline::wholeMilliseconds(static_cast<float>(timeInMS));
+}
+
+inline float ElementSampler::number(size_t index, int32_t timeInMS) {
+    const int32_t time = effectiveTime(kNumberSlots[index], timeInMS);
+    const NumberSpan& span = m_numbers[index];
+    if (span.holds(time)) return span.valueAt(time);
+    const Track& track = m_tracks[kNumberSlots[index]];
+    if (!track.timeline) return 0;
+    if (track.isForeign) return track.timeline->floatValueAtTimeInMS(timeInMS);
+    moveNumber(index, track.keyframes.indexAtOrBefore(time));
+    return span.valueAt(time);
+}
+
+void ElementSampler::moveNumber(size_t index, size_t keyframe) {
+    const Track& track = m_tracks[kNumberSlots[index]];
+    if (!track.timeline || track.isForeign) return;
+    m_numbers[index].moveTo(track.keyframes, keyframe, kNumberTypes[index],
+                            m_element.setupNumberForPropertyType(kNumberTypes[index]));
+}
+
+template <typename Value>
+inline const Value& ElementSampler::held(size_t slot, HeldSpan<Value>& span, int32_t timeInMS) {
+    const int32_t time = effectiveTime(slot, timeInMS);
+    if (span.holds(time)) return span.value;
+    const Track& track = m_tracks[slot];
+    moveHeld(slot, span, track.keyframes.indexAtOrBefore(time));
+    if (span.holds(time)) return span.value;
+    // No keyframe holds such a value: the timeline knows what to answer.
+    const PropertyValue value =
+        track.timeline ? track.timeline->valueAtTimeInMS(timeInMS) : PropertyValue();
+    const Value* known = std::get_if<Value>(&value);
+    span = {0, 0, known ? *known : Value()};
+    return span.value;
+}
+
+template <typename Value>
+void ElementSampler::moveHeld(size_t slot, HeldSpan<Value>& span, size_t keyframe) const {
+    const Track& track = m_tracks[slot];
+    const PackedKeyframes& keyframes = track.keyframes;
+    if (!track.objects || track.isForeign || keyframe >= keyframes.count) return;
+    if (const Value* value = std::get_if<Value>(&track.objects[keyframe])) {
+        span = {keyframes.times[keyframe], keyframes.timeAfter(keyframe), *value};
+    }
+}
+
+float ElementSampler::opacityAt(int32_t timeInMS) {
+    return number(kOpacity, timeInMS);
+}
+
+float ElementSampler::rotationAt(int32_t timeInMS) {
+    return number(kRotation, timeInMS);
+}
+
+QPointF ElementSampler::scaleAt(int32_t timeInMS) {
+    return pointOf(number(kScaleX, timeInMS), number(kScaleY, timeInMS));
+}
+
+QPointF ElementSampler::translationAt(int32_t timeInMS) {
+    return pointOf(number(kTranslationX, timeInMS), number(kTranslationY, timeInMS));
+}
+
+const QString& ElementSampler::imageAt(int32_t timeInMS) {
+    return held(kImageSlot, m_image, timeInMS);
+}
+
+const QStringList& ElementSampler::childrenAt(int32_t timeInMS) {
+    return held(kChildrenSlot, m_children, timeInMS);
+}
+
+ElementValues ElementSampler::valuesAt(int32_t timeInMS) {
+    if (!m_numbers[0].holds(effectiveTime(kNumberSlots[0], timeInMS))) moveTo(timeInMS);
+    return {.opacity = opacityAt(timeInMS),
+            .rotation = rotationAt(timeInMS),
+            .scale = scaleAt(timeInMS),
+            .translation = translationAt(timeInMS),
+            .image = &imageAt(timeInMS),
+            .children = &childrenAt(timeInMS)};
+}
+
+// A time far from the last one waits for memory: for the times to search, then for the keyframes
+// found. Each is fetched for all timelines together.
+void ElementSampler::moveTo(int32_t timeInMS) {
+    for (const Track& track : m_tracks) {
+        track.keyframes.prefetchForSearch();
+    }
+    std::array<size_t, kElementTimelineCount> found{};
+    for (size_t slot = 0; slot < found.size(); ++slot) {
+        const Track& track = m_tracks[slot];
+        found[slot] = track.keyframes.indexAtOrBefore(effectiveTime(slot, timeInMS));
+        if (found[slot] < track.keyframes.count) {
+            __builtin_prefetch(track.objects ? static_cast<const void*>(&track.objects[found[slot]])
+                                             : &track.keyframes.keys[found[slot]]);
+        }
+    }
+    for (size_t i = 0; i < kNumbersCount; ++i) {
+        moveNumber(i, found[kNumberSlots[i]]);
+    }
+    moveHeld(kImageSlot, m_image, found[kImageSlot]);
+    moveHeld(kChildrenSlot, m_children, found[kChildrenSlot]);
+}
+
+}  // namespace tweenery

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "model/element_values.h"
+#include "model/packed_keyframes.h"
+#include "model/property_type.h"
+#include "model/property_value.h"
+
+namespace tweenery {
+
+class PCElement;
+class PCKeyedPropertyTimeline;
+
+/// Answers an element's timelines at a time from memory that lies together: where their keyframes
+/// are, and the spans around the time last asked for, where the next one mostly lies too. The
+/// element drops it when its setup state, a timeline, or what is attached changes. Main thread
+/// only.
+class ElementSampler {
+ public:
+    /// The element outlives it, and keeps the timelines that are attached to it.
+    explicit ElementSampler(const PCElement& element);
+
+    ElementValues valuesAt(int32_t timeInMS);
+    /// Absolute; 0 without a timeline.
+    float opacityAt(int32_t timeInMS);
+    float rotationAt(int32_t timeInMS);
+    QPointF scaleAt(int32_t timeInMS);
+    QPointF translationAt(int32_t timeInMS);
+    /// Null or empty without a timeline. Good until the next call.
+    const QString& imageAt(int32_t timeInMS);
+    const QStringList& childrenAt(int32_t timeInMS);
+
+ private:
+    struct Track {
+        const PCKeyedPropertyTimeline* timeline = nullptr;
+        PackedKeyframes keyframes;
+        const PropertyValue* objects = nullptr;  // beside the keyframes, where any is no number
+        bool isForeign = false;  // of another element or property: only the timeline itself knows
+    };
+    /// What a keyframe of a property that only jumps holds from its time until the next.
+    template <typename Value>
+    struct HeldSpan {
+        int32_t from = 0;
+        int32_t until = 0;
+        Value value;
+        bool holds(int32_t timeInMS) const { return timeInMS >= from && timeInMS < until; }
+    };
+
+    // What playback touches comes first, in few cache lines.
+    std::array<NumberSpan, 6> m_numbers;
+    HeldSpan<QString> m_image;
+    HeldSpan<QStringList> m_children;
+    uint32_t m_repeating = 0;  // a bit for each slot
+    const PCElement& m_element;
+    std::array<Track, kElementTimelineCount> m_tracks;
+
+    int32_t effectiveTime(size_t slot, int32_t timeInMS) const;
+    float number(size_t index, int32_t timeInMS);
+    template <typename Value>
+    const Value& held(size_t slot, HeldSpan<Value>& span, int32_t timeInMS);
+    void moveTo(int32_t timeInMS);
+    void moveNumber(size_t index, size_t keyframe);
+    template <typename Value>
+    void moveHeld(size_t slot, HeldSpan<Value>& span, size_t keyframe) const;
+};
+
+}  // namespace tweenery
