@@ -156,6 +156,31 @@ void PCElement::removeFromParentElement() {
     m_parent->removeSubelementAtIndex(static_cast<size_t>(index()));
 }
 
+void PCElement::moveToParentElement(const Ptr& parent, size_t index) {
+    assertContract(m_parent && project() == parent->project(),
+                   u"an element moves within its project only"_s);
+    const Ptr self = shared_from_this();
+    const Ptr oldParent = m_parent->shared_from_this();
+    const auto oldIndex = static_cast<size_t>(this->index());
+    registerUndo([oldParent, oldIndex](PCElement& moved) {
+        moved.moveToParentElement(oldParent, oldIndex);
+    });
+    viewLayer().removeFromSuperlayer();
+    oldParent->m_subelements.removeAt(oldIndex);
+    index = std::min(index, parent->m_subelements.size());
+    parent->m_subelements.insert(index, self);
+    m_parent = parent.get();
+    if (PCProject* owner = project()) {
+        owner->treeDidMoveElement();
+        updateNameToBeUnique();
+    }
+    parent->viewLayer().insertSublayer(viewLayer(), static_cast<uint32_t>(index));
+    oldParent->setModified(true);
+    parent->setModified(true);
+    if (oldParent != parent) oldParent->post(ElementNotification::subelements);
+    parent->post(ElementNotification::subelements);
+}
+
 // Stored directly: no undo step, no notification.
 void PCElement::updateNameToBeUnique() {
     PCProject* owner = project();

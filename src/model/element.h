@@ -160,6 +160,9 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     void insertSubelement(const Ptr& child, size_t index);
     void removeSubelementAtIndex(size_t index);
     void removeFromParentElement();
+    /// Out of its parent and in at `index` of what the new one holds then, cut to their count. One
+    /// step of undo. Both are of one project, and the parent does not lie within the element.
+    void moveToParentElement(const Ptr& parent, size_t index);
     /// The element, then each child's own list: back to front.
     Elements elementAndAllDescendants();
     /// The element, then each child's reversed list, last child first.

@@ -136,6 +136,7 @@ class PCProject : public PCAnimationsManagerChangeListener,
 
     void treeDidInsertElement(PCElement& element);
     void treeWillRemoveElement(PCElement& element);
+    void treeDidMoveElement() { m_index.treeDidMove(); }
     void nameDidChange(const PCElement& element, const QString& oldName);
 
     void animationManagerDidSelectAnimation(PCAnimationsManager& manager,

@@ -39,6 +39,11 @@ void ProjectIndex::removeTree(PCElement& root) {
     remove(root);
 }
 
+void ProjectIndex::treeDidMove() {
+    // Of two elements with one identifier the other may now be the first.
+    if (m_hasDuplicateIdentifiers) invalidate();
+}
+
 void ProjectIndex::remove(PCElement& root) {
     removeName(root.name());
     m_elements.remove(root.identifier());

@@ -23,6 +23,7 @@ class ProjectIndex {
 
     void addTree(PCElement& root);
     void removeTree(PCElement& root);
+    void treeDidMove();
     void nameDidChange(const QString& oldName, const QString& newName);
 
     PCElement* elementForIdentifier(const Identifier& identifier) const;

@@ -2,7 +2,7 @@
 // canvas.
 
 #include <algorithm>
-#include <unordered_map>
+#include <unordered_set>
 
 #include "model/element_placement.h"
 #include "model/project.h"
@@ -19,20 +19,20 @@ PCElement::Ptr parentOf(const PCElement& element) {
     return parent ? parent->shared_from_this() : nullptr;
 }
 
-// The elements that are in `rows`, by their place there.
+// By their place in `rows`; what is not there comes last.
 Elements sortedByRow(const Elements& elements, const Elements& rows) {
-    std::unordered_map<const PCElement*, size_t> rowOf;
-    for (size_t row = 0; row < rows.size(); ++row) {
-        rowOf.emplace(rows[row].get(), row);
+    std::unordered_set<const PCElement*> left;
+    left.reserve(elements.size());
+    for (const PCElement::Ptr& element : elements) {
+        left.insert(element.get());
     }
-    const auto place = [&rowOf, &rows](const PCElement::Ptr& element) {
-        const auto found = rowOf.find(element.get());
-        return found == rowOf.end() ? rows.size() : found->second;
+    const auto take = [&left](const PCElement::Ptr& element) {
+        return left.erase(element.get()) > 0;
     };
-    Elements sorted = elements;
-    std::stable_sort(
-        sorted.begin(), sorted.end(),
-        [&place](const PCElement::Ptr& a, const PCElement::Ptr& b) { return place(a) < place(b); });
+    Elements sorted;
+    sorted.reserve(elements.size());
+    std::copy_if(rows.begin(), rows.end(), std::back_inserter(sorted), take);
+    std::copy_if(elements.begin(), elements.end(), std::back_inserter(sorted), take);
     return sorted;
 }
 
@@ -106,8 +106,7 @@ void PCProject::moveItem(const PCElement::Ptr& item, const PCElement::Ptr& paren
     const bool changesParent = item->parentElement() != parent.get();
     const ElementPlacement placement =
         changesParent ? placementUnder(*item, *parent) : ElementPlacement{};
-    item->removeFromParentElement();
-    parent->insertSubelement(item, index);
+    item->moveToParentElement(parent, index);
     if (!changesParent) return;  // nothing has moved
     item->setZRotation(placement.rotation);
     item->setScale(placement.scale);

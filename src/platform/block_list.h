@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <iterator>
 #include <memory>
+#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -133,13 +134,23 @@ class BlockList<Handle>::Iterator {
     size_t m_offset = 0;
 };
 
+// Counted from the nearer end, where most edits are.
 template <typename Handle>
 auto BlockList<Handle>::placeOf(size_t index) const -> Place {
-    Place place{0, index};
-    while (place.offset >= m_blocks->counts[place.block]) {
-        place.offset -= m_blocks->counts[place.block++];
+    const std::vector<uint32_t>& counts = m_blocks->counts;
+    if (index < m_blocks->size / 2) {
+        Place place{0, index};
+        while (place.offset >= counts[place.block]) {
+            place.offset -= counts[place.block++];
+        }
+        return place;
     }
-    return place;
+    size_t block = counts.size();
+    size_t start = m_blocks->size;
+    while (start > index) {
+        start -= counts[--block];
+    }
+    return {block, index - start};
 }
 
 template <typename Handle>
@@ -153,11 +164,12 @@ auto BlockList<Handle>::placeOfItem(const Item& item) const -> Place {
 template <typename Handle>
 size_t BlockList<Handle>::indexOf(const Item& item) const {
     const Place place = placeOfItem(item);
-    size_t index = place.offset;
-    for (size_t before = 0; before < place.block; ++before) {
-        index += m_blocks->counts[before];
+    const std::vector<uint32_t>& counts = m_blocks->counts;
+    const auto block = counts.begin() + signedOf(place.block);
+    if (place.block < counts.size() / 2) {
+        return std::accumulate(counts.begin(), block, place.offset);
     }
-    return index;
+    return m_blocks->size - std::accumulate(block, counts.end(), size_t{0}) + place.offset;
 }
 
 template <typename Handle>

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -71,7 +72,7 @@ class UndoManager {
         QString name;
         int64_t countBefore = 0;
         int64_t countAfter = 0;
-        std::vector<Action> actions;
+        std::deque<Action> actions;  // of a big edit many, which are not to be copied as they grow
     };
 
     State m_state = State::Normal;
