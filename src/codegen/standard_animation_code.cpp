@@ -25,7 +25,7 @@ size_t estimatedSize(const PCAnimationExportBundle& bundle) {
     constexpr size_t bytesOfKeyframe = 40;
     size_t size = 1000;
     for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
-        for (const auto& timeline : record.allNonNilTimelines())
+        for (const auto* timeline : record.allNonNilTimelines())
             size += bytesOfFrame + bytesOfKeyframe * timeline->keyframesCount();
     }
     return size;
@@ -133,7 +133,7 @@ EasingModes StandardAnimationCode::BundleCode::generate() {
     }
     for (const PCAnimationExportElementTimelines& record : m_bundle.timelinesByElement) {
         const PlannedElement& planned = m_plan.planned(*record.element);
-        for (const auto& timeline : record.allNonNilTimelines()) {
+        for (const auto* timeline : record.allNonNilTimelines()) {
             if (timeline->propertyType() == PCPropertyTypeChildrenZPositions) {
                 generateCodeForChildrenOrder(*record.element, *timeline);
             } else {
