@@ -1,5 +1,7 @@
 #include "codegen/objc_code_provider.h"
 
+#include <utility>
+
 #include "platform/number_text.h"
 
 namespace tweenery {
@@ -141,8 +143,8 @@ void PCObjCCodeProvider::endClassDefinition() {
 FileContents PCObjCCodeProvider::fileContentsByName() {
     const QString className = QString::fromStdString(generatedClassName());
     FileContents contents;
-    contents[className + u".m"_s] = std::move(code());
-    contents[className + u".h"_s] = std::move(m_header);
+    contents[className + u".m"_s] = takeCode();
+    contents[className + u".h"_s] = {std::exchange(m_header, {})};
     return contents;
 }
 
@@ -430,9 +432,9 @@ void PCObjCCodeProvider::addTimingFunctionDefinitionWithControlPoints(Text varia
            controlPoint2.y());
 }
 
-void PCObjCCodeProvider::addStandardAnimationWithBaseName(Text baseName, Text addCode,
+void PCObjCCodeProvider::addStandardAnimationWithBaseName(Text baseName, std::string addCode,
                                                           Text removeCode, bool) {
-    code() += addCode;
+    addPiece(std::move(addCode));
     append(code(),
            "\n}"
            "\n\n- (void)remove%@\n{",

@@ -83,10 +83,6 @@ void StandardAnimationCode::addStandardAnimations() {
     parallelFor(bundles.size(), [&](size_t i) {
         easingModesNeeded[i] = BundleCode(m_plan, m_provider, bundles[i]).generate();
     });
-    size_t size = 0;
-    for (const PCAnimationExportBundle& bundle : bundles)
-        size += bundle.generatedAddCode.size() + bundle.generatedRemoveCode.size();
-    m_provider.reserveCode(size);
     for (size_t i = 0; i < bundles.size(); ++i) {
         PCAnimationExportBundle& bundle = bundles[i];
         const std::string stem = methodStem(bundle.baseMethodName);
@@ -94,7 +90,7 @@ void StandardAnimationCode::addStandardAnimations() {
                                                       !bundle.hasLooping,
                                                       m_plan.target.addAnimationSuffix);
         addDefinitionCodeForTimingFunctionsWithEasingModes(easingModesNeeded[i]);
-        m_provider.addStandardAnimationWithBaseName(stem, bundle.generatedAddCode,
+        m_provider.addStandardAnimationWithBaseName(stem, std::move(bundle.generatedAddCode),
                                                     bundle.generatedRemoveCode, !bundle.hasLooping);
     }
     if (m_plan.usesCompletionBlocksTable()) m_provider.addAnimationDidStopMethod();
