@@ -110,12 +110,14 @@ BENCHMARK_TEMPLATE(exportSource, PCObjCCodeProvider)
     ->ArgName("decoded")
     ->Arg(1)
     ->Arg(0)
+    ->MeasureProcessCPUTime()
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_TEMPLATE(exportSource, PCSwiftCodeProvider)
     ->ArgName("decoded")
     ->Arg(1)
     ->Arg(0)
+    ->MeasureProcessCPUTime()
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 

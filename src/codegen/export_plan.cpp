@@ -188,18 +188,19 @@ void Planner::createAnimationExportBundles() {
 /// Notes every element of which the animation stores something, in tree order.
 void Planner::listElementsOfBundle(size_t bundle) {
     const PCAnimation::Ptr& animation = m_bundles[bundle].animation;
-    const size_t firstJob = m_jobs.size();
+    std::vector<std::pair<size_t, const FileWrapper*>> directories;  // by place in the tree
     for (const auto& [name, directory] : animation->fileWrapper()->fileWrappers()) {
         if (name == kAnimationNameFile || name == kAnimationKeyAllFile) continue;
         const auto element = m_elementByIdentifier.find(Identifier(name));
         if (element != m_elementByIdentifier.end()) {
-            m_jobs.push_back({bundle, element->second, directory.get(), {}, {}});
+            directories.emplace_back(element->second, directory.get());
         } else if (holdsTimelines(*directory)) {
             m_plan.leftOutTimelines.push_back({animation, name, {}, 0});
         }
     }
-    std::sort(m_jobs.begin() + static_cast<std::ptrdiff_t>(firstJob), m_jobs.end(),
-              [](const auto& a, const auto& b) { return a.element < b.element; });
+    std::sort(directories.begin(), directories.end());
+    for (const auto& [element, directory] : directories)
+        m_jobs.push_back({bundle, element, directory, {}, {}});
 }
 
 /// Copies what is in memory and decodes what is not. Called on several threads.

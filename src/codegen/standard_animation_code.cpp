@@ -74,7 +74,11 @@ class StandardAnimationCode::BundleCode {
     const PCLanguageCodeProvider& m_provider;
     PCAnimationExportBundle& m_bundle;
     const std::string m_animationName;
+    // Used again for one timeline after another.
     KeyframeLists m_lists;
+    std::string m_variable;
+    std::string m_key;
+    std::string m_duration;
 };
 
 void StandardAnimationCode::addStandardAnimations() {
@@ -191,28 +195,28 @@ void StandardAnimationCode::BundleCode::generateCodeForChildrenOrder(
 void StandardAnimationCode::BundleCode::generateCodeForAnimatingTimeline(
     const PlannedElement& planned, int32_t propertyType, const PCKeyedPropertyTimeline& timeline) {
     const std::string_view qualifier = animationQualifierForPropertyType(propertyType);
-    std::string variable;
-    append(variable, "%@%@Animation", planned.variable, qualifier);
-    std::string key;
-    append(key, "%@_%@", m_animationName, qualifier);
-    std::string duration;
-    append(duration, "%0.3f", static_cast<float>(timeline.durationInMS()) / 1000.0F);
-    if (m_bundle.timeScalar > 0) duration += " / timeScalar";
+    m_variable.clear();
+    append(m_variable, "%@%@Animation", planned.variable, qualifier);
+    m_key.clear();
+    append(m_key, "%@_%@", m_animationName, qualifier);
+    m_duration.clear();
+    append(m_duration, "%0.3f", static_cast<float>(timeline.durationInMS()) / 1000.0F);
+    if (m_bundle.timeScalar > 0) m_duration += " / timeScalar";
 
     KeyframeAnimationCode code;
-    code.variableName = variable;
+    code.variableName = m_variable;
     code.keypath = animationKeyPathForPropertyType(propertyType);
-    code.duration = duration;
+    code.duration = m_duration;
     code.values = m_lists.values();
     code.times = m_lists.times();
     code.timingFunctions = m_lists.timingFunctions();
     if (timeline.repeatBehavior() == PCRepeatBehaviorForeverAutoreverse) code.autoreverses = true;
     code.repeatForever = timeline.repeatBehavior() != PCRepeatBehaviorNever;
-    code.animationKey = key;
+    code.animationKey = m_key;
     if (m_plan.target.addAnimationSuffix) code.animationKeySuffix = "animationKeySuffix";
     code.elementUserName = planned.userName;
     m_provider.codeForAnimationWithVariableName(m_bundle.generatedAddCode, code);
-    m_provider.codeForRemovingAnimationWithKey(m_bundle.generatedRemoveCode, key, planned.userName,
+    m_provider.codeForRemovingAnimationWithKey(m_bundle.generatedRemoveCode, m_key, planned.userName,
                                                planned.isLayer());
 }
 
