@@ -95,6 +95,7 @@ FileContents generate(const PCProject::Ptr& project, bool usesSwift, bool isMac)
     } catch (const ExportError&) {
         require(generator.fileContentsByName().empty());
     }
+    generator.diagnostics();
     return generator.fileContentsByName();
 }
 

@@ -20,10 +20,9 @@ enum class AnimationExportType : uint64_t {
 
 /// The plan of one animation's export.
 struct PCAnimationExportBundle {
-    using Timeline = PCKeyedPropertyTimeline::Ptr;
     struct ElementTimelines {
         PCElement::Ptr element;
-        std::vector<Timeline> timelines;
+        PCAnimationExportElementTimelines::PresentTimelines timelines;
     };
 
     bool hasLooping = false;              // some timeline repeats

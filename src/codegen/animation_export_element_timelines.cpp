@@ -1,5 +1,8 @@
 #include "codegen/animation_export_element_timelines.h"
 
+#include <algorithm>
+#include <functional>
+
 #include "model/property_timeline_group.h"
 
 using namespace Qt::StringLiterals;
@@ -10,10 +13,11 @@ namespace {
 
 using Record = PCAnimationExportElementTimelines;
 
-std::vector<Record::Timeline> present(std::initializer_list<Record::Timeline> timelines) {
-    std::vector<Record::Timeline> found;
+Record::PresentTimelines present(
+    std::initializer_list<std::reference_wrapper<const Record::Timeline>> timelines) {
+    Record::PresentTimelines found;
     for (const Record::Timeline& timeline : timelines) {
-        if (timeline) found.push_back(timeline);
+        if (timeline) found.push_back(timeline.get());
     }
     return found;
 }
@@ -22,35 +26,35 @@ std::vector<Record::Timeline> present(std::initializer_list<Record::Timeline> ti
 
 void PCAnimationExportElementTimelines::setElement(const PCElement::Ptr& newElement) {
     element = newElement;
-    for (const Timeline& timeline : allNonNilTimelines())
+    for (auto* timeline : allNonNilTimelines())
         timeline->setElement(element);
 }
 
 int32_t PCAnimationExportElementTimelines::maxDurationInMS() const {
     int32_t longest = -1;
-    for (const Timeline& timeline : allNonNilTimelines())
+    for (const auto* timeline : allNonNilTimelines())
         longest = std::max(longest, timeline->durationInMS());
     return longest;
 }
 
 bool PCAnimationExportElementTimelines::hasLooping() const {
     const auto timelines = allNonNilTimelines();
-    return std::any_of(timelines.begin(), timelines.end(), [](const Timeline& timeline) {
+    return std::any_of(timelines.begin(), timelines.end(), [](const auto* timeline) {
         return timeline->repeatBehavior() != PCRepeatBehaviorNever;
     });
 }
 
-std::vector<Record::Timeline> PCAnimationExportElementTimelines::allNonNilTimelines() const {
+Record::PresentTimelines PCAnimationExportElementTimelines::allNonNilTimelines() const {
     return present({zRotation, opacity, zPosition, contents, xScale, yScale, xPosition, yPosition});
 }
 
-std::vector<Record::Timeline> PCAnimationExportElementTimelines::slicingOrder() const {
+Record::PresentTimelines PCAnimationExportElementTimelines::slicingOrder() const {
     return present({zRotation, opacity, xScale, yScale, xPosition, yPosition, contents, zPosition});
 }
 
 QString PCAnimationExportElementTimelines::description() const {
     QString text = u"<PCElementTimelines (maxDuration:%1)"_s.arg(maxDurationInMS());
-    for (const Timeline& timeline : allNonNilTimelines())
+    for (const auto* timeline : allNonNilTimelines())
         text += u"\n\t"_s + timeline->debugDescription();
     return text;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QString>
-#include <vector>
+#include <QVarLengthArray>
 
 #include "model/element.h"
 #include "model/keyed_property_timeline.h"
@@ -11,6 +11,7 @@ namespace tweenery {
 /// One element's stored timelines in one animation: private copies, any of which may be absent.
 struct PCAnimationExportElementTimelines {
     using Timeline = PCKeyedPropertyTimeline::Ptr;
+    using PresentTimelines = QVarLengthArray<PCKeyedPropertyTimeline*, kElementTimelineCount>;
 
     PCElement::Ptr element;
     Timeline xScale;
@@ -29,10 +30,10 @@ struct PCAnimationExportElementTimelines {
     bool hasLooping() const;
     /// The present ones in the order in which generated code has them: rotation, opacity, children
     /// order, image, x scale, y scale, x translation, y translation.
-    std::vector<Timeline> allNonNilTimelines() const;
+    PresentTimelines allNonNilTimelines() const;
     /// The present ones in the order in which they are lengthened and sliced: rotation, opacity,
     /// x scale, y scale, x translation, y translation, image, children order.
-    std::vector<Timeline> slicingOrder() const;
+    PresentTimelines slicingOrder() const;
     /// For logs.
     QString description() const;
 };

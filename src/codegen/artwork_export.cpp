@@ -36,7 +36,7 @@ void exportSet(const PCImageSet& set, const QString& directory, WrittenFiles& fi
         if (data.isNull()) return;
         const QString path = kImagesDirectory + u'/' + name;
         if (isSafeFilename(name)) {
-            writeExportedFile(directory, path, data, files);
+            writeExportedFile(directory, path, {data}, files);
         } else {
             files.failures.push_back({path, u"the image set's name is no file name"_s});
         }
@@ -89,10 +89,10 @@ WrittenFiles exportArtwork(const std::vector<std::shared_ptr<PCImageSet>>& sets,
     return files;
 }
 
-void writeExportedFile(const QString& directory, const QString& path, const QByteArray& contents,
+void writeExportedFile(const QString& directory, const QString& path, const QByteArrayList& pieces,
                        WrittenFiles& files) {
     try {
-        writeFileAtomically(directory + u'/' + path, contents);
+        writeFileAtomically(directory + u'/' + path, pieces);
         files.paths << path;
     } catch (const InputError& error) {
         files.failures.push_back({path, error.reason()});

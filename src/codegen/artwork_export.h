@@ -30,8 +30,9 @@ std::vector<std::shared_ptr<PCImageSet>> imageSetsInUse(PCProject& project);
 WrittenFiles exportArtwork(const std::vector<std::shared_ptr<PCImageSet>>& sets,
                            const QString& directory, bool clean);
 
-/// Writes one file into `directory`, under a relative path below it, and notes how it went.
-void writeExportedFile(const QString& directory, const QString& path, const QByteArray& contents,
+/// Writes one file, made of `pieces`, into `directory`, under a relative path below it, and notes
+/// how it went.
+void writeExportedFile(const QString& directory, const QString& path, const QByteArrayList& pieces,
                        WrittenFiles& files);
 
 }  // namespace tweenery

@@ -1,5 +1,7 @@
 #include "codegen/cocoa_language_provider.h"
 
+#include <utility>
+
 #include "platform/path_name.h"
 
 namespace tweenery {
@@ -11,6 +13,16 @@ std::string PCCocoaLanguageProvider::topCommentsForFileName(Text fileName) const
            "// DO NOT MODIFY THIS FILE. IT IS AUTO-GENERATED AND WILL BE OVERWRITTEN\n//",
            fileName, m_stamp.version, comment(m_stamp.date));
     return text;
+}
+
+void PCCocoaLanguageProvider::addPiece(std::string piece) {
+    m_codePieces.push_back(std::exchange(m_codeStr, {}));
+    m_codePieces.push_back(std::move(piece));
+}
+
+SourcePieces PCCocoaLanguageProvider::takeCode() {
+    m_codePieces.push_back(std::exchange(m_codeStr, {}));
+    return std::exchange(m_codePieces, {});
 }
 
 std::string PCCocoaLanguageProvider::literalWithoutExtension(Text fileName) const {

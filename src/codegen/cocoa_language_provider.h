@@ -20,7 +20,6 @@ class PCCocoaLanguageProvider : public PCLanguageCodeProvider {
     void setGenerateForMac(bool generateForMac) override { m_generateForMac = generateForMac; }
     void setGeneratedClassName(Text name) override { m_generatedClassName = name; }
 
-    void reserveCode(size_t bytes) final { m_codeStr.reserve(m_codeStr.size() + bytes); }
     void addTopComments() override {}
     void beginImports() override {}
     void addFrameworkDependency(Text) override {}
@@ -60,7 +59,7 @@ class PCCocoaLanguageProvider : public PCLanguageCodeProvider {
     void beginStandardAnimationWithBaseName(Text, Text, bool, bool) override {}
     void addTimingFunctionDefinitionWithBuiltInFunctionName(Text, Text) override {}
     void addTimingFunctionDefinitionWithControlPoints(Text, QPointF, QPointF) override {}
-    void addStandardAnimationWithBaseName(Text, Text, Text, bool) override {}
+    void addStandardAnimationWithBaseName(Text, std::string, Text, bool) override {}
     void codeForFloatWithName(std::string&, Text, float) const override {}
     void codeForAnimationWithVariableName(std::string&,
                                           const KeyframeAnimationCode&) const override {}
@@ -87,8 +86,12 @@ class PCCocoaLanguageProvider : public PCLanguageCodeProvider {
 
     bool generateForMac() const { return m_generateForMac; }
     const std::string& generatedClassName() const { return m_generatedClassName; }
-    /// The main file under construction.
+    /// The end of the main file, under construction.
     std::string& code() { return m_codeStr; }
+    /// Appends a long text to the main file without copying it.
+    void addPiece(std::string piece);
+    /// The main file as it stands, which is empty afterwards.
+    SourcePieces takeCode();
 
     std::string literal(Text name) const { return literalText(m_language, name); }
     std::string literalWithoutExtension(Text fileName) const;
@@ -98,6 +101,7 @@ class PCCocoaLanguageProvider : public PCLanguageCodeProvider {
     TargetLanguage m_language;
     GenerationStamp m_stamp;
     bool m_generateForMac = false;
+    SourcePieces m_codePieces;  // before what follows
     std::string m_codeStr;
     std::string m_generatedClassName;
 };

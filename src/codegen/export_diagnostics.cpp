@@ -61,7 +61,7 @@ CoarseElements elementsWithCoarseKeyTimes(const PCAnimationExportBundle& bundle)
     CoarseElements found;
     for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
         CoarseElement worst{record.element, {noticeableShare, 0}};
-        for (const auto& timeline : record.allNonNilTimelines()) {
+        for (const auto* timeline : record.allNonNilTimelines()) {
             const auto loss = largestKeyTimeLoss(*timeline, worst.loss.shareOfRange);
             if (loss) worst = {record.element, *loss, timeline->durationInMS()};
         }
@@ -254,7 +254,7 @@ void Collector::checkPartsAnimated(const PCAnimationExportBundle& bundle) {
         }
     };
     for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
-        const bool hasOwn = record.allNonNilTimelines().size() > (record.zPosition ? 1U : 0U);
+        const bool hasOwn = record.allNonNilTimelines().size() > (record.zPosition ? 1 : 0);
         if (hasOwn) report(*record.element);
         if (!record.zPosition) continue;
         for (const PCElement::Ptr& child : record.element->children())
@@ -296,7 +296,7 @@ void Collector::checkPngAnimation(const PCAnimationExportBundle& bundle) {
 void Collector::checkImages(const PCAnimationExportBundle& bundle) {
     QSet<QString> reported;
     for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
-        for (const auto& timeline : record.allNonNilTimelines()) {
+        for (const auto* timeline : record.allNonNilTimelines()) {
             if (!isStringProperty(timeline->propertyType())) continue;
             for (size_t i = 0; i < timeline->keyframesCount(); ++i) {
                 const QString name = stringOfValue(timeline->storedValueOfKeyframe(i));

@@ -38,20 +38,28 @@ AnimationTag tagOfAnimationName(const QString& name) {
             components.first(components.size() - 2).join(u'_')};
 }
 
-/// One stored timeline that is to be decoded.
-struct TimelineJob {
+/// What one animation stores of one element.
+struct ElementJob {
     size_t bundle = 0;
     size_t element = 0;
-    const ElementTimelineFile* file = nullptr;
-    const FileWrapper* stored = nullptr;
-    PCKeyedPropertyTimeline::Ptr loaded;  // in memory already, if it is
-    PCKeyedPropertyTimeline::Ptr timeline;
+    const FileWrapper* directory = nullptr;
+    PCAnimationExportElementTimelines record;  // has an element if anything is stored
+    std::vector<LeftOutTimelines> leftOut;
 };
 
-PCKeyedPropertyTimeline::Ptr loadedTimeline(const PCAnimation& animation, const QString& element,
-                                            const ElementTimelineFile& file) {
-    const auto group = animation.timelineGroup(Identifier(element));
-    return group ? group->timelineIfLoaded(file.slot) : nullptr;
+bool holdsTimelines(const FileWrapper& directory) {
+    const auto& files = directory.fileWrappers();
+    return std::any_of(files.begin(), files.end(), [](const auto& file) {
+        return file.second->isRegularFile() && elementTimelineFileNamed(file.first);
+    });
+}
+
+/// Makes every timeline that does not repeat as long as the animation.
+void lengthenTimelines(const PCAnimationExportBundle& bundle) {
+    for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
+        for (PCKeyedPropertyTimeline* timeline : record.slicingOrder())
+            timeline->EXPORT_setDurationInTimeInMS(bundle.durationInMS);
+    }
 }
 
 class Planner {
@@ -73,10 +81,9 @@ class Planner {
     void buildElementCodeVariableNamesMap();
     void createAnimationsBaseNameMap();
     void createAnimationExportBundles();
-    void listTimelines(size_t bundle);
-    void decode(TimelineJob& job) const;
-    void takeTimelines(TimelineJob* first, TimelineJob* last);
-    void finishBundle(PCAnimationExportBundle& bundle);
+    void listElementsOfBundle(size_t bundle);
+    void readTimelines(ElementJob& job) const;
+    void takeTimelines(ElementJob& job);
     void classify(PCAnimationExportBundle& bundle);
     void enterSpeedName(const AnimationTag& tag, const QString& animationName);
     QString baseMethodNameFromSpecialNameComponents(const QString& rest) const;
@@ -91,7 +98,7 @@ class Planner {
     TakenNames m_pngStems;
     std::unordered_set<std::string> m_completionNames;
     std::vector<PCAnimationExportBundle> m_bundles;
-    std::vector<TimelineJob> m_jobs;
+    std::vector<ElementJob> m_jobs;
 };
 
 void Planner::listElements() {
@@ -166,87 +173,71 @@ void Planner::createAnimationExportBundles() {
     for (const PCAnimation::Ptr& animation : m_project.animationsManager().animations()) {
         if (animation->name().startsWith(u"_ignore_")) continue;
         m_bundles.emplace_back().animation = animation;
-        listTimelines(m_bundles.size() - 1);
+        listElementsOfBundle(m_bundles.size() - 1);
     }
-    parallelFor(m_jobs.size(), [this](size_t i) { decode(m_jobs[i]); });
-    for (size_t first = 0, last = 0; first < m_jobs.size(); first = last) {
-        while (last < m_jobs.size() && m_jobs[last].bundle == m_jobs[first].bundle &&
-               m_jobs[last].element == m_jobs[first].element) {
-            ++last;
-        }
-        takeTimelines(&m_jobs[first], &m_jobs[first] + (last - first));
-    }
+    parallelFor(m_jobs.size(), [this](size_t i) { readTimelines(m_jobs[i]); });
+    for (ElementJob& job : m_jobs)
+        takeTimelines(job);
+    parallelFor(m_bundles.size(), [this](size_t i) { lengthenTimelines(m_bundles[i]); });
     for (PCAnimationExportBundle& bundle : m_bundles) {
-        finishBundle(bundle);
         classify(bundle);
         file(std::move(bundle));
     }
 }
 
-/// Notes every timeline file of the animation, elements in tree order.
-void Planner::listTimelines(size_t bundle) {
+/// Notes every element of which the animation stores something, in tree order.
+void Planner::listElementsOfBundle(size_t bundle) {
     const PCAnimation::Ptr& animation = m_bundles[bundle].animation;
-    const size_t firstJob = m_jobs.size();
+    std::vector<std::pair<size_t, const FileWrapper*>> directories;  // by place in the tree
     for (const auto& [name, directory] : animation->fileWrapper()->fileWrappers()) {
         if (name == kAnimationNameFile || name == kAnimationKeyAllFile) continue;
         const auto element = m_elementByIdentifier.find(Identifier(name));
-        const bool isDeleted = element == m_elementByIdentifier.end();
-        bool hasTimelines = false;
-        for (const auto& [fileName, stored] : directory->fileWrappers()) {
-            const ElementTimelineFile* file = elementTimelineFileNamed(fileName);
-            if (!file || !stored->isRegularFile()) continue;
-            hasTimelines = true;
-            if (isDeleted) break;
-            m_jobs.push_back({bundle,
-                              element->second,
-                              file,
-                              stored.get(),
-                              loadedTimeline(*animation, name, *file),
-                              {}});
+        if (element != m_elementByIdentifier.end()) {
+            directories.emplace_back(element->second, directory.get());
+        } else if (holdsTimelines(*directory)) {
+            m_plan.leftOutTimelines.push_back({animation, name, {}, 0});
         }
-        if (hasTimelines && isDeleted) m_plan.leftOutTimelines.push_back({animation, name, {}, 0});
     }
-    std::stable_sort(m_jobs.begin() + static_cast<std::ptrdiff_t>(firstJob), m_jobs.end(),
-                     [](const auto& a, const auto& b) { return a.element < b.element; });
+    std::sort(directories.begin(), directories.end());
+    for (const auto& [element, directory] : directories)
+        m_jobs.push_back({bundle, element, directory, {}, {}});
 }
 
-void Planner::decode(TimelineJob& job) const {
-    if (job.loaded && job.loaded->isAsStored()) {
-        job.timeline = job.loaded->copy();
-        return;
-    }
-    const QString entry = u"animations/"_s + m_bundles[job.bundle].animation->identifier() + u'/' +
-                          m_plan.elements[job.element].element->identifier().toString() + u'/' +
-                          job.file->fileName;
-    job.timeline = PCKeyedPropertyTimeline::EXPORT_unarchive(job.stored->contents(), entry);
-}
-
-/// Gives the decoded timelines of one element, from `first` up to `last`, to its bundle.
-void Planner::takeTimelines(TimelineJob* first, TimelineJob* last) {
-    PCAnimationExportBundle& bundle = m_bundles[first->bundle];
-    const PCElement::Ptr& element = m_plan.elements[first->element].element;
-    PCAnimationExportElementTimelines record;
-    for (TimelineJob* job = first; job != last; ++job) {
-        const PropertyTypeRow& row = propertyTypeRow(job->timeline->propertyType());
+/// Copies what is in memory and decodes what is not. Called on several threads.
+void Planner::readTimelines(ElementJob& job) const {
+    const PCAnimation::Ptr& animation = m_bundles[job.bundle].animation;
+    const PCElement::Ptr& element = m_plan.elements[job.element].element;
+    const auto group = animation->timelineGroup(element->identifier());
+    const QString identifier = element->identifier().toString();
+    const QString path = u"animations/"_s + animation->identifier() + u'/' + identifier + u'/';
+    bool hasTimelines = false;
+    for (const auto& [fileName, stored] : job.directory->fileWrappers()) {
+        const ElementTimelineFile* file = elementTimelineFileNamed(fileName);
+        if (!file || !stored->isRegularFile()) continue;
+        hasTimelines = true;
+        const auto loaded = group ? group->timelineIfLoaded(file->slot) : nullptr;
+        auto timeline = loaded && loaded->isAsStored() ? loaded->copy()
+                                                       : PCKeyedPropertyTimeline::EXPORT_unarchive(
+                                                             stored->contents(), path + fileName);
+        const PropertyTypeRow& row = propertyTypeRow(timeline->propertyType());
         if (row.valueKind == PropertyValueKind::Point || row.type == PCPropertyTypeKeyAll) {
-            m_plan.leftOutTimelines.push_back({bundle.animation, element->identifier().toString(),
-                                               element, job->timeline->propertyType()});
+            job.leftOut.push_back({animation, identifier, element, timeline->propertyType()});
         } else {
-            record.*job->file->field = std::move(job->timeline);
+            job.record.*file->field = std::move(timeline);
         }
     }
-    record.setElement(element);
-    bundle.durationInMS = std::max(bundle.durationInMS, record.maxDurationInMS());
-    bundle.hasLooping = bundle.hasLooping || record.hasLooping();
-    bundle.timelinesByElement.push_back(std::move(record));
+    if (hasTimelines) job.record.setElement(element);
 }
 
-/// Makes every timeline that does not repeat as long as the animation.
-void Planner::finishBundle(PCAnimationExportBundle& bundle) {
-    for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
-        for (const auto& timeline : record.slicingOrder())
-            timeline->EXPORT_setDurationInTimeInMS(bundle.durationInMS);
-    }
+/// Gives the timelines that have been read to their bundle.
+void Planner::takeTimelines(ElementJob& job) {
+    m_plan.leftOutTimelines.insert(m_plan.leftOutTimelines.end(), job.leftOut.begin(),
+                                   job.leftOut.end());
+    if (!job.record.element) return;
+    PCAnimationExportBundle& bundle = m_bundles[job.bundle];
+    bundle.durationInMS = std::max(bundle.durationInMS, job.record.maxDurationInMS());
+    bundle.hasLooping = bundle.hasLooping || job.record.hasLooping();
+    bundle.timelinesByElement.push_back(std::move(job.record));
 }
 
 void Planner::classify(PCAnimationExportBundle& bundle) {

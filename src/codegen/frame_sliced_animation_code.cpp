@@ -53,7 +53,7 @@ void sortByChange(PCAnimationExportBundle& bundle) {
     for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
         PCAnimationExportBundle::ElementTimelines nonChanging{record.element, {}};
         PCAnimationExportBundle::ElementTimelines changing{record.element, {}};
-        for (const auto& timeline : record.slicingOrder()) {
+        for (auto* timeline : record.slicingOrder()) {
             auto& list = timeline->EXPORT_isNonChanging() ? nonChanging : changing;
             list.timelines.push_back(timeline);
         }
@@ -74,7 +74,7 @@ std::optional<QString> obstacleToSlicing(const PCAnimationExportBundle& bundle) 
                                                           element.name());
     };
     for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
-        for (const auto& timeline : record.slicingOrder()) {
+        for (const auto* timeline : record.slicingOrder()) {
             if (timeline->propertyType() == PCPropertyTypeChildrenZPositions) {
                 return obstacle(
                     u"* keyall, childrenZPositions, Translation should NOT be used in "
@@ -112,7 +112,7 @@ void FrameSlicedAnimationCode::prepareForSlicedAnimationExport() {
 template <class Visit>
 void FrameSlicedAnimationCode::forEachChangingTimeline(const Bundle& bundle, Visit visit) const {
     for (const auto& [element, timelines] : bundle.changingTimelinesByElement) {
-        for (const auto& timeline : timelines)
+        for (const auto* timeline : timelines)
             visit(m_plan.planned(*element), *timeline);
     }
 }
@@ -216,7 +216,7 @@ void FrameSlicedAnimationCode::generateCodeToApplyFrameSlicedValuesWithAnimation
          nonChanging ? bundle.nonChangingTimelinesByElement : bundle.changingTimelinesByElement) {
         const PlannedElement& planned = m_plan.planned(*element);
         ElementTransform transform;
-        for (const auto& timeline : timelines) {
+        for (const auto* timeline : timelines) {
             if (transform.take(*timeline)) continue;
             generateCodeToApplyStructValueFromTimeline(planned, *timeline, nonChanging);
         }

@@ -14,8 +14,11 @@
 
 namespace tweenery {
 
-/// Generated text (UTF-8) by file name.
-using FileContents = std::map<QString, std::string>;
+/// The generated text (UTF-8) of a file, in pieces that follow each other: long ones are handed on,
+/// not copied together.
+using SourcePieces = std::vector<std::string>;
+/// By file name.
+using FileContents = std::map<QString, SourcePieces>;
 
 /// What one generated keyframe animation holds. The texts are source text, but for the key and the
 /// element's name, which the provider escapes.
@@ -49,9 +52,6 @@ class PCLanguageCodeProvider {
     /// Whether the target is the desktop platform, not the mobile one. False at first.
     virtual void setGenerateForMac(bool generateForMac) = 0;
     virtual void setGeneratedClassName(Text name) = 0;
-
-    /// Makes room for so many more bytes in the main file, so that it need not grow in steps.
-    virtual void reserveCode(size_t bytes) = 0;
 
     /// The comment block at the head of each file.
     virtual void addTopComments() = 0;
@@ -119,8 +119,8 @@ class PCLanguageCodeProvider {
                                                               QPointF controlPoint1,
                                                               QPointF controlPoint2) = 0;
     /// Fills and closes the main method, and writes the remove method.
-    virtual void addStandardAnimationWithBaseName(Text baseName, Text addCode, Text removeCode,
-                                                  bool addCompletionBlock) = 0;
+    virtual void addStandardAnimationWithBaseName(Text baseName, std::string addCode,
+                                                  Text removeCode, bool addCompletionBlock) = 0;
     /// A local floating-point constant.
     virtual void codeForFloatWithName(std::string& out, Text name, float value) const = 0;
     virtual void codeForAnimationWithVariableName(std::string& out,

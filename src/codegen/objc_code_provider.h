@@ -58,7 +58,7 @@ class PCObjCCodeProvider final : public PCCocoaLanguageProvider {
                                                             Text functionName) override;
     void addTimingFunctionDefinitionWithControlPoints(Text variableName, QPointF controlPoint1,
                                                       QPointF controlPoint2) override;
-    void addStandardAnimationWithBaseName(Text baseName, Text addCode, Text removeCode,
+    void addStandardAnimationWithBaseName(Text baseName, std::string addCode, Text removeCode,
                                           bool addCompletionBlock) override;
     void codeForFloatWithName(std::string& out, Text name, float value) const override;
     void codeForAnimationWithVariableName(std::string& out,

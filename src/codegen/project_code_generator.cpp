@@ -9,21 +9,30 @@ using namespace Qt::StringLiterals;
 
 namespace tweenery {
 
-void PCProjectCodeGenerator::loadFileContentsByName() {
-    const auto project = m_project.lock();
+std::shared_ptr<PCProject> PCProjectCodeGenerator::project() const {
+    auto project = m_project.lock();
     assertContract(project != nullptr, u"project MUST be set"_s);
+    return project;
+}
+
+void PCProjectCodeGenerator::loadFileContentsByName() {
+    const auto exported = project();
     assertContract(m_languageProvider != nullptr, u"languageProvider MUST be set"_s);
     m_fileContentsByName.clear();
-    m_diagnostics.clear();
-    ExportPlan plan = planExport(
-        *project,
+    m_plan.reset();
+    m_plan = planExport(
+        *exported,
         {m_languageProvider->language(), m_generateForMac, m_clipsCanvas, m_addAnimationSuffix},
         m_isLFTPuppetView);
-    m_isLFTPuppetView = plan.isLFTPuppetView;
-    m_diagnostics = exportDiagnostics(*project, plan);
-    m_languageProvider->setGeneratedClassName(plan.generatedClassName.toStdString());
+    m_isLFTPuppetView = m_plan->isLFTPuppetView;
+    m_languageProvider->setGeneratedClassName(m_plan->generatedClassName.toStdString());
     m_languageProvider->setGenerateForMac(m_generateForMac);
-    generateCodeForFileContentsByName(plan);
+    generateCodeForFileContentsByName(*m_plan);
+}
+
+std::vector<ExportDiagnostic> PCProjectCodeGenerator::diagnostics() const {
+    if (!m_plan) return {};
+    return exportDiagnostics(*project(), *m_plan);
 }
 
 void PCProjectCodeGenerator::generateCodeForFileContentsByName(ExportPlan& plan) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "codegen/export_diagnostics.h"
@@ -33,9 +34,11 @@ class PCProjectCodeGenerator {
     /// The result of the last run: empty after one that failed.
     const FileContents& fileContentsByName() const { return m_fileContentsByName; }
     /// What a designer should know of the last run, also of one that stopped with ExportError.
-    const std::vector<ExportDiagnostic>& diagnostics() const { return m_diagnostics; }
+    /// Found out by each call, from the project, which must still be as it was in the run.
+    std::vector<ExportDiagnostic> diagnostics() const;
 
  private:
+    std::shared_ptr<PCProject> project() const;
     void generateCodeForFileContentsByName(ExportPlan& plan);
     void addImports(const ExportPlan& plan, bool usesFrameSlices);
     void beginClassDefinition(const ExportPlan& plan);
@@ -46,8 +49,8 @@ class PCProjectCodeGenerator {
     bool m_addAnimationSuffix = false;
     bool m_isLFTPuppetView = false;  // once set, it stays
     std::unique_ptr<PCLanguageCodeProvider> m_languageProvider;
+    std::optional<ExportPlan> m_plan;  // of the last run, if it came that far
     FileContents m_fileContentsByName;
-    std::vector<ExportDiagnostic> m_diagnostics;
 };
 
 }  // namespace tweenery

@@ -12,6 +12,18 @@ using namespace Qt::StringLiterals;
 
 namespace tweenery {
 
+namespace {
+
+/// The same bytes, which must outlive the views.
+QByteArrayList viewsOf(const SourcePieces& pieces) {
+    QByteArrayList views;
+    for (const std::string& piece : pieces)
+        views << QByteArray::fromRawData(piece.data(), static_cast<qsizetype>(piece.size()));
+    return views;
+}
+
+}  // namespace
+
 ExportOptions ExportOptions::fromPreferences(PCProject& project) {
     const PCProjectPreferences& preferences = project.preferences();
     const QString date = QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat);
@@ -44,11 +56,8 @@ ExportResult exportCodeToDirectory(const std::shared_ptr<PCProject>& project,
         result.files.failures.push_back({u"."_s, u"the directory cannot be made"_s});
         return result;
     }
-    for (const auto& [name, text] : generator.fileContentsByName()) {
-        writeExportedFile(directory, name,
-                          QByteArray::fromRawData(text.data(), static_cast<qsizetype>(text.size())),
-                          result.files);
-    }
+    for (const auto& [name, pieces] : generator.fileContentsByName())
+        writeExportedFile(directory, name, viewsOf(pieces), result.files);
     if (options.includesImages) {
         const WrittenFiles artwork =
             exportArtwork(imageSets, directory, options.cleansImageDirectory);

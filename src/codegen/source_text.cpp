@@ -48,10 +48,13 @@ void appendEscapedControl(std::string& out, TargetLanguage language, std::string
 
 /// `name` with its control characters escaped, and each of `marked` behind a backslash.
 std::string escaped(TargetLanguage language, std::string_view name, std::string_view marked) {
-    const bool isPlain = std::all_of(name.begin(), name.end(), [&](char character) {
-        const auto byte = static_cast<unsigned char>(character);
-        return byte >= 0x20 && byte < 0x7f && marked.find(character) == std::string_view::npos;
-    });
+    const auto isInside = [&](char mark) { return name.find(mark) != std::string_view::npos; };
+    const bool isPlain = std::all_of(name.begin(), name.end(),
+                                     [](char character) {
+                                         const auto byte = static_cast<unsigned char>(character);
+                                         return byte >= 0x20 && byte < 0x7f;
+                                     }) &&
+                         std::none_of(marked.begin(), marked.end(), isInside);
     std::string text;
     if (isPlain) return text.assign(name);
     text.reserve(name.size());

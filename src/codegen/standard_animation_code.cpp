@@ -25,7 +25,7 @@ size_t estimatedSize(const PCAnimationExportBundle& bundle) {
     constexpr size_t bytesOfKeyframe = 40;
     size_t size = 1000;
     for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
-        for (const auto& timeline : record.allNonNilTimelines())
+        for (const auto* timeline : record.allNonNilTimelines())
             size += bytesOfFrame + bytesOfKeyframe * timeline->keyframesCount();
     }
     return size;
@@ -74,7 +74,11 @@ class StandardAnimationCode::BundleCode {
     const PCLanguageCodeProvider& m_provider;
     PCAnimationExportBundle& m_bundle;
     const std::string m_animationName;
+    // Used again for one timeline after another.
     KeyframeLists m_lists;
+    std::string m_variable;
+    std::string m_key;
+    std::string m_duration;
 };
 
 void StandardAnimationCode::addStandardAnimations() {
@@ -83,10 +87,6 @@ void StandardAnimationCode::addStandardAnimations() {
     parallelFor(bundles.size(), [&](size_t i) {
         easingModesNeeded[i] = BundleCode(m_plan, m_provider, bundles[i]).generate();
     });
-    size_t size = 0;
-    for (const PCAnimationExportBundle& bundle : bundles)
-        size += bundle.generatedAddCode.size() + bundle.generatedRemoveCode.size();
-    m_provider.reserveCode(size);
     for (size_t i = 0; i < bundles.size(); ++i) {
         PCAnimationExportBundle& bundle = bundles[i];
         const std::string stem = methodStem(bundle.baseMethodName);
@@ -94,7 +94,7 @@ void StandardAnimationCode::addStandardAnimations() {
                                                       !bundle.hasLooping,
                                                       m_plan.target.addAnimationSuffix);
         addDefinitionCodeForTimingFunctionsWithEasingModes(easingModesNeeded[i]);
-        m_provider.addStandardAnimationWithBaseName(stem, bundle.generatedAddCode,
+        m_provider.addStandardAnimationWithBaseName(stem, std::move(bundle.generatedAddCode),
                                                     bundle.generatedRemoveCode, !bundle.hasLooping);
     }
     if (m_plan.usesCompletionBlocksTable()) m_provider.addAnimationDidStopMethod();
@@ -133,7 +133,7 @@ EasingModes StandardAnimationCode::BundleCode::generate() {
     }
     for (const PCAnimationExportElementTimelines& record : m_bundle.timelinesByElement) {
         const PlannedElement& planned = m_plan.planned(*record.element);
-        for (const auto& timeline : record.allNonNilTimelines()) {
+        for (const auto* timeline : record.allNonNilTimelines()) {
             if (timeline->propertyType() == PCPropertyTypeChildrenZPositions) {
                 generateCodeForChildrenOrder(*record.element, *timeline);
             } else {
@@ -195,28 +195,28 @@ void StandardAnimationCode::BundleCode::generateCodeForChildrenOrder(
 void StandardAnimationCode::BundleCode::generateCodeForAnimatingTimeline(
     const PlannedElement& planned, int32_t propertyType, const PCKeyedPropertyTimeline& timeline) {
     const std::string_view qualifier = animationQualifierForPropertyType(propertyType);
-    std::string variable;
-    append(variable, "%@%@Animation", planned.variable, qualifier);
-    std::string key;
-    append(key, "%@_%@", m_animationName, qualifier);
-    std::string duration;
-    append(duration, "%0.3f", static_cast<float>(timeline.durationInMS()) / 1000.0F);
-    if (m_bundle.timeScalar > 0) duration += " / timeScalar";
+    m_variable.clear();
+    append(m_variable, "%@%@Animation", planned.variable, qualifier);
+    m_key.clear();
+    append(m_key, "%@_%@", m_animationName, qualifier);
+    m_duration.clear();
+    append(m_duration, "%0.3f", static_cast<float>(timeline.durationInMS()) / 1000.0F);
+    if (m_bundle.timeScalar > 0) m_duration += " / timeScalar";
 
     KeyframeAnimationCode code;
-    code.variableName = variable;
+    code.variableName = m_variable;
     code.keypath = animationKeyPathForPropertyType(propertyType);
-    code.duration = duration;
+    code.duration = m_duration;
     code.values = m_lists.values();
     code.times = m_lists.times();
     code.timingFunctions = m_lists.timingFunctions();
     if (timeline.repeatBehavior() == PCRepeatBehaviorForeverAutoreverse) code.autoreverses = true;
     code.repeatForever = timeline.repeatBehavior() != PCRepeatBehaviorNever;
-    code.animationKey = key;
+    code.animationKey = m_key;
     if (m_plan.target.addAnimationSuffix) code.animationKeySuffix = "animationKeySuffix";
     code.elementUserName = planned.userName;
     m_provider.codeForAnimationWithVariableName(m_bundle.generatedAddCode, code);
-    m_provider.codeForRemovingAnimationWithKey(m_bundle.generatedRemoveCode, key, planned.userName,
+    m_provider.codeForRemovingAnimationWithKey(m_bundle.generatedRemoveCode, m_key, planned.userName,
                                                planned.isLayer());
 }
 

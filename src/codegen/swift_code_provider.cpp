@@ -1,5 +1,7 @@
 #include "codegen/swift_code_provider.h"
 
+#include <utility>
+
 #include "platform/number_text.h"
 
 namespace tweenery {
@@ -120,7 +122,7 @@ void PCSwiftCodeProvider::endClassDefinition() {
 
 FileContents PCSwiftCodeProvider::fileContentsByName() {
     FileContents contents;
-    contents[QString::fromStdString(generatedClassName()) + u".swift"_s] = std::move(code());
+    contents[QString::fromStdString(generatedClassName()) + u".swift"_s] = takeCode();
     return contents;
 }
 
@@ -355,9 +357,9 @@ void PCSwiftCodeProvider::addTimingFunctionDefinitionWithControlPoints(Text vari
         variableName, controlPoint1.x(), controlPoint1.y(), controlPoint2.x(), controlPoint2.y());
 }
 
-void PCSwiftCodeProvider::addStandardAnimationWithBaseName(Text baseName, Text addCode,
+void PCSwiftCodeProvider::addStandardAnimationWithBaseName(Text baseName, std::string addCode,
                                                            Text removeCode, bool) {
-    code() += addCode;
+    addPiece(std::move(addCode));
     append(code(),
            "\n\t}"
            "\n\n\tfunc remove%@() {",

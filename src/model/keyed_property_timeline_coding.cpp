@@ -151,7 +151,8 @@ PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::decode(const KeyedUnarchiv
     timeline->setRepeatBehavior(repeatBehaviorFromString(root.decodeString("repeat_behavior")));
 
     const ArchivedArray items = root.decodeArray("keyframes");
-    timeline->reserveLists(items.size());
+    // An export may lengthen its timelines by a keyframe.
+    timeline->reserveLists(items.size() + (fields == Fields::Exported ? 1 : 0));
     const size_t keysCount = fields == Fields::All ? kKeysCount : kExportedKeysCount;
     RecordDecoder item(items, std::span(kKeyframeKeys).first(keysCount), "PCPropertyKeyframe");
     for (size_t i = 0; i < items.size(); ++i) {

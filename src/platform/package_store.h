@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayList>
 #include <QString>
 
 #include "platform/file_wrapper.h"
@@ -40,5 +41,7 @@ void writePackageCopy(const FileWrapper& root, const QString& path, bool replace
 /// Writes one file atomically (temporary file beside it, flush, rename). A symbolic link at `path`
 /// is replaced, not followed; a directory is refused. Throws InputError.
 void writeFileAtomically(const QString& path, const QByteArray& data);
+/// The same with bytes that come in pieces.
+void writeFileAtomically(const QString& path, const QByteArrayList& pieces);
 
 }  // namespace tweenery

@@ -1,5 +1,6 @@
 #include <fcntl.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <mutex>
 
@@ -302,6 +303,10 @@ void writePackageCopy(const FileWrapper& root, const QString& path, bool replace
 }
 
 void writeFileAtomically(const QString& path, const QByteArray& data) {
+    writeFileAtomically(path, QByteArrayList{data});
+}
+
+void writeFileAtomically(const QString& path, const QByteArrayList& pieces) {
     const std::string target = systemPath(path).toStdString();
     const size_t nameAt = target.rfind('/') + 1;
     const std::string staging = target.substr(0, nameAt) + stagingName(target.substr(nameAt));
@@ -310,8 +315,10 @@ void writeFileAtomically(const QString& path, const QByteArray& data) {
     if (!file) throw InputError(path, failureText(u"could not be written"_s, errno));
     struct stat present;
     const bool replaces = ::lstat(target.c_str(), &present) == 0 && S_ISREG(present.st_mode);
-    if (writeAll(file.number(), data) &&
-        (!replaces || ::fchmod(file.number(), present.st_mode & ACCESSPERMS) == 0) &&
+    const bool isWritten = std::all_of(pieces.begin(), pieces.end(), [&](const QByteArray& piece) {
+        return writeAll(file.number(), piece);
+    });
+    if (isWritten && (!replaces || ::fchmod(file.number(), present.st_mode & ACCESSPERMS) == 0) &&
         ::fsync(file.number()) == 0 && file.close() &&
         ::rename(staging.c_str(), target.c_str()) == 0)
         return;

@@ -3,6 +3,8 @@
 #include <charconv>
 #include <cmath>
 
+#include "platform/number_text.h"
+
 namespace tweenery {
 namespace {
 
@@ -41,17 +43,6 @@ class Scanner {
     }
 };
 
-void append(std::string& out, double value) {
-    // Fixed notation of numbers in this range stays short.
-    const double magnitude = std::abs(value);
-    const bool fixed = value == 0 || (magnitude >= 1e-4 && magnitude < 1e15);
-    char digits[32];
-    const auto result =
-        std::to_chars(digits, digits + sizeof digits, value,
-                      fixed ? std::chars_format::fixed : std::chars_format::scientific);
-    out.append(digits, result.ptr);
-}
-
 }  // namespace
 
 std::optional<QPointF> pointFromText(std::string_view text) {
@@ -66,12 +57,7 @@ std::optional<QPointF> pointFromText(std::string_view text) {
 }
 
 std::string textFromPoint(QPointF point) {
-    std::string text = "{";
-    append(text, point.x());
-    text += ", ";
-    append(text, point.y());
-    text += '}';
-    return text;
+    return '{' + shortestText(point.x()) + ", " + shortestText(point.y()) + '}';
 }
 
 }  // namespace tweenery

@@ -26,9 +26,18 @@ void RecordDecoder::open(size_t index) {
     m_record = table().dictionary(number);
     const bool isFirst = m_layout.type != PlistType::Dict;
     if (isFirst || !table().m_plist.haveSameKeys(m_record, m_layout)) findKeys();
+    requireClass(index);
+}
+
+void RecordDecoder::requireClass(size_t index) {
+    const bool hasClass = m_classPosition < m_record.count;
+    const uint32_t ref =
+        hasClass ? table().m_plist.value(m_record, m_classPosition) : ArchivedValue::NoObject;
+    if (hasClass && ref == m_classRef) return;
     if (table().classAt(m_record, m_classPosition).name != m_className) {
         m_array.object(index).requireClass(m_className);
     }
+    m_classRef = ref;
 }
 
 void RecordDecoder::findKeys() {
@@ -49,9 +58,13 @@ void RecordDecoder::findKeys() {
     }
 }
 
-ArchivedValue RecordDecoder::valueForKey(size_t key) const {
-    if (!containsValueForKey(key)) return {};
-    return table().resolve(table().m_plist.value(m_record, m_positions[key]));
+const ArchivedValue& RecordDecoder::valueForKey(size_t key) const {
+    static const ArchivedValue missing;
+    if (!containsValueForKey(key)) return missing;
+    const uint32_t ref = table().m_plist.value(m_record, m_positions[key]);
+    LastValue& last = m_lastValues[key];
+    if (last.ref != ref) last = {ref, table().resolve(ref)};
+    return last.value;
 }
 
 ArchivedKind RecordDecoder::kindOfKey(size_t key) const {

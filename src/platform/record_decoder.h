@@ -3,6 +3,7 @@
 #include <array>
 #include <span>
 
+#include "platform/archive_table.h"
 #include "platform/binary_plist.h"
 #include "platform/keyed_unarchiver.h"
 
@@ -10,7 +11,8 @@ namespace tweenery {
 
 /// Reads the same keys of many objects of one class: where the keys stand is found once for all
 /// objects that have the same keys in the same order. A key is named by its place in the list of
-/// keys. Values are read, and errors thrown, as KeyedDecoder does it.
+/// keys. Of each key the last value is remembered, since many objects share one. Values are read,
+/// and errors thrown, as KeyedDecoder does it.
 class RecordDecoder {
  public:
     static constexpr size_t kMostKeys = 16;
@@ -43,10 +45,17 @@ class RecordDecoder {
     PlistObject m_layout;  // an object with the keys at m_positions
     std::array<uint32_t, kMostKeys> m_positions{};
     uint32_t m_classPosition = 0;
+    uint32_t m_classRef = ArchivedValue::NoObject;  // is known to lead to the class
+    struct LastValue {
+        uint32_t ref = ArchivedValue::NoObject;
+        ArchivedValue value;
+    };
+    mutable std::array<LastValue, kMostKeys> m_lastValues;
 
     KeyedUnarchiver::Table& table() const;
     void findKeys();
-    ArchivedValue valueForKey(size_t key) const;
+    void requireClass(size_t index);
+    const ArchivedValue& valueForKey(size_t key) const;
 };
 
 }  // namespace tweenery

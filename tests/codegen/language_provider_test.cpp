@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "codegen/objc_code_provider.h"
+#include "codegen/scene.h"
 #include "codegen/swift_code_provider.h"
 
 using namespace Qt::StringLiterals;
@@ -26,8 +27,8 @@ std::string mainFile(bool mac, const std::function<void(PCLanguageCodeProvider&)
     Provider provider = makeProvider<Provider>(mac);
     write(provider);
     const FileContents files = provider.fileContentsByName();
-    return files.at(std::is_same_v<Provider, PCSwiftCodeProvider> ? u"SceneView.swift"_s
-                                                                  : u"SceneView.m"_s);
+    return joined(files.at(std::is_same_v<Provider, PCSwiftCodeProvider> ? u"SceneView.swift"_s
+                                                                         : u"SceneView.m"_s));
 }
 
 std::string returned(const std::function<void(std::string&)>& write) {

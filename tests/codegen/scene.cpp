@@ -1,11 +1,17 @@
 #include "codegen/scene.h"
 
+#include <numeric>
+
 #include "codegen/objc_code_provider.h"
 #include "codegen/swift_code_provider.h"
 
 using namespace Qt::StringLiterals;
 
 namespace tweenery::test {
+
+std::string joined(const SourcePieces& pieces) {
+    return std::accumulate(pieces.begin(), pieces.end(), std::string());
+}
 
 Scene::Scene(const QString& projectName) : m_project(PCProject::init()) {
     m_project->setProjectName(projectName);
@@ -65,8 +71,8 @@ PCProjectCodeGenerator Scene::generator(const RunTarget& target) const {
 std::string Scene::source(const QString& extension, const RunTarget& target) const {
     PCProjectCodeGenerator run = generator(target);
     run.loadFileContentsByName();
-    for (const auto& [name, text] : run.fileContentsByName()) {
-        if (name.endsWith(extension)) return text;
+    for (const auto& [name, pieces] : run.fileContentsByName()) {
+        if (name.endsWith(extension)) return joined(pieces);
     }
     return {};
 }

@@ -24,6 +24,9 @@ struct RunTarget {
     bool addAnimationSuffix = false;
 };
 
+/// The text of a generated file in one piece.
+std::string joined(const SourcePieces& pieces);
+
 /// A small project in memory and the source that it gives.
 class Scene {
  public:

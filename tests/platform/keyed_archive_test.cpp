@@ -142,6 +142,23 @@ TEST(KeyedArchive, ReadsRecordsOfAnyLayout) {
     EXPECT_THROW(stranger.open(0), InputError);
 }
 
+TEST(KeyedArchive, FindsAStrangerAmongRecords) {
+    Archived first([](KeyedEncoder&) {}, "Leaf");
+    Archived second([](KeyedEncoder&) {}, "Leaf");
+    Archived stranger([](KeyedEncoder&) {}, "Stone");
+    const Archived root([&](KeyedEncoder& coder) {
+        const Archivable* items[] = {&first, &second, &stranger};
+        coder.encodeObjects("items", items);
+    });
+    const KeyedUnarchiver archive(KeyedArchiver::archivedDataWithRootObject(root), Entry);
+    RecordDecoder record(archive.root().decodeArray("items"), {}, "Leaf");
+    record.open(0);
+    record.open(1);
+    EXPECT_THROW(record.open(2), InputError);
+    record.open(1);
+    EXPECT_THROW(record.open(2), InputError);
+}
+
 TEST(KeyedArchive, SharesObjectsByAddressAndFollowsCycles) {
     Archived leaf([](KeyedEncoder&) {}, "Leaf");
     Archived twin([](KeyedEncoder&) {}, "Leaf");

@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 #include <algorithm>
 #include <limits>
+#include <numeric>
 
 #include "codegen/export_plan.h"
 #include "codegen/objc_code_provider.h"
@@ -65,8 +66,9 @@ ExportedAnimations::ExportedAnimations(const PCProject::Ptr& project) : m_projec
         std::make_unique<PCObjCCodeProvider>(GenerationStamp{"1.0", "1/2/20"}));
     generator.loadFileContentsByName();
     m_diagnostics = generator.diagnostics();
-    for (const auto& [name, contents] : generator.fileContentsByName()) {
-        if (name.endsWith(u".m")) read(QString::fromStdString(contents));
+    for (const auto& [name, pieces] : generator.fileContentsByName()) {
+        if (!name.endsWith(u".m")) continue;
+        read(QString::fromStdString(std::accumulate(pieces.begin(), pieces.end(), std::string())));
     }
 }
 
