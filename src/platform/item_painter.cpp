@@ -1,6 +1,7 @@
 #include "platform/item_painter.h"
 
 #include <QPainterPath>
+#include <algorithm>
 
 namespace tweenery {
 namespace {
@@ -67,9 +68,15 @@ size_t endOf(const DisplayItem& item, size_t place) {
         item.drawing);
 }
 
+bool touches(const DisplayItem& item, const QRegion& region) {
+    return item.pixels.intersects(region.boundingRect()) &&
+           std::any_of(region.begin(), region.end(),
+                       [&](const QRect& rect) { return !item.pixelsIn(rect).isEmpty(); });
+}
+
 }  // namespace
 
-void ItemPainter::push(const QRect& area, const QRect& dirty) {
+void ItemPainter::push(const QRect& area, const QRegion& dirty) {
     if (m_depth == m_surfaces.size()) m_surfaces.push_back(std::make_unique<Surface>());
     Surface& surface = *m_surfaces[m_depth++];
     surface.area = area;
@@ -88,11 +95,11 @@ void ItemPainter::start(Surface& surface) {
 
 void ItemPainter::setCut() {
     top().painter.resetTransform();
-    top().painter.setClipRect(dirty().translated(-top().area.topLeft()));
+    top().painter.setClipRegion(dirty().translated(-top().area.topLeft()));
 }
 
 void ItemPainter::pushGroup(const DisplayItem& item) {
-    push(item.pixels & top().area, item.pixels & dirty());
+    push(item.pixels & top().area, dirty() & item.pixels);
     Surface& surface = top();
     const QSize size = surface.area.size();
     const size_t pixels = static_cast<size_t>(size.width()) * static_cast<size_t>(size.height());
@@ -104,7 +111,7 @@ void ItemPainter::pushGroup(const DisplayItem& item) {
 
 void ItemPainter::popGroup(double opacity) {
     Surface& group = top();
-    const QRect done = dirty();
+    const QRect done = dirty().boundingRect();
     group.painter.end();
     --m_depth;
     QPainter& painter = top().painter;
@@ -129,7 +136,7 @@ void ItemPainter::mask(const DisplayItem& item, const MaskEnd& mask) {
 }
 
 void ItemPainter::step(const DisplayItem& item, const ClipBegin&) {
-    const QRect cut = dirty() & item.pixels;
+    const QRegion cut = dirty() & item.pixels;
     top().cuts.push_back(cut);
     setCut();
 }
@@ -147,9 +154,9 @@ void ItemPainter::step(const DisplayItem& item, const Drawing& drawing) {
     draw(painter, drawing);
 }
 
-void ItemPainter::paint(const DisplayList& list, const QRect& area, const QRect& dirtyPart,
+void ItemPainter::paint(const DisplayList& list, const QRect& strip, const QRegion& dirtyPart,
                         QImage& pixels) {
-    push(area, dirtyPart);
+    push(strip, dirtyPart);
     Surface& picture = top();
     picture.pixels = QImage(pixels.bits(), pixels.width(), pixels.height(), pixels.bytesPerLine(),
                             QImage::Format_ARGB32_Premultiplied);
@@ -157,7 +164,7 @@ void ItemPainter::paint(const DisplayList& list, const QRect& area, const QRect&
     const std::vector<DisplayItem>& items = list.items();
     for (size_t i = 0; i < items.size(); ++i) {
         const DisplayItem& item = items[i];
-        if (item.pixels.intersects(dirty())) {
+        if (touches(item, dirty())) {
             std::visit([&](const auto& drawing) { step(item, drawing); }, item.drawing);
         } else {
             i = endOf(item, i);
