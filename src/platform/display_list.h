@@ -82,7 +82,7 @@ struct DisplayItem {
     Affine toDevice;     // from the coordinates of `drawing` to pixels
     double opacity;      // above 0, at most 1
     QRect pixels;        // all that it can touch inside the picture; never empty
-    QRectF outline;      // around all of `drawing`, in its coordinates. Null: `pixels` says it all
+    QRectF outline;      // around all of a turned `drawing`, in its coordinates; null for others
     Drawing drawing;
 
     /// A rectangle around what it can touch in `area`: in few rows far less of a turned item than

@@ -2,6 +2,8 @@
 
 #include <QPainterPath>
 #include <algorithm>
+#include <cmath>
+#include <type_traits>
 
 namespace tweenery {
 namespace {
@@ -16,10 +18,6 @@ QPainterPath roundedRect(const QRectF& rect, double cornerRadius) {
     QPainterPath path;
     cornerRadius > 0 ? path.addRoundedRect(rect, cornerRadius, cornerRadius) : path.addRect(rect);
     return path;
-}
-
-void draw(QPainter& painter, const ImageDrawing& drawing) {
-    painter.drawImage(drawing.rect, drawing.image);
 }
 
 void draw(QPainter& painter, const FillDrawing& drawing) {
@@ -72,6 +70,42 @@ bool touches(const DisplayItem& item, const QRegion& region) {
     return item.pixels.intersects(region.boundingRect()) &&
            std::any_of(region.begin(), region.end(),
                        [&](const QRect& rect) { return !item.pixelsIn(rect).isEmpty(); });
+}
+
+// Around what shows of a turned item in the region, in the item's coordinates.
+QRectF shownPart(const DisplayItem& item, const QRegion& region) {
+    constexpr int kEdge = 2;  // pixels, so that the antialiased edge of the part does not show
+    QRect part;
+    for (const QRect& rect : region) {
+        part |= item.pixelsIn(rect);
+    }
+    return item.toDevice.unmapRect(QRectF(part.adjusted(-kEdge, -kEdge, kEdge, kEdge)));
+}
+
+// `part` of what is stretched from the image to `rect`, in pixels of the image.
+QRect sourceOf(const QRectF& part, const QRectF& rect, const QRect& image) {
+    constexpr int kNeighbours = 2;  // pixels that smoothing may read
+    const double x = image.width() / rect.width();
+    const double y = image.height() / rect.height();
+    const QRectF pixels((part.x() - rect.x()) * x, (part.y() - rect.y()) * y, part.width() * x,
+                        part.height() * y);
+    if (!std::isfinite(pixels.x() + pixels.y() + pixels.width() + pixels.height())) return image;
+    const QRect inside = (pixels & QRectF(image)).toAlignedRect();
+    return inside.adjusted(-kNeighbours, -kNeighbours, kNeighbours, kNeighbours) & image;
+}
+
+// The raster engine walks the whole outline of what it is given for each strip, also where it is
+// cut away: of a turned image it gets only the part that shows.
+void drawPart(QPainter& painter, const DisplayItem& item, const ImageDrawing& drawing,
+              const QRegion& region) {
+    const QRectF& rect = drawing.rect;
+    const QRect image = drawing.image.rect();
+    const QRect source = sourceOf(shownPart(item, region), rect, image);
+    const double x = rect.width() / image.width();
+    const double y = rect.height() / image.height();
+    const QRectF target(rect.x() + source.x() * x, rect.y() + source.y() * y, source.width() * x,
+                        source.height() * y);
+    painter.drawImage(target, drawing.image, source);
 }
 
 }  // namespace
@@ -151,7 +185,12 @@ void ItemPainter::step(const DisplayItem& item, const Drawing& drawing) {
     QPainter& painter = top().painter;
     painter.setTransform(transformOf(item, top().area.topLeft()));
     painter.setOpacity(item.opacity);
-    draw(painter, drawing);
+    if constexpr (std::is_same_v<Drawing, ImageDrawing>) {
+        item.outline.isNull() ? painter.drawImage(drawing.rect, drawing.image)
+                              : drawPart(painter, item, drawing, dirty());
+    } else {
+        draw(painter, drawing);
+    }
 }
 
 void ItemPainter::paint(const DisplayList& list, const QRect& strip, const QRegion& dirtyPart,

@@ -18,7 +18,8 @@ class ItemPainter {
     /// Paints what the list shows in `dirty`, a part of `strip`, onto `pixels`, an
     /// ARGB32_Premultiplied image that shows that strip, rows of the picture in their whole width.
     /// Whatever stood there before is gone; other pixels are neither read nor written. Edges
-    /// depend on `strip` by what a fixed-point number rounds, but not on `dirty`.
+    /// depend on `strip`, and those of turned images on `dirty`, by what a fixed-point number
+    /// rounds.
     void paint(const DisplayList& list, const QRect& strip, const QRegion& dirty, QImage& pixels);
 
  private:

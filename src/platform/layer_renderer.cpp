@@ -19,7 +19,7 @@ void requireSize(QImage& picture, QSize size) {
 // What the raster engine can paint on.
 constexpr double kGreatestSide = 32767;
 
-// For each strip the raster engine walks the whole outline of an item: low strips cost more. High
+// For each strip the raster engine walks the outline of an item anew: low strips cost more. High
 // ones overflow its memory, so that it walks again, and leave threads without work at the end. Each
 // open group of a strip has pixels of its own: many in one another make low strips.
 int stripHeight(const DisplayList& list) {

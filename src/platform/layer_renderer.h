@@ -18,8 +18,9 @@ namespace tweenery {
 ///
 /// Pictures are ARGB32_Premultiplied on a transparent ground. A frame that was painted in parts is
 /// the same as one painted whole, but that the raster engine weighs the pixels of turned or scaled
-/// images in sixteenths, counted from where a span begins: next to hard edges single pixels may
-/// differ by such a step. Nothing adds up from frame to frame.
+/// images in sixteenths, counted from where a span begins, and rounds where the edges of a turned
+/// image lie: next to hard edges single pixels may differ by such a step. Nothing adds up from
+/// frame to frame.
 class LayerRenderer {
  public:
     /// How many threads paint at most; 0 means one for each core.
