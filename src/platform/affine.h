@@ -50,6 +50,13 @@ struct Affine {
             (std::abs(linear.b) * rect.width() + std::abs(linear.d) * rect.height()) / 2;
         return {centre.x() - halfWidth, centre.y() - halfHeight, 2 * halfWidth, 2 * halfHeight};
     }
+    /// The smallest upright rectangle around all that mapRect() brings into `rect`. Only for a
+    /// transform that does not flatten the plane.
+    QRectF unmapRect(const QRectF& rect) const {
+        const double scale = 1 / linear.determinant();
+        const Linear back{linear.d * scale, -linear.b * scale, -linear.c * scale, linear.a * scale};
+        return Affine{back, {}}.mapRect(rect.translated(-offset));
+    }
     bool isFinite() const {
         return std::isfinite(linear.a + linear.b + linear.c + linear.d + offset.x() + offset.y());
     }

@@ -5,8 +5,8 @@
 namespace tweenery {
 namespace {
 
-// Rectangles nearer than that are painted as one: beginning another one costs about as much as
-// painting that many columns of a strip.
+// Rectangles nearer than that are painted as one: to cut each line between them costs about as much
+// as to paint some pixels more.
 constexpr int kGap = 16;
 
 bool areClose(const QRect& a, const QRect& b) {
@@ -28,39 +28,59 @@ void addTo(std::vector<QRect>& rectangles, QRect added) {
     rectangles.push_back(added);
 }
 
+size_t bandOf(int row) {
+    return static_cast<size_t>(row / DirtyArea::kBandHeight);
+}
+
 }  // namespace
 
-void DirtyArea::reset(QSize size, int stripHeight) {
+void DirtyArea::reset(QSize size) {
     m_size = size;
-    m_stripHeight = stripHeight;
-    m_isEmpty = true;
-    m_strips.resize(static_cast<size_t>((size.height() + stripHeight - 1) / stripHeight));
-    for (std::vector<QRect>& strip : m_strips) {
-        strip.clear();
+    m_bands.resize(bandOf(size.height() + kBandHeight - 1));
+    for (std::vector<QRect>& band : m_bands) {
+        band.clear();
     }
 }
 
-void DirtyArea::add(const QRect& pixels) {
-    const QRect rect = pixels & QRect(QPoint(0, 0), m_size);
-    if (rect.isEmpty()) return;
-    m_isEmpty = false;
-    for (int strip = rect.top() / m_stripHeight; strip <= rect.bottom() / m_stripHeight; ++strip) {
-        const QRect rows(0, strip * m_stripHeight, m_size.width(), m_stripHeight);
-        addTo(m_strips[static_cast<size_t>(strip)], rect & rows);
+void DirtyArea::add(const DisplayItem& item) {
+    for (size_t i = bandOf(item.pixels.top()); i <= bandOf(item.pixels.bottom()); ++i) {
+        const QRect part = item.pixelsIn(band(i));
+        if (!part.isEmpty()) addTo(m_bands[i], part);
     }
 }
 
-const std::vector<QRect>& DirtyArea::rectangles() const {
-    m_rectangles.clear();
-    for (const std::vector<QRect>& strip : m_strips) {
-        m_rectangles.insert(m_rectangles.end(), strip.begin(), strip.end());
+void DirtyArea::addAll() {
+    for (size_t i = 0; i < m_bands.size(); ++i) {
+        m_bands[i].assign(1, band(i));
     }
-    return m_rectangles;
 }
 
-QRect DirtyArea::stripOf(const QRect& rectangle) const {
-    const int top = rectangle.top() - rectangle.top() % m_stripHeight;
-    return {0, top, m_size.width(), std::min(m_stripHeight, m_size.height() - top)};
+QRect DirtyArea::band(size_t index) const {
+    const int top = static_cast<int>(index) * kBandHeight;
+    return {0, top, m_size.width(), std::min(kBandHeight, m_size.height() - top)};
+}
+
+bool DirtyArea::isEmpty() const {
+    return std::all_of(m_bands.begin(), m_bands.end(),
+                       [](const std::vector<QRect>& band) { return band.empty(); });
+}
+
+std::vector<QRect> DirtyArea::rectangles() const {
+    std::vector<QRect> rectangles;
+    for (const std::vector<QRect>& band : m_bands) {
+        rectangles.insert(rectangles.end(), band.begin(), band.end());
+    }
+    return rectangles;
+}
+
+QRegion DirtyArea::partOf(const QRect& strip) const {
+    QRegion part;
+    for (size_t i = bandOf(strip.top()); i <= bandOf(strip.bottom()); ++i) {
+        for (const QRect& rectangle : m_bands[i]) {
+            part |= rectangle;
+        }
+    }
+    return part;
 }
 
 }  // namespace tweenery

@@ -1,37 +1,39 @@
 #pragma once
 
 #include <QRect>
+#include <QRegion>
 #include <QSize>
+#include <cstddef>
 #include <vector>
+
+#include "platform/display_list.h"
 
 namespace tweenery {
 
-/// The part of a picture that has to be painted again, as rectangles that lie in strips of
-/// kStripHeight rows, never overlap and are few: those close to each other are united.
+/// The part of a picture that has to be painted again, as rectangles that lie in bands of
+/// kBandHeight rows, never overlap and are few: those close to each other are united. The lower
+/// the bands, the closer they keep to the outlines of turned items.
 class DirtyArea {
  public:
-    /// The raster engine spreads a fill of 96 spans or more over threads of its own and waits for
-    /// them, which slows a frame of many small images. A row of a turned, antialiased image is
-    /// several spans: this many rows stay below.
-    static constexpr int kStripHeight = 12;
+    static constexpr int kBandHeight = 8;
 
-    /// Nothing is dirty in a picture of that size. `stripHeight` is 1 to kStripHeight.
-    void reset(QSize size, int stripHeight = kStripHeight);
-    void add(const QRect& pixels);
-    void addAll() { add(QRect(QPoint(0, 0), m_size)); }
+    /// Nothing is dirty in a picture of that size.
+    void reset(QSize size);
+    /// All that the item touches, band by band.
+    void add(const DisplayItem& item);
+    void addAll();
 
-    bool isEmpty() const { return m_isEmpty; }
+    bool isEmpty() const;
     /// From top to bottom.
-    const std::vector<QRect>& rectangles() const;
-    /// The whole strip that one of the rectangles lies in.
-    QRect stripOf(const QRect& rectangle) const;
+    std::vector<QRect> rectangles() const;
+    /// What is dirty of `strip`, whole bands of the picture.
+    QRegion partOf(const QRect& strip) const;
 
  private:
+    QRect band(size_t index) const;
+
     QSize m_size;
-    int m_stripHeight = kStripHeight;
-    bool m_isEmpty = true;
-    std::vector<std::vector<QRect>> m_strips;
-    mutable std::vector<QRect> m_rectangles;
+    std::vector<std::vector<QRect>> m_bands;
 };
 
 }  // namespace tweenery

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/parallelogram.h"
+
 namespace tweenery {
 namespace {
 
@@ -19,10 +21,18 @@ QRect pixelsAround(const QRectF& rect, const QRect& limit) {
             QPoint(static_cast<int>(right), static_cast<int>(bottom))};
 }
 
+// Coordinates up to here are exact to far less than a pixel, in ours and in the raster engine's
+// numbers.
+constexpr double kFarthest = 1 << 20;
+
 // The pixels that lie in the rectangle by more than half. Empty for numbers that are not finite.
 QRect wholePixels(const QRectF& rect, const QRect& limit) {
     const QRectF inside = rect & QRectF(limit);
     return inside.isEmpty() ? QRect() : inside.toRect();
+}
+
+bool isNear(const QRectF& rect) {
+    return std::max({-rect.left(), -rect.top(), rect.right(), rect.bottom()}) <= kFarthest;
 }
 
 bool isUpright(const Affine& affine) {
@@ -138,6 +148,14 @@ bool same(const Mark&, const Mark&) {
 
 }  // namespace
 
+QRect DisplayItem::pixelsIn(const QRect& area) const {
+    const QRect part = pixels & area;
+    if (part.isEmpty() || outline.isNull()) return part;
+    const auto [left, right] =
+        Parallelogram(toDevice, outline).columnsBetween(part.top() - 1, part.bottom() + 2);
+    return pixelsAround(QRectF(left, part.top() + 1, right - left, part.height() - 1), part);
+}
+
 bool DisplayItem::looksLike(const DisplayItem& other) const {
     if (opacity != other.opacity || pixels != other.pixels || !same(toDevice, other.toDevice) ||
         drawing.index() != other.drawing.index()) {
@@ -165,7 +183,7 @@ class DisplayList::Builder {
             return;
         }
         const size_t begin = items().size();
-        append(node, m_limit, OpacityBegin{});
+        append(node, {m_limit}, OpacityBegin{});
         items().back().opacity = values.opacity;
         beginGroup();
         addParts(node);
@@ -183,23 +201,30 @@ class DisplayList::Builder {
 
     std::vector<DisplayItem>& items() { return m_list.m_items; }
 
+    struct Extent {
+        QRect pixels{};
+        QRectF outline{};
+    };
+
     template <typename Drawing>
-    void append(const Node& node, const QRect& pixels, Drawing&& drawing) {
-        if (pixels.isEmpty()) return;
-        items().push_back(
-            {&node.layer, node.toDevice, 1.0, pixels, std::forward<Drawing>(drawing)});
+    void append(const Node& node, const Extent& extent, Drawing&& drawing) {
+        if (extent.pixels.isEmpty()) return;
+        items().push_back({&node.layer, node.toDevice, 1.0, extent.pixels, extent.outline,
+                           std::forward<Drawing>(drawing)});
     }
 
-    QRect pixelsOf(const Node& node, const QRectF& rect) const {
-        return pixelsAround(node.toDevice.mapRect(rect), m_limit);
+    Extent extentOf(const Node& node, const QRectF& rect) const {
+        const QRectF box = node.toDevice.mapRect(rect);
+        const bool hasSlopes = !isUpright(node.toDevice) && isNear(box);
+        return {pixelsAround(box, m_limit), hasSlopes ? rect : QRectF()};
     }
 
     void addParts(const Node& node) {
         const LayerStyle& style = node.layer.style();
         const QRectF& bounds = node.values.bounds;
-        const QRect pixels = bounds.isEmpty() ? QRect() : pixelsOf(node, bounds);
+        const Extent extent = bounds.isEmpty() ? Extent() : extentOf(node, bounds);
         if (isVisible(style.background)) {
-            append(node, pixels, FillDrawing{style.background, bounds, style.cornerRadius});
+            append(node, extent, FillDrawing{style.background, bounds, style.cornerRadius});
         }
         if (node.layer.masksToBounds()) {
             addMaskedParts(node);
@@ -207,7 +232,7 @@ class DisplayList::Builder {
             addInside(node);
         }
         if (style.borderWidth > 0 && isVisible(style.borderColor)) {
-            append(node, pixels,
+            append(node, extent,
                    BorderDrawing{style.borderColor, style.borderWidth, bounds, style.cornerRadius});
         }
     }
@@ -218,9 +243,9 @@ class DisplayList::Builder {
         const double cornerRadius = node.layer.style().cornerRadius;
         if (bounds.isEmpty()) return;
         if (cornerRadius > 0 || !isUpright(node.toDevice)) {
-            const QRect pixels = pixelsOf(node, bounds);
             beginGroup();
-            addCut(node, pixels, MaskBegin{bounds, cornerRadius, 0}, MaskEnd{bounds, cornerRadius});
+            addCut(node, extentOf(node, bounds), MaskBegin{bounds, cornerRadius, 0},
+                   MaskEnd{bounds, cornerRadius});
             --m_groupDepth;
             return;
         }
@@ -228,16 +253,16 @@ class DisplayList::Builder {
         if (pixels == m_limit) {
             addInside(node);
         } else {
-            addCut(node, pixels, ClipBegin{0}, ClipEnd{});
+            addCut(node, {pixels}, ClipBegin{0}, ClipEnd{});
         }
     }
 
     template <typename Begin, typename End>
-    void addCut(const Node& node, const QRect& pixels, const Begin& begin, const End& end) {
-        if (pixels.isEmpty()) return;
+    void addCut(const Node& node, const Extent& extent, const Begin& begin, const End& end) {
+        if (extent.pixels.isEmpty()) return;
         const size_t place = items().size();
-        append(node, pixels, begin);
-        const QRect limit = std::exchange(m_limit, pixels);
+        append(node, extent, begin);
+        const QRect limit = std::exchange(m_limit, extent.pixels);
         addInside(node);
         m_limit = limit;
         if (items().size() == place + 1) {
@@ -245,7 +270,7 @@ class DisplayList::Builder {
             return;
         }
         std::get<Begin>(items()[place].drawing).end = items().size();
-        append(node, pixels, end);
+        append(node, extent, end);
     }
 
     void beginGroup() { m_list.m_groupDepth = std::max(m_list.m_groupDepth, ++m_groupDepth); }
@@ -254,7 +279,7 @@ class DisplayList::Builder {
         const LayerValues& values = node.values;
         if (!values.contents.isNull()) {
             const QRectF rect = contentsRect(node.layer, values);
-            append(node, rect.isEmpty() ? QRect() : pixelsOf(node, rect),
+            append(node, rect.isEmpty() ? Extent() : extentOf(node, rect),
                    ImageDrawing{values.contents, rect});
         }
         if (const LayerShape* shape = node.layer.shape()) addShape(node, *shape);
@@ -267,12 +292,12 @@ class DisplayList::Builder {
     void addShape(const Node& node, const LayerShape& shape) {
         if (shape.path.isEmpty()) return;
         if (isVisible(shape.fillColor)) {
-            append(node, pixelsOf(node, shape.path.controlPointRect()),
+            append(node, extentOf(node, shape.path.controlPointRect()),
                    ShapeFill{shape.path, shape.fillColor});
         }
         if (shape.lineWidth > 0 && isVisible(shape.strokeColor)) {
             const QPainterPath stroke = strokeOf(shape, node.toDevice);
-            append(node, pixelsOf(node, stroke.controlPointRect()),
+            append(node, extentOf(node, stroke.controlPointRect()),
                    ShapeStroke{stroke, shape.strokeColor});
         }
     }
@@ -294,7 +319,7 @@ class DisplayList::Builder {
         }
         items()[begin].pixels = pixels;
         std::get<OpacityBegin>(items()[begin].drawing).end = items().size();
-        append(node, pixels, OpacityEnd{});
+        append(node, {pixels}, OpacityEnd{});
         items().back().opacity = items()[begin].opacity;
     }
 

@@ -82,7 +82,12 @@ struct DisplayItem {
     Affine toDevice;     // from the coordinates of `drawing` to pixels
     double opacity;      // above 0, at most 1
     QRect pixels;        // all that it can touch inside the picture; never empty
+    QRectF outline;      // around all of a turned `drawing`, in its coordinates; null for others
     Drawing drawing;
+
+    /// A rectangle around what it can touch in `area`: in few rows far less of a turned item than
+    /// `pixels` has there. May be empty.
+    QRect pixelsIn(const QRect& area) const;
 
     /// Both stand for the same part of the same layer.
     bool isSamePartAs(const DisplayItem& other) const {

@@ -30,8 +30,8 @@ Part partOf(const DisplayItem& item) {
 
 void addChange(const DisplayItem& before, const DisplayItem& after, DirtyArea& dirty) {
     if (after.looksLike(before)) return;
-    dirty.add(before.pixels);
-    dirty.add(after.pixels);
+    dirty.add(before);
+    dirty.add(after);
 }
 
 // Index in `before` of each item of `after`, -1 for a new one.
@@ -81,7 +81,7 @@ void addRearranged(Items before, Items after, DirtyArea& dirty) {
     std::vector<bool> isKept(before.size(), false);
     for (size_t i = 0; i < after.size(); ++i) {
         if (matches[i] < 0) {
-            dirty.add(after[i].pixels);
+            dirty.add(after[i]);
             continue;
         }
         const auto match = static_cast<size_t>(matches[i]);
@@ -89,7 +89,7 @@ void addRearranged(Items before, Items after, DirtyArea& dirty) {
         addChange(before[match], after[i], dirty);
     }
     for (size_t i = 0; i < before.size(); ++i) {
-        if (!isKept[i]) dirty.add(before[i].pixels);
+        if (!isKept[i]) dirty.add(before[i]);
     }
 }
 

@@ -1,6 +1,9 @@
 #include "platform/item_painter.h"
 
 #include <QPainterPath>
+#include <algorithm>
+#include <cmath>
+#include <type_traits>
 
 namespace tweenery {
 namespace {
@@ -15,10 +18,6 @@ QPainterPath roundedRect(const QRectF& rect, double cornerRadius) {
     QPainterPath path;
     cornerRadius > 0 ? path.addRoundedRect(rect, cornerRadius, cornerRadius) : path.addRect(rect);
     return path;
-}
-
-void draw(QPainter& painter, const ImageDrawing& drawing) {
-    painter.drawImage(drawing.rect, drawing.image);
 }
 
 void draw(QPainter& painter, const FillDrawing& drawing) {
@@ -67,9 +66,51 @@ size_t endOf(const DisplayItem& item, size_t place) {
         item.drawing);
 }
 
+bool touches(const DisplayItem& item, const QRegion& region) {
+    return item.pixels.intersects(region.boundingRect()) &&
+           std::any_of(region.begin(), region.end(),
+                       [&](const QRect& rect) { return !item.pixelsIn(rect).isEmpty(); });
+}
+
+// Around what shows of a turned item in the region, in the item's coordinates.
+QRectF shownPart(const DisplayItem& item, const QRegion& region) {
+    constexpr int kEdge = 2;  // pixels, so that the antialiased edge of the part does not show
+    QRect part;
+    for (const QRect& rect : region) {
+        part |= item.pixelsIn(rect);
+    }
+    return item.toDevice.unmapRect(QRectF(part.adjusted(-kEdge, -kEdge, kEdge, kEdge)));
+}
+
+// `part` of what is stretched from the image to `rect`, in pixels of the image.
+QRect sourceOf(const QRectF& part, const QRectF& rect, const QRect& image) {
+    constexpr int kNeighbours = 2;  // pixels that smoothing may read
+    const double x = image.width() / rect.width();
+    const double y = image.height() / rect.height();
+    const QRectF pixels((part.x() - rect.x()) * x, (part.y() - rect.y()) * y, part.width() * x,
+                        part.height() * y);
+    if (!std::isfinite(pixels.x() + pixels.y() + pixels.width() + pixels.height())) return image;
+    const QRect inside = (pixels & QRectF(image)).toAlignedRect();
+    return inside.adjusted(-kNeighbours, -kNeighbours, kNeighbours, kNeighbours) & image;
+}
+
+// The raster engine walks the whole outline of what it is given for each strip, also where it is
+// cut away: of a turned image it gets only the part that shows.
+void drawPart(QPainter& painter, const DisplayItem& item, const ImageDrawing& drawing,
+              const QRegion& region) {
+    const QRectF& rect = drawing.rect;
+    const QRect image = drawing.image.rect();
+    const QRect source = sourceOf(shownPart(item, region), rect, image);
+    const double x = rect.width() / image.width();
+    const double y = rect.height() / image.height();
+    const QRectF target(rect.x() + source.x() * x, rect.y() + source.y() * y, source.width() * x,
+                        source.height() * y);
+    painter.drawImage(target, drawing.image, source);
+}
+
 }  // namespace
 
-void ItemPainter::push(const QRect& area, const QRect& dirty) {
+void ItemPainter::push(const QRect& area, const QRegion& dirty) {
     if (m_depth == m_surfaces.size()) m_surfaces.push_back(std::make_unique<Surface>());
     Surface& surface = *m_surfaces[m_depth++];
     surface.area = area;
@@ -88,11 +129,11 @@ void ItemPainter::start(Surface& surface) {
 
 void ItemPainter::setCut() {
     top().painter.resetTransform();
-    top().painter.setClipRect(dirty().translated(-top().area.topLeft()));
+    top().painter.setClipRegion(dirty().translated(-top().area.topLeft()));
 }
 
 void ItemPainter::pushGroup(const DisplayItem& item) {
-    push(item.pixels & top().area, item.pixels & dirty());
+    push(item.pixels & top().area, dirty() & item.pixels);
     Surface& surface = top();
     const QSize size = surface.area.size();
     const size_t pixels = static_cast<size_t>(size.width()) * static_cast<size_t>(size.height());
@@ -104,7 +145,7 @@ void ItemPainter::pushGroup(const DisplayItem& item) {
 
 void ItemPainter::popGroup(double opacity) {
     Surface& group = top();
-    const QRect done = dirty();
+    const QRect done = dirty().boundingRect();
     group.painter.end();
     --m_depth;
     QPainter& painter = top().painter;
@@ -129,7 +170,7 @@ void ItemPainter::mask(const DisplayItem& item, const MaskEnd& mask) {
 }
 
 void ItemPainter::step(const DisplayItem& item, const ClipBegin&) {
-    const QRect cut = dirty() & item.pixels;
+    const QRegion cut = dirty() & item.pixels;
     top().cuts.push_back(cut);
     setCut();
 }
@@ -144,12 +185,17 @@ void ItemPainter::step(const DisplayItem& item, const Drawing& drawing) {
     QPainter& painter = top().painter;
     painter.setTransform(transformOf(item, top().area.topLeft()));
     painter.setOpacity(item.opacity);
-    draw(painter, drawing);
+    if constexpr (std::is_same_v<Drawing, ImageDrawing>) {
+        item.outline.isNull() ? painter.drawImage(drawing.rect, drawing.image)
+                              : drawPart(painter, item, drawing, dirty());
+    } else {
+        draw(painter, drawing);
+    }
 }
 
-void ItemPainter::paint(const DisplayList& list, const QRect& area, const QRect& dirtyPart,
+void ItemPainter::paint(const DisplayList& list, const QRect& strip, const QRegion& dirtyPart,
                         QImage& pixels) {
-    push(area, dirtyPart);
+    push(strip, dirtyPart);
     Surface& picture = top();
     picture.pixels = QImage(pixels.bits(), pixels.width(), pixels.height(), pixels.bytesPerLine(),
                             QImage::Format_ARGB32_Premultiplied);
@@ -157,7 +203,7 @@ void ItemPainter::paint(const DisplayList& list, const QRect& area, const QRect&
     const std::vector<DisplayItem>& items = list.items();
     for (size_t i = 0; i < items.size(); ++i) {
         const DisplayItem& item = items[i];
-        if (item.pixels.intersects(dirty())) {
+        if (touches(item, dirty())) {
             std::visit([&](const auto& drawing) { step(item, drawing); }, item.drawing);
         } else {
             i = endOf(item, i);

@@ -3,6 +3,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QRect>
+#include <QRegion>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -14,25 +15,26 @@ namespace tweenery {
 /// Paints parts of pictures on one thread, with memory that it keeps from one to the next.
 class ItemPainter {
  public:
-    /// Paints what the list shows in `dirty`, a part of `area`, onto `pixels`, an
-    /// ARGB32_Premultiplied image that shows that area of the picture. Whatever stood there before
-    /// is gone; other pixels are neither read nor written. Edges depend on `area` by what a
-    /// fixed-point number rounds, but not on `dirty`.
-    void paint(const DisplayList& list, const QRect& area, const QRect& dirty, QImage& pixels);
+    /// Paints what the list shows in `dirty`, a part of `strip`, onto `pixels`, an
+    /// ARGB32_Premultiplied image that shows that strip, rows of the picture in their whole width.
+    /// Whatever stood there before is gone; other pixels are neither read nor written. Edges
+    /// depend on `strip`, and those of turned images on `dirty`, by what a fixed-point number
+    /// rounds.
+    void paint(const DisplayList& list, const QRect& strip, const QRegion& dirty, QImage& pixels);
 
  private:
     // What is painted on: the picture, or a group that is composed by itself.
     struct Surface {
-        QRect area;                 // of the picture
-        std::vector<QRect> cuts{};  // parts of it, each in the one before; the last one is painted
+        QRect area;                   // of the picture
+        std::vector<QRegion> cuts{};  // of that, each in the one before; the last one is painted
         QImage pixels;
         QPainter painter;
         std::vector<uint32_t> memory;  // of a group's pixels
     };
 
     Surface& top() { return *m_surfaces[m_depth - 1]; }
-    const QRect& dirty() { return top().cuts.back(); }
-    void push(const QRect& area, const QRect& dirty);
+    const QRegion& dirty() { return top().cuts.back(); }
+    void push(const QRect& area, const QRegion& dirty);
     void start(Surface& surface);
     void pushGroup(const DisplayItem& item);
     void popGroup(double opacity);

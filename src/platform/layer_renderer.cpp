@@ -19,12 +19,14 @@ void requireSize(QImage& picture, QSize size) {
 // What the raster engine can paint on.
 constexpr double kGreatestSide = 32767;
 
-// Each open group of a strip has pixels of its own: many in one another make low strips.
+// For each strip the raster engine walks the outline of an item anew: low strips cost more. High
+// ones overflow its memory, so that it walks again, and leave threads without work at the end. Each
+// open group of a strip has pixels of its own: many in one another make low strips.
 int stripHeight(const DisplayList& list) {
     constexpr int kRowsOfAllGroups = 2048;
-    constexpr int kLeast = 4;
-    return std::clamp(kRowsOfAllGroups / std::max(list.groupDepth(), 1), kLeast,
-                      DirtyArea::kStripHeight);
+    constexpr int kMostBands = 4;
+    const int bands = kRowsOfAllGroups / std::max(list.groupDepth(), 1) / DirtyArea::kBandHeight;
+    return std::clamp(bands, 1, kMostBands) * DirtyArea::kBandHeight;
 }
 
 }  // namespace
@@ -33,7 +35,7 @@ const QImage& LayerRenderer::frame(Layer& root, const Affine& rootToDevice, QSiz
     m_next.build(root, rootToDevice, size);
     const bool isOfAnotherSize = m_picture.size() != size;
     requireSize(m_picture, size);
-    m_dirty.reset(size, stripHeight(m_next));
+    m_dirty.reset(size);
     if (isOfAnotherSize) {
         m_dirty.addAll();
     } else {
@@ -46,21 +48,25 @@ const QImage& LayerRenderer::frame(Layer& root, const Affine& rootToDevice, QSiz
 
 void LayerRenderer::paint(const DisplayList& list, QImage& picture) {
     requireSize(picture, list.size());
-    m_whole.reset(list.size(), stripHeight(list));
+    m_whole.reset(list.size());
     m_whole.addAll();
     paintDirty(list, m_whole, picture);
 }
 
 void LayerRenderer::paintDirty(const DisplayList& list, const DirtyArea& dirty, QImage& picture) {
     if (dirty.isEmpty()) return;
-    const std::vector<QRect>& areas = dirty.rectangles();
     uchar* const bits = picture.bits();
     const qsizetype bytesPerLine = picture.bytesPerLine();
-    m_team.run(areas.size(), [&](size_t piece, int worker) {
-        const QRect strip = dirty.stripOf(areas[piece]);
-        QImage pixels(bits + strip.y() * bytesPerLine, strip.width(), strip.height(), bytesPerLine,
+    const int rows = stripHeight(list);
+    const int strips = (picture.height() + rows - 1) / rows;
+    m_team.run(static_cast<size_t>(strips), [&](size_t index, int worker) {
+        const int top = static_cast<int>(index) * rows;
+        const QRect strip(0, top, picture.width(), std::min(rows, picture.height() - top));
+        const QRegion part = dirty.partOf(strip);
+        if (part.isEmpty()) return;
+        QImage pixels(bits + top * bytesPerLine, strip.width(), strip.height(), bytesPerLine,
                       QImage::Format_ARGB32_Premultiplied);
-        m_painters[static_cast<size_t>(worker)].paint(list, strip, areas[piece], pixels);
+        m_painters[static_cast<size_t>(worker)].paint(list, strip, part, pixels);
     });
 }
 

@@ -18,11 +18,12 @@ namespace tweenery {
 ///
 /// Pictures are ARGB32_Premultiplied on a transparent ground. A frame that was painted in parts is
 /// the same as one painted whole, but that the raster engine weighs the pixels of turned or scaled
-/// images in sixteenths, counted from where a span begins: next to hard edges single pixels may
-/// differ by such a step. Nothing adds up from frame to frame.
+/// images in sixteenths, counted from where a span begins, and rounds where the edges of a turned
+/// image lie: next to hard edges single pixels may differ by such a step. Nothing adds up from
+/// frame to frame.
 class LayerRenderer {
  public:
-    /// `threads` counts the caller's; 0 means one for each core.
+    /// How many threads paint at most; 0 means one for each core.
     explicit LayerRenderer(int threads = 0) : m_team(threads), m_painters(painters(m_team)) {}
 
     /// The tree as DisplayList::build() sees it. A copy of the picture keeps what it shows; while
@@ -30,7 +31,7 @@ class LayerRenderer {
     /// change in any way between two calls, and so may the size and the transform.
     const QImage& frame(Layer& root, const Affine& rootToDevice, QSize size);
     /// What the last frame() has painted: rectangles of the picture that do not overlap.
-    const std::vector<QRect>& repainted() const { return m_dirty.rectangles(); }
+    std::vector<QRect> repainted() const { return m_dirty.rectangles(); }
 
     /// Paints a whole list into `picture`, which gets its size; it is made only when it has
     /// another one. Throws std::bad_alloc when there is no memory for it.
@@ -38,12 +39,12 @@ class LayerRenderer {
 
  private:
     static std::vector<ItemPainter> painters(const ThreadTeam& team) {
-        return std::vector<ItemPainter>(static_cast<size_t>(team.threads()));
+        return std::vector<ItemPainter>(static_cast<size_t>(team.workers()));
     }
     void paintDirty(const DisplayList& list, const DirtyArea& dirty, QImage& picture);
 
     ThreadTeam m_team;
-    std::vector<ItemPainter> m_painters;  // one a thread
+    std::vector<ItemPainter> m_painters;  // one a worker
     DisplayList m_shown;                  // by m_picture
     DisplayList m_next;
     DirtyArea m_dirty;

@@ -1,63 +1,53 @@
 #include "platform/thread_team.h"
 
+#include <QSemaphore>
 #include <QThread>
+#include <QThreadPool>
 #include <algorithm>
-#include <system_error>
+#include <atomic>
+#include <memory>
 
 namespace tweenery {
+namespace {
 
-ThreadTeam::ThreadTeam(int threads) {
-    if (threads <= 0) threads = std::max(1, QThread::idealThreadCount());
-    try {
-        for (int worker = 1; worker < threads; ++worker) {
-            m_helpers.emplace_back([this, worker] { help(worker); });
+// Outlives run(): a thread of the pool may come to it when all is done. Then it leaves `task`
+// alone.
+struct Work {
+    Work(const std::function<void(size_t, int)>& pieceTask, size_t count)
+        : task(pieceTask), pieces(count) {}
+
+    const std::function<void(size_t, int)>& task;
+    size_t pieces;
+    std::atomic<size_t> next = 0;
+    QSemaphore done{};
+
+    void help(int worker) {
+        for (size_t piece = next++; piece < pieces; piece = next++) {
+            task(piece, worker);
+            done.release();
         }
-    } catch (const std::system_error&) {
-        // The system gives no more threads: those that are there do the work.
     }
-}
+};
 
-ThreadTeam::~ThreadTeam() {
-    {
-        const std::lock_guard lock(m_mutex);
-        m_ends = true;
-    }
-    m_workCame.notify_all();
-    for (std::thread& helper : m_helpers) {
-        helper.join();
-    }
-}
+}  // namespace
 
-void ThreadTeam::run(size_t pieces, const std::function<void(size_t, int)>& task) {
-    std::unique_lock lock(m_mutex);
-    m_task = &task;
-    m_next = 0;
-    m_pieces = pieces;
-    if (pieces > 1) m_workCame.notify_all();
-    work(lock, 0);
-    m_workEnded.wait(lock, [this] { return m_running == 0; });
-}
+ThreadTeam::ThreadTeam(int threads)
+    : m_threads(threads > 0 ? threads : std::max(1, QThread::idealThreadCount())) {}
 
-void ThreadTeam::help(int worker) {
-    std::unique_lock lock(m_mutex);
-    while (true) {
-        m_workCame.wait(lock, [this] { return m_ends || m_next < m_pieces; });
-        if (m_ends) return;
-        work(lock, worker);
-        if (m_running == 0) m_workEnded.notify_one();
+void ThreadTeam::run(size_t pieces, const std::function<void(size_t, int)>& task) const {
+    constexpr int kPatience = 50;  // ms
+    const auto work = std::make_shared<Work>(task, pieces);
+    QThreadPool& pool = *QThreadPool::globalInstance();
+    const bool isOfPool = pool.contains(QThread::currentThread());
+    const size_t helpers =
+        std::min(pieces, static_cast<size_t>(isOfPool ? m_threads - 1 : m_threads));
+    for (size_t helper = 1; helper <= helpers; ++helper) {
+        pool.start([work, helper] { work->help(static_cast<int>(helper)); });
     }
-}
-
-// A piece takes far longer than the lock, so that a counter under it is fast enough.
-void ThreadTeam::work(std::unique_lock<std::mutex>& lock, int worker) {
-    while (m_next < m_pieces) {
-        const size_t piece = m_next++;
-        ++m_running;
-        lock.unlock();
-        (*m_task)(piece, worker);
-        lock.lock();
-        --m_running;
-    }
+    const int all = static_cast<int>(pieces);
+    if (!isOfPool && work->done.tryAcquire(all, kPatience)) return;
+    if (isOfPool || work->next == 0) work->help(0);
+    work->done.acquire(all);
 }
 
 }  // namespace tweenery

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <QPainterPath>
+#include <QRegion>
 
+#include "platform/layer_renderer.h"
 #include "platform/layer_scene.h"
 
 namespace tweenery::test {
@@ -123,6 +125,68 @@ TEST_F(DisplayListTest, SharesThePixelsOfImages) {
     scene.addImage(root, {20, 20}, kImage);
     for (const DisplayItem& item : build().items()) {
         EXPECT_EQ(std::get<ImageDrawing>(item.drawing).image.constBits(), kImage.constBits());
+    }
+}
+
+// Draws the layer turned to many angles, each in a picture of its own, and looks at all pixels.
+TEST_F(DisplayListTest, TurnedItemsTouchOnlyTheirPartOfEachRow) {
+    struct Case {
+        const char* what;
+        void (*make)(ShapeLayer&);
+        double mostOfBoxes;  // share of the pixels of all boxes
+    };
+    const Case cases[] = {
+        {"image", [](ShapeLayer& l) { l.setContents(kImage); }, 0.8},
+        {"background and border with round corners",
+         [](ShapeLayer& l) {
+             l.setStyle({.background = QColor(Qt::red),
+                         .borderColor = Qt::green,
+                         .borderWidth = 3,
+                         .cornerRadius = 4});
+         },
+         0.8},
+        {"shape larger than its layer",
+         [](ShapeLayer& l) {
+             l.editShape().path.addEllipse(-10, -20, 60, 40);
+             l.editShape().fillColor = Qt::red;
+             l.editShape().strokeColor = Qt::blue;
+             l.editShape().lineWidth = 5;
+         },
+         0.9},
+        {"group",
+         [](ShapeLayer& l) {
+             l.setStyle({.background = QColor(Qt::red), .borderColor = {}});
+             l.setContents(kImage);
+             l.setOpacity(0.5);
+         },
+         1},
+    };
+    for (const Case& row : cases) {
+        ShapeLayer& layer = scene.addShape(root, {50, 50, 40, 16});
+        row.make(layer);
+        double ofRows = 0;
+        double ofBoxes = 0;
+        for (double angle = 0.01; angle < 6.3; angle += 0.37) {
+            layer.setTransform(turned(angle, {1.3, 0.7}));
+            build();
+            QImage picture;
+            LayerRenderer(1).paint(list, picture);
+            for (int y = 0; y < picture.height(); ++y) {
+                QRegion allowed;
+                for (const DisplayItem& item : list.items()) {
+                    allowed |= item.pixelsIn({0, y, 100, 1});
+                    ofRows += item.pixelsIn({0, y, 100, 1}).width();
+                    ofBoxes += (item.pixels & QRect(0, y, 100, 1)).width();
+                }
+                for (int x = 0; x < picture.width(); ++x) {
+                    const bool isPainted = qAlpha(picture.pixel(x, y)) > 0;
+                    ASSERT_TRUE(!isPainted || allowed.contains({x, y}))
+                        << row.what << " turned by " << angle << ", at " << x << ", " << y;
+                }
+            }
+        }
+        EXPECT_LE(ofRows, ofBoxes * row.mostOfBoxes) << row.what;
+        layer.removeFromSuperlayer();
     }
 }
 

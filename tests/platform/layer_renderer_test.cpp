@@ -470,6 +470,41 @@ TEST(LayerRenderer, PaintingWhatChangedGivesTheWholePicture) {
     }
 }
 
+// Images that are turned and scaled, some of them in fading groups, drift as in an animation.
+TEST(LayerRenderer, TurnedImagesThatMoveArePaintedAlongTheirEdges) {
+    const QSize size(400, 320);
+    const Affine toDevice = Affine::scaling(4, 4);
+    for (unsigned seed = 1; seed <= 6; ++seed) {
+        std::mt19937 random(seed);
+        const auto uniform = [&random](double least, double most) {
+            return std::uniform_real_distribution<double>(least, most)(random);
+        };
+        Scene scene;
+        std::vector<Layer*> layers;
+        for (int i = 0; i < 30; ++i) {
+            Layer& super = i % 3 == 2 ? *layers[random() % layers.size()] : scene.root;
+            const QPointF place(uniform(0, 100), uniform(0, 80));
+            Layer& layer = scene.addImage(super, place, imageFilled(24, 16, kGreen));
+            layer.setTransform(turned(uniform(0, 7), {uniform(0.2, 1.5), uniform(0.2, 1.5)}));
+            layer.setOpacity(uniform(0.3, 1.2));
+            layers.push_back(&layer);
+        }
+        LayerRenderer renderer(1 + seed % 3);
+        renderer.frame(scene.root, toDevice, size);
+        for (int frame = 0; frame < 30; ++frame) {
+            Layer& moved = *layers[random() % layers.size()];
+            moved.setPosition(moved.position() + QPointF(uniform(-1, 1), uniform(-1, 1)));
+            const QImage updated = renderer.frame(scene.root, toDevice, size);
+            DisplayList list;
+            list.build(scene.root, toDevice, size);
+            QImage whole;
+            LayerRenderer(1).paint(list, whole);
+            ASSERT_LE(difference(updated, whole), kSpanTolerance)
+                << "seed " << seed << ", frame " << frame;
+        }
+    }
+}
+
 TEST(LayerRenderer, ThreadsMakeNoDifference) {
     RandomScene scene(99);
     DisplayList list;
@@ -508,6 +543,22 @@ TEST(LayerRenderer, PaintsOnlyAroundWhatMoved) {
     EXPECT_LE(paintedPixels(), 44 * 24);
     scene.root.insertSublayer(*layers[19], 0);
     EXPECT_LE(paintedPixels(), 44 * 24) << "only what passed the others";
+}
+
+TEST(LayerRenderer, PaintsLessThanTheBoxOfWhatIsTurned) {
+    Scene scene;
+    Layer& layer = scene.addImage(scene.root, {50, 30}, imageFilled(40, 40, kRed));
+    layer.setTransform(turned(kPi / 4));
+    LayerRenderer renderer;
+    const Affine toDevice = Affine::scaling(10, 10);
+    renderer.frame(scene.root, toDevice, {1000, 800});
+    layer.setPosition({50.1, 30});
+    renderer.frame(scene.root, toDevice, {1000, 800});
+    double painted = 0;
+    for (const QRect& rect : renderer.repainted()) {
+        painted += rect.width() * rect.height();
+    }
+    EXPECT_LE(painted, 400 * 400 * 1.1) << "the square stands on a corner, half its box is empty";
 }
 
 TEST(LayerRenderer, LeavesPicturesThatWereTakenAlone) {
