@@ -45,13 +45,15 @@ std::unique_ptr<PCBorderLayer> PCBorderLayer::layerWithLayerToBorder(PCLayer& la
 }
 
 std::unique_ptr<Layer> PCBorderLayer::handleLayer() {
+    // Ten thousand selected elements share one brush.
+    static const LayerStyle style{.background = QBrush(Qt::white),
+                                  .borderColor = Qt::black,
+                                  .borderWidth = 1,
+                                  .cornerRadius = 2};
     auto handle = std::make_unique<Layer>();
     handle->setBounds({0, 0, kHandleSide, kHandleSide});
     handle->setZPosition(2);
-    handle->setStyle({.background = QBrush(Qt::white),
-                      .borderColor = Qt::black,
-                      .borderWidth = 1,
-                      .cornerRadius = 2});
+    handle->setStyle(style);
     return handle;
 }
 

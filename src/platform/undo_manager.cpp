@@ -114,7 +114,7 @@ void UndoManager::closeStep() {
     changed();
 }
 
-void UndoManager::play(std::vector<Step>& from, std::vector<Step>& to, State state) {
+void UndoManager::play(std::deque<Step>& from, std::deque<Step>& to, State state) {
     assertContract(m_state == State::Normal && m_groupLevel == 0,
                    QStringLiteral("undo or redo called from within a group or an action"));
     if (from.empty()) return;

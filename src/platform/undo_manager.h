@@ -5,7 +5,8 @@
 #include <deque>
 #include <functional>
 #include <optional>
-#include <vector>
+
+#include "platform/undo_action.h"
 
 namespace tweenery {
 
@@ -14,7 +15,7 @@ namespace tweenery {
 /// last first. Groups nest: only the outermost makes a step. A step holds what it needs alive.
 class UndoManager {
  public:
-    using Action = std::function<void()>;
+    using Action = UndoAction;
 
     UndoManager();
     ~UndoManager();
@@ -83,12 +84,12 @@ class UndoManager {
     int64_t m_changeCount = 0;
     int64_t m_lastCount = 0;
     std::optional<Step> m_open;
-    std::vector<Step> m_undoStack;
-    std::vector<Step> m_redoStack;
+    std::deque<Step> m_undoStack;
+    std::deque<Step> m_redoStack;
     std::function<void()> m_changed;
 
     void closeStep();
-    void play(std::vector<Step>& from, std::vector<Step>& to, State state);
+    void play(std::deque<Step>& from, std::deque<Step>& to, State state);
     void playActions(const Step& step, State state);
     void dropOldSteps();
     void changed();

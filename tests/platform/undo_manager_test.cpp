@@ -2,6 +2,10 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+#include <memory>
+#include <vector>
+
 #include "platform/errors.h"
 
 namespace tweenery::test {
@@ -149,6 +153,27 @@ TEST_F(UndoManagerTest, TellsWhereAnActionRunsAndGroupsWhatItRecords) {
         seen, testing::ElementsAre("normal", "normal", "undoing", "undoing", "redoing", "redoing"));
     EXPECT_EQ(undo.undoActionName(), u"Renamed"_s);
     EXPECT_FALSE(undo.canRedo());
+}
+
+// Small actions lie in the step itself, large ones elsewhere.
+TEST_F(UndoManagerTest, CallsActionsOfAnySizeAndLetsGoOfWhatTheyHold) {
+    const auto held = std::make_shared<std::vector<int>>();
+    const std::array<int, 100> large{1, 2, 3};
+    for (int i = 0; i < 40; ++i) {
+        undo.registerUndo([held, i] { held->push_back(i); });
+        undo.registerUndo([held, large] { held->push_back(large[2]); });
+    }
+    undo.undo();
+    ASSERT_EQ(held->size(), 80U);
+    EXPECT_EQ((*held)[0], 3);
+    EXPECT_EQ((*held)[1], 39);
+    EXPECT_EQ((*held)[79], 0);
+    EXPECT_EQ(held.use_count(), 1) << "the step that was undone is gone";
+    undo.registerUndo([held] {});
+    undo.registerUndo([held, large] { held->push_back(large[0]); });
+    EXPECT_EQ(held.use_count(), 3);
+    undo.removeAllActions();
+    EXPECT_EQ(held.use_count(), 1);
 }
 
 TEST_F(UndoManagerTest, KeepsTheLastLevels) {
