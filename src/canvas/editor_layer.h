@@ -98,8 +98,8 @@ class PCEditorLayer : public Layer {
     /// Takes `bounds` and fits the canvas, its frame and the guides into them.
     void refreshBounds(const QRectF& bounds, float magnificationFactor);
 
-    /// A bitmap of the whole editor, one pixel a screen point. Throws std::bad_alloc when there is no
-    /// memory for one of that size.
+    /// A bitmap of the whole editor, one pixel a screen point. Throws std::bad_alloc when there is
+    /// no memory for one of that size.
     QImage imageRepresentation();
 
  private:

@@ -216,8 +216,8 @@ void StandardAnimationCode::BundleCode::generateCodeForAnimatingTimeline(
     if (m_plan.target.addAnimationSuffix) code.animationKeySuffix = "animationKeySuffix";
     code.elementUserName = planned.userName;
     m_provider.codeForAnimationWithVariableName(m_bundle.generatedAddCode, code);
-    m_provider.codeForRemovingAnimationWithKey(m_bundle.generatedRemoveCode, m_key, planned.userName,
-                                               planned.isLayer());
+    m_provider.codeForRemovingAnimationWithKey(m_bundle.generatedRemoveCode, m_key,
+                                               planned.userName, planned.isLayer());
 }
 
 }  // namespace tweenery

@@ -104,7 +104,7 @@ FactorAndOffset PCKeyedPropertyTimeline::factorAndOffset() const {
 }
 
 PropertyValue PCKeyedPropertyTimeline::valueOfKeyframe(const PCPropertyKeyframe& keyframe) const {
-    const PropertyValue stored = keyframe.propertyValue();
+    PropertyValue stored = keyframe.propertyValue();
     const float* number = std::get_if<float>(&stored);
     if (!number || isInstantTransition()) return stored;
     return factorAndOffset().absolute(*number);

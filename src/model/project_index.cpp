@@ -85,7 +85,7 @@ bool ProjectIndex::isTaken(const QString& name, const QString* ignoredTrimmed) c
 QString ProjectIndex::uniqueName(const QString& base, const QString* ignored) {
     const QString ignoredTrimmed = ignored ? ignored->trimmed() : QString();
     const QString* own = ignored ? &ignoredTrimmed : nullptr;
-    const QString trimmed = base.trimmed();
+    QString trimmed = base.trimmed();
     if (!isTaken(trimmed, own)) return trimmed;
 
     const auto numbered = [&base](int number) { return base + u' ' + QString::number(number); };

@@ -16,6 +16,7 @@ class UndoAction {
     /// `call` is any callable without arguments. What is larger than an element, a value and an
     /// index goes to the heap.
     template <typename Call>
+    // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): it is not for this class
     requires(!std::same_as<std::remove_cvref_t<Call>, UndoAction>) UndoAction(Call&& call)
         : m_operations(&kOperations<Stored<Call>>) {
         new (m_room) Stored<Call>(std::forward<Call>(call));
@@ -39,7 +40,7 @@ class UndoAction {
     template <typename Call>
     static constexpr bool kFits =
         sizeof(Call) <= kRoom &&
-        alignof(Call) <= alignof(void*) && std::is_nothrow_move_constructible_v<Call>;
+        alignof(void*) % alignof(Call) == 0 && std::is_nothrow_move_constructible_v<Call>;
     template <typename Call>
     using Stored =
         std::conditional_t<kFits<std::decay_t<Call>>, std::decay_t<Call>, std::function<void()>>;

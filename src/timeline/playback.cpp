@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "canvas/element_layer.h"
-#include "model/project.h"
 #include "canvas/timeline_animations.h"
+#include "model/project.h"
 
 namespace tweenery {
 

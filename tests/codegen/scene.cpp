@@ -18,7 +18,7 @@ Scene::Scene(const QString& projectName) : m_project(PCProject::init()) {
 }
 
 PCElement::Ptr Scene::add(const QString& name, const PCElement::Ptr& parent) {
-    const auto element = PCElement::init();
+    auto element = PCElement::init();
     element->setName(name);
     const auto& target = parent ? parent : m_project->canvas();
     target->insertSubelement(element, target->children().size());
@@ -30,7 +30,7 @@ PCAnimation::Ptr Scene::addAnimation(const QString& name) {
     const auto directory = manager.fileWrapper()->pc_ensureSubfileWrapperDirectoryExistsWithName(
         Identifier::generate().toString());
     directory->pc_replaceSubFileWrapperNamed(kAnimationNameFile, name.toUtf8());
-    const auto animation = PCAnimation::initWithAnimationFileWrapper(directory, m_project);
+    auto animation = PCAnimation::initWithAnimationFileWrapper(directory, m_project);
     manager.addAnimation(animation);
     return animation;
 }

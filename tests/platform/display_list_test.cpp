@@ -166,7 +166,8 @@ TEST_F(DisplayListTest, TurnedItemsTouchOnlyTheirPartOfEachRow) {
         row.make(layer);
         double ofRows = 0;
         double ofBoxes = 0;
-        for (double angle = 0.01; angle < 6.3; angle += 0.37) {
+        for (int step = 0; step < 17; ++step) {
+            const double angle = 0.01 + 0.37 * step;
             layer.setTransform(turned(angle, {1.3, 0.7}));
             build();
             QImage picture;

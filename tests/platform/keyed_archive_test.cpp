@@ -403,7 +403,8 @@ TEST(KeyedUnarchiver, NamesTheKeyOfAWrongValue) {
         {objects, text, "is no array"},
         {strings, yes, "is no array"},
     };
-    for (const auto& [read, value, reason] : cases) {
+    for (const auto& [readValue, value, reason] : cases) {
+        const auto& read = readValue;  // a lambda may not capture a binding
         for (const bool boxed : {false, true}) {
             const KeyedUnarchiver archive(archiveOfValue(value, boxed), Entry);
             EXPECT_EQ(reasonOf([&] { read(archive.root()); }),

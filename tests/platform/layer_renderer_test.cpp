@@ -520,6 +520,7 @@ TEST(LayerRenderer, PaintsOnlyAroundWhatMoved) {
     Scene scene;
     LayerScene::place(scene.root, {0, 0, 1000, 600});
     std::vector<Layer*> layers;
+    layers.reserve(20);
     for (int i = 0; i < 20; ++i) {
         layers.push_back(&scene.add(scene.root, {i * 48.0, i * 28.0, 40, 20}, kRed));
     }

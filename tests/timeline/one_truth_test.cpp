@@ -10,6 +10,7 @@
 #include <map>
 
 #include "canvas/editor_layer.h"
+#include "canvas/timeline_animations.h"
 #include "model/easing.h"
 #include "platform/package_store.h"
 #include "support/model_recorders.h"
@@ -17,7 +18,6 @@
 #include "support/test_paths.h"
 #include "timeline/exported_animations.h"
 #include "timeline/playback.h"
-#include "canvas/timeline_animations.h"
 
 using namespace Qt::StringLiterals;
 
