@@ -33,17 +33,22 @@ ElementSampler::ElementSampler(const PCElement& element) : m_element(element) {
         const PCPropertyType type = elementTimelineTypes()[slot];
         const PCKeyedPropertyTimeline* timeline = element.attachedTimeline(type);
         if (!timeline) continue;
-        m_tracks[slot] = {
-            .timeline = timeline,
-            .keyframes = timeline->packedKeyframes(),
-            .objects = timeline->valueObjects(),
-            .isForeign = timeline->element() != &element || timeline->propertyType() != type};
-        if (timeline->repeatBehavior() != PCRepeatBehaviorNever) m_repeating |= 1U << slot;
+        m_tracks[slot] = {timeline, timeline->packedKeyframes()};
+        const auto bit = static_cast<uint8_t>(1U << slot);
+        const bool isForeign = timeline->element() != &element || timeline->propertyType() != type;
+        if (isForeign) m_foreign |= bit;
+        if (timeline->repeatBehavior() != PCRepeatBehaviorNever) m_repeating |= bit;
     }
+    const auto objectsOf = [this](size_t slot) {
+        const PCKeyedPropertyTimeline* timeline = m_tracks[slot].timeline;
+        return timeline && !has(m_foreign, slot) ? timeline->valueObjects() : nullptr;
+    };
+    m_image.objects = objectsOf(kImageSlot);
+    m_children.objects = objectsOf(kChildrenSlot);
 }
 
 inline int32_t ElementSampler::effectiveTime(size_t slot, int32_t timeInMS) const {
-    if ((m_repeating & 1U << slot) != 0) {
+    if (has(m_repeating, slot)) {
         return m_tracks[slot].timeline->effectiveMillisecondsForTimeInMS(timeInMS);
     }
     return PCKeyedPropertyTimeline::wholeMilliseconds(static_cast<float>(timeInMS));
@@ -55,14 +60,14 @@ inline float ElementSampler::number(size_t index, int32_t timeInMS) {
     if (span.holds(time)) return span.valueAt(time);
     const Track& track = m_tracks[kNumberSlots[index]];
     if (!track.timeline) return 0;
-    if (track.isForeign) return track.timeline->floatValueAtTimeInMS(timeInMS);
+    if (has(m_foreign, kNumberSlots[index])) return track.timeline->floatValueAtTimeInMS(timeInMS);
     moveNumber(index, track.keyframes.indexAtOrBefore(time));
     return span.valueAt(time);
 }
 
 void ElementSampler::moveNumber(size_t index, size_t keyframe) {
     const Track& track = m_tracks[kNumberSlots[index]];
-    if (!track.timeline || track.isForeign) return;
+    if (!track.timeline || has(m_foreign, kNumberSlots[index])) return;
     m_numbers[index].moveTo(track.keyframes, keyframe, kNumberTypes[index],
                             m_element.setupNumberForPropertyType(kNumberTypes[index]));
 }
@@ -78,17 +83,19 @@ inline const Value& ElementSampler::held(size_t slot, HeldSpan<Value>& span, int
     const PropertyValue value =
         track.timeline ? track.timeline->valueAtTimeInMS(timeInMS) : PropertyValue();
     const Value* known = std::get_if<Value>(&value);
-    span = {0, 0, known ? *known : Value()};
+    span.from = span.until = 0;
+    span.value = known ? *known : Value();
     return span.value;
 }
 
 template <typename Value>
 void ElementSampler::moveHeld(size_t slot, HeldSpan<Value>& span, size_t keyframe) const {
-    const Track& track = m_tracks[slot];
-    const PackedKeyframes& keyframes = track.keyframes;
-    if (!track.objects || track.isForeign || keyframe >= keyframes.count) return;
-    if (const Value* value = std::get_if<Value>(&track.objects[keyframe])) {
-        span = {keyframes.times[keyframe], keyframes.timeAfter(keyframe), *value};
+    const PackedKeyframes& keyframes = m_tracks[slot].keyframes;
+    if (!span.objects || keyframe >= keyframes.count) return;
+    if (const Value* value = std::get_if<Value>(&span.objects[keyframe])) {
+        span.from = keyframes.times[keyframe];
+        span.until = keyframes.timeAfter(keyframe);
+        span.value = *value;
     }
 }
 
@@ -134,13 +141,16 @@ void ElementSampler::moveTo(int32_t timeInMS) {
     }
     std::array<size_t, kElementTimelineCount> found{};
     for (size_t slot = 0; slot < found.size(); ++slot) {
-        const Track& track = m_tracks[slot];
-        found[slot] = track.keyframes.indexAtOrBefore(effectiveTime(slot, timeInMS));
-        if (found[slot] < track.keyframes.count) {
-            __builtin_prefetch(track.objects ? static_cast<const void*>(&track.objects[found[slot]])
-                                             : &track.keyframes.keys[found[slot]]);
-        }
+        const PackedKeyframes& keyframes = m_tracks[slot].keyframes;
+        found[slot] = keyframes.indexAtOrBefore(effectiveTime(slot, timeInMS));
+        if (found[slot] < keyframes.count) __builtin_prefetch(&keyframes.keys[found[slot]]);
     }
+    const auto prefetchObject = [&](size_t slot, const PropertyValue* objects) {
+        const bool isThere = objects && found[slot] < m_tracks[slot].keyframes.count;
+        if (isThere) __builtin_prefetch(&objects[found[slot]]);
+    };
+    prefetchObject(kImageSlot, m_image.objects);
+    prefetchObject(kChildrenSlot, m_children.objects);
     for (size_t i = 0; i < kNumbersCount; ++i) {
         moveNumber(i, found[kNumberSlots[i]]);
     }

@@ -36,8 +36,6 @@ class ElementSampler {
     struct Track {
         const PCKeyedPropertyTimeline* timeline = nullptr;
         PackedKeyframes keyframes;
-        const PropertyValue* objects = nullptr;  // beside the keyframes, where any is no number
-        bool isForeign = false;  // of another element or property: only the timeline itself knows
     };
     /// What a keyframe of a property that only jumps holds from its time until the next.
     template <typename Value>
@@ -45,6 +43,7 @@ class ElementSampler {
         int32_t from = 0;
         int32_t until = 0;
         Value value;
+        const PropertyValue* objects = nullptr;  // beside the keyframes, where any is no number
         bool holds(int32_t timeInMS) const { return timeInMS >= from && timeInMS < until; }
     };
 
@@ -52,10 +51,14 @@ class ElementSampler {
     std::array<NumberSpan, 6> m_numbers;
     HeldSpan<QString> m_image;
     HeldSpan<QStringList> m_children;
-    uint32_t m_repeating = 0;  // a bit for each slot
+    // A bit for each slot: whose timeline repeats; whose is of another element or property, so that
+    // only the timeline itself knows.
+    uint8_t m_repeating = 0;
+    uint8_t m_foreign = 0;
     const PCElement& m_element;
     std::array<Track, kElementTimelineCount> m_tracks;
 
+    static bool has(uint8_t slots, size_t slot) { return (slots >> slot & 1) != 0; }
     int32_t effectiveTime(size_t slot, int32_t timeInMS) const;
     float number(size_t index, int32_t timeInMS);
     template <typename Value>

@@ -356,10 +356,12 @@ QRectF Layer::frame() const {
 // Without a branch for each side: among thousands of layers they are wrongly guessed half of the
 // time.
 bool Layer::containsPoint(QPointF point) const {
+    const auto isFrom = [](double value, double least, double end) {
+        return static_cast<int>(value >= least) & static_cast<int>(value < end);
+    };
     const QRectF& bounds = presented().bounds;
-    const bool isInColumns = (point.x() >= bounds.x()) & (point.x() < bounds.x() + bounds.width());
-    const bool isInRows = (point.y() >= bounds.y()) & (point.y() < bounds.y() + bounds.height());
-    return isInColumns & isInRows;
+    return (isFrom(point.x(), bounds.x(), bounds.x() + bounds.width()) &
+            isFrom(point.y(), bounds.y(), bounds.y() + bounds.height())) != 0;
 }
 
 // Thousands of layers are asked for one press: without calls between them their arithmetic
