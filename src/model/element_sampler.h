@@ -58,7 +58,7 @@ class ElementSampler {
     const PCElement& m_element;
     std::array<Track, kElementTimelineCount> m_tracks;
 
-    static bool has(uint8_t slots, size_t slot) { return (slots >> slot & 1) != 0; }
+    static bool has(uint8_t bits, size_t slot) { return (bits >> slot & 1) != 0; }
     int32_t effectiveTime(size_t slot, int32_t timeInMS) const;
     float number(size_t index, int32_t timeInMS);
     template <typename Value>
