@@ -5,6 +5,8 @@
 #include <QImage>
 #include <QPointF>
 #include <QRectF>
+#include <algorithm>
+#include <cstdlib>
 #include <deque>
 
 #include "platform/layer.h"
@@ -54,5 +56,30 @@ class LayerScene {
 inline LayerTransform turned(double radians, QPointF scale = {1, 1}) {
     return {.scale = scale, .rotation = radians, .translation = {}};
 }
+
+/// A root of 100 by 80 points and what hangs below it.
+class Scene : public LayerScene {
+ public:
+    Scene() { LayerScene::place(root, {0, 0, 100, 80}); }
+    Layer root;
+};
+
+// The largest difference in any channel of any pixel; 256 for pictures of different sizes.
+inline int difference(const QImage& a, const QImage& b) {
+    if (a.size() != b.size()) return 256;
+    int most = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        const uchar* left = a.constScanLine(y);
+        const uchar* right = b.constScanLine(y);
+        for (int x = 0; x < a.width() * 4; ++x) {
+            most = std::max(most, std::abs(left[x] - right[x]));
+        }
+    }
+    return most;
+}
+
+// The raster engine steps through an image in fixed-point numbers from where a span begins, and
+// weighs neighbours in sixteenths: next to a hard edge a step may show.
+inline constexpr int kSpanTolerance = 20;
 
 }  // namespace tweenery::test
