@@ -23,7 +23,6 @@ void PCKeyedPropertyTimeline::EXPORT_setDurationInTimeInMS(int32_t duration) {
     const auto [factor, offset] = factorAndOffset();
     KeyframeRecord record;
     record.timeInMS = duration;
-    record.identifier = Identifier::generate();
     const float* number = std::get_if<float>(&held);
     record.value =
         number && !isInstantTransition() ? PropertyValue(*number / factor - offset) : held;
