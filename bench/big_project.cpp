@@ -6,7 +6,7 @@
 #include <map>
 #include <random>
 
-#include "platform/package_store.h"
+#include "storage/package_store.h"
 
 using namespace Qt::StringLiterals;
 

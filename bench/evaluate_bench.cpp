@@ -7,7 +7,7 @@
 #include <random>
 
 #include "bench/big_project.h"
-#include "model/easing.h"
+#include "model/properties/easing.h"
 
 namespace tweenery::bench {
 namespace {

@@ -6,10 +6,10 @@
 #include <charconv>
 
 #include "bench/big_project.h"
-#include "codegen/objc_code_provider.h"
+#include "codegen/language/objc_code_provider.h"
+#include "codegen/language/swift_code_provider.h"
 #include "codegen/project_code_generator.h"
-#include "codegen/swift_code_provider.h"
-#include "platform/package_store.h"
+#include "storage/package_store.h"
 
 using namespace Qt::StringLiterals;
 

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "bench/big_project.h"
-#include "platform/package_store.h"
+#include "storage/package_store.h"
 
 namespace {
 

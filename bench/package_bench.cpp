@@ -10,7 +10,7 @@
 #include "bench/package_files.h"
 #include "cli/tweenc.h"
 #include "model/document.h"
-#include "platform/binary_plist.h"
+#include "storage/binary_plist.h"
 
 using namespace Qt::StringLiterals;
 

@@ -16,8 +16,8 @@
 
 #include "bench/big_project.h"
 #include "cli/tweenc.h"
-#include "platform/layer_renderer.h"
-#include "platform/package_store.h"
+#include "scene/layer_renderer.h"
+#include "storage/package_store.h"
 
 namespace tweenery::bench {
 namespace {

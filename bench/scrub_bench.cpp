@@ -10,8 +10,8 @@
 #include <random>
 
 #include "bench/big_project.h"
-#include "canvas/element_layer.h"
-#include "model/easing.h"
+#include "editor/layers/element_layer.h"
+#include "model/properties/easing.h"
 
 namespace tweenery::bench {
 namespace {

@@ -9,13 +9,13 @@
 #include <random>
 #include <vector>
 
-#include "canvas/element_layer.h"
-#include "canvas/element_selection_manager.h"
-#include "canvas/opacity_calculator.h"
-#include "canvas/pasteboard_commands.h"
-#include "canvas/position_calculator.h"
-#include "canvas/rotation_calculator.h"
-#include "canvas/scale_calculator.h"
+#include "editor/canvas/element_selection_manager.h"
+#include "editor/canvas/opacity_calculator.h"
+#include "editor/canvas/pasteboard_commands.h"
+#include "editor/canvas/position_calculator.h"
+#include "editor/canvas/rotation_calculator.h"
+#include "editor/canvas/scale_calculator.h"
+#include "editor/layers/element_layer.h"
 #include "model/project.h"
 
 namespace tweenery::bench {

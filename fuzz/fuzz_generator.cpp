@@ -4,12 +4,12 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "base/errors.h"
 #include "codegen/export_error.h"
-#include "codegen/objc_code_provider.h"
+#include "codegen/language/objc_code_provider.h"
+#include "codegen/language/swift_code_provider.h"
 #include "codegen/project_code_generator.h"
-#include "codegen/swift_code_provider.h"
 #include "model/project.h"
-#include "platform/errors.h"
 #include "structured_package.h"
 
 using namespace tweenery;

@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "base/errors.h"
 #include "model/project.h"
-#include "platform/errors.h"
-#include "platform/package_store.h"
+#include "storage/package_store.h"
 #include "structured_package.h"
 
 using namespace tweenery;

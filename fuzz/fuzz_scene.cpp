@@ -4,11 +4,11 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "canvas/editor_layer.h"
-#include "canvas/element_selection_manager.h"
+#include "base/errors.h"
+#include "editor/canvas/element_selection_manager.h"
+#include "editor/layers/editor_layer.h"
 #include "model/project.h"
-#include "platform/errors.h"
-#include "platform/layer_renderer.h"
+#include "scene/layer_renderer.h"
 #include "structured_package.h"
 
 using namespace tweenery;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/file_wrapper.h"
+#include "storage/file_wrapper.h"
 #include "structured_archive.h"
 
 namespace tweenery::fuzz {

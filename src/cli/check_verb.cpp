@@ -1,12 +1,12 @@
 // tweenc check: reads every entry of a package and tells everything that is wrong with it.
 
-#include "cli/diagnostic_text.h"
-#include "cli/number_words.h"
 #include "cli/package_check.h"
-#include "cli/packages.h"
-#include "cli/verb.h"
+#include "cli/support/diagnostic_text.h"
+#include "cli/support/number_words.h"
+#include "cli/support/packages.h"
+#include "cli/verbs.h"
 #include "codegen/project_exporter.h"
-#include "platform/posix_files.h"
+#include "storage/posix_files.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,8 +1,8 @@
 // tweenc copy: a project through the model into a new package.
 
-#include "cli/packages.h"
-#include "cli/verb.h"
-#include "platform/package_store.h"
+#include "cli/support/packages.h"
+#include "cli/verbs.h"
+#include "storage/package_store.h"
 
 using namespace Qt::StringLiterals;
 

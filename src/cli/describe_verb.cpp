@@ -1,7 +1,7 @@
 // tweenc describe: the model's own description of a project.
 
-#include "cli/packages.h"
-#include "cli/verb.h"
+#include "cli/support/packages.h"
+#include "cli/verbs.h"
 
 using namespace Qt::StringLiterals;
 

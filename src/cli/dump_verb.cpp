@@ -5,12 +5,12 @@
 #include <QHash>
 #include <algorithm>
 
-#include "cli/input_file.h"
-#include "cli/json_writer.h"
 #include "cli/model_json.h"
 #include "cli/package_inventory.h"
-#include "cli/packages.h"
-#include "cli/verb.h"
+#include "cli/support/input_file.h"
+#include "cli/support/json_writer.h"
+#include "cli/support/packages.h"
+#include "cli/verbs.h"
 
 using namespace Qt::StringLiterals;
 

@@ -2,14 +2,14 @@
 
 #include <QSet>
 
-#include "cli/diagnostic_text.h"
-#include "cli/packages.h"
-#include "cli/verb.h"
+#include "base/path_name.h"
+#include "cli/support/diagnostic_text.h"
+#include "cli/support/packages.h"
+#include "cli/verbs.h"
 #include "codegen/export_error.h"
 #include "codegen/project_exporter.h"
-#include "platform/package_place.h"
-#include "platform/path_name.h"
-#include "platform/posix_files.h"
+#include "storage/package_place.h"
+#include "storage/posix_files.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,11 +1,11 @@
 // tweenc info: what a project holds, at a glance.
 
-#include "cli/json_writer.h"
-#include "cli/number_words.h"
-#include "cli/packages.h"
-#include "cli/verb.h"
-#include "platform/parallel_for.h"
-#include "platform/posix_files.h"
+#include "base/parallel_for.h"
+#include "cli/support/json_writer.h"
+#include "cli/support/number_words.h"
+#include "cli/support/packages.h"
+#include "cli/verbs.h"
+#include "storage/posix_files.h"
 
 using namespace Qt::StringLiterals;
 

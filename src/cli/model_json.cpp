@@ -2,7 +2,7 @@
 
 #include <unordered_set>
 
-#include "model/easing.h"
+#include "model/properties/easing.h"
 
 using namespace Qt::StringLiterals;
 

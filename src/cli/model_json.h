@@ -1,8 +1,8 @@
 #pragma once
 
-#include "cli/json_writer.h"
+#include "cli/support/json_writer.h"
 #include "model/element.h"
-#include "model/project_preferences.h"
+#include "model/preferences/project_preferences.h"
 
 namespace tweenery {
 

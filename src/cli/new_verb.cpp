@@ -3,10 +3,10 @@
 #include <QHash>
 #include <QRegularExpression>
 
-#include "cli/input_file.h"
-#include "cli/packages.h"
-#include "cli/verb.h"
-#include "platform/package_store.h"
+#include "cli/support/input_file.h"
+#include "cli/support/packages.h"
+#include "cli/verbs.h"
+#include "storage/package_store.h"
 
 using namespace Qt::StringLiterals;
 

@@ -5,13 +5,13 @@
 #include <optional>
 #include <unordered_map>
 
-#include "cli/packages.h"
+#include "base/parallel_for.h"
+#include "base/path_name.h"
+#include "cli/support/packages.h"
 #include "model/element.h"
-#include "model/project_preferences.h"
-#include "model/project_version.h"
-#include "platform/image_header.h"
-#include "platform/parallel_for.h"
-#include "platform/path_name.h"
+#include "model/preferences/project_preferences.h"
+#include "model/preferences/project_version.h"
+#include "storage/image_header.h"
 
 using namespace Qt::StringLiterals;
 

@@ -3,9 +3,9 @@
 #include <QString>
 #include <vector>
 
+#include "base/errors.h"
 #include "cli/package_inventory.h"
 #include "model/project.h"
-#include "platform/errors.h"
 
 namespace tweenery {
 

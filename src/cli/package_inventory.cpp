@@ -1,7 +1,7 @@
 #include "cli/package_inventory.h"
 
 #include "model/animation.h"
-#include "model/image_set.h"
+#include "model/images/image_set.h"
 #include "model/property_timeline_group.h"
 
 using namespace Qt::StringLiterals;

@@ -3,7 +3,7 @@
 #include <QString>
 #include <vector>
 
-#include "platform/file_wrapper.h"
+#include "storage/file_wrapper.h"
 
 namespace tweenery {
 

@@ -7,15 +7,15 @@
 #include <cmath>
 #include <mutex>
 
-#include "canvas/tweenery_style.h"
-#include "cli/animation_choice.h"
-#include "cli/frame_names.h"
-#include "cli/frame_times.h"
-#include "cli/packages.h"
-#include "cli/picture_run.h"
-#include "cli/scene_pictures.h"
+#include "cli/pictures/frame_names.h"
+#include "cli/pictures/frame_times.h"
+#include "cli/pictures/picture_run.h"
+#include "cli/pictures/scene_pictures.h"
+#include "cli/support/animation_choice.h"
+#include "cli/support/packages.h"
 #include "codegen/export_error.h"
 #include "codegen/export_plan.h"
+#include "editor/layers/tweenery_style.h"
 
 using namespace Qt::StringLiterals;
 

@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "cli/report.h"
-#include "cli/verb.h"
+#include "cli/support/report.h"
+#include "cli/verbs.h"
 
 using namespace Qt::StringLiterals;
 

@@ -2,7 +2,7 @@
 
 #include <QStringList>
 
-#include "cli/console.h"
+#include "cli/support/console.h"
 
 namespace tweenery {
 

@@ -1,9 +1,9 @@
 // tweenc update: brings an older project to the current model version, after a backup.
 
-#include "cli/packages.h"
-#include "cli/verb.h"
+#include "cli/support/packages.h"
+#include "cli/verbs.h"
 #include "model/document.h"
-#include "platform/package_store.h"
+#include "storage/package_store.h"
 
 using namespace Qt::StringLiterals;
 

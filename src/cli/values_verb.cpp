@@ -1,9 +1,9 @@
 // tweenc values: what every element looks like at given times.
 
-#include "cli/animation_choice.h"
-#include "cli/json_writer.h"
-#include "cli/packages.h"
-#include "cli/verb.h"
+#include "cli/support/animation_choice.h"
+#include "cli/support/json_writer.h"
+#include "cli/support/packages.h"
+#include "cli/verbs.h"
 
 using namespace Qt::StringLiterals;
 

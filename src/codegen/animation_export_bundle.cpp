@@ -1,6 +1,6 @@
 #include "codegen/animation_export_bundle.h"
 
-#include "platform/number_text.h"
+#include "base/number_text.h"
 
 using namespace Qt::StringLiterals;
 

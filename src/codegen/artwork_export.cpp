@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <map>
 
-#include "platform/errors.h"
-#include "platform/package_store.h"
+#include "base/errors.h"
+#include "storage/package_store.h"
 
 using namespace Qt::StringLiterals;
 

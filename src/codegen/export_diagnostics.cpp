@@ -2,10 +2,10 @@
 
 #include <QSet>
 
+#include "base/number_text.h"
+#include "base/parallel_for.h"
 #include "codegen/frame_sliced_animation_code.h"
 #include "codegen/printed_key_times.h"
-#include "platform/number_text.h"
-#include "platform/parallel_for.h"
 
 using namespace Qt::StringLiterals;
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/parallel_for.h"
+#include "base/parallel_for.h"
 
 using namespace Qt::StringLiterals;
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "codegen/animation_export_bundle.h"
-#include "codegen/identifiers.h"
+#include "codegen/language/identifiers.h"
 #include "model/project.h"
 
 namespace tweenery {

@@ -1,9 +1,9 @@
 #include "codegen/frame_sliced_animation_code.h"
 
+#include "base/errors.h"
+#include "base/number_text.h"
 #include "codegen/export_error.h"
 #include "codegen/standard_animation_code.h"
-#include "platform/errors.h"
-#include "platform/number_text.h"
 
 using namespace Qt::StringLiterals;
 

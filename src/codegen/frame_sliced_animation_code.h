@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "codegen/export_plan.h"
-#include "codegen/language_code_provider.h"
+#include "codegen/language/language_code_provider.h"
 
 namespace tweenery {
 

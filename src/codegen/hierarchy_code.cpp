@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-#include "platform/errors.h"
-#include "platform/path_name.h"
+#include "base/errors.h"
+#include "base/path_name.h"
 
 using namespace Qt::StringLiterals;
 

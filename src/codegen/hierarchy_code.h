@@ -1,7 +1,7 @@
 #pragma once
 
 #include "codegen/export_plan.h"
-#include "codegen/language_code_provider.h"
+#include "codegen/language/language_code_provider.h"
 
 namespace tweenery {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "codegen/language_code_provider.h"
+#include "codegen/language/language_code_provider.h"
 #include "codegen/timing_function_code.h"
 #include "model/keyed_property_timeline.h"
 

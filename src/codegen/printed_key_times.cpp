@@ -4,8 +4,8 @@
 #include <array>
 #include <cmath>
 
-#include "model/easing.h"
-#include "model/timing_tables.h"
+#include "model/properties/easing.h"
+#include "model/properties/timing_tables.h"
 
 namespace tweenery {
 

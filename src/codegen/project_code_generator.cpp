@@ -1,9 +1,9 @@
 #include "codegen/project_code_generator.h"
 
+#include "base/errors.h"
 #include "codegen/frame_sliced_animation_code.h"
 #include "codegen/hierarchy_code.h"
 #include "codegen/standard_animation_code.h"
-#include "platform/errors.h"
 
 using namespace Qt::StringLiterals;
 

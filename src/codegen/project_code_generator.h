@@ -6,7 +6,7 @@
 
 #include "codegen/export_diagnostics.h"
 #include "codegen/export_plan.h"
-#include "codegen/language_code_provider.h"
+#include "codegen/language/language_code_provider.h"
 
 namespace tweenery {
 

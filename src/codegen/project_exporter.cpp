@@ -4,9 +4,9 @@
 #include <QDir>
 #include <QLocale>
 
-#include "codegen/objc_code_provider.h"
+#include "codegen/language/objc_code_provider.h"
+#include "codegen/language/swift_code_provider.h"
 #include "codegen/project_code_generator.h"
-#include "codegen/swift_code_provider.h"
 
 using namespace Qt::StringLiterals;
 

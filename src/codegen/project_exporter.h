@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "codegen/artwork_export.h"
-#include "codegen/cocoa_language_provider.h"
 #include "codegen/export_diagnostics.h"
+#include "codegen/language/cocoa_language_provider.h"
 
 namespace tweenery {
 

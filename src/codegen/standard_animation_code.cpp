@@ -2,10 +2,10 @@
 
 #include <QHash>
 
+#include "base/errors.h"
+#include "base/parallel_for.h"
+#include "base/path_name.h"
 #include "codegen/keyframe_lists.h"
-#include "platform/errors.h"
-#include "platform/parallel_for.h"
-#include "platform/path_name.h"
 
 using namespace Qt::StringLiterals;
 

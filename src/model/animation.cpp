@@ -3,10 +3,10 @@
 #include <QStringDecoder>
 #include <algorithm>
 
+#include "base/errors.h"
 #include "model/animations_manager.h"
 #include "model/project.h"
-#include "platform/errors.h"
-#include "platform/keyed_archiver.h"
+#include "storage/keyed_archiver.h"
 
 using namespace Qt::StringLiterals;
 

@@ -4,10 +4,10 @@
 #include <map>
 #include <memory>
 
+#include "base/identifier.h"
 #include "model/keyed_property_timeline.h"
 #include "model/property_timeline_group.h"
-#include "platform/file_wrapper.h"
-#include "platform/identifier.h"
+#include "storage/file_wrapper.h"
 
 namespace tweenery {
 

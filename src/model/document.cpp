@@ -2,7 +2,7 @@
 
 #include <QFileInfo>
 
-#include "platform/errors.h"
+#include "base/errors.h"
 
 using namespace Qt::StringLiterals;
 

@@ -3,9 +3,9 @@
 #include <QString>
 #include <memory>
 
+#include "base/ports.h"
 #include "model/project.h"
-#include "platform/package_store.h"
-#include "platform/ports.h"
+#include "storage/package_store.h"
 
 namespace tweenery {
 

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <numbers>
 
+#include "base/errors.h"
 #include "model/element_sampler.h"
 #include "model/project.h"
-#include "platform/errors.h"
 
 using namespace Qt::StringLiterals;
 

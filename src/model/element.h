@@ -13,15 +13,15 @@
 #include <unordered_map>
 #include <vector>
 
-#include "model/element_values.h"
+#include "base/block_list.h"
+#include "base/identifier.h"
+#include "base/undo_manager.h"
+#include "base/weak_ref.h"
 #include "model/keyed_property_timeline.h"
+#include "model/properties/element_values.h"
 #include "model/view_layer.h"
-#include "platform/block_list.h"
-#include "platform/identifier.h"
-#include "platform/keyed_archiver.h"
-#include "platform/keyed_unarchiver.h"
-#include "platform/undo_manager.h"
-#include "platform/weak_ref.h"
+#include "storage/keyed_archiver.h"
+#include "storage/keyed_unarchiver.h"
 
 namespace tweenery {
 

@@ -1,7 +1,7 @@
 // The stored form of the element tree.
 
+#include "base/errors.h"
 #include "model/element.h"
-#include "platform/errors.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,7 +1,7 @@
 // The printed form of an element tree.
 
+#include "base/number_text.h"
 #include "model/element.h"
-#include "platform/number_text.h"
 
 using namespace Qt::StringLiterals;
 

@@ -3,10 +3,10 @@
 #include <cmath>
 #include <limits>
 
+#include "base/errors.h"
 #include "model/element.h"
 #include "model/element_placement.h"
 #include "model/project.h"
-#include "platform/errors.h"
 
 using namespace Qt::StringLiterals;
 

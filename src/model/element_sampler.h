@@ -3,10 +3,10 @@
 #include <array>
 #include <cstdint>
 
-#include "model/element_values.h"
-#include "model/packed_keyframes.h"
-#include "model/property_type.h"
-#include "model/property_value.h"
+#include "model/properties/element_values.h"
+#include "model/properties/packed_keyframes.h"
+#include "model/properties/property_type.h"
+#include "model/properties/property_value.h"
 
 namespace tweenery {
 

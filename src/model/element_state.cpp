@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "model/app_preferences.h"
+#include "base/errors.h"
 #include "model/element.h"
 #include "model/element_sampler.h"
+#include "model/preferences/app_preferences.h"
 #include "model/project.h"
-#include "platform/errors.h"
 
 using namespace Qt::StringLiterals;
 

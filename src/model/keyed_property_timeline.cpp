@@ -5,11 +5,11 @@
 #include <functional>
 #include <limits>
 
-#include "model/easing.h"
+#include "base/errors.h"
 #include "model/element.h"
 #include "model/project.h"
-#include "model/timing_tables.h"
-#include "platform/errors.h"
+#include "model/properties/easing.h"
+#include "model/properties/timing_tables.h"
 
 using namespace Qt::StringLiterals;
 

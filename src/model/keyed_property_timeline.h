@@ -5,13 +5,13 @@
 #include <optional>
 #include <vector>
 
-#include "model/packed_keyframes.h"
+#include "base/weak_ref.h"
+#include "model/properties/packed_keyframes.h"
+#include "model/properties/property_type.h"
+#include "model/properties/repeat_behavior.h"
 #include "model/property_keyframe.h"
-#include "model/property_type.h"
-#include "model/repeat_behavior.h"
-#include "platform/keyed_archiver.h"
-#include "platform/keyed_unarchiver.h"
-#include "platform/weak_ref.h"
+#include "storage/keyed_archiver.h"
+#include "storage/keyed_unarchiver.h"
 
 namespace tweenery {
 

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 
-#include "model/easing.h"
+#include "base/errors.h"
 #include "model/keyed_property_timeline.h"
-#include "platform/errors.h"
-#include "platform/record_decoder.h"
+#include "model/properties/easing.h"
+#include "storage/record_decoder.h"
 
 using namespace Qt::StringLiterals;
 

@@ -5,12 +5,12 @@
 #include <limits>
 #include <numeric>
 
-#include "model/app_preferences.h"
-#include "model/easing.h"
+#include "base/errors.h"
 #include "model/element.h"
 #include "model/keyed_property_timeline.h"
+#include "model/preferences/app_preferences.h"
 #include "model/project.h"
-#include "platform/errors.h"
+#include "model/properties/easing.h"
 
 using namespace Qt::StringLiterals;
 

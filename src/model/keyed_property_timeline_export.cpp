@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "base/number_text.h"
 #include "model/keyed_property_timeline.h"
-#include "platform/number_text.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,8 +1,8 @@
 #include "model/project.h"
 
-#include "platform/bitmap.h"
-#include "platform/errors.h"
-#include "platform/keyed_archiver.h"
+#include "base/errors.h"
+#include "storage/bitmap.h"
+#include "storage/keyed_archiver.h"
 
 using namespace Qt::StringLiterals;
 

@@ -7,16 +7,16 @@
 #include <memory>
 #include <vector>
 
+#include "base/notification_centre.h"
+#include "base/ports.h"
+#include "base/undo_manager.h"
 #include "model/animations_manager.h"
 #include "model/element.h"
-#include "model/image_set_manager.h"
+#include "model/images/image_set_manager.h"
+#include "model/preferences/project_preferences.h"
+#include "model/preferences/project_version.h"
 #include "model/project_index.h"
-#include "model/project_preferences.h"
-#include "model/project_version.h"
-#include "platform/file_wrapper.h"
-#include "platform/notification_centre.h"
-#include "platform/ports.h"
-#include "platform/undo_manager.h"
+#include "storage/file_wrapper.h"
 
 namespace tweenery {
 

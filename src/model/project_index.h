@@ -4,7 +4,7 @@
 #include <QString>
 #include <memory>
 
-#include "platform/identifier.h"
+#include "base/identifier.h"
 
 namespace tweenery {
 

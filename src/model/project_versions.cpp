@@ -5,9 +5,9 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include "base/errors.h"
 #include "model/project.h"
-#include "platform/errors.h"
-#include "platform/package_store.h"
+#include "storage/package_store.h"
 
 using namespace Qt::StringLiterals;
 

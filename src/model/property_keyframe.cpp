@@ -1,9 +1,9 @@
 #include "model/property_keyframe.h"
 
-#include "model/easing.h"
+#include "base/errors.h"
 #include "model/keyed_property_timeline.h"
 #include "model/project.h"
-#include "platform/errors.h"
+#include "model/properties/easing.h"
 
 using namespace Qt::StringLiterals;
 

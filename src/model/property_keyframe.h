@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <memory>
 
-#include "model/property_value.h"
-#include "platform/identifier.h"
+#include "base/identifier.h"
+#include "model/properties/property_value.h"
 
 namespace tweenery {
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "base/errors.h"
 #include "model/element.h"
-#include "platform/errors.h"
 
 using namespace Qt::StringLiterals;
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "model/keyed_property_timeline.h"
-#include "platform/file_wrapper.h"
+#include "storage/file_wrapper.h"
 
 namespace tweenery {
 

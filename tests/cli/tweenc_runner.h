@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/keyed_archiver.h"
+#include "storage/keyed_archiver.h"
 #include "support/directory_snapshot.h"
 
 namespace tweenery::test {

@@ -8,7 +8,7 @@
 
 #include "codegen/project_exporter.h"
 #include "model/project.h"
-#include "platform/package_store.h"
+#include "storage/package_store.h"
 #include "support/test_paths.h"
 #include "tweenc_runner.h"
 

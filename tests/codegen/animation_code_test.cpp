@@ -5,10 +5,10 @@
 
 #include <QRegularExpression>
 
+#include "base/errors.h"
 #include "codegen/export_error.h"
 #include "codegen/scene.h"
 #include "codegen/standard_animation_code.h"
-#include "platform/errors.h"
 
 using namespace Qt::StringLiterals;
 

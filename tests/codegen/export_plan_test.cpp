@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/errors.h"
 #include "codegen/scene.h"
-#include "platform/errors.h"
 
 using namespace Qt::StringLiterals;
 

@@ -11,7 +11,7 @@
 #include <QTemporaryDir>
 
 #include "codegen/project_exporter.h"
-#include "platform/package_store.h"
+#include "storage/package_store.h"
 #include "support/test_paths.h"
 
 using namespace Qt::StringLiterals;

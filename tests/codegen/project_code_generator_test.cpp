@@ -5,9 +5,9 @@
 #include <gtest/gtest.h>
 #include <QRegularExpression>
 
+#include "base/errors.h"
 #include "codegen/scene.h"
-#include "model/image.h"
-#include "platform/errors.h"
+#include "model/images/image.h"
 
 using namespace Qt::StringLiterals;
 

@@ -8,10 +8,10 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
+#include "base/errors.h"
 #include "codegen/export_error.h"
 #include "codegen/scene.h"
-#include "model/image.h"
-#include "platform/errors.h"
+#include "model/images/image.h"
 #include "support/directory_snapshot.h"
 #include "support/test_paths.h"
 

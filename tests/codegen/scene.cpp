@@ -2,8 +2,8 @@
 
 #include <numeric>
 
-#include "codegen/objc_code_provider.h"
-#include "codegen/swift_code_provider.h"
+#include "codegen/language/objc_code_provider.h"
+#include "codegen/language/swift_code_provider.h"
 
 using namespace Qt::StringLiterals;
 

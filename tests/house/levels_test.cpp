@@ -12,17 +12,45 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// An include points to a lower level or stays in its folder.
+/// The rooms of src/ and how high each lies. An include points to a lower room or stays in its own.
 const QMap<QString, int> levels = {
-    {u"platform"_s, 0}, {u"model"_s, 1},  {u"codegen"_s, 2}, {u"canvas"_s, 2},
-    {u"timeline"_s, 3}, {u"panels"_s, 4}, {u"app"_s, 5},     {u"cli"_s, 5},
+    {u"base"_s, 0},           {u"storage"_s, 10},
+    {u"scene"_s, 10},         {u"model/properties"_s, 20},
+    {u"model/images"_s, 20},  {u"model/preferences"_s, 21},
+    {u"model"_s, 22},         {u"codegen/language"_s, 30},
+    {u"codegen"_s, 31},       {u"editor/layers"_s, 30},
+    {u"editor/canvas"_s, 31}, {u"editor/timeline"_s, 32},
+    {u"editor"_s, 33},        {u"ui/widgets"_s, 40},
+    {u"ui/canvas"_s, 41},     {u"ui/timeline"_s, 41},
+    {u"ui/inspector"_s, 41},  {u"ui/navigators"_s, 41},
+    {u"ui/window"_s, 42},     {u"app"_s, 50},
+    {u"cli/support"_s, 50},   {u"cli/pictures"_s, 51},
+    {u"cli"_s, 52},
 };
+
+/// Below this one, nobody knows of widgets.
+constexpr int kWidgetLevel = 40;
+
+/// Neighbours that do without each other, whatever their heights.
+bool knowsNothingOf(const QString& room, const QString& target) {
+    if (room == u"codegen/language") return target != u"base";
+    const QString wing = room.section(u'/', 0, 0);
+    const QString targetWing = target.section(u'/', 0, 0);
+    if (wing == u"codegen") return targetWing == u"editor";
+    if (wing == u"editor") return targetWing == u"codegen";
+    if (wing == u"cli") return targetWing == u"ui" || targetWing == u"app";
+    return false;
+}
+
+QString roomOf(const QString& path) {
+    return path.section(u'/', 0, -2);
+}
 
 struct SourceFile {
     QString path;  // relative to src/
     QString text;
 
-    QString folder() const { return path.section(u'/', 0, 0); }
+    QString room() const { return roomOf(path); }
 
     /// The files included in quotes, which are this project's own.
     QStringList includes() const {
@@ -35,14 +63,14 @@ struct SourceFile {
     }
 };
 
-/// What is wrong with `include` in a file of `folder`; empty when nothing is.
-QString faultOfInclude(const QString& folder, const QString& include) {
-    const QString target = include.section(u'/', 0, 0);
-    if (!include.contains(u'/') || !levels.contains(target)) {
-        return u"names no folder of src/"_s;
-    }
-    if (target == folder || levels[target] < levels[folder]) return {};
-    return u"does not point to a lower level"_s;
+/// What is wrong with `include` in a file of `room`; empty when nothing is.
+QString faultOfInclude(const QString& room, const QString& include) {
+    const QString target = roomOf(include);
+    if (!levels.contains(target)) return u"names no room of src/"_s;
+    if (target == room) return {};
+    if (levels[target] >= levels[room]) return u"does not point to a lower room"_s;
+    if (knowsNothingOf(room, target)) return u"points to a room that this one does without"_s;
+    return {};
 }
 
 std::vector<SourceFile> sourceFiles() {
@@ -61,19 +89,26 @@ std::vector<SourceFile> sourceFiles() {
 
 TEST(Levels, AnIncludePointsDownwardOrStays) {
     struct Case {
-        QString folder;
+        QString room;
         QString include;
         bool isAllowed;
     };
     const std::vector<Case> cases = {
-        {u"model"_s, u"platform/bitmap.h"_s, true}, {u"model"_s, u"model/image.h"_s, true},
-        {u"platform"_s, u"model/image.h"_s, false}, {u"codegen"_s, u"canvas/layer.h"_s, false},
-        {u"canvas"_s, u"app/style.h"_s, false},     {u"cli"_s, u"codegen/identifiers.h"_s, true},
-        {u"model"_s, u"image.h"_s, false},          {u"model"_s, u"../model/image.h"_s, false},
+        {u"model"_s, u"storage/bitmap.h"_s, true},
+        {u"model"_s, u"model/images/image.h"_s, true},
+        {u"model/images"_s, u"model/element.h"_s, false},
+        {u"storage"_s, u"scene/layer.h"_s, false},
+        {u"codegen"_s, u"editor/layers/element_layer.h"_s, false},
+        {u"codegen/language"_s, u"model/properties/easing.h"_s, false},
+        {u"editor/canvas"_s, u"ui/canvas/canvas_view.h"_s, false},
+        {u"cli"_s, u"codegen/language/identifiers.h"_s, true},
+        {u"cli"_s, u"ui/widgets/palette.h"_s, false},
+        {u"model"_s, u"element.h"_s, false},
+        {u"model"_s, u"../model/element.h"_s, false},
     };
     for (const Case& c : cases) {
-        EXPECT_EQ(faultOfInclude(c.folder, c.include).isEmpty(), c.isAllowed)
-            << qPrintable(c.folder) << " includes " << qPrintable(c.include);
+        EXPECT_EQ(faultOfInclude(c.room, c.include).isEmpty(), c.isAllowed)
+            << qPrintable(c.room) << " includes " << qPrintable(c.include);
     }
 }
 
@@ -82,15 +117,24 @@ TEST(Levels, EverySourceFileKeepsThem) {
     ASSERT_FALSE(files.empty());
     size_t includeCount = 0;
     for (const SourceFile& file : files) {
-        EXPECT_TRUE(levels.contains(file.folder())) << qPrintable(file.path);
+        EXPECT_TRUE(levels.contains(file.room())) << qPrintable(file.path);
         for (const QString& include : file.includes()) {
             ++includeCount;
-            const QString fault = faultOfInclude(file.folder(), include);
+            const QString fault = faultOfInclude(file.room(), include);
             EXPECT_TRUE(fault.isEmpty()) << qPrintable(file.path) << ": \"" << qPrintable(include)
                                          << "\" " << qPrintable(fault);
         }
     }
     EXPECT_GT(includeCount, files.size() / 2) << "the includes are no longer recognised";
+}
+
+TEST(Levels, NoWidgetStandsBelowTheRoomsOfWidgets) {
+    static const QRegularExpression widget(
+        u"#include <Q(Widget|Application|MainWindow|Dialog|TreeView|Menu|ToolBar|Style|LineEdit)"_s);
+    for (const SourceFile& file : sourceFiles()) {
+        if (levels[file.room()] >= kWidgetLevel && !file.path.startsWith(u"cli")) continue;
+        EXPECT_FALSE(file.text.contains(widget)) << qPrintable(file.path);
+    }
 }
 
 TEST(Headers, AreGuardedByPragmaOnce) {

@@ -7,7 +7,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
-#include "platform/errors.h"
+#include "base/errors.h"
 #include "support/model_builder.h"
 #include "support/model_recorders.h"
 

@@ -4,8 +4,8 @@
 #include <limits>
 #include <numbers>
 
-#include "platform/bitmap.h"
-#include "platform/errors.h"
+#include "base/errors.h"
+#include "storage/bitmap.h"
 #include "support/model_builder.h"
 #include "support/model_recorders.h"
 

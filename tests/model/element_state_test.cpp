@@ -3,9 +3,9 @@
 
 #include <numbers>
 
-#include "model/app_preferences.h"
-#include "platform/errors.h"
-#include "platform/user_defaults.h"
+#include "base/errors.h"
+#include "base/user_defaults.h"
+#include "model/preferences/app_preferences.h"
 #include "support/model_builder.h"
 #include "support/model_recorders.h"
 

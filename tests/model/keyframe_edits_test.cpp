@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "model/app_preferences.h"
-#include "model/easing.h"
-#include "platform/errors.h"
-#include "platform/user_defaults.h"
+#include "base/errors.h"
+#include "base/user_defaults.h"
+#include "model/preferences/app_preferences.h"
+#include "model/properties/easing.h"
 #include "support/model_builder.h"
 
 namespace tweenery::test {

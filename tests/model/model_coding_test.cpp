@@ -2,9 +2,9 @@
 
 #include <numbers>
 
-#include "model/easing.h"
-#include "platform/errors.h"
-#include "platform/package_store.h"
+#include "base/errors.h"
+#include "model/properties/easing.h"
+#include "storage/package_store.h"
 #include "support/model_builder.h"
 #include "support/model_recorders.h"
 #include "support/test_paths.h"

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "platform/bitmap.h"
-#include "platform/errors.h"
+#include "base/errors.h"
+#include "storage/bitmap.h"
 #include "support/model_builder.h"
 
 namespace tweenery::test {

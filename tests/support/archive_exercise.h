@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/binary_plist.h"
-#include "platform/errors.h"
-#include "platform/keyed_unarchiver.h"
+#include "base/errors.h"
+#include "storage/binary_plist.h"
+#include "storage/keyed_unarchiver.h"
 
 namespace tweenery::test {
 

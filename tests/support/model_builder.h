@@ -9,9 +9,9 @@
 #include <string_view>
 #include <vector>
 
-#include "model/easing.h"
+#include "base/number_text.h"
 #include "model/project.h"
-#include "platform/number_text.h"
+#include "model/properties/easing.h"
 
 namespace tweenery::test {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "base/ports.h"
 #include "model/project.h"
-#include "platform/ports.h"
 
 namespace tweenery::test {
 

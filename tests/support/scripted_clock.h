@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/media_clock.h"
+#include "base/media_clock.h"
 
 namespace tweenery::test {
 

@@ -1,0 +1,49 @@
+#include "cli/pictures/frame_names.h"
+
+#include <QRegularExpression>
+
+#include "cli/support/verb.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+
+FrameNames::FrameNames(const QString& pattern) {
+    if (!pattern.endsWith(u".png"_s, Qt::CaseInsensitive)) {
+        throw UsageError{u"--out takes the name of a PNG file, not '%1'"_s.arg(pattern)};
+    }
+    static const QRegularExpression placeholder(u"%(?:0?([0-9]))?(.?)"_s);
+    qsizetype end = 0;
+    for (auto matches = placeholder.globalMatch(pattern); matches.hasNext();) {
+        const QRegularExpressionMatch match = matches.next();
+        const QString kind = match.captured(2);
+        const bool hasDigits = match.capturedLength() > 2;
+        if (kind != u"d"_s && (hasDigits || !u"ta%"_s.contains(kind) || kind.isEmpty())) {
+            throw UsageError{
+                u"--out knows %d, %04d, %t, %a and %%, not '%1'"_s.arg(match.captured())};
+        }
+        m_pieces.push_back({pattern.mid(end, match.capturedStart() - end), kind.front(),
+                            match.captured(1).toLongLong()});
+        end = match.capturedEnd();
+    }
+    m_pieces.push_back({pattern.mid(end), QChar(), 0});
+}
+
+QString FrameNames::pathOf(size_t number, int32_t timeInMS, const QString& name) const {
+    QString path;
+    for (const Piece& piece : m_pieces) {
+        path += piece.text;
+        if (piece.placeholder == u'd') {
+            path += QString::number(number).rightJustified(piece.fewestDigits, u'0');
+        } else if (piece.placeholder == u't') {
+            path += QString::number(timeInMS);
+        } else if (piece.placeholder == u'a') {
+            path += name;
+        } else if (piece.placeholder == u'%') {
+            path += u'%';
+        }
+    }
+    return path;
+}
+
+}  // namespace tweenery

@@ -1,0 +1,36 @@
+#include "cli/support/input_file.h"
+
+#include <fcntl.h>
+
+#include <cerrno>
+
+#include "base/errors.h"
+#include "storage/posix_files.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+
+QByteArray readInputFile(const QString& path) {
+    const auto fail = [&](const QString& what) {
+        throw InputError(path, failureText(what, errno));
+    };
+    constexpr off_t maxFileSize = off_t(1) << 30;
+    constexpr int flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    const FileDescriptor file(::open(systemPath(path).constData(), flags));
+    struct stat status;
+    if (!file || ::fstat(file.number(), &status) != 0) fail(u"could not be opened"_s);
+    if (!S_ISREG(status.st_mode)) throw InputError(path, u"is not a regular file"_s);
+    if (status.st_size > maxFileSize) throw InputError(path, u"is larger than 1 GiB"_s);
+    QByteArray bytes(status.st_size, Qt::Uninitialized);
+    for (qsizetype filled = 0; filled < bytes.size();) {
+        const ssize_t got = ::read(file.number(), bytes.data() + filled,
+                                   static_cast<size_t>(bytes.size() - filled));
+        if (got < 0 && errno != EINTR) fail(u"could not be read"_s);
+        if (got == 0) throw InputError(path, u"was changed while it was read"_s);
+        if (got > 0) filled += got;
+    }
+    return bytes;
+}
+
+}  // namespace tweenery

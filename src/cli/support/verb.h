@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QCommandLineParser>
+#include <QStringList>
+#include <limits>
+#include <optional>
+#include <vector>
+
+#include "cli/support/console.h"
+
+namespace tweenery {
+
+/// One option of a verb, always in its long form.
+struct VerbOption {
+    const char* name;
+    /// What the usage line calls its value; null for a flag. "a|b" allows just these.
+    const char* value;
+    const char* help;
+    bool isRequired = false;
+};
+
+/// A verb's operands and options as they were given, checked against what the verb allows.
+class Invocation {
+ public:
+    explicit Invocation(const QCommandLineParser& parser) : m_parser(parser) {}
+
+    /// Paths lose the slashes at their end.
+    QStringList operands() const;
+    bool has(const char* option) const { return m_parser.isSet(QLatin1StringView(option)); }
+    /// Of an option given more than once the last value; null when it was not given.
+    QString value(const char* option) const { return m_parser.value(QLatin1StringView(option)); }
+    /// True or false as the last of `--name` and `--no-name` says; nothing when neither was given.
+    std::optional<bool> choice(const char* name) const;
+
+ private:
+    const QCommandLineParser& m_parser;
+};
+
+/// A command that was given wrongly; it ends with ExitCode::WrongUsage. `reason` is one line.
+struct UsageError {
+    QString reason;
+};
+
+/// One verb of the command line.
+struct Verb {
+    static constexpr qsizetype kMany = std::numeric_limits<qsizetype>::max();
+
+    const char* name;
+    const char* operands;  // for the usage line
+    qsizetype fewestOperands;
+    qsizetype mostOperands;
+    const char* summary;
+    std::vector<VerbOption> options;
+    ExitCode (*run)(const Invocation& invocation, Console& console);
+};
+
+/// Runs the verb on its arguments, or prints its help.
+ExitCode runVerb(const Verb& verb, const QStringList& arguments, Console& console);
+/// "tweenc info PKG... [--json]"
+QString usageLine(const Verb& verb);
+
+inline constexpr VerbOption kJsonOption{"json", nullptr, "print JSON"};
+inline constexpr VerbOption kForceOption{"force", nullptr, "replace a package that is there"};
+
+}  // namespace tweenery

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "cli/support/verb.h"
+
+namespace tweenery {
+
+// What tweenc can do; each verb stands in a file of its own.
+const Verb& infoVerb();
+const Verb& describeVerb();
+const Verb& dumpVerb();
+const Verb& valuesVerb();
+const Verb& exportVerb();
+const Verb& renderVerb();
+const Verb& checkVerb();
+const Verb& copyVerb();
+const Verb& updateVerb();
+const Verb& newVerb();
+
+}  // namespace tweenery

@@ -1,0 +1,121 @@
+#include "codegen/language/identifiers.h"
+
+#include <QChar>
+#include <QSet>
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+
+namespace {
+
+/// Length in code units of the first character.
+qsizetype firstLength(const QString& text) {
+    return text.size() > 1 && text[0].isHighSurrogate() && text[1].isLowSurrogate() ? 2 : 1;
+}
+
+bool isAlphanumeric(char32_t character) {
+    return QChar::isLetterOrNumber(character) || QChar::isMark(character);
+}
+
+/// Names that a local variable of the generated methods cannot have: the language's own words, and
+/// the locals that stand there already.
+const QSet<QString>& reservedWords(TargetLanguage language) {
+    static const auto words = [](QStringView text) {
+        const QStringList list = text.toString().split(u' ');
+        return QSet<QString>(list.begin(), list.end());
+    };
+    static const QSet<QString> objectiveC = words(
+        u"asm auto bool break case char const continue default do double else enum extern false "
+        u"float for goto id if inline int long nil register restrict return self short signed "
+        u"sizeof static struct super switch true typedef typeof union unsigned void volatile while "
+        u"bundle layersByName viewsByName");
+    static const QSet<QString> swift = words(
+        u"as associatedtype break case catch class continue default defer deinit do dynamicType "
+        u"else enum extension fallthrough false fileprivate for func guard if import in init inout "
+        u"internal is let nil operator private protocol public repeat rethrows return self static "
+        u"struct subscript super switch throw throws true try typealias var where while "
+        u"bundle layersByName viewsByName");
+    return language == TargetLanguage::Swift ? swift : objectiveC;
+}
+
+}  // namespace
+
+QString pc_stringByUppercasingFirstLetter(const QString& text) {
+    const qsizetype length = firstLength(text);
+    return text.left(length).toUpper() + text.mid(length);
+}
+
+QString pc_stringByLowercasingFirstLetter(const QString& text) {
+    const qsizetype length = firstLength(text);
+    return text.left(length).toLower() + text.mid(length);
+}
+
+void TakenNames::erase(const QString& name) {
+    m_names.erase(name);
+    // Every search that passed `name` must look at it again.
+    QString candidate = name;
+    m_lastFree.erase(candidate);
+    while (candidate.endsWith(u'2')) {
+        candidate.chop(1);
+        m_lastFree.erase(candidate);
+    }
+}
+
+QString TakenNames::firstFree(const QString& candidate) const {
+    if (!contains(candidate)) return candidate;
+    QString& name = m_lastFree.try_emplace(candidate, candidate).first->second;
+    while (contains(name))
+        name += u'2';
+    return name;
+}
+
+QString codeFriendlyNameFromName(const QString& name, const TakenNames* uniqueInSet, bool isImage) {
+    QString joined = isImage ? u"img"_s : QString();
+    bool beginsWord = true;
+    for (const char32_t character : name.toUcs4()) {
+        if (!isAlphanumeric(character)) {
+            beginsWord = true;
+        } else if (beginsWord) {
+            joined += QString::fromUcs4(&character, 1).toUpper();
+            beginsWord = false;
+        } else {
+            joined += QChar::fromUcs4(character);
+        }
+    }
+    const QString candidate =
+        joined.isEmpty() ? u"var"_s : pc_stringByLowercasingFirstLetter(joined);
+    return uniqueInSet ? uniqueInSet->firstFree(candidate) : candidate;
+}
+
+int32_t leadingInteger(const QString& text) {
+    const QString trimmed = text.trimmed();
+    const bool negative = trimmed.startsWith(u'-');
+    qsizetype i = negative || trimmed.startsWith(u'+') ? 1 : 0;
+    int64_t value = 0;
+    for (; i < trimmed.size() && trimmed[i] >= u'0' && trimmed[i] <= u'9'; ++i) {
+        value = std::min<int64_t>(value * 10 + trimmed[i].digitValue(), int64_t{1} << 32);
+    }
+    if (negative) value = -value;
+    return static_cast<int32_t>(std::clamp<int64_t>(value, std::numeric_limits<int32_t>::min(),
+                                                    std::numeric_limits<int32_t>::max()));
+}
+
+IdentifierFault faultOfIdentifier(TargetLanguage language, const QString& identifier) {
+    if (reservedWords(language).contains(identifier)) return IdentifierFault::ReservedWord;
+    const auto characters = identifier.toUcs4();
+    if (characters.isEmpty()) return IdentifierFault::UnusableCharacter;
+    for (const char32_t character : characters) {
+        const auto category = QChar::category(character);
+        if (category == QChar::Number_Other || category == QChar::Mark_Enclosing) {
+            return IdentifierFault::UnusableCharacter;
+        }
+    }
+    if (!QChar::isLetter(characters.front()) && characters.front() != U'_') {
+        return IdentifierFault::LeadingDigit;
+    }
+    return IdentifierFault::None;
+}
+
+}  // namespace tweenery

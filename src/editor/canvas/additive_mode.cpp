@@ -1,0 +1,22 @@
+#include "editor/canvas/additive_mode.h"
+
+#include <cmath>
+
+#include "editor/canvas/element_space.h"
+#include "model/project.h"
+
+namespace tweenery {
+
+std::optional<QPointF> pivotOfEdit(const PCElement& element, bool additive,
+                                   QPointF additiveAnchorPoint) {
+    if (!additive) return element.anchorPoint();
+    const PCProject* project = element.project();
+    if (!project) return std::nullopt;
+    const QPointF point = convertPoint(additiveAnchorPoint, *project->canvas(), element);
+    const QSizeF size = element.size();
+    const QPointF pivot(point.x() / size.width(), point.y() / size.height());
+    if (!std::isfinite(pivot.x()) || !std::isfinite(pivot.y())) return std::nullopt;
+    return pivot;
+}
+
+}  // namespace tweenery

@@ -1,0 +1,108 @@
+#include "editor/canvas/scale_calculator.h"
+
+#include <cmath>
+
+#include "editor/canvas/additive_mode.h"
+
+namespace tweenery {
+namespace {
+
+// Not finite where a locked ratio is to be kept that is none.
+QPointF scaledBy(QPointF scale, QPointF delta, bool keepsRatio) {
+    const double ratio = scale.x() / scale.y();
+    if (keepsRatio && !std::isfinite(ratio)) return {ratio, ratio};
+    if (std::abs(delta.x()) >= std::abs(delta.y())) {
+        const double x = delta.x() + scale.x();
+        return {x, keepsRatio ? x / ratio : scale.y()};
+    }
+    const double y = delta.y() + scale.y();
+    return {keepsRatio ? ratio * y : scale.x(), y};
+}
+
+void installAnchor(PCElement& element, QPointF anchorPoint, bool setupMode, int32_t timeInMS) {
+    if (setupMode) {
+        element.setAnchorPoint(anchorPoint);
+    } else {
+        PCScaleCalculator::setTimelineAnchorPoint(anchorPoint, element, timeInMS);
+    }
+}
+
+float factorBetween(double anchor, double start, double end) {
+    const auto extent = static_cast<float>(start - anchor);
+    return extent == 0 ? 1 : static_cast<float>(end - anchor) / extent;
+}
+
+}  // namespace
+
+void PCScaleCalculator::updateElements(const PCElement::Elements& elements, bool forAdditiveMode,
+                                       QPointF delta, bool setupMode, int32_t timeInMS,
+                                       QPointF additiveAP) {
+    AdditiveShare shares(forAdditiveMode);
+    for (const PCElement::Ptr& element : elements) {
+        const double share = shares.next();
+        const auto pivot = pivotOfEdit(*element, forAdditiveMode, additiveAP);
+        const QPointF scale = setupMode ? element->scale() : element->scaleAtTimeInMS(timeInMS);
+        const QPointF scaled = scaledBy(scale, share * delta, element->scalesLocked());
+        if (!pivot || !std::isfinite(scaled.x()) || !std::isfinite(scaled.y())) continue;
+
+        const QPointF anchorPoint = element->anchorPoint();
+        installAnchor(*element, *pivot, setupMode, timeInMS);
+        if (setupMode) {
+            element->setScale(scaled);
+        } else {
+            element->setScale(scaled, timeInMS);
+        }
+        installAnchor(*element, anchorPoint, setupMode, timeInMS);
+    }
+}
+
+void PCScaleCalculator::setXScale(double factor, const PCElement::Elements& elements,
+                                  bool setupMode, int32_t timeInMS) {
+    for (const PCElement::Ptr& element : elements) {
+        if (setupMode) {
+            element->setScale({factor, element->scale().y()});
+        } else {
+            element->setXScale(static_cast<float>(factor), timeInMS);
+        }
+    }
+}
+
+void PCScaleCalculator::setYScale(double factor, const PCElement::Elements& elements,
+                                  bool setupMode, int32_t timeInMS) {
+    for (const PCElement::Ptr& element : elements) {
+        if (setupMode) {
+            element->setScale({element->scale().x(), factor});
+        } else {
+            element->setYScale(static_cast<float>(factor), timeInMS);
+        }
+    }
+}
+
+void PCScaleCalculator::setTimelineAnchorPoint(QPointF anchorPoint, PCElement& element,
+                                               int32_t timeInMS) {
+    const QPointF translation = element.translationAtTimeInMS(timeInMS);
+    const QPointF scale = element.scaleAtTimeInMS(timeInMS);
+    const QPointF newAnchor(anchorPoint.x() * element.size().width(),
+                            anchorPoint.y() * element.size().height());
+    QTransform state;
+    state.rotateRadians(static_cast<double>(element.zRotationAtTimeInMS(timeInMS)));
+    state.scale(scale.x(), scale.y());
+    const QPointF shift = state.map(newAnchor) - state.map(element.anchorPointInPts());
+    element.setAnchorPoint(anchorPoint);
+    element.setTranslation(translation + shift, timeInMS);
+}
+
+QPointF PCScaleCalculator::scaleForDelta(float deltaX, float deltaY) {
+    m_dx += deltaX;
+    m_dy += deltaY;
+    return scaleForLocation(m_resizeLocation +
+                            QPointF(static_cast<double>(m_dx), static_cast<double>(m_dy)));
+}
+
+QPointF PCScaleCalculator::scaleForLocation(QPointF location) const {
+    const float x = factorBetween(m_resizeAnchorLocation.x(), m_resizeLocation.x(), location.x());
+    const float y = factorBetween(m_resizeAnchorLocation.y(), m_resizeLocation.y(), location.y());
+    return {static_cast<double>(x), static_cast<double>(y)};
+}
+
+}  // namespace tweenery

@@ -1,0 +1,140 @@
+#include "editor/timeline/keyframe_manager.h"
+
+#include <algorithm>
+#include <map>
+
+#include "base/errors.h"
+#include "model/project.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+
+PCKeyframeManager::PCKeyframeManager(const std::shared_ptr<PCProject>& project)
+    : m_project(project) {
+    project->animationsManager().addChangeListener(this);
+}
+
+PCKeyframeManager::~PCKeyframeManager() {
+    if (const auto project = m_project.lock()) {
+        project->animationsManager().removeChangeListener(this);
+    }
+}
+
+// Keyframes.
+
+void PCKeyframeManager::selectKeyframe(const Keyframe& keyframe) {
+    if (!keyframe || !m_selectedKeyframes.insert(keyframe).second) return;
+    m_selectionListeners.tell([&](auto& listener) {
+        listener.keyframeSelectionManagerDidSelectKeyframe(*this, keyframe);
+    });
+}
+
+void PCKeyframeManager::deselectKeyframe(const Keyframe& keyframe) {
+    const Keyframe deselected = keyframe;  // which may be the member that goes
+    m_selectedKeyframes.erase(deselected);
+    m_selectionListeners.tell([&](auto& listener) {
+        listener.keyframeSelectionManagerDidDeselectKeyframe(*this, deselected);
+    });
+}
+
+void PCKeyframeManager::deselectAllKeyframes() {
+    const KeyframeSet all = m_selectedKeyframes;
+    for (const Keyframe& keyframe : all)
+        deselectKeyframe(keyframe);
+}
+
+void PCKeyframeManager::setSelectionToSingleKeyframe(const Keyframe& keyframe) {
+    deselectAllTweens();
+    if (keyframeIsSelected(keyframe)) return;
+    deselectAllKeyframes();
+    selectKeyframe(keyframe);
+}
+
+void PCKeyframeManager::selectKeyframeByExtendingSelection(const Keyframe& keyframe) {
+    deselectAllTweens();
+    if (!keyframe || keyframeIsSelected(keyframe)) return;
+    selectKeyframe(keyframe);
+    if (!keyframe->isInTimeline()) return;
+    const auto timeline = keyframe->timeline();
+    size_t first = keyframe->index();
+    size_t last = first;
+    for (const Keyframe& selected : m_selectedKeyframes) {
+        if (!selected->isInTimeline() || selected->timeline() != timeline) continue;
+        first = std::min(first, selected->index());
+        last = std::max(last, selected->index());
+    }
+    for (size_t i = first; i <= last; ++i)
+        selectKeyframe(timeline->existingKeyframeAtKeyframeIndex(i));
+}
+
+void PCKeyframeManager::selectKeyframes(const KeyframeSet& keyframes) {
+    const KeyframeSet before = m_selectedKeyframes;
+    for (const Keyframe& keyframe : before) {
+        if (!keyframes.contains(keyframe)) deselectKeyframe(keyframe);
+    }
+    for (const Keyframe& keyframe : keyframes)
+        selectKeyframe(keyframe);
+}
+
+void PCKeyframeManager::selectAllKeyframesForTimeline(const PCKeyedPropertyTimeline& timeline) {
+    for (const Keyframe& keyframe : timeline.keyframesSortedByTime())
+        selectKeyframe(keyframe);
+}
+
+PCKeyframeManager::Keyframes PCKeyframeManager::selectedKeyframesSortedByTimeInMS() const {
+    Keyframes sorted(m_selectedKeyframes.begin(), m_selectedKeyframes.end());
+    std::sort(sorted.begin(), sorted.end(),
+              [](const Keyframe& a, const Keyframe& b) { return a->timeInMS() < b->timeInMS(); });
+    return sorted;
+}
+
+void PCKeyframeManager::shiftSelectedKeyframesBy(int32_t deltaInMS) {
+    std::map<PCKeyedPropertyTimeline::Ptr, std::vector<int32_t>> timesByTimeline;
+    for (const Keyframe& keyframe : m_selectedKeyframes) {
+        if (!keyframe->isInTimeline()) continue;
+        timesByTimeline[keyframe->timeline()].push_back(keyframe->timeInMS());
+    }
+    for (const auto& [timeline, times] : timesByTimeline)
+        timeline->shiftKeyframesAtTimesInMS(times, deltaInMS);
+}
+
+// Tweens.
+
+void PCKeyframeManager::selectTween(const Keyframe& endKeyframe) {
+    if (!endKeyframe || !m_selectedTweens.insert(endKeyframe).second) return;
+    m_selectionListeners.tell(
+        [&](auto& listener) { listener.keyframeManagerDidSelectTween(*this, endKeyframe); });
+}
+
+void PCKeyframeManager::deselectTween(const Keyframe& endKeyframe) {
+    const Keyframe deselected = endKeyframe;  // which may be the member that goes
+    if (m_selectedTweens.erase(deselected) == 0) return;
+    m_selectionListeners.tell(
+        [&](auto& listener) { listener.keyframeManagerDidDeselectTween(*this, deselected); });
+}
+
+void PCKeyframeManager::deselectAllTweens() {
+    const KeyframeSet all = m_selectedTweens;
+    for (const Keyframe& endKeyframe : all)
+        deselectTween(endKeyframe);
+}
+
+// Listeners.
+
+void PCKeyframeManager::addSelectionListener(PCKeyframeManagerSelectionListener* listener) {
+    assertContract(m_selectionListeners.add(listener), u"listener was already added"_s);
+}
+
+void PCKeyframeManager::removeSelectionListener(PCKeyframeManagerSelectionListener* listener) {
+    assertContract(m_selectionListeners.remove(listener), u"listener was not already added"_s);
+}
+
+// Keyframes of an animation that is no longer shown are nothing to act on.
+void PCKeyframeManager::animationManagerDidSelectAnimation(PCAnimationsManager&,
+                                                           const PCAnimation::Ptr&) {
+    deselectAllTweens();
+    deselectAllKeyframes();
+}
+
+}  // namespace tweenery

@@ -1,0 +1,116 @@
+#include "editor/timeline/playback.h"
+
+#include <utility>
+
+#include "editor/layers/element_layer.h"
+#include "editor/layers/timeline_animations.h"
+#include "model/project.h"
+
+namespace tweenery {
+
+Playback::Playback(const std::shared_ptr<PCProject>& project, PCProjectTimeManager& timeManager,
+                   PCElementSelectionManager& selectionManager)
+    : m_project(project), m_timeManager(timeManager), m_selectionManager(selectionManager) {
+    m_timeManager.addPlayheadTimeListener(this);
+    m_timeManager.addPlaybackStateListener(this);
+    project->animationsManager().addChangeListener(this);
+}
+
+Playback::~Playback() {
+    m_timeManager.removePlayheadTimeListener(this);
+    m_timeManager.removePlaybackStateListener(this);
+    if (const auto project = m_project.lock())
+        project->animationsManager().removeChangeListener(this);
+}
+
+void Playback::togglePlayPause() {
+    if (m_timeManager.isPlayingBack()) {
+        m_timeManager.setPlayback(false);
+        restoreSelection();
+    } else {
+        m_selectionBeforePlayback = m_selectionManager.selectedElements();
+        m_selectionManager.deselectAllElements();
+        m_timeManager.setPlayback(true);
+    }
+}
+
+void Playback::restoreSelection() {
+    auto elements = std::exchange(m_selectionBeforePlayback, {});
+    const auto project = m_project.lock();
+    std::erase_if(elements, [&project](const PCElement::Ptr& element) {
+        return !project || project->elementForIdentifier(element->identifier()) != element;
+    });
+    m_selectionManager.selectElements(elements);
+    // A layer that is selected goes to its setup position.
+    syncLayersAtTimeInMS(m_timeManager.playheadPositionInMS());
+}
+
+void Playback::timeManagerDidChangePlaybackState(PCProjectTimeManager& manager) {
+    const auto project = m_project.lock();
+    if (!project) return;
+    if (manager.isPlayingBack()) {
+        attachAnimations(*project);
+    } else {
+        removeAnimations();
+        syncLayersWithModelAtTimeInMS(*project, manager.playheadPositionInMS());
+    }
+}
+
+void Playback::attachAnimations(PCProject& project) {
+    const PCAnimation::Ptr animation = project.animationsManager().selectedAnimation();
+    if (!animation) return;
+    TimelineAnimations animations(project);
+    for (const auto& [identifier, group] : animation->timelineGroups()) {
+        const PCElement::Ptr element = project.elementForIdentifier(identifier);
+        PCLayer* layer = element ? PCLayer::of(*element) : nullptr;
+        if (!layer) continue;
+        layer->syncWithModel();
+        m_animatedElements.push_back(element);
+        for (const PCKeyedPropertyTimeline::Ptr& timeline : group->allTimelines()) {
+            // A hidden element is a layer of opacity 0, and stays one.
+            const bool isOpacity = timeline->propertyType() == PCPropertyTypeOpacity;
+            if (isOpacity && element->hidden()) continue;
+            auto played = animations.animation(*timeline);
+            if (!played) continue;
+            layer->addAnimation(std::move(*played),
+                                TimelineAnimations::animationKeyForTimelineOnAnimationName(
+                                    *timeline, animation->name()));
+        }
+    }
+}
+
+// Another animation may be selected by now, and elements may have left the tree.
+void Playback::removeAnimations() {
+    for (const PCElement::Ptr& element : std::exchange(m_animatedElements, {})) {
+        element->viewLayer().removeAllAnimations();
+    }
+}
+
+void Playback::timeManagerDidUpdatePlayhead(PCProjectTimeManager& manager) {
+    if (!manager.isPlayingBack()) syncLayersAtTimeInMS(manager.playheadPositionInMS());
+}
+
+void Playback::timeManagerDidUpdateSkimPlayhead(PCProjectTimeManager& manager) {
+    if (!manager.isPlayingBack()) syncLayersAtTimeInMS(manager.skimPositionInMS());
+}
+
+void Playback::syncLayersAtTimeInMS(int32_t timeInMS) {
+    if (const auto project = m_project.lock()) syncLayersWithModelAtTimeInMS(*project, timeInMS);
+}
+
+void Playback::animationManagerDidSelectAnimation(PCAnimationsManager&, const PCAnimation::Ptr&) {
+    const auto project = m_project.lock();
+    if (!project) return;
+    m_selectionManager.deselectAllElements();
+    if (m_timeManager.isPlayingBack()) {
+        m_timeManager.setPlayback(false);
+        m_selectionBeforePlayback.clear();
+    }
+    if (project->isSetupMode()) {
+        syncLayersWithModel(*project);
+    } else {
+        syncLayersWithModelAtTimeInMS(*project, m_timeManager.playheadPositionInMS());
+    }
+}
+
+}  // namespace tweenery

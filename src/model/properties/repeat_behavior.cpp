@@ -1,0 +1,26 @@
+#include "model/properties/repeat_behavior.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+
+QString stringFromRepeatBehavior(int64_t behavior) {
+    switch (behavior) {
+        case PCRepeatBehaviorNever:
+            return u"never"_s;
+        case PCRepeatBehaviorForever:
+            return u"forever"_s;
+        case PCRepeatBehaviorForeverAutoreverse:
+            return u"forever_autoreverse"_s;
+        default:
+            return {};
+    }
+}
+
+int64_t repeatBehaviorFromString(const QString& string) {
+    if (string == u"forever"_s) return PCRepeatBehaviorForever;
+    if (string == u"forever_autoreverse"_s) return PCRepeatBehaviorForeverAutoreverse;
+    return PCRepeatBehaviorNever;
+}
+
+}  // namespace tweenery

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QByteArrayList>
+#include <QString>
+
+#include "storage/file_wrapper.h"
+
+namespace tweenery {
+
+/// Reads the directory at `path` with all its contents. Regular files only, opened without
+/// following links; symbolic links are kept as nodes; any other kind of entry, an unreadable one,
+/// one larger than 1 GiB or with a name that is not UTF-8 throws InputError naming it. `path`
+/// itself may be a link to the package. Depth of directories is bounded by 64. The
+/// root's filename is the last path component.
+FileWrapper::Ptr readPackage(const QString& path);
+
+/// Entries (relative paths) in which the package at `path` differs from what `root` was read from
+/// or last saved as; empty when nothing changed behind our back. Compares identity, size and time.
+/// What was edited in memory since is no difference. Throws InputError when there is no package.
+QStringList entriesChangedOnDisk(const FileWrapper& root, const QString& path);
+
+/// What a save does with a package that changed on disk since it was read.
+enum class OnDiskChange { Refuse, Overwrite };
+
+/// Writes `root` as the package at `path`, atomically: a new directory beside it, unchanged entries
+/// hard-linked into it, changed ones written and flushed, then both exchanged in one step, then the
+/// old one removed (a big one by a thread, which the next big save and the end of the program wait
+/// for). A crash or failure at any moment leaves the old package or the new one, whole.
+/// On success every node's origin is what is now on disk. Throws InputError naming the entry and
+/// the reason; then nothing at `path` has changed. `path` may be new; its parent directory must
+/// exist. A link to a package stays and the package is replaced. Modes of directories and files are
+/// kept. A package that another program is saving is refused.
+void savePackage(FileWrapper& root, const QString& path,
+                 OnDiskChange policy = OnDiskChange::Refuse);
+
+/// Writes `root` as a package at a place where nothing is yet, leaving the nodes' origins alone (a
+/// backup, a copy). Atomic likewise. Throws InputError when something is at `path`, unless
+/// `replace`.
+void writePackageCopy(const FileWrapper& root, const QString& path, bool replace = false);
+
+/// Writes one file atomically (temporary file beside it, flush, rename). A symbolic link at `path`
+/// is replaced, not followed; a directory is refused. Throws InputError.
+void writeFileAtomically(const QString& path, const QByteArray& data);
+/// The same with bytes that come in pieces.
+void writeFileAtomically(const QString& path, const QByteArrayList& pieces);
+
+}  // namespace tweenery

@@ -1,0 +1,284 @@
+#include "editor/layers/element_layer.h"
+
+#include <gtest/gtest.h>
+
+#include "base/errors.h"
+#include "editor/layer_scene.h"
+
+namespace tweenery::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+QImage filled(QSize size, const QColor& color) {
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(color);
+    return image;
+}
+
+// The names of the element layers in a layer, in their order.
+std::string layerNames(const Layer& layer) {
+    std::string names;
+    for (const Layer* sublayer : layer.sublayers()) {
+        const auto* elementLayer = dynamic_cast<const PCLayer*>(sublayer);
+        if (!elementLayer) {
+            names += '*';
+            continue;
+        }
+        names += elementLayer->element()->name().toStdString();
+        if (elementLayer->element()->isGroup()) names += '{' + layerNames(*elementLayer) + '}';
+    }
+    return names;
+}
+
+TEST(ElementLayer, FollowsTheTreeAheadOfGuidesAndBorders) {
+    LayerScene scene;
+    buildTree(*scene.project, "A G{B C} D");
+    EXPECT_EQ(layerNames(scene.layer(scene.canvas)), "AG{BC}D***");
+    scene.project->undoManager().removeAllActions();
+    scene.select({u"D"_s});
+    EXPECT_EQ(layerNames(scene.layer(scene.canvas)), "AG{BC}D****");
+    scene.project->moveItems({named(*scene.project, u"C"_s)}, nullptr, 0);
+    EXPECT_EQ(layerNames(scene.layer(scene.canvas)), "CAG{B}D***");
+    scene.project->ungroupElements({named(*scene.project, u"G"_s)});
+    EXPECT_EQ(layerNames(scene.layer(scene.canvas)), "CABD***");
+    scene.project->undoManager().undo();
+    EXPECT_EQ(layerNames(scene.layer(scene.canvas)), "CAG{B}D***");
+    scene.project->undoManager().undo();
+    EXPECT_EQ(layerNames(scene.layer(scene.canvas)), "AG{BC}D***");
+}
+
+TEST(ElementLayer, CopiesTheSetupState) {
+    LayerScene scene;
+    const auto element = addElement(scene.canvas, u"A"_s,
+                                    {.position = {30, 40},
+                                     .scale = {2, -1},
+                                     .rotation = 0.5,
+                                     .size = {20, 10},
+                                     .anchor = {0.25, 1},
+                                     .opacity = 0.4});
+    const PCLayer& layer = scene.layer(element);
+    EXPECT_EQ(layer.bounds(), QRectF(0, 0, 20, 10));
+    // The corner that the model's own transform gives.
+    const QPointF corner = element->elementToParentTransform().map(QPointF(20, 0));
+    const QPointF shown = layer.toSuperlayer().map({20, 0});
+    EXPECT_NEAR(shown.x(), corner.x(), 1e-12);
+    EXPECT_NEAR(shown.y(), corner.y(), 1e-12);
+
+    element->setHidden(true);
+    EXPECT_EQ(layer.opacity(), 0);
+    element->setOpacity(0.9);
+    EXPECT_EQ(layer.opacity(), 0.9) << "a change of the opacity alone shows it again";
+    scene.layer(element).syncWithModel();
+    EXPECT_EQ(layer.opacity(), 0);
+    element->setHidden(false);
+    EXPECT_EQ(layer.opacity(), 0.9);
+}
+
+TEST(ElementLayer, CopiesTheStateAtATime) {
+    LayerScene scene;
+    const auto element = addElement(scene.canvas, u"A"_s, {.position = {30, 40}, .opacity = 0.5});
+    PCLayer& layer = scene.layer(element);
+    layer.syncWithModelAtTimeInMS(1000);
+    EXPECT_EQ(layer.position(), QPointF(30, 40));
+
+    selectNewAnimation(*scene.project, u"Move"_s);
+    element->setTranslation({10, 0}, 0);
+    element->setTranslation({110, 50}, 1000);
+    element->setOpacity(1.0F, 1000);
+    layer.syncWithModelAtTimeInMS(500);
+    EXPECT_EQ(layer.position(), QPointF(90, 65));
+    EXPECT_NEAR(layer.opacity(), 0.75, 1e-6);
+    layer.syncWithModelAtTimeInMS(-5);
+    EXPECT_EQ(layer.position(), QPointF(40, 40)) << "a negative time counts as 0";
+
+    element->setHidden(true);
+    element->setOpacity(0.8F, 500);
+    EXPECT_EQ(layer.opacity(), 0) << "a hidden element stays hidden";
+
+    scene.project->animationsManager().setSelectedAnimation(nullptr);
+    layer.syncWithModel();
+    layer.syncWithModelAtTimeInMS(1000);
+    EXPECT_EQ(layer.position(), QPointF(30, 40)) << "nothing happens in setup mode";
+}
+
+TEST(ElementLayer, CarriesItsTimelinesAsAnimations) {
+    LayerScene scene;
+    const auto element = addElement(scene.canvas, u"A"_s);
+    selectNewAnimation(*scene.project, u"Move"_s);
+    element->setTranslation({100, 0}, 1000);
+    element->setOpacity(0.5F, 1000);
+    scene.canvas->setChildrenZPositions({element->identifier().toString()}, 0);
+    PCLayer& layer = scene.layer(element);
+    const auto keys = [&layer] {
+        QStringList all;
+        for (const QString& key : layer.animationKeys())
+            all << key;
+        all.sort();
+        return all.join(u' ').toStdString();
+    };
+    layer.addAllPropertyAnimationsExceptZIndex();
+    EXPECT_EQ(keys(), "opacity transform.translation.x");
+    layer.addAllPropertyAnimations();
+    EXPECT_EQ(keys(), "opacity transform.translation.x zPosition");
+    element->timeline(PCPropertyTypeOpacity)->removeAllKeyframes();
+    layer.addAnimationForProperty(PCPropertyTypeOpacity);
+    EXPECT_EQ(keys(), "transform.translation.x zPosition");
+    EXPECT_THROW(layer.addAnimationForProperty(PCPropertyTypeScale), AssertionFailure);
+}
+
+TEST(ElementLayer, StacksByTheChildrenOrderOfTheTime) {
+    LayerScene scene;
+    buildTree(*scene.project, "A B C");
+    const auto a = named(*scene.project, u"A"_s);
+    const auto b = named(*scene.project, u"B"_s);
+    const auto c = named(*scene.project, u"C"_s);
+    selectNewAnimation(*scene.project, u"Shuffle"_s);
+    const auto order = [](const PCElement::Elements& elements) {
+        QStringList identifiers;
+        for (const auto& element : elements)
+            identifiers << element->identifier().toString();
+        return identifiers;
+    };
+    scene.canvas->setChildrenZPositions(order({c, a, b}), 500);
+    const auto places = [&] {
+        return std::array{scene.layer(a).zPosition(), scene.layer(b).zPosition(),
+                          scene.layer(c).zPosition()};
+    };
+    for (const int32_t time : {0, 499, 500, 501, 2000}) {
+        syncLayersWithModelAtTimeInMS(*scene.project, time);
+        const auto all = places();
+        for (const auto& element : {a, b, c}) {
+            scene.layer(element).syncZIndexWithModelAtTimeInMS(time);
+        }
+        EXPECT_EQ(all, places()) << "one by one and all at once, at " << time;
+        const std::array<double, 3> expected =
+            time < 500 ? std::array<double, 3>{0, 1, 2} : std::array<double, 3>{1, 2, 0};
+        EXPECT_EQ(all, expected) << "at " << time;
+    }
+}
+
+TEST(ElementLayer, ShowsTheArtworkOfTheScreen) {
+    LayerScene scene;
+    scene.addImage(u"plain.png"_s, filled({10, 10}, Qt::red));
+    scene.addImage(u"dense@2x.png"_s, filled({20, 20}, Qt::blue));
+    const auto plain = addElement(scene.canvas, u"Plain"_s);
+    const auto dense = addElement(scene.canvas, u"Dense"_s);
+    plain->setImageName(u"plain.png"_s);
+    dense->setImageName(u"dense.png"_s);
+    struct Shown {
+        QSize pixels;
+        double scale;
+    };
+    const auto expectShown = [&](const PCElement::Ptr& element, Shown shown) {
+        EXPECT_EQ(scene.layer(element).contents().size(), shown.pixels);
+        EXPECT_EQ(scene.layer(element).contentsScale(), shown.scale);
+    };
+    expectShown(plain, {{10, 10}, 1});
+    expectShown(dense, {{10, 10}, 1});
+    scene.project->setBackingScale(2);
+    expectShown(plain, {{10, 10}, 1});
+    expectShown(dense, {{20, 20}, 2});
+
+    // Both show the one decoded bitmap.
+    const auto twin = addElement(scene.canvas, u"Twin"_s);
+    twin->setImageName(u"plain.png"_s);
+    EXPECT_EQ(scene.layer(twin).contents().constBits(), scene.layer(plain).contents().constBits());
+
+    scene.addImage(u"plain.png"_s, filled({30, 30}, Qt::green));
+    scene.project->updateContentScales();
+    expectShown(plain, {{30, 30}, 1});
+    scene.project->imageSetManager().deleteImageSetWithName(u"plain.png"_s);
+    scene.project->updateContentScales();
+    EXPECT_TRUE(scene.layer(plain).contents().isNull());
+}
+
+TEST(ElementLayer, LosesItsBorderWithItsPlace) {
+    LayerScene scene;
+    buildTree(*scene.project, "A G{B}");
+    const auto a = named(*scene.project, u"A"_s);
+    scene.select({u"A"_s, u"B"_s});
+    ASSERT_TRUE(scene.layer(a).borderLayer());
+    EXPECT_EQ(scene.layer(a).borderLayer()->superlayer(), &scene.layer(scene.canvas));
+    EXPECT_EQ(scene.border(u"B"_s).superlayer(), &scene.layer(scene.canvas));
+    EXPECT_EQ(scene.border(u"A"_s).colorOfBorder(), QColor::fromRgbF(0, 0.75F, 0.98F));
+    scene.selection.deselectAllElements();
+    EXPECT_FALSE(scene.layer(a).borderLayer());
+
+    selectNewAnimation(*scene.project, u"Move"_s);
+    scene.select({u"A"_s});
+    EXPECT_EQ(scene.border(u"A"_s).colorOfBorder(), QColor::fromRgbF(1, 0, 0));
+    a->removeFromParentElement();
+    EXPECT_EQ(layerNames(scene.layer(scene.canvas)), "G{B}***");
+}
+
+TEST(ElementLayer, GoesBeforeTheEditorOrAfterIt) {
+    auto scene = std::make_unique<LayerScene>();
+    buildTree(*scene->project, "A G{B}");
+    scene->select({u"A"_s});
+    scene->selection.deselectAllElements();
+    scene->canvas->rebuildViewLayerHeirarchy();
+    EXPECT_EQ(scene->editor.canvasLayer(), nullptr);
+    EXPECT_EQ(scene->editor.layerAtLocationOnEditor({1, 1}, true), nullptr);
+    scene->editor.setCanvasLayer(scene->layer(scene->canvas));
+    EXPECT_EQ(layerNames(scene->layer(scene->canvas)), "AG{B}***");
+    const PCProject::Ptr project = scene->project;
+    scene.reset();
+    EXPECT_EQ(layerNames(*PCLayer::of(*project->canvas())), "AG{B}");
+}
+
+// Artwork of 4 by 1 points with the alphas 0, 50, 51 and 255.
+QImage alphaSteps() {
+    QImage image(4, 1, QImage::Format_ARGB32_Premultiplied);
+    const std::array alphas{0, 50, 51, 255};
+    for (int x = 0; x < 4; ++x) {
+        image.setPixelColor(x, 0, QColor(0, 0, 0, alphas[static_cast<size_t>(x)]));
+    }
+    return image;
+}
+
+TEST(ElementLayer, IsHitWhereItsArtworkShows) {
+    LayerScene scene;
+    scene.addImage(u"steps.png"_s, alphaSteps());
+    const auto steps = addElement(scene.canvas, u"Steps"_s);
+    steps->setImageName(u"steps.png"_s);
+    steps->setAnchorPoint({0, 0});
+    steps->setPosition({100, 100});
+    steps->setScale({10, 10});
+    for (const auto& [x, hit] : {std::pair{95.0, "-"},
+                                 {105.0, "-"},
+                                 {115.0, "-"},
+                                 {125.0, "Steps"},
+                                 {135.0, "Steps"},
+                                 {145.0, "-"}}) {
+        EXPECT_EQ(scene.pressed({x, 105}, true).toStdString(), hit) << x;
+    }
+    steps->setSize({1e90, 1e90});
+    EXPECT_FALSE(scene.layer(steps).containsPoint({1e80, 1e80})) << "beyond the artwork";
+    steps->setSize({4, 1});
+    steps->setLocked(true);
+    EXPECT_EQ(scene.pressed({135, 105}, true), u"-"_s);
+    steps->setLocked(false);
+    steps->setHidden(true);
+    EXPECT_EQ(scene.pressed({135, 105}, true), u"Steps"_s) << "hidden elements are hit like others";
+    steps->setScale({0, 10});
+    EXPECT_EQ(scene.pressed({100, 105}, true), u"-"_s);
+}
+
+TEST(ElementLayer, AGroupCoversWhatItsChildrenCoverWithinItsBounds) {
+    LayerScene scene;
+    const auto group = addGroup(scene.canvas, u"G"_s,
+                                {.position = {100, 100}, .size = {100, 100}, .anchor = {0, 0}});
+    scene.addPicture(group, u"In"_s, {.position = {10, 10}, .size = {20, 20}, .anchor = {0, 0}});
+    scene.addPicture(group, u"Out"_s, {.position = {90, 10}, .size = {20, 20}, .anchor = {0, 0}});
+    const PCLayer& layer = scene.layer(group);
+    EXPECT_TRUE(layer.containsPoint({15, 15}));
+    EXPECT_FALSE(layer.containsPoint({50, 50}));
+    EXPECT_TRUE(layer.containsPoint({95, 15}));
+    EXPECT_FALSE(layer.containsPoint({105, 15})) << "the group's bounds end at 100";
+    EXPECT_FALSE(scene.layer(scene.canvas).containsPoint({115, 115}));
+    EXPECT_EQ(scene.pressed({205, 115}, true), u"Out"_s) << "the child itself is hit";
+}
+
+}  // namespace
+}  // namespace tweenery::test
