@@ -1,19 +1,9 @@
 #include "storage/binary_plist.h"
 
 #include "base/errors.h"
+#include "storage/machine_word.h"
 
 namespace tweenery {
-
-namespace {
-
-template <typename Word>
-Word wordAt(const char* bytes) {
-    Word word = 0;
-    std::memcpy(&word, bytes, sizeof word);
-    return word;
-}
-
-}  // namespace
 
 bool isSevenBit(const char* bytes, size_t size) {
     uint64_t seen = 0;

@@ -8,6 +8,7 @@
 
 #include "base/errors.h"
 #include "storage/binary_plist.h"
+#include "storage/machine_word.h"
 
 namespace tweenery {
 namespace {
@@ -27,19 +28,14 @@ uint64_t mixed(uint64_t hash, uint64_t word) {
     return hash ^ hash >> 32;
 }
 
-template <typename Word>
-uint64_t wordAt(const char* bytes) {
-    Word word = 0;
-    std::memcpy(&word, bytes, sizeof word);
-    return word;
-}
-
 /// The last up to eight bytes.
 uint64_t lastWord(std::string_view text) {
     const char* bytes = text.data();
     const size_t size = text.size();
     if (size >= 8) return wordAt<uint64_t>(bytes + size - 8);
-    if (size >= 4) return wordAt<uint32_t>(bytes) << 32 | wordAt<uint32_t>(bytes + size - 4);
+    if (size >= 4)
+        return static_cast<uint64_t>(wordAt<uint32_t>(bytes)) << 32 |
+               wordAt<uint32_t>(bytes + size - 4);
     uint64_t word = 0;
     for (const char byte : text)
         word = word << 8 | static_cast<uint8_t>(byte);

@@ -19,7 +19,7 @@ QPointF scaledBy(QPointF scale, QPointF delta, bool keepsRatio) {
     return {keepsRatio ? ratio * y : scale.x(), y};
 }
 
-void installAnchor(PCElement& element, QPointF anchorPoint, bool setupMode, int32_t timeInMS) {
+void holdAt(PCElement& element, QPointF anchorPoint, bool setupMode, int32_t timeInMS) {
     if (setupMode) {
         element.setAnchorPoint(anchorPoint);
     } else {
@@ -46,13 +46,13 @@ void PCScaleCalculator::updateElements(const PCElement::Elements& elements, bool
         if (!pivot || !std::isfinite(scaled.x()) || !std::isfinite(scaled.y())) continue;
 
         const QPointF anchorPoint = element->anchorPoint();
-        installAnchor(*element, *pivot, setupMode, timeInMS);
+        holdAt(*element, *pivot, setupMode, timeInMS);
         if (setupMode) {
             element->setScale(scaled);
         } else {
             element->setScale(scaled, timeInMS);
         }
-        installAnchor(*element, anchorPoint, setupMode, timeInMS);
+        holdAt(*element, anchorPoint, setupMode, timeInMS);
     }
 }
 

@@ -18,12 +18,12 @@ double tableEntry(double height) {
 }
 
 TimingTable sampleCurve(const EasingMode& row) {
-    TimingTable table{};
-    for (size_t i = 0; i < table.size(); ++i) {
+    TimingTable samples{};
+    for (size_t i = 0; i < samples.size(); ++i) {
         const double x = static_cast<double>(i) / 1000;
-        table[i] = tableEntry(cubicBezierHeight(row.x1, row.y1, row.x2, row.y2, x));
+        samples[i] = tableEntry(cubicBezierHeight(row.x1, row.y1, row.x2, row.y2, x));
     }
-    return table;
+    return samples;
 }
 
 using Tables = std::array<TimingTable, 6>;
