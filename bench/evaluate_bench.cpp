@@ -22,7 +22,7 @@ const PCElement::Elements& animatedElements() {
     static const PCElement::Elements elements = [] {
         PCElement::Elements leaves;
         for (const PCElement::Ptr& element : project->canvas()->elementAndAllDescendants()) {
-            if (!element->isGroup()) leaves.push_back(element);
+            if (!element->isGroup()) { leaves.push_back(element); }
         }
         return leaves;
     }();
@@ -34,7 +34,7 @@ class Times {
  public:
     explicit Times(bool isRandom) : m_isRandom(isRandom) {}
     int32_t next() {
-        if (m_isRandom) return static_cast<int32_t>(m_random() % kDurationInMS);
+        if (m_isRandom) { return static_cast<int32_t>(m_random() % kDurationInMS); }
         return m_frame;
     }
     void endFrame() { m_frame = (m_frame + kFrameInMS) % kDurationInMS; }

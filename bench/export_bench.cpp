@@ -67,8 +67,9 @@ void exportSource(benchmark::State& state) {
         generator.loadFileContentsByName();
         bytes = 0;
         for (const auto& [name, pieces] : generator.fileContentsByName()) {
-            for (const std::string& piece : pieces)
+            for (const std::string& piece : pieces) {
                 bytes += piece.size();
+            }
         }
     }
     state.counters["bytes"] = static_cast<double>(bytes);

@@ -20,13 +20,12 @@ std::atomic<int64_t> heapBytes{0};
 std::atomic<int64_t> heapPeak{0};
 
 void count(void* block, int sign) {
-    if (!block) return;
+    if (!block) { return; }
     // With the chunk's header, as the heap loses it.
     const int64_t bytes = sign * static_cast<int64_t>(malloc_usable_size(block) + sizeof(size_t));
     const int64_t now = heapBytes.fetch_add(bytes, std::memory_order_relaxed) + bytes;
     int64_t peak = heapPeak.load(std::memory_order_relaxed);
-    while (now > peak && !heapPeak.compare_exchange_weak(peak, now, std::memory_order_relaxed)) {
-    }
+    while (now > peak && !heapPeak.compare_exchange_weak(peak, now, std::memory_order_relaxed)) {}
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ void runQuietly(const QStringList& arguments) {
     std::ostringstream out;
     std::ostringstream err;
     std::istringstream in;
-    if (runTweenc(arguments, Console{out, err, in}) != 0) throw std::runtime_error(err.str());
+    if (runTweenc(arguments, Console{out, err, in}) != 0) { throw std::runtime_error(err.str()); }
 }
 
 void readAllBytes(benchmark::State& state) {
@@ -46,7 +46,7 @@ void bareWalk(benchmark::State& state) {
     for (auto _ : state) {
         uint64_t sum = 0;
         for (const PackageFiles::File& file : package.files) {
-            if (!file.data.startsWith("bplist00")) continue;
+            if (!file.data.startsWith("bplist00")) { continue; }
             const BinaryPlist plist(file.data, {});
             for (uint32_t i = 0; i < plist.objectCount(); ++i) {
                 const PlistObject object = plist.object(i);
@@ -54,7 +54,7 @@ void bareWalk(benchmark::State& state) {
                     object.type == PlistType::Array || object.type == PlistType::Dict;
                 for (uint32_t item = 0; isContainer && item < object.count; ++item) {
                     sum += plist.item(object, item);
-                    if (object.type == PlistType::Dict) sum += plist.value(object, item);
+                    if (object.type == PlistType::Dict) { sum += plist.value(object, item); }
                 }
                 sum += object.count;
             }

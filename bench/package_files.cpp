@@ -12,7 +12,7 @@ namespace tweenery::bench {
 namespace {
 
 void require(bool succeeded, const char* what) {
-    if (!succeeded) throw std::runtime_error(what);
+    if (!succeeded) { throw std::runtime_error(what); }
 }
 
 QByteArray readFile(const std::string& path) {
@@ -31,7 +31,7 @@ void writeFile(const std::string& path, const QByteArray& data, bool flushes) {
     require(file >= 0, "open for writing");
     require(::write(file, data.constData(), static_cast<size_t>(data.size())) == data.size(),
             "write");
-    if (flushes) require(::fsync(file) == 0, "fsync");
+    if (flushes) { require(::fsync(file) == 0, "fsync"); }
     ::close(file);
 }
 
@@ -40,7 +40,7 @@ void readDirectory(const std::string& root, const std::string& relative, Package
     require(directory != nullptr, "opendir");
     while (const dirent* entry = ::readdir(directory)) {
         const std::string name = entry->d_name;
-        if (name == "." || name == "..") continue;
+        if (name == "." || name == "..") { continue; }
         const std::string path = relative + "/" + name;
         if (entry->d_type == DT_DIR) {
             into.directories.push_back(path);

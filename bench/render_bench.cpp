@@ -114,7 +114,7 @@ void paintImages(const QRect& area, int scale, std::vector<Layer>& layers, QImag
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     for (const Layer& layer : layers) {
         Affine toDevice = layer.toSuperlayer().then(Affine::scaling(scale, scale));
-        if (!toDevice.mapRect(layer.bounds()).intersects(area)) continue;
+        if (!toDevice.mapRect(layer.bounds()).intersects(area)) { continue; }
         toDevice.offset -= area.topLeft();
         painter.setTransform(toDevice.toQTransform());
         painter.setOpacity(layer.opacity());

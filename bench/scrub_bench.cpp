@@ -38,7 +38,7 @@ PCProject::Ptr makeScene() {
     }
     std::minstd_rand random(3);
     for (const PCElement::Ptr& element : project->canvas()->elementAndAllDescendants()) {
-        if (!element->isGroup() || element->isCanvas()) continue;
+        if (!element->isGroup() || element->isCanvas()) { continue; }
         QStringList order = PCProject::sortedSubelementIdentifiers(*element);
         for (int key = 0; key < kKeyframes; ++key) {
             std::shuffle(order.begin(), order.end(), random);

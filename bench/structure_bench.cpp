@@ -96,7 +96,7 @@ class MemoryPasteboard : public PasteboardPort {
     QVariantList read(const QString& type) const override {
         QVariantList lists;
         for (const PasteboardItem& item : m_items) {
-            if (item.type == type) lists.append(QVariant(item.propertyList));
+            if (item.type == type) { lists.append(QVariant(item.propertyList)); }
         }
         return lists;
     }
@@ -146,11 +146,11 @@ void measure(benchmark::State& state, Edit edit, bool measuresUndo) {
         return scene.project->undoManager();
     };
     const auto forEachIf = [&](bool isMeasured, const auto& work) {
-        if (!isMeasured) state.PauseTiming();
+        if (!isMeasured) { state.PauseTiming(); }
         for (size_t i = 0; i < scenes.size(); ++i) {
             work(*scenes[i], elements[i]);
         }
-        if (!isMeasured) state.ResumeTiming();
+        if (!isMeasured) { state.ResumeTiming(); }
     };
     for (auto _ : state) {
         forEachIf(!measuresUndo, edit);
@@ -182,7 +182,9 @@ const bool isRegistered = [] {
                                  {"rotation", rotation},
                                  {"opacity", opacity}}) {
         for (const bool measuresUndo : {false, true}) {
-            if (measuresUndo && row.edit == selectAndDeselectAll) continue;  // has no undo
+            if (measuresUndo && row.edit == selectAndDeselectAll) {
+                continue;  // has no undo
+            }
             const std::string name = std::string(measuresUndo ? "undo/" : "edit/") + row.name;
             benchmark::RegisterBenchmark(name.c_str(), measure, row.edit, measuresUndo)
                 ->ArgName("group")

@@ -21,7 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const QByteArray built = fuzz::structuredArchive(input, shape);
     if (const char* path = std::getenv("TWEENERY_FUZZ_DUMP")) {
         QFile file(QFile::decodeName(path));
-        if (file.open(QFile::WriteOnly)) file.write(built);
+        if (file.open(QFile::WriteOnly)) { file.write(built); }
     }
     test::ArchiveExercise::run(built);
     return 0;

@@ -20,7 +20,7 @@ namespace {
 const GenerationStamp kStamp{"1", "1/1/26"};
 
 void require(bool holds) {
-    if (!holds) std::abort();
+    if (!holds) { std::abort(); }
 }
 
 void addElements(fuzz::FuzzInput& input, PCElement& parent, int depth) {
@@ -31,20 +31,21 @@ void addElements(fuzz::FuzzInput& input, PCElement& parent, int depth) {
         child->setOpacity(input.below(101) / 100.0);
         child->setScale({input.below(5) / 2.0, 1});
         child->setZRotation(input.below(7));
-        if (input.chance(30)) child->setAnchorPoint({0.1, 0.9});
-        if (!isGroup && input.chance(50)) child->setImageName(fuzz::structuredName(input, 20));
+        if (input.chance(30)) { child->setAnchorPoint({0.1, 0.9}); }
+        if (!isGroup && input.chance(50)) { child->setImageName(fuzz::structuredName(input, 20)); }
         parent.insertSubelement(child, parent.children().size());
-        if (isGroup) addElements(input, *child, depth + 1);
+        if (isGroup) { addElements(input, *child, depth + 1); }
     }
 }
 
 PropertyValue keyframeValue(fuzz::FuzzInput& input, const PCElement& element, int32_t type) {
-    if (type == PCPropertyTypeImageContents) return fuzz::structuredName(input, 12);
-    if (type != PCPropertyTypeChildrenZPositions)
+    if (type == PCPropertyTypeImageContents) { return fuzz::structuredName(input, 12); }
+    if (type != PCPropertyTypeChildrenZPositions) {
         return static_cast<float>(input.below(4000)) / 7 - 200;
+    }
     QStringList order = PCProject::sortedSubelementIdentifiers(element);
-    if (!order.isEmpty() && input.chance(30)) order.removeFirst();
-    if (input.chance(30)) order += fuzz::structuredName(input, 8);
+    if (!order.isEmpty() && input.chance(30)) { order.removeFirst(); }
+    if (input.chance(30)) { order += fuzz::structuredName(input, 8); }
     return order;
 }
 
@@ -72,7 +73,7 @@ PCProject::Ptr structuredProject(fuzz::FuzzInput& input) {
         manager.renameAnimation(animation, fuzz::structuredName(input, 30));
         manager.setSelectedAnimation(animation);
         for (const PCElement::Ptr& element : project->canvas()->elementAndAllDescendants()) {
-            if (input.chance(60)) continue;
+            if (input.chance(60)) { continue; }
             const PCPropertyType type = elementTimelineTypes()[input.below(kElementTimelineCount)];
             addKeyframes(input, *element, *element->timeline(type));
         }
@@ -92,9 +93,7 @@ FileContents generate(const PCProject::Ptr& project, bool usesSwift, bool isMac)
     }
     try {
         generator.loadFileContentsByName();
-    } catch (const ExportError&) {
-        require(generator.fileContentsByName().empty());
-    }
+    } catch (const ExportError&) { require(generator.fileContentsByName().empty()); }
     generator.diagnostics();
     return generator.fileContentsByName();
 }

@@ -29,9 +29,7 @@ void exerciseAnimations(PCProject& project) {
         try {
             animation->storedSummary();
             manager.setSelectedAnimation(animation);
-        } catch (const InputError&) {
-            continue;
-        }
+        } catch (const InputError&) { continue; }
         for (const PCElement::Ptr& element : project.canvas()->elementAndAllDescendants()) {
             for (const int32_t time : {0, 1, 500, 123456, INT32_MAX}) {
                 element->positionAtTimeInMS(time);
@@ -45,7 +43,7 @@ void exerciseAnimations(PCProject& project) {
 }
 
 void require(bool holds) {
-    if (!holds) std::abort();
+    if (!holds) { std::abort(); }
 }
 
 void exercise(const QString& path) {

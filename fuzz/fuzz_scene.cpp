@@ -16,7 +16,7 @@ using namespace tweenery;
 namespace {
 
 void require(bool holds) {
-    if (!holds) std::abort();
+    if (!holds) { std::abort(); }
 }
 
 // A small picture of whatever part of the canvas the bytes choose.
@@ -51,9 +51,7 @@ void show(PCProject& project, fuzz::FuzzInput& input) {
     for (const PCAnimation::Ptr& animation : project.animationsManager().animations()) {
         try {
             project.animationsManager().setSelectedAnimation(animation);
-        } catch (const InputError&) {
-            continue;
-        }
+        } catch (const InputError&) { continue; }
         for (const int32_t time : {0, 1, 500, 123456, INT32_MAX}) {
             syncLayersWithModelAtTimeInMS(project, time);
             draw(renderer, editor, input);

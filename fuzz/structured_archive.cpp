@@ -121,7 +121,7 @@ class Generator {
     QByteArray run(const Shape& root, const Shape& child) {
         const uint32_t rootNumber = m_archive.reserve();
         m_pending.push_back({rootNumber, &root});
-        if (m_input.chance(10)) addChain(child);
+        if (m_input.chance(10)) { addChain(child); }
         while (!m_pending.empty()) {
             const Pending next = m_pending.back();
             m_pending.pop_back();
@@ -146,34 +146,34 @@ class Generator {
     std::vector<Pending> m_pending;
 
     Ref keyRef(std::string_view name) {
-        if (!m_sharesKeys) return m_plist.ascii(name);
+        if (!m_sharesKeys) { return m_plist.ascii(name); }
         const auto [found, isNew] = m_keys.try_emplace(name, 0U);
-        if (isNew) found->second = m_plist.ascii(name);
+        if (isNew) { found->second = m_plist.ascii(name); }
         return found->second;
     }
 
     Ref classRef(std::string_view name) {
         const auto [found, isNew] = m_classes.try_emplace(name, 0U);
-        if (isNew) found->second = m_archive.classEntry(name);
+        if (isNew) { found->second = m_archive.classEntry(name); }
         return m_plist.uid(found->second);
     }
 
     Ref object(const Shape& shape, const Shape& child) {
         std::vector<RawPlist::Pair> pairs;
         for (const Key& key : shape.keys) {
-            if (m_input.chance(10)) continue;
+            if (m_input.chance(10)) { continue; }
             const bool isWrong = m_input.chance(5);
             const Kind kind = isWrong ? static_cast<Kind>(m_input.below(KindCount)) : key.kind;
             pairs.emplace_back(keyRef(key.name), value(kind, child));
-            if (m_input.chance(2)) pairs.push_back(pairs.front());
+            if (m_input.chance(2)) { pairs.push_back(pairs.front()); }
         }
-        if (!m_input.chance(2)) pairs.emplace_back(keyRef("$class"), classRef(shape.className));
+        if (!m_input.chance(2)) { pairs.emplace_back(keyRef("$class"), classRef(shape.className)); }
         return m_plist.dictionary(pairs);
     }
 
     /// In place or behind a reference.
     Ref boxedOrNot(Ref ref, uint32_t boxedPercent) {
-        if (m_input.chance(1)) return m_plist.uid(0);
+        if (m_input.chance(1)) { return m_plist.uid(0); }
         return m_input.chance(boxedPercent) ? m_plist.uid(m_archive.file(ref)) : ref;
     }
 
@@ -217,7 +217,9 @@ class Generator {
     }
 
     Ref real() {
-        if (m_input.chance(3)) return m_plist.add('\x23' + RawPlist::bigEndian(m_input.word(), 8));
+        if (m_input.chance(3)) {
+            return m_plist.add('\x23' + RawPlist::bigEndian(m_input.word(), 8));
+        }
         const float number = static_cast<float>(m_input.byte()) / 16.0F - 4;
         uint32_t bits = 0;
         static_assert(sizeof bits == sizeof number);
@@ -229,12 +231,14 @@ class Generator {
         const uint32_t length = m_input.chance(2) ? m_input.below(1000) : m_input.below(20);
         std::string bytes;
         if (m_input.chance(20)) {
-            for (uint32_t i = 0; i < length * 2; ++i)
+            for (uint32_t i = 0; i < length * 2; ++i) {
                 bytes += static_cast<char>(m_input.byte());
+            }
             return m_plist.add(RawPlist::marker(6, length, m_input.chance(20) ? 4 : 0) + bytes);
         }
-        for (uint32_t i = 0; i < length; ++i)
+        for (uint32_t i = 0; i < length; ++i) {
             bytes += static_cast<char>(m_input.byte() & 0x7F);
+        }
         return m_plist.ascii(bytes);
     }
 
@@ -252,7 +256,7 @@ class Generator {
         text += number();
         text += m_input.chance(5) ? "," : ", ";
         text += number();
-        if (!m_input.chance(2)) text += '}';
+        if (!m_input.chance(2)) { text += '}'; }
         return text;
     }
 
@@ -273,8 +277,9 @@ class Generator {
 
     Ref strings() {
         std::vector<Ref> items(m_input.below(6));
-        for (Ref& item : items)
+        for (Ref& item : items) {
             item = boxedOrNot(identifier(), 95);
+        }
         return arrayObject("NSArray", m_plist.array(items));
     }
 
@@ -296,7 +301,7 @@ class Generator {
 
     /// Any object so far, so that references double and go round in circles.
     uint32_t anyNumber() {
-        if (m_objects.empty()) return 1;
+        if (m_objects.empty()) { return 1; }
         return m_objects[m_input.below(static_cast<uint32_t>(m_objects.size()))];
     }
 
@@ -313,7 +318,7 @@ class Generator {
                 {keyRef("$class"), classRef(child.className)},
             }));
         }
-        if (length > 0) m_objects.push_back(inner);
+        if (length > 0) { m_objects.push_back(inner); }
     }
 
     /// An object of any type with a count that may lie.
@@ -322,13 +327,14 @@ class Generator {
         const size_t width = size_t{1} << m_input.below(4);
         std::string bytes = RawPlist::marker(m_input.below(16), count, width);
         const uint32_t length = m_input.below(30);
-        for (uint32_t i = 0; i < length; ++i)
+        for (uint32_t i = 0; i < length; ++i) {
             bytes += static_cast<char>(m_input.byte());
+        }
         return m_plist.add(bytes);
     }
 
     QByteArray damaged(QByteArray bytes) {
-        if (!m_input.chance(30)) return bytes;
+        if (!m_input.chance(30)) { return bytes; }
         const uint32_t places = 1 + m_input.below(3);
         for (uint32_t i = 0; i < places; ++i) {
             const auto place = m_input.below(static_cast<uint32_t>(bytes.size()));
@@ -341,7 +347,7 @@ class Generator {
 }  // namespace
 
 uint8_t FuzzInput::byte() {
-    if (m_bytes.empty()) return 0;
+    if (m_bytes.empty()) { return 0; }
     const uint8_t value = m_bytes.front();
     m_bytes = m_bytes.subspan(1);
     return value;
@@ -357,8 +363,9 @@ uint32_t FuzzInput::below(uint32_t count) {
 
 uint64_t FuzzInput::word() {
     uint64_t value = 0;
-    for (int i = 0; i < 8; ++i)
+    for (int i = 0; i < 8; ++i) {
         value = value << 8 | byte();
+    }
     return value;
 }
 

@@ -24,7 +24,7 @@ QByteArray entryBytes(FuzzInput& input, ArchiveShape shape) {
 // Now and then something else than a file stands under the name, or nothing at all.
 void addEntry(FuzzInput& input, FileWrapper& directory, const QString& name,
               const QByteArray& bytes) {
-    if (directory.child(name)) return;
+    if (directory.child(name)) { return; }
     switch (input.below(24)) {
         case 23:
             directory.addFileWrapper(FileWrapper::directory(name));
@@ -99,7 +99,7 @@ FileWrapper::Ptr structuredPackage(FuzzInput& input) {
         const auto set = images->pc_ensureSubfileWrapperDirectoryExistsWithName(u"a.png"_s);
         addEntry(input, *set, u"Original.png"_s, rawBytes(input, 400));
     }
-    if (input.chance(20)) addEntry(input, *root, u"unknown"_s, rawBytes(input, 50));
+    if (input.chance(20)) { addEntry(input, *root, u"unknown"_s, rawBytes(input, 50)); }
     return root;
 }
 

@@ -110,7 +110,7 @@ class BlockList<Handle>::Iterator {
         return *this;
     }
     Iterator& operator--() {
-        if (m_offset == 0) m_offset = (*--m_block)->items.size();
+        if (m_offset == 0) { m_offset = (*--m_block)->items.size(); }
         --m_offset;
         return *this;
     }
@@ -174,11 +174,11 @@ size_t BlockList<Handle>::indexOf(const Item& item) const {
 
 template <typename Handle>
 void BlockList<Handle>::insert(size_t index, Handle handle) {
-    if (!m_blocks) m_blocks = std::make_unique<Blocks>();
-    if (m_blocks->list.empty()) addBlock(0);
+    if (!m_blocks) { m_blocks = std::make_unique<Blocks>(); }
+    if (m_blocks->list.empty()) { addBlock(0); }
     // At the seam of two blocks the item joins the first.
     Place place = index == 0 ? Place{} : placeOf(index - 1);
-    if (index > 0) ++place.offset;
+    if (index > 0) { ++place.offset; }
     place = makeRoomAt(place);
     Block& block = *m_blocks->list[place.block];
     blockHook(*handle).block = &block;
@@ -192,13 +192,13 @@ void BlockList<Handle>::insert(size_t index, Handle handle) {
 template <typename Handle>
 auto BlockList<Handle>::makeRoomAt(Place place) -> Place {
     Block& full = *m_blocks->list[place.block];
-    if (full.items.size() < kGreatestBlock) return place;
+    if (full.items.size() < kGreatestBlock) { return place; }
     if (place.offset == 0) {
         addBlock(place.block);
         return place;
     }
     addBlock(place.block + 1);
-    if (place.offset == kGreatestBlock) return {place.block + 1, 0};
+    if (place.offset == kGreatestBlock) { return {place.block + 1, 0}; }
     constexpr size_t kHalf = kGreatestBlock / 2;
     moveTail(full, kHalf, *m_blocks->list[place.block + 1]);
     return place.offset <= kHalf ? place : Place{place.block + 1, place.offset - kHalf};
@@ -211,11 +211,11 @@ void BlockList<Handle>::removeAt(Place place) {
     block.items.erase(block.items.begin() + signedOf(place.offset));
     --m_blocks->counts[place.block];
     --m_blocks->size;
-    if (block.items.empty()) return removeBlock(place.block);
+    if (block.items.empty()) { return removeBlock(place.block); }
     // Small neighbours join, so that there are never more blocks than the count asks for.
-    if (place.block + 1 == m_blocks->list.size()) return;
+    if (place.block + 1 == m_blocks->list.size()) { return; }
     Block& next = *m_blocks->list[place.block + 1];
-    if (block.items.size() + next.items.size() > kGreatestBlock / 2) return;
+    if (block.items.size() + next.items.size() > kGreatestBlock / 2) { return; }
     moveTail(next, 0, block);
     removeBlock(next.number);
 }

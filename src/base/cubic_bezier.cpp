@@ -22,7 +22,7 @@ double parameterAt(double x1, double x2, double x) {
     double s = x;
     for (int step = 0; step < 60; ++step) {
         const double error = bezier(x1, x2, s) - x;
-        if (std::abs(error) < 1e-12) break;
+        if (std::abs(error) < 1e-12) { break; }
         (error < 0 ? low : high) = s;
         const double next = s - error / slope(x1, x2, s);
         s = next > low && next < high ? next : (low + high) / 2;

@@ -15,7 +15,7 @@ QString AssertionFailure::message() const {
 }
 
 void assertContract(bool condition, const QString& message) {
-    if (!condition) failContract(message);
+    if (!condition) { failContract(message); }
 }
 
 void failContract(const QString& message) {

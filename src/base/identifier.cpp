@@ -20,8 +20,9 @@ constexpr uint8_t NoDigit = 0x80;
 constexpr std::array<uint8_t, 256> digitValues() {
     std::array<uint8_t, 256> values{};
     values.fill(NoDigit);
-    for (uint8_t i = 0; i < 16; ++i)
+    for (uint8_t i = 0; i < 16; ++i) {
         values[static_cast<uint8_t>(Digits[i])] = i;
+    }
     return values;
 }
 
@@ -30,16 +31,16 @@ constexpr std::array<uint8_t, 256> DigitValues = digitValues();
 /// Reads the canonical form "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX"; false for any other text.
 template <typename Character>
 bool parseUuid(const Character* text, size_t length, uint64_t& high, uint64_t& low) {
-    if (length != UuidLength) return false;
+    if (length != UuidLength) { return false; }
     for (const size_t position : DashPositions) {
-        if (text[position] != Character('-')) return false;
+        if (text[position] != Character('-')) { return false; }
     }
     uint64_t halves[2] = {0, 0};
     unsigned seen = 0;
     for (size_t i = 0; i < 32; ++i) {
         const auto character =
             static_cast<std::make_unsigned_t<Character>>(text[DigitPositions[i]]);
-        if (character > 0xFF) return false;
+        if (character > 0xFF) { return false; }
         const uint8_t digit = DigitValues[static_cast<uint8_t>(character)];
         seen |= digit;
         halves[i / 16] = halves[i / 16] << 4 | digit;
@@ -50,8 +51,9 @@ bool parseUuid(const Character* text, size_t length, uint64_t& high, uint64_t& l
 }
 
 void printUuid(uint64_t high, uint64_t low, std::array<char, UuidLength>& out) {
-    for (const size_t position : DashPositions)
+    for (const size_t position : DashPositions) {
         out[position] = '-';
+    }
     for (size_t i = 0; i < 16; ++i) {
         out[DigitPositions[i]] = Digits[high >> (60 - 4 * i) & 0xF];
         out[DigitPositions[16 + i]] = Digits[low >> (60 - 4 * i) & 0xF];
@@ -71,25 +73,25 @@ bool Identifier::takeUuid(const Character* text, size_t length) {
     uint64_t high = 0;
     uint64_t low = 0;
     // A zero lower half marks other text, so a UUID that ends in sixteen zeros is kept as text.
-    if (!parseUuid(text, length, high, low) || low == 0) return false;
+    if (!parseUuid(text, length, high, low) || low == 0) { return false; }
     m_high = high;
     m_low = low;
     return true;
 }
 
 Identifier::Identifier(QStringView text) {
-    if (text.isEmpty() || takeUuid(text.utf16(), static_cast<size_t>(text.size()))) return;
+    if (text.isEmpty() || takeUuid(text.utf16(), static_cast<size_t>(text.size()))) { return; }
     keepText(text.toString());
 }
 
 Identifier::Identifier(const QString& text) {
-    if (text.isEmpty() || takeUuid(text.utf16(), static_cast<size_t>(text.size()))) return;
+    if (text.isEmpty() || takeUuid(text.utf16(), static_cast<size_t>(text.size()))) { return; }
     keepText(text);
 }
 
 Identifier Identifier::fromAscii(std::string_view text) {
     Identifier result;
-    if (text.empty() || result.takeUuid(text.data(), text.size())) return result;
+    if (text.empty() || result.takeUuid(text.data(), text.size())) { return result; }
     result.keepText(QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())));
     return result;
 }
@@ -100,7 +102,7 @@ void Identifier::keepText(const QString& text) {
 }
 
 Identifier::Identifier(const Identifier& other) : m_high(other.m_high), m_low(other.m_low) {
-    if (other.isText()) keepText(other.text());
+    if (other.isText()) { keepText(other.text()); }
 }
 
 Identifier& Identifier::operator=(Identifier other) noexcept {
@@ -128,26 +130,26 @@ const QString& Identifier::text() const {
 }
 
 QString Identifier::toString() const {
-    if (isText()) return text();
+    if (isText()) { return text(); }
     const auto ascii = uuidText();
-    if (!ascii) return QStringLiteral("");
+    if (!ascii) { return QStringLiteral(""); }
     return QString::fromLatin1(ascii->data(), UuidLength);
 }
 
 std::optional<std::array<char, UuidLength>> Identifier::uuidText() const {
-    if (m_low == 0) return std::nullopt;
+    if (m_low == 0) { return std::nullopt; }
     std::array<char, UuidLength> result;
     printUuid(m_high, m_low, result);
     return result;
 }
 
 size_t Identifier::hash() const {
-    if (isText()) return qHash(text());
+    if (isText()) { return qHash(text()); }
     return static_cast<size_t>((m_high ^ (m_low << 1 | m_low >> 63)) * 0x9E3779B97F4A7C15ULL);
 }
 
 bool Identifier::operator==(const Identifier& other) const {
-    if (isText() && other.isText()) return text() == other.text();
+    if (isText() && other.isText()) { return text() == other.text(); }
     return m_high == other.m_high && m_low == other.m_low;
 }
 

@@ -30,7 +30,7 @@ class Identifier {
         : m_high(std::exchange(other.m_high, 0)), m_low(std::exchange(other.m_low, 0)) {}
     Identifier& operator=(Identifier other) noexcept;
     ~Identifier() {
-        if (isText()) deleteText();
+        if (isText()) { deleteText(); }
     }
 
     /// A new random (version 4) UUID.

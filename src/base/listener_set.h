@@ -14,7 +14,7 @@ class ListenerSet {
  public:
     /// False, and nothing happens, when it is a member already.
     bool add(Listener* listener) {
-        if (contains(listener)) return false;
+        if (contains(listener)) { return false; }
         m_members.push_back(listener);
         return true;
     }
@@ -31,7 +31,7 @@ class ListenerSet {
     void tell(Call call) const {
         const auto round = m_members;
         for (Listener* listener : round) {
-            if (contains(listener)) call(*listener);
+            if (contains(listener)) { call(*listener); }
         }
     }
 

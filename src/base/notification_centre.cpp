@@ -18,15 +18,16 @@ struct NotificationCentre::Subscription::Entry {
 
         ~Topic() {
             // Handlers that go with the list may hold subscriptions to it.
-            for (const auto& entry : entries)
+            for (const auto& entry : entries) {
                 entry->hasEnded = true;
+            }
         }
 
         void sweep() {
             List ended;  // destroyed last: a handler may hold further subscriptions
             for (auto it = entries.begin(); it != entries.end();) {
                 const auto next = std::next(it);
-                if ((*it)->hasEnded) ended.splice(ended.end(), entries, it);
+                if ((*it)->hasEnded) { ended.splice(ended.end(), entries, it); }
                 it = next;
             }
             hasEnded = false;
@@ -40,7 +41,7 @@ struct NotificationCentre::Subscription::Entry {
     bool hasEnded = false;
 
     void end() {
-        if (std::exchange(hasEnded, true)) return;
+        if (std::exchange(hasEnded, true)) { return; }
         if (topic->deliveries > 0) {
             topic->hasEnded = true;
             return;
@@ -63,7 +64,7 @@ class Delivery {
  public:
     explicit Delivery(Topic& topic) : m_topic(topic) { ++m_topic.deliveries; }
     ~Delivery() {
-        if (--m_topic.deliveries == 0 && m_topic.hasEnded) m_topic.sweep();
+        if (--m_topic.deliveries == 0 && m_topic.hasEnded) { m_topic.sweep(); }
     }
     Delivery(const Delivery&) = delete;
     Delivery& operator=(const Delivery&) = delete;
@@ -79,7 +80,7 @@ NotificationCentre::Subscription::Subscription(Subscription&& other) noexcept
 
 NotificationCentre::Subscription& NotificationCentre::Subscription::operator=(
     Subscription&& other) noexcept {
-    if (this == &other) return *this;
+    if (this == &other) { return *this; }
     end();
     m_entry = std::exchange(other.m_entry, {});
     return *this;
@@ -90,7 +91,7 @@ NotificationCentre::Subscription::~Subscription() {
 }
 
 void NotificationCentre::Subscription::end() {
-    if (const auto entry = std::exchange(m_entry, {}).lock()) entry->end();
+    if (const auto entry = std::exchange(m_entry, {}).lock()) { entry->end(); }
 }
 
 NotificationCentre::NotificationCentre() : m_state(std::make_shared<State>()) {}
@@ -100,7 +101,7 @@ NotificationCentre::Subscription NotificationCentre::subscribe(const QString& na
                                                                const void* object,
                                                                Handler handler) {
     auto& topic = m_state->topics[name];
-    if (!topic) topic = std::make_shared<Subscription::Entry::Topic>();
+    if (!topic) { topic = std::make_shared<Subscription::Entry::Topic>(); }
     const auto entry = std::make_shared<Subscription::Entry>();
     entry->topic = topic.get();
     entry->object = object;
@@ -113,14 +114,14 @@ NotificationCentre::Subscription NotificationCentre::subscribe(const QString& na
 
 void NotificationCentre::post(const QString& name, const void* object) {
     const auto topic = m_state->topics.value(name);  // kept alive should the centre go meanwhile
-    if (!topic || topic->entries.empty()) return;
+    if (!topic || topic->entries.empty()) { return; }
     const Delivery delivery(*topic);
     const auto last = std::prev(topic->entries.end());
     for (auto it = topic->entries.begin();; ++it) {
         const auto& entry = *it;
         const bool isWanted = !entry->object || entry->object == object;
-        if (isWanted && !entry->hasEnded) entry->handler(object);
-        if (it == last) return;
+        if (isWanted && !entry->hasEnded) { entry->handler(object); }
+        if (it == last) { return; }
     }
 }
 

@@ -54,10 +54,10 @@ void appendThreeDecimals(std::string& out, float value) {
     }
     auto rounded = static_cast<uint64_t>(thousandths);
     const double rest = thousandths - static_cast<double>(rounded);
-    if (rest > 0.5 || (rest == 0.5 && rounded % 2 == 1)) ++rounded;
+    if (rest > 0.5 || (rest == 0.5 && rounded % 2 == 1)) { ++rounded; }
     std::array<char, 24> buffer{};
     char* text = buffer.data();
-    if (std::signbit(value)) *text++ = '-';
+    if (std::signbit(value)) { *text++ = '-'; }
     text = std::to_chars(text, buffer.data() + buffer.size(), rounded / 1000).ptr;
     *text++ = '.';
     *text++ = static_cast<char>('0' + rounded / 100 % 10);

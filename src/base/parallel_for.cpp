@@ -32,14 +32,15 @@ void parallelFor(size_t count, const std::function<void(size_t)>& body) {
     std::vector<std::jthread> helpers;
     const size_t threads = std::min<size_t>(count, std::thread::hardware_concurrency());
     try {
-        for (size_t i = 1; i < threads; ++i)
+        for (size_t i = 1; i < threads; ++i) {
             helpers.emplace_back(work);
+        }
     } catch (const std::system_error&) {
         // The system gives no more threads: those that there are do the work.
     }
     work();
     helpers.clear();
-    if (failure) std::rethrow_exception(failure);
+    if (failure) { std::rethrow_exception(failure); }
 }
 
 }  // namespace tweenery

@@ -27,7 +27,7 @@ class ParallelWalk {
         becomeIdle();
         help();
         m_helpers.clear();
-        if (m_error) std::rethrow_exception(m_error);
+        if (m_error) { std::rethrow_exception(m_error); }
     }
 
     /// Calls `visit` with each number from `begin` to before `end`, part of them on other threads
@@ -54,8 +54,9 @@ class ParallelWalk {
 
     bool takeIdle() {
         int idle = m_idle;
-        while (idle > 0)
-            if (m_idle.compare_exchange_weak(idle, idle - 1)) return true;
+        while (idle > 0) {
+            if (m_idle.compare_exchange_weak(idle, idle - 1)) { return true; }
+        }
         return false;
     }
 
@@ -74,7 +75,7 @@ class ParallelWalk {
     }
 
     void startHelper() {
-        if (m_helpers.size() + 1 >= static_cast<size_t>(m_cores)) return;
+        if (m_helpers.size() + 1 >= static_cast<size_t>(m_cores)) { return; }
         try {
             m_helpers.emplace_back([this] { help(); });
         } catch (const std::system_error&) {
@@ -84,7 +85,7 @@ class ParallelWalk {
 
     void becomeIdle() {
         const std::lock_guard lock(m_mutex);
-        if (++m_idle == m_cores) m_wake.notify_all();
+        if (++m_idle == m_cores) { m_wake.notify_all(); }
     }
 
     // Does what is handed over, until nobody is at work.
@@ -92,7 +93,7 @@ class ParallelWalk {
         for (;;) {
             std::unique_lock lock(m_mutex);
             m_wake.wait(lock, [this] { return !m_work.empty() || m_idle == m_cores; });
-            if (m_work.empty()) return;
+            if (m_work.empty()) { return; }
             std::function<void()> work = std::move(m_work.back());
             m_work.pop_back();
             lock.unlock();
@@ -108,7 +109,7 @@ class ParallelWalk {
             visit();
         } catch (...) {
             const std::lock_guard lock(m_mutex);
-            if (!m_error) m_error = std::current_exception();
+            if (!m_error) { m_error = std::current_exception(); }
             m_failed = true;
         }
     }

@@ -14,17 +14,17 @@ class Scanner {
 
     bool take(char expected) {
         skipSpace();
-        if (m_rest.empty() || m_rest.front() != expected) return false;
+        if (m_rest.empty() || m_rest.front() != expected) { return false; }
         m_rest.remove_prefix(1);
         return true;
     }
 
     bool takeNumber(double& number) {
         skipSpace();
-        if (m_rest.size() > 1 && m_rest[0] == '+' && m_rest[1] != '-') m_rest.remove_prefix(1);
+        if (m_rest.size() > 1 && m_rest[0] == '+' && m_rest[1] != '-') { m_rest.remove_prefix(1); }
         const auto [end, error] =
             std::from_chars(m_rest.data(), m_rest.data() + m_rest.size(), number);
-        if (error != std::errc() || !std::isfinite(number)) return false;
+        if (error != std::errc() || !std::isfinite(number)) { return false; }
         m_rest.remove_prefix(static_cast<size_t>(end - m_rest.data()));
         return true;
     }

@@ -45,8 +45,8 @@ void ThreadTeam::run(size_t pieces, const std::function<void(size_t, int)>& task
         pool.start([work, helper] { work->help(static_cast<int>(helper)); });
     }
     const int all = static_cast<int>(pieces);
-    if (!isOfPool && work->done.tryAcquire(all, kPatience)) return;
-    if (isOfPool || work->next == 0) work->help(0);
+    if (!isOfPool && work->done.tryAcquire(all, kPatience)) { return; }
+    if (isOfPool || work->next == 0) { work->help(0); }
     work->done.acquire(all);
 }
 

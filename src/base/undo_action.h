@@ -17,8 +17,8 @@ class UndoAction {
     /// index goes to the heap.
     template <typename Call>
     // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): it is not for this class
-    requires(!std::same_as<std::remove_cvref_t<Call>, UndoAction>) UndoAction(Call&& call)
-        : m_operations(&kOperations<Stored<Call>>) {
+        requires(!std::same_as<std::remove_cvref_t<Call>, UndoAction>)
+    UndoAction(Call&& call) : m_operations(&kOperations<Stored<Call>>) {
         new (m_room) Stored<Call>(std::forward<Call>(call));
     }
     UndoAction(UndoAction&& other) noexcept : m_operations(other.m_operations) {
@@ -38,9 +38,8 @@ class UndoAction {
         void (*destroy)(std::byte* room);
     };
     template <typename Call>
-    static constexpr bool kFits =
-        sizeof(Call) <= kRoom &&
-        alignof(void*) % alignof(Call) == 0 && std::is_nothrow_move_constructible_v<Call>;
+    static constexpr bool kFits = sizeof(Call) <= kRoom && alignof(void*) % alignof(Call) == 0 &&
+                                  std::is_nothrow_move_constructible_v<Call>;
     template <typename Call>
     using Stored =
         std::conditional_t<kFits<std::decay_t<Call>>, std::decay_t<Call>, std::function<void()>>;

@@ -10,14 +10,14 @@ UndoManager::UndoManager() = default;
 UndoManager::~UndoManager() = default;
 
 void UndoManager::registerUndo(Action action) {
-    if (!isUndoRegistrationEnabled()) return;
+    if (!isUndoRegistrationEnabled()) { return; }
     if (!m_open) {
         m_open = Step{};
         m_isEventOpen = true;
     }
     const bool isFirst = m_open->actions.empty();
     m_open->actions.push_back(std::move(action));
-    if (!isFirst || m_state != State::Normal) return;
+    if (!isFirst || m_state != State::Normal) { return; }
 
     m_open->countBefore = m_changeCount;
     m_open->countAfter = m_changeCount = ++m_lastCount;
@@ -26,19 +26,19 @@ void UndoManager::registerUndo(Action action) {
 }
 
 void UndoManager::beginUndoGrouping() {
-    if (m_groupLevel++ == 0 && !m_open) m_open = Step{};
+    if (m_groupLevel++ == 0 && !m_open) { m_open = Step{}; }
 }
 
 void UndoManager::endUndoGrouping() {
     const int levelOfPlayback = m_state == State::Normal ? 0 : 1;
     assertContract(m_groupLevel > levelOfPlayback,
                    QStringLiteral("endUndoGrouping called without a matching begin"));
-    if (--m_groupLevel == 0 && !m_isEventOpen) closeStep();
+    if (--m_groupLevel == 0 && !m_isEventOpen) { closeStep(); }
 }
 
 void UndoManager::endEvent() {
     m_isEventOpen = false;
-    if (m_groupLevel == 0) closeStep();
+    if (m_groupLevel == 0) { closeStep(); }
 }
 
 void UndoManager::disableUndoRegistration() {
@@ -70,7 +70,7 @@ void UndoManager::redo() {
 }
 
 void UndoManager::setActionName(const QString& name) {
-    if (m_state != State::Normal || !isUndoRegistrationEnabled()) return;
+    if (m_state != State::Normal || !isUndoRegistrationEnabled()) { return; }
     if (m_open) {
         m_open->name = name;
     } else if (!m_undoStack.empty()) {
@@ -79,7 +79,7 @@ void UndoManager::setActionName(const QString& name) {
 }
 
 QString UndoManager::undoActionName() const {
-    if (m_state == State::Normal && m_open && !m_open->actions.empty()) return m_open->name;
+    if (m_state == State::Normal && m_open && !m_open->actions.empty()) { return m_open->name; }
     return m_undoStack.empty() ? QString() : m_undoStack.back().name;
 }
 
@@ -90,7 +90,7 @@ QString UndoManager::redoActionName() const {
 void UndoManager::removeAllActions() {
     m_undoStack.clear();
     m_redoStack.clear();
-    if (m_open) m_open->actions.clear();
+    if (m_open) { m_open->actions.clear(); }
     endEvent();
     changed();
 }
@@ -105,10 +105,10 @@ void UndoManager::setChangeHandler(std::function<void()> handler) {
 }
 
 void UndoManager::closeStep() {
-    if (!m_open) return;
+    if (!m_open) { return; }
     Step step = std::move(*m_open);
     m_open.reset();
-    if (step.actions.empty()) return;
+    if (step.actions.empty()) { return; }
     m_undoStack.push_back(std::move(step));
     dropOldSteps();
     changed();
@@ -117,13 +117,13 @@ void UndoManager::closeStep() {
 void UndoManager::play(std::deque<Step>& from, std::deque<Step>& to, State state) {
     assertContract(m_state == State::Normal && m_groupLevel == 0,
                    QStringLiteral("undo or redo called from within a group or an action"));
-    if (from.empty()) return;
+    if (from.empty()) { return; }
     const Step step = std::move(from.back());
     from.pop_back();
 
     playActions(step, state);
 
-    if (!m_open->actions.empty()) to.push_back(std::move(*m_open));
+    if (!m_open->actions.empty()) { to.push_back(std::move(*m_open)); }
     m_open.reset();
     m_changeCount = state == State::Undoing ? step.countBefore : step.countAfter;
     changed();
@@ -149,12 +149,12 @@ void UndoManager::playActions(const Step& step, State state) {
 }
 
 void UndoManager::dropOldSteps() {
-    if (m_levels == 0 || m_undoStack.size() <= m_levels) return;
+    if (m_levels == 0 || m_undoStack.size() <= m_levels) { return; }
     m_undoStack.erase(m_undoStack.begin(), m_undoStack.end() - static_cast<ptrdiff_t>(m_levels));
 }
 
 void UndoManager::changed() {
-    if (m_changed) m_changed();
+    if (m_changed) { m_changed(); }
 }
 
 }  // namespace tweenery

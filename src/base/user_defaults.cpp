@@ -74,15 +74,17 @@ void UserDefaults::setValue(const QString& key, const QVariant& value) {
 
 void UserDefaults::removeValue(const QString& key) {
     const std::lock_guard lock(m_state->mutex);
-    if (m_state->settings) m_state->settings->remove(key);
+    if (m_state->settings) { m_state->settings->remove(key); }
     m_state->inMemory.remove(key);
 }
 
 void UserDefaults::synchronize() {
     const std::lock_guard lock(m_state->mutex);
-    if (!m_state->settings) return;
+    if (!m_state->settings) { return; }
     m_state->settings->sync();
-    if (m_state->settings->status() == QSettings::NoError || m_state->hasReportedFailure) return;
+    if (m_state->settings->status() == QSettings::NoError || m_state->hasReportedFailure) {
+        return;
+    }
     m_state->hasReportedFailure = true;
     StandardErrorLog().writeLine(QStringLiteral("The settings could not be written to %1")
                                      .arg(m_state->settings->fileName()));

@@ -41,11 +41,13 @@ void printJson(const PackageCheck& check, const Diagnostics& diagnostics, Report
 }
 
 void printText(const PackageCheck& check, const Diagnostics& diagnostics, Report& report) {
-    for (const PackageCheck::Note& note : check.notes)
+    for (const PackageCheck::Note& note : check.notes) {
         report.printLine(
             report.attributed(printableName(u"note: %1: %2"_s.arg(note.entry, note.text))));
-    for (const ExportDiagnostic& diagnostic : diagnostics)
+    }
+    for (const ExportDiagnostic& diagnostic : diagnostics) {
         report.printLine(report.attributed(textOf(diagnostic)));
+    }
     const size_t errorsCount = check.errors.size();
     report.printLine(u"%1: %2 checked, %3"_s.arg(
         report.packagePath(), QString::number(check.entriesCount) + u" entries"_s,
@@ -55,11 +57,14 @@ void printText(const PackageCheck& check, const Diagnostics& diagnostics, Report
 void check(Report& report, bool asJson) {
     const FileWrapper::Ptr root = readVersionedPackage(report);
     PackageCheck check = checkPackage(root);
-    for (const InputError& error : check.errors)
+    for (const InputError& error : check.errors) {
         report.fail(error);
+    }
     Diagnostics diagnostics;
     if (check.errors.empty()) {
-        if (!check.project) check.project = projectOf(root);  // throws what stands in the way
+        if (!check.project) {
+            check.project = projectOf(root);  // throws what stands in the way
+        }
         noteOddities(check);
         diagnostics = diagnosticsOf(*check.project);
     }

@@ -15,8 +15,9 @@ void writeEverythingAnew(PCProject& project) {
         animation->loadAllTimelines();
         animation->masterKeyframesTimeline()->setHasUnsavedChanges(true);
         for (const auto& [identifier, group] : animation->timelineGroups()) {
-            for (const PCKeyedPropertyTimeline::Ptr& timeline : group->loadedTimelines())
+            for (const PCKeyedPropertyTimeline::Ptr& timeline : group->loadedTimelines()) {
                 timeline->setHasUnsavedChanges(true);
+            }
         }
         animation->saveChangesToFileWrapper();
     }

@@ -85,7 +85,7 @@ void writeImageSets(PCProject& project, const Entries& entries, JsonWriter& json
 }
 
 const char* kindName(const FileWrapper& node) {
-    if (node.isDirectory()) return "directory";
+    if (node.isDirectory()) { return "directory"; }
     return node.isRegularFile() ? "file" : "link";
 }
 
@@ -93,7 +93,7 @@ const char* kindName(const FileWrapper& node) {
 void writeOtherEntries(const Entries& entries, JsonWriter& json) {
     json.key("otherEntries").beginArray();
     for (const PackageEntry& entry : entries.value({})) {
-        if (entry.kind != EntryKind::Unknown && entry.kind != EntryKind::Preview) continue;
+        if (entry.kind != EntryKind::Unknown && entry.kind != EntryKind::Preview) { continue; }
         json.beginObject(JsonWriter::Layout::OneLine);
         json.key("kind").string(QString::fromLatin1(kindName(*entry.node)));
         writeFile(entry, entry.path, json);

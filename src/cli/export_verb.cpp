@@ -29,33 +29,36 @@ constexpr VerbOption kStrictOption{"strict", nullptr, "end with 3 when there are
 
 // It stands in a comment, which it must not end.
 void requireOneLine(const QString& date) {
-    if (printableName(date) != date) throw UsageError{u"--date takes one line of text"_s};
+    if (printableName(date) != date) { throw UsageError{u"--date takes one line of text"_s}; }
 }
 
 ExportOptions optionsFrom(const Invocation& invocation, PCProject& project) {
     ExportOptions options = ExportOptions::fromPreferences(project);
-    if (invocation.has(kPlatformOption.name))
+    if (invocation.has(kPlatformOption.name)) {
         options.generateForMac = invocation.value(kPlatformOption.name) == u"mac";
+    }
     options.clipsToBounds = invocation.choice(kClipOption.name).value_or(options.clipsToBounds);
     options.includesImages = invocation.choice(kImagesOption.name).value_or(options.includesImages);
-    if (invocation.has(kCleanOption.name)) options.cleansImageDirectory = true;
-    if (invocation.has(kDateOption.name))
+    if (invocation.has(kCleanOption.name)) { options.cleansImageDirectory = true; }
+    if (invocation.has(kDateOption.name)) {
         options.stamp.date = invocation.value(kDateOption.name).toStdString();
+    }
     return options;
 }
 
 bool usesSwift(const Invocation& invocation, PCProject& project) {
-    if (!invocation.has(kLanguageOption.name))
+    if (!invocation.has(kLanguageOption.name)) {
         return project.preferences().generatedCodeUsesSwift();
+    }
     return invocation.value(kLanguageOption.name) == u"swift";
 }
 
 /// One package goes right into the directory, each of several into a folder with its name.
 QString directoryFor(const QString& package, const Invocation& invocation) {
     QString out = invocation.value(kOutOption.name);
-    if (invocation.operands().size() == 1) return out;
+    if (invocation.operands().size() == 1) { return out; }
     const QString folder = withoutPathExtension(packageName(package));
-    if (!isSafeFilename(folder)) throw InputError(package, u"has no name for a folder"_s);
+    if (!isSafeFilename(folder)) { throw InputError(package, u"has no name for a folder"_s); }
     return out + u'/' + folder;
 }
 
@@ -86,17 +89,20 @@ void printJson(const ExportResult& result, const QString& directory, Report& rep
         json.key("path").string(failure.path).key("reason").string(failure.reason).endObject();
     }
     json.endArray().key("files").beginArray();
-    for (const QString& path : result.files.paths)
+    for (const QString& path : result.files.paths) {
         json.string(path);
+    }
     json.endArray().key("package").string(report.packagePath());
     report.print(json.endObject().take());
 }
 
 void printText(const ExportResult& result, const QString& directory, Report& report) {
-    for (const ExportDiagnostic& diagnostic : result.diagnostics)
+    for (const ExportDiagnostic& diagnostic : result.diagnostics) {
         report.writeLine(report.attributed(textOf(diagnostic)));
-    for (const QString& path : result.files.paths)
+    }
+    for (const QString& path : result.files.paths) {
         report.printLine(pathOf(path, directory));
+    }
 }
 
 bool hasWarnings(const ExportResult& result) {
@@ -114,18 +120,19 @@ void exportPackage(const Invocation& invocation, Report& report) {
     try {
         result = exportCodeToDirectory(project, directory, usesSwift(invocation, *project),
                                        optionsFrom(invocation, *project));
-    } catch (const ExportError& error) {
-        throw InputError(report.packagePath(), error.message());
-    }
-    for (const ExportFailure& failure : result.files.failures)
+    } catch (const ExportError& error) { throw InputError(report.packagePath(), error.message()); }
+    for (const ExportFailure& failure : result.files.failures) {
         report.failOutside({pathOf(failure.path, directory), failure.reason});
+    }
     invocation.has(kJsonOption.name) ? printJson(result, directory, report)
                                      : printText(result, directory, report);
-    if (invocation.has(kStrictOption.name) && hasWarnings(result)) report.endWithWarnings();
+    if (invocation.has(kStrictOption.name) && hasWarnings(result)) { report.endWithWarnings(); }
 }
 
 ExitCode run(const Invocation& invocation, Console& console) {
-    if (invocation.value(kOutOption.name).isEmpty()) throw UsageError{u"--out takes a directory"_s};
+    if (invocation.value(kOutOption.name).isEmpty()) {
+        throw UsageError{u"--out takes a directory"_s};
+    }
     requireOneLine(invocation.value(kDateOption.name));
     requireFoldersOfTheirOwn(invocation);
     return runOnPackages(invocation.operands(), console,

@@ -36,8 +36,9 @@ ProjectInfo infoOf(const PCProject::Ptr& project) {
     ProjectInfo info;
     info.project = project;
     countElements(*project->canvas(), info);
-    for (const PCAnimation::Ptr& animation : project->animationsManager().animations())
+    for (const PCAnimation::Ptr& animation : project->animationsManager().animations()) {
         info.animations.push_back({animation, {}});
+    }
     parallelFor(info.animations.size(), [&info](size_t i) {
         info.animations[i].summary = info.animations[i].animation->storedSummary();
     });
@@ -68,8 +69,9 @@ void printText(const ProjectInfo& info, Report& report) {
     report.printLine(u"  %1 (%2)"_s.arg(counted(info.elementsCount, u"element"),
                                         counted(info.groupsCount, u"group")));
     report.printLine(u"  "_s + counted(info.animations.size(), u"animation"));
-    for (const AnimationInfo& item : info.animations)
+    for (const AnimationInfo& item : info.animations) {
         report.printLine(textOf(item));
+    }
     report.printLine(u"  "_s + counted(sets.size(), u"image set"));
     for (const auto& set : sets) {
         const QSize size = set->size();

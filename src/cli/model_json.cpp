@@ -29,8 +29,9 @@ class StoredIdentifiers {
     void collect(const KeyedDecoder& object, std::string_view children) {
         m_identifiers.insert(Identifier(object.decodeString("identifier")));
         const ArchivedArray items = object.decodeArray(children);
-        for (size_t i = 0; i < items.size(); ++i)
+        for (size_t i = 0; i < items.size(); ++i) {
             collect(items.object(i), children);
+        }
     }
 };
 
@@ -50,8 +51,9 @@ void writeElement(const PCElement& element, const StoredIdentifiers& stored, Jso
     json.key("scalesLocked").boolean(element.scalesLocked());
     json.key("size").pair(element.size().width(), element.size().height());
     json.key("subelements").beginArray();
-    for (const PCElement::Ptr& child : element.children())
+    for (const PCElement::Ptr& child : element.children()) {
         stored.write(child->identifier(), json);
+    }
     json.endArray();
     json.key("translationTimelineSplit").boolean(element.translationTimelineSplit());
     json.key("xScale").single(static_cast<float>(element.scale().x()));
@@ -62,8 +64,9 @@ void writeElement(const PCElement& element, const StoredIdentifiers& stored, Jso
 
 void writeStrings(const QStringList& strings, JsonWriter& json) {
     json.beginArray(Layout::OneLine);
-    for (const QString& string : strings)
+    for (const QString& string : strings) {
         json.string(string);
+    }
     json.endArray();
 }
 
@@ -100,8 +103,9 @@ void writeElements(const KeyedUnarchiver& archive, JsonWriter& json) {
     const PCElement::Ptr root = PCElement::initWithArchive(archive);
     const StoredIdentifiers stored(archive.root(), "subelements");
     json.beginArray();
-    for (const PCElement::Ptr& element : root->elementAndAllDescendants())
+    for (const PCElement::Ptr& element : root->elementAndAllDescendants()) {
         writeElement(*element, stored, json);
+    }
     json.endArray();
 }
 
@@ -109,8 +113,9 @@ void writeTimelineFields(const KeyedUnarchiver& archive, JsonWriter& json) {
     const PCKeyedPropertyTimeline::Ptr timeline = PCKeyedPropertyTimeline::initWithArchive(archive);
     const StoredIdentifiers stored(archive.root(), "keyframes");
     json.key("keyframes").beginArray();
-    for (size_t i = 0; i < timeline->keyframesCount(); ++i)
+    for (size_t i = 0; i < timeline->keyframesCount(); ++i) {
         writeKeyframe(timeline->recordOfKeyframe(i), stored, json);
+    }
     json.endArray();
     json.key("propertyType").string(stringFromPropertyType(timeline->propertyType()));
     json.key("repeatBehavior").string(stringFromRepeatBehavior(timeline->repeatBehavior()));

@@ -17,7 +17,7 @@ constexpr VerbOption kCanvasOption{"canvas", "WxH",
                                    "size of the canvas in points, such as 320x480"};
 
 std::optional<QSizeF> canvasSizeFrom(const Invocation& invocation) {
-    if (!invocation.has(kCanvasOption.name)) return std::nullopt;
+    if (!invocation.has(kCanvasOption.name)) { return std::nullopt; }
     constexpr int longestSide = 16384;
     static const QRegularExpression pattern(u"^(\\d{1,5})x(\\d{1,5})$"_s);
     const QRegularExpressionMatch match = pattern.match(invocation.value(kCanvasOption.name));
@@ -44,9 +44,7 @@ class ArtworkImport {
         }
         try {
             m_project.imageSetManager().addImageSetWithPCImage(image);
-        } catch (const InputError& error) {
-            throw InputError(path, error.reason());
-        }
+        } catch (const InputError& error) { throw InputError(path, error.reason()); }
         m_paths.insert(name, path);
         addElement(*image);
     }
@@ -75,10 +73,11 @@ ExitCode run(const Invocation& invocation, Console& console) {
     return runOnPackage(paths.first(), console, [&](Report& report) {
         const PCProject::Ptr project = PCProject::init();
         const UndoRegistrationPause pause(project->undoManager());
-        if (canvasSize) project->canvas()->setSize(*canvasSize);
+        if (canvasSize) { project->canvas()->setSize(*canvasSize); }
         ArtworkImport import(*project);
-        for (const QString& path : paths.mid(1))
+        for (const QString& path : paths.mid(1)) {
             import.add(path);
+        }
         writePackageCopy(*project->fileWrapper(), report.packagePath(), replaces);
     });
 }

@@ -21,14 +21,14 @@ namespace {
 void requireUtf8(const PackageEntry& entry) {
     QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decode(entry.node->contents());
-    if (decode.hasError()) throw InputError(entry.path, u"is not UTF-8 text"_s);
+    if (decode.hasError()) { throw InputError(entry.path, u"is not UTF-8 text"_s); }
 }
 
 void requireImage(const PackageEntry& entry) {
     const QByteArray& contents = entry.node->contents();
     decodeImage(contents, entry.path);
     const bool isNamedPng = pathExtension(entry.path) == u"png";
-    if ((imageFormatOf(contents) == ImageFormat::Png) == isNamedPng) return;
+    if ((imageFormatOf(contents) == ImageFormat::Png) == isNamedPng) { return; }
     throw InputError(entry.path, isNamedPng ? u"is a JPEG image, though it is named as a PNG"_s
                                             : u"is a PNG image, though it is named as a JPEG"_s);
 }
@@ -39,9 +39,10 @@ class EntryReader {
  public:
     /// `project` may be null.
     explicit EntryReader(PCProject* project) {
-        if (!project) return;
-        for (const PCAnimation::Ptr& animation : project->animationsManager().animations())
+        if (!project) { return; }
+        for (const PCAnimation::Ptr& animation : project->animationsManager().animations()) {
             m_animations.insert(animation->identifier(), animation);
+        }
     }
 
     /// Throws InputError. May be called for several entries at once.
@@ -101,9 +102,7 @@ std::vector<std::optional<InputError>> errorsOf(const std::vector<PackageEntry>&
     parallelFor(entries.size(), [&](size_t i) {
         try {
             reader.read(entries[i]);
-        } catch (const InputError& error) {
-            errors[i] = error;
-        }
+        } catch (const InputError& error) { errors[i] = error; }
     });
     return errors;
 }
@@ -111,20 +110,18 @@ std::vector<std::optional<InputError>> errorsOf(const std::vector<PackageEntry>&
 PCProject::Ptr projectIfReadable(const FileWrapper::Ptr& root) {
     try {
         return projectOf(root);
-    } catch (const InputError&) {
-        return nullptr;
-    }
+    } catch (const InputError&) { return nullptr; }
 }
 
 void requireEntries(const FileWrapper& root, PackageCheck& check) {
     for (const QString& name : {u"canvas"_s, u"preferences"_s}) {
         const FileWrapper::Ptr node = root.child(name);
-        if (!node) check.errors.emplace_back(name, u"is missing from the package"_s);
+        if (!node) { check.errors.emplace_back(name, u"is missing from the package"_s); }
         if (node && !node->isRegularFile()) {
             check.errors.emplace_back(name, u"is not a regular file"_s);
         }
     }
-    if (!root.child(u"version"_s)) check.notes.push_back({u"version"_s, u"is missing"_s});
+    if (!root.child(u"version"_s)) { check.notes.push_back({u"version"_s, u"is missing"_s}); }
 }
 
 }  // namespace
@@ -136,10 +133,10 @@ PackageCheck checkPackage(const FileWrapper::Ptr& root) {
     requireEntries(*root, check);
     check.project = projectIfReadable(root);
     for (auto& error : errorsOf(entries, EntryReader(check.project.get()))) {
-        if (error) check.errors.push_back(std::move(*error));
+        if (error) { check.errors.push_back(std::move(*error)); }
     }
     for (const PackageEntry& entry : entries) {
-        if (entry.kind != EntryKind::Unknown) continue;
+        if (entry.kind != EntryKind::Unknown) { continue; }
         check.notes.push_back({entry.path, u"is no entry of a project; it is carried along"_s});
     }
     return check;
@@ -150,13 +147,13 @@ void noteOddities(PackageCheck& check) {
     std::unordered_map<Identifier, QString> names;
     for (const PCElement::Ptr& element : project.canvas()->elementAndAllDescendants()) {
         const auto [first, isNew] = names.emplace(element->identifier(), element->name());
-        if (isNew) continue;
+        if (isNew) { continue; }
         check.notes.push_back({u"canvas"_s,
                                u"the elements '%1' and '%2' have one identifier; only "
                                u"the first is found by it"_s.arg(first->second, element->name())});
     }
     for (const PCAnimation::Ptr& animation : project.animationsManager().animations()) {
-        if (!animation->name().isNull()) continue;
+        if (!animation->name().isNull()) { continue; }
         check.notes.push_back({u"animations/"_s + animation->identifier(), u"has no name"_s});
     }
 }

@@ -24,9 +24,9 @@ enum class DirectoryKind {
 DirectoryKind kindOfSubdirectory(DirectoryKind parent, const QString& name) {
     switch (parent) {
         case DirectoryKind::Root:
-            if (name == u"images") return DirectoryKind::Images;
-            if (name == u"animations") return DirectoryKind::Animations;
-            if (name == u"QuickLook") return DirectoryKind::Previews;
+            if (name == u"images") { return DirectoryKind::Images; }
+            if (name == u"animations") { return DirectoryKind::Animations; }
+            if (name == u"QuickLook") { return DirectoryKind::Previews; }
             return DirectoryKind::Unknown;
         case DirectoryKind::Images:
             return DirectoryKind::ImageSet;
@@ -40,15 +40,15 @@ DirectoryKind kindOfSubdirectory(DirectoryKind parent, const QString& name) {
 }
 
 EntryKind kindOfRootFile(const QString& name) {
-    if (name == u"version") return EntryKind::Version;
-    if (name == u"preferences") return EntryKind::Preferences;
-    if (name == u"canvas") return EntryKind::Canvas;
+    if (name == u"version") { return EntryKind::Version; }
+    if (name == u"preferences") { return EntryKind::Preferences; }
+    if (name == u"canvas") { return EntryKind::Canvas; }
     return EntryKind::Unknown;
 }
 
 EntryKind kindOfAnimationFile(const QString& name) {
-    if (name == kAnimationNameFile) return EntryKind::AnimationName;
-    if (name == kAnimationKeyAllFile) return EntryKind::Timeline;
+    if (name == kAnimationNameFile) { return EntryKind::AnimationName; }
+    if (name == kAnimationKeyAllFile) { return EntryKind::Timeline; }
     return EntryKind::Unknown;
 }
 

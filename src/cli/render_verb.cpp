@@ -47,7 +47,7 @@ constexpr VerbOption kReplaceOption{"force", nullptr, "replace files that are th
 
 double numberFrom(const Invocation& invocation, const VerbOption& option, double otherwise,
                   double most) {
-    if (!invocation.has(option.name)) return otherwise;
+    if (!invocation.has(option.name)) { return otherwise; }
     const QString text = invocation.value(option.name);
     bool isNumber = false;
     const double number = text.toDouble(&isNumber);
@@ -59,7 +59,7 @@ double numberFrom(const Invocation& invocation, const VerbOption& option, double
 }
 
 std::optional<int32_t> timeFrom(const Invocation& invocation, const VerbOption& option) {
-    if (!invocation.has(option.name)) return std::nullopt;
+    if (!invocation.has(option.name)) { return std::nullopt; }
     bool isNumber = false;
     const int32_t time = invocation.value(option.name).toInt(&isNumber);
     if (!isNumber || time < 0) {
@@ -71,7 +71,7 @@ std::optional<int32_t> timeFrom(const Invocation& invocation, const VerbOption& 
 
 QBrush backgroundFrom(const Invocation& invocation) {
     const QString text = invocation.value(kBackgroundOption.name);
-    if (!invocation.has(kBackgroundOption.name) || text == u"transparent") return Qt::NoBrush;
+    if (!invocation.has(kBackgroundOption.name) || text == u"transparent") { return Qt::NoBrush; }
     if (text == u"checkerboard") {
         QBrush pattern;
         pattern.setTextureImage(TweeneryStyle::canvasPattern());
@@ -87,7 +87,7 @@ QBrush backgroundFrom(const Invocation& invocation) {
 
 void requireNotBoth(const Invocation& invocation, const VerbOption& option,
                     std::initializer_list<VerbOption> others) {
-    if (!invocation.has(option.name)) return;
+    if (!invocation.has(option.name)) { return; }
     for (const VerbOption& other : others) {
         if (invocation.has(other.name)) {
             throw UsageError{u"takes --%1 or --%2, not both"_s.arg(QLatin1StringView(option.name),
@@ -129,23 +129,30 @@ struct Request {
 Request requestFrom(const Invocation& invocation) {
     requireSense(invocation);
     Request request;
-    if (invocation.has(kAnimationOption.name))
+    if (invocation.has(kAnimationOption.name)) {
         request.animation = invocation.value(kAnimationOption.name);
+    }
     request.wantsTaggedAnimations = invocation.has(kPngsOption.name);
-    if (invocation.has(kAtOption.name)) request.at = timesFrom(invocation.value(kAtOption.name));
+    if (invocation.has(kAtOption.name)) {
+        request.at = timesFrom(invocation.value(kAtOption.name));
+    }
     request.range.from = timeFrom(invocation, kFromOption).value_or(0);
     request.range.to = timeFrom(invocation, kToOption);
     request.range.framesPerSecond = numberFrom(invocation, kFpsOption, 60, 1000);
-    if (request.range.to && *request.range.to < request.range.from)
+    if (request.range.to && *request.range.to < request.range.from) {
         throw UsageError{u"--to lies before --from"_s};
+    }
     request.look.scale = numberFrom(invocation, kScaleOption, 1, 100);
     request.look.background = backgroundFrom(invocation);
     request.look.clips = invocation.has(kClipOption.name);
-    if (invocation.has(kOutOption.name)) request.names.emplace(invocation.value(kOutOption.name));
-    if (invocation.has(kSheetOption.name))
+    if (invocation.has(kOutOption.name)) {
+        request.names.emplace(invocation.value(kOutOption.name));
+    }
+    if (invocation.has(kSheetOption.name)) {
         request.targets.takeSheet(invocation.value(kSheetOption.name));
+    }
     const double columns = numberFrom(invocation, kColumnsOption, 0, 10000);
-    if (columns != std::floor(columns)) throw UsageError{u"--columns takes a whole number"_s};
+    if (columns != std::floor(columns)) { throw UsageError{u"--columns takes a whole number"_s}; }
     request.targets.columns = static_cast<int>(columns);
     request.replaces = invocation.has(kReplaceOption.name);
     return request;
@@ -153,7 +160,7 @@ Request requestFrom(const Invocation& invocation) {
 
 // The animation's name as far as it is fit for a file.
 QString fileNameOf(const PCAnimation::Ptr& animation) {
-    if (!animation) return u"setup"_s;
+    if (!animation) { return u"setup"_s; }
     static const QRegularExpression unfit(u"[/\\x00-\\x1f]"_s);
     return QString(animation->name()).replace(unfit, u"_"_s);
 }
@@ -180,7 +187,7 @@ class FramePlanner {
     }
 
     void addChosenAnimation() {
-        if (!m_request.animation) return add(nullptr, fileNameOf(nullptr), 0);
+        if (!m_request.animation) { return add(nullptr, fileNameOf(nullptr), 0); }
         const PCAnimation::Ptr animation = animationNamed(*m_request.animation, m_project);
         m_project->animationsManager().setSelectedAnimation(animation);
         const std::vector<int32_t> times =
@@ -219,9 +226,7 @@ void renderPackage(const Request& request, Console& console, Report& report) {
     PictureTargets targets = request.targets;
     try {
         targets.frames = FramePlanner(request, project).frames();
-    } catch (const ExportError& error) {
-        throw InputError(report.packagePath(), error.message());
-    }
+    } catch (const ExportError& error) { throw InputError(report.packagePath(), error.message()); }
     for (const QString& path : targets.paths()) {
         requireOutsidePackage(path, report.packagePath());
     }

@@ -24,9 +24,9 @@ class TerminalAlerts : public AlertPort {
     AlertAnswer runModal(const Alert& alert) override {
         m_last = alert;
         const int no = static_cast<int>(alert.buttons.size()) - 1;
-        if (no == 0 || m_alwaysYes) return {0};
+        if (no == 0 || m_alwaysYes) { return {0}; }
         m_couldNotAsk = !m_console.canAsk;
-        if (m_couldNotAsk) return {no};
+        if (m_couldNotAsk) { return {no}; }
         m_console.err << textOfAlert(alert).toStdString() << " [y/N] " << std::flush;
         return {isYes() ? 0 : no};
     }
@@ -65,7 +65,7 @@ void update(Report& report, TerminalAlerts& alerts) {
         return;
     }
     PCDocument document(alerts, report);
-    if (!document.readFromFileWrapper(root)) refuse(alerts, path);
+    if (!document.readFromFileWrapper(root)) { refuse(alerts, path); }
     const QString backup = document.project()->backupPath();
     if (backup.isNull()) {
         throw InputError(PCProject::backupDirectory(),

@@ -38,8 +38,9 @@ void writeElement(const PCElement& element, const ElementValues& values, JsonWri
     single("translationY", values.translation.y());
     json.key("image").string(values.image->isEmpty() ? QString() : *values.image);
     json.key("children").beginArray();
-    for (const QString& child : *values.children)
+    for (const QString& child : *values.children) {
         json.string(child);
+    }
     json.endArray().endObject();
 }
 

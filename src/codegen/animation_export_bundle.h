@@ -58,7 +58,7 @@ void forEachPNGTime(const PCAnimationExportBundle& bundle, Visit visit) {
         visit(timeInMS);
         const float next = static_cast<float>(timeInMS) + bundle.generatePNGsDeltaTimeInMS;
         // 32-bit steps no longer advance beyond 2^24 ms when they are small.
-        if (next <= static_cast<float>(timeInMS) || next >= 2147483648.0F) return;
+        if (next <= static_cast<float>(timeInMS) || next >= 2147483648.0F) { return; }
         timeInMS = static_cast<int32_t>(next);
     }
 }

@@ -17,7 +17,7 @@ Record::PresentTimelines present(
     std::initializer_list<std::reference_wrapper<const Record::Timeline>> timelines) {
     Record::PresentTimelines found;
     for (const Record::Timeline& timeline : timelines) {
-        if (timeline) found.push_back(timeline.get());
+        if (timeline) { found.push_back(timeline.get()); }
     }
     return found;
 }
@@ -26,14 +26,16 @@ Record::PresentTimelines present(
 
 void PCAnimationExportElementTimelines::setElement(const PCElement::Ptr& newElement) {
     element = newElement;
-    for (auto* timeline : allNonNilTimelines())
+    for (auto* timeline : allNonNilTimelines()) {
         timeline->setElement(element);
+    }
 }
 
 int32_t PCAnimationExportElementTimelines::maxDurationInMS() const {
     int32_t longest = -1;
-    for (const auto* timeline : allNonNilTimelines())
+    for (const auto* timeline : allNonNilTimelines()) {
         longest = std::max(longest, timeline->durationInMS());
+    }
     return longest;
 }
 
@@ -54,8 +56,9 @@ Record::PresentTimelines PCAnimationExportElementTimelines::slicingOrder() const
 
 QString PCAnimationExportElementTimelines::description() const {
     QString text = u"<PCElementTimelines (maxDuration:%1)"_s.arg(maxDurationInMS());
-    for (const auto* timeline : allNonNilTimelines())
+    for (const auto* timeline : allNonNilTimelines()) {
         text += u"\n\t"_s + timeline->debugDescription();
+    }
     return text;
 }
 

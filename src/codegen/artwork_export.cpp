@@ -25,15 +25,15 @@ std::filesystem::path filePath(const QString& path) {
 QString reasonForNoImagesDirectory(const QString& path) {
     std::error_code error;
     const auto target = filePath(path);
-    if (std::filesystem::is_symlink(target, error)) return u"it is a symbolic link"_s;
+    if (std::filesystem::is_symlink(target, error)) { return u"it is a symbolic link"_s; }
     std::filesystem::create_directories(target, error);
-    if (error) return QString::fromStdString(error.message());
+    if (error) { return QString::fromStdString(error.message()); }
     return std::filesystem::is_directory(target, error) ? QString() : u"it is no directory"_s;
 }
 
 void exportSet(const PCImageSet& set, const QString& directory, WrittenFiles& files) {
     const auto write = [&](const QString& name, const QByteArray& data) {
-        if (data.isNull()) return;
+        if (data.isNull()) { return; }
         const QString path = kImagesDirectory + u'/' + name;
         if (isSafeFilename(name)) {
             writeExportedFile(directory, path, {data}, files);
@@ -42,8 +42,8 @@ void exportSet(const PCImageSet& set, const QString& directory, WrittenFiles& fi
         }
     };
     write(set.name(), set.originalData());
-    if (set.has2XArtwork()) write(set.artwork2XName(), set.original2xData());
-    if (set.has3XArtwork()) write(set.artwork3XName(), set.original3xData());
+    if (set.has2XArtwork()) { write(set.artwork2XName(), set.original2xData()); }
+    if (set.has3XArtwork()) { write(set.artwork3XName(), set.original3xData()); }
 }
 
 }  // namespace
@@ -51,23 +51,25 @@ void exportSet(const PCImageSet& set, const QString& directory, WrittenFiles& fi
 std::vector<std::shared_ptr<PCImageSet>> imageSetsInUse(PCProject& project) {
     ImageSets sets;
     const auto use = [&](const QString& name) {
-        if (name.isEmpty() || sets.contains(name)) return;
-        if (const auto set = project.imageSetManager().imageSetWithName(name)) sets[name] = set;
+        if (name.isEmpty() || sets.contains(name)) { return; }
+        if (const auto set = project.imageSetManager().imageSetWithName(name)) { sets[name] = set; }
     };
     for (const PCElement::Ptr& element : project.canvas()->elementAndAllDescendants()) {
-        if (!element->isGroup()) use(element->imageName());
+        if (!element->isGroup()) { use(element->imageName()); }
     }
     for (const PCAnimation::Ptr& animation : project.animationsManager().animations()) {
         for (const auto& [identifier, group] : animation->timelineGroups()) {
             const auto timeline = group->storedTimeline(PCPropertyTypeImageContents);
-            if (!timeline) continue;
-            for (size_t i = 0; i < timeline->keyframesCount(); ++i)
+            if (!timeline) { continue; }
+            for (size_t i = 0; i < timeline->keyframesCount(); ++i) {
                 use(stringOfValue(timeline->storedValueOfKeyframe(i)));
+            }
         }
     }
     std::vector<std::shared_ptr<PCImageSet>> inUse;
-    for (const auto& [name, set] : sets)
+    for (const auto& [name, set] : sets) {
         inUse.push_back(set);
+    }
     return inUse;
 }
 
@@ -84,8 +86,9 @@ WrittenFiles exportArtwork(const std::vector<std::shared_ptr<PCImageSet>>& sets,
         files.failures.push_back({kImagesDirectory, reason});
         return files;
     }
-    for (const auto& set : sets)
+    for (const auto& set : sets) {
         exportSet(*set, directory, files);
+    }
     return files;
 }
 
@@ -94,9 +97,7 @@ void writeExportedFile(const QString& directory, const QString& path, const QByt
     try {
         writeFileAtomically(directory + u'/' + path, pieces);
         files.paths << path;
-    } catch (const InputError& error) {
-        files.failures.push_back({path, error.reason()});
-    }
+    } catch (const InputError& error) { files.failures.push_back({path, error.reason()}); }
 }
 
 }  // namespace tweenery

@@ -63,9 +63,9 @@ CoarseElements elementsWithCoarseKeyTimes(const PCAnimationExportBundle& bundle)
         CoarseElement worst{record.element, {noticeableShare, 0}};
         for (const auto* timeline : record.allNonNilTimelines()) {
             const auto loss = largestKeyTimeLoss(*timeline, worst.loss.shareOfRange);
-            if (loss) worst = {record.element, *loss, timeline->durationInMS()};
+            if (loss) { worst = {record.element, *loss, timeline->durationInMS()}; }
         }
-        if (worst.durationInMS > 0) found.push_back(worst);
+        if (worst.durationInMS > 0) { found.push_back(worst); }
     }
     return found;
 }
@@ -77,14 +77,17 @@ class Collector {
 
     std::vector<Diagnostic> collect() {
         checkProject();
-        for (size_t i = 1; i < m_plan.elements.size(); ++i)
+        for (size_t i = 1; i < m_plan.elements.size(); ++i) {
             checkElement(m_plan.elements[i]);
+        }
         checkLeftOutTimelines();
         checkStandardAnimations();
-        for (const auto& bundle : m_plan.frameSlicedAnimationExportBundles)
+        for (const auto& bundle : m_plan.frameSlicedAnimationExportBundles) {
             checkSlicedAnimation(bundle);
-        for (const auto& bundle : m_plan.pngGeneratorAnimationExportBundles)
+        }
+        for (const auto& bundle : m_plan.pngGeneratorAnimationExportBundles) {
             checkPngAnimation(bundle);
+        }
         return std::move(m_diagnostics);
     }
 
@@ -255,10 +258,11 @@ void Collector::checkPartsAnimated(const PCAnimationExportBundle& bundle) {
     };
     for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
         const bool hasOwn = record.allNonNilTimelines().size() > (record.zPosition ? 1 : 0);
-        if (hasOwn) report(*record.element);
-        if (!record.zPosition) continue;
-        for (const PCElement::Ptr& child : record.element->children())
+        if (hasOwn) { report(*record.element); }
+        if (!record.zPosition) { continue; }
+        for (const PCElement::Ptr& child : record.element->children()) {
             report(*child);
+        }
     }
 }
 
@@ -282,7 +286,7 @@ void Collector::checkSlicedAnimation(const PCAnimationExportBundle& bundle) {
             "the mobile platform, or take the tag \"sliced\" away."_s);
     }
     checkImages(bundle);
-    if (!m_plan.target.generateForMac) checkPartsAnimated(bundle);
+    if (!m_plan.target.generateForMac) { checkPartsAnimated(bundle); }
 }
 
 void Collector::checkPngAnimation(const PCAnimationExportBundle& bundle) {
@@ -297,10 +301,10 @@ void Collector::checkImages(const PCAnimationExportBundle& bundle) {
     QSet<QString> reported;
     for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
         for (const auto* timeline : record.allNonNilTimelines()) {
-            if (!isStringProperty(timeline->propertyType())) continue;
+            if (!isStringProperty(timeline->propertyType())) { continue; }
             for (size_t i = 0; i < timeline->keyframesCount(); ++i) {
                 const QString name = stringOfValue(timeline->storedValueOfKeyframe(i));
-                if (!imageIsMissing(name) || reported.contains(name)) continue;
+                if (!imageIsMissing(name) || reported.contains(name)) { continue; }
                 reported.insert(name);
                 add(Kind::MissingImage, Severity::Warning, *bundle.animation,
                     u"It shows the image '%1' on the element '%2', which no image set has; import "

@@ -33,7 +33,7 @@ struct AnimationTag {
 
 AnimationTag tagOfAnimationName(const QString& name) {
     const QStringList components = name.split(u'_');
-    if (components.size() < 3) return {};
+    if (components.size() < 3) { return {}; }
     return {components[components.size() - 2], leadingInteger(components.back()),
             components.first(components.size() - 2).join(u'_')};
 }
@@ -57,8 +57,9 @@ bool holdsTimelines(const FileWrapper& directory) {
 /// Makes every timeline that does not repeat as long as the animation.
 void lengthenTimelines(const PCAnimationExportBundle& bundle) {
     for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
-        for (PCKeyedPropertyTimeline* timeline : record.slicingOrder())
+        for (PCKeyedPropertyTimeline* timeline : record.slicingOrder()) {
             timeline->EXPORT_setDurationInTimeInMS(bundle.durationInMS);
+        }
     }
 }
 
@@ -110,7 +111,7 @@ void Planner::listElements() {
         PlannedElement planned;
         planned.element = element;
         planned.name = element->name();
-        if (index > 0) planned.parent = m_plan.indexOfElement.at(element->parentElement());
+        if (index > 0) { planned.parent = m_plan.indexOfElement.at(element->parentElement()); }
         m_plan.elements.push_back(std::move(planned));
     }
     for (const auto& [identifier, element] :
@@ -125,10 +126,10 @@ void Planner::createElementTypeMap() {
         const bool isCanvas = &planned == &m_plan.elements.front();
         PCCodeGeneratorType type = PCCodeGeneratorType::View;
         if (isCanvas) {
-            if (m_plan.target.generateForMac) type = PCCodeGeneratorType::Layer;
+            if (m_plan.target.generateForMac) { type = PCCodeGeneratorType::Layer; }
         } else {
             type = takeTypeTag(planned, typeByName.at(m_plan.elements[planned.parent].name));
-            if (type == PCCodeGeneratorType::Layer) m_plan.hasAtLeastOneLayer = true;
+            if (type == PCCodeGeneratorType::Layer) { m_plan.hasAtLeastOneLayer = true; }
         }
         typeByName[planned.name] = type;
     }
@@ -140,9 +141,9 @@ void Planner::createElementTypeMap() {
 
 /// Below a layer there are only layers, and tags stay in the name.
 PCCodeGeneratorType Planner::takeTypeTag(PlannedElement& planned, PCCodeGeneratorType parentType) {
-    if (parentType == PCCodeGeneratorType::Layer) return PCCodeGeneratorType::Layer;
+    if (parentType == PCCodeGeneratorType::Layer) { return PCCodeGeneratorType::Layer; }
     for (const TypeTag& tag : typeTags()) {
-        if (!planned.name.endsWith(tag.suffix)) continue;
+        if (!planned.name.endsWith(tag.suffix)) { continue; }
         planned.name.chop(tag.suffix.size());
         return tag.type;
     }
@@ -156,8 +157,9 @@ void Planner::buildElementCodeVariableNamesMap() {
         m_plan.elementVariables.insert(variable);
         variableByName[planned.name] = variable;
     }
-    for (PlannedElement& planned : m_plan.elements)
+    for (PlannedElement& planned : m_plan.elements) {
         planned.variable = variableByName.at(planned.name).toStdString();
+    }
 }
 
 void Planner::createAnimationsBaseNameMap() {
@@ -171,13 +173,14 @@ void Planner::createAnimationsBaseNameMap() {
 
 void Planner::createAnimationExportBundles() {
     for (const PCAnimation::Ptr& animation : m_project.animationsManager().animations()) {
-        if (animation->name().startsWith(u"_ignore_")) continue;
+        if (animation->name().startsWith(u"_ignore_")) { continue; }
         m_bundles.emplace_back().animation = animation;
         listElementsOfBundle(m_bundles.size() - 1);
     }
     parallelFor(m_jobs.size(), [this](size_t i) { readTimelines(m_jobs[i]); });
-    for (ElementJob& job : m_jobs)
+    for (ElementJob& job : m_jobs) {
         takeTimelines(job);
+    }
     parallelFor(m_bundles.size(), [this](size_t i) { lengthenTimelines(m_bundles[i]); });
     for (PCAnimationExportBundle& bundle : m_bundles) {
         classify(bundle);
@@ -190,7 +193,7 @@ void Planner::listElementsOfBundle(size_t bundle) {
     const PCAnimation::Ptr& animation = m_bundles[bundle].animation;
     std::vector<std::pair<size_t, const FileWrapper*>> directories;  // by place in the tree
     for (const auto& [name, directory] : animation->fileWrapper()->fileWrappers()) {
-        if (name == kAnimationNameFile || name == kAnimationKeyAllFile) continue;
+        if (name == kAnimationNameFile || name == kAnimationKeyAllFile) { continue; }
         const auto element = m_elementByIdentifier.find(Identifier(name));
         if (element != m_elementByIdentifier.end()) {
             directories.emplace_back(element->second, directory.get());
@@ -199,8 +202,9 @@ void Planner::listElementsOfBundle(size_t bundle) {
         }
     }
     std::sort(directories.begin(), directories.end());
-    for (const auto& [element, directory] : directories)
+    for (const auto& [element, directory] : directories) {
         m_jobs.push_back({bundle, element, directory, {}, {}});
+    }
 }
 
 /// Copies what is in memory and decodes what is not. Called on several threads.
@@ -213,7 +217,7 @@ void Planner::readTimelines(ElementJob& job) const {
     bool hasTimelines = false;
     for (const auto& [fileName, stored] : job.directory->fileWrappers()) {
         const ElementTimelineFile* file = elementTimelineFileNamed(fileName);
-        if (!file || !stored->isRegularFile()) continue;
+        if (!file || !stored->isRegularFile()) { continue; }
         hasTimelines = true;
         const auto loaded = group ? group->timelineIfLoaded(file->slot) : nullptr;
         auto timeline = loaded && loaded->isAsStored() ? loaded->copy()
@@ -226,14 +230,14 @@ void Planner::readTimelines(ElementJob& job) const {
             job.record.*file->field = std::move(timeline);
         }
     }
-    if (hasTimelines) job.record.setElement(element);
+    if (hasTimelines) { job.record.setElement(element); }
 }
 
 /// Gives the timelines that have been read to their bundle.
 void Planner::takeTimelines(ElementJob& job) {
     m_plan.leftOutTimelines.insert(m_plan.leftOutTimelines.end(), job.leftOut.begin(),
                                    job.leftOut.end());
-    if (!job.record.element) return;
+    if (!job.record.element) { return; }
     PCAnimationExportBundle& bundle = m_bundles[job.bundle];
     bundle.durationInMS = std::max(bundle.durationInMS, job.record.maxDurationInMS());
     bundle.hasLooping = bundle.hasLooping || job.record.hasLooping();

@@ -42,8 +42,8 @@ std::string threeDecimals(double value) {
 
 /// The table holds places in the parent, not offsets.
 std::string_view playbackKeyPath(int32_t propertyType) {
-    if (propertyType == PCPropertyTypeTranslationX) return "position.x";
-    if (propertyType == PCPropertyTypeTranslationY) return "position.y";
+    if (propertyType == PCPropertyTypeTranslationX) { return "position.x"; }
+    if (propertyType == PCPropertyTypeTranslationY) { return "position.y"; }
     return animationKeyPathForPropertyType(propertyType);
 }
 
@@ -97,9 +97,9 @@ std::optional<QString> obstacleToSlicing(const PCAnimationExportBundle& bundle) 
 }
 
 void FrameSlicedAnimationCode::prepareForSlicedAnimationExport() {
-    if (!writesText()) return;
+    if (!writesText()) { return; }
     for (Bundle& bundle : m_plan.frameSlicedAnimationExportBundles) {
-        if (const auto obstacle = obstacleToSlicing(bundle)) throw ExportError(*obstacle);
+        if (const auto obstacle = obstacleToSlicing(bundle)) { throw ExportError(*obstacle); }
         sortByChange(bundle);
         const QString structType = u"%1_%2_Values"_s.arg(
             m_plan.generatedClassName, QString::fromStdString(bundle.baseMethodName));
@@ -112,13 +112,14 @@ void FrameSlicedAnimationCode::prepareForSlicedAnimationExport() {
 template <class Visit>
 void FrameSlicedAnimationCode::forEachChangingTimeline(const Bundle& bundle, Visit visit) const {
     for (const auto& [element, timelines] : bundle.changingTimelinesByElement) {
-        for (const auto* timeline : timelines)
+        for (const auto* timeline : timelines) {
             visit(m_plan.planned(*element), *timeline);
+        }
     }
 }
 
 void FrameSlicedAnimationCode::appendStructDefinitionAndValuesArrayForSlicedAnimations() {
-    if (!writesText()) return;
+    if (!writesText()) { return; }
     for (const Bundle& bundle : m_plan.frameSlicedAnimationExportBundles) {
         append(*m_header, "\n\ntypedef struct %@ {", bundle.structType);
         forEachChangingTimeline(bundle, [&](const PlannedElement& planned,
@@ -133,11 +134,12 @@ void FrameSlicedAnimationCode::appendStructDefinitionAndValuesArrayForSlicedAnim
 }
 
 void FrameSlicedAnimationCode::appendSlicedApplyFrameMethodsForSlicedAnimations() {
-    if (!writesText()) return;
+    if (!writesText()) { return; }
     append(*m_header, "\n\n// Frame-sliced animations");
     append(*m_implementation, "\n\n#pragma mark - FrameSlicedAnimations");
-    for (const Bundle& bundle : m_plan.frameSlicedAnimationExportBundles)
+    for (const Bundle& bundle : m_plan.frameSlicedAnimationExportBundles) {
         appendMethods(bundle);
+    }
 }
 
 void FrameSlicedAnimationCode::appendMethods(const Bundle& bundle) {
@@ -217,7 +219,7 @@ void FrameSlicedAnimationCode::generateCodeToApplyFrameSlicedValuesWithAnimation
         const PlannedElement& planned = m_plan.planned(*element);
         ElementTransform transform;
         for (const auto* timeline : timelines) {
-            if (transform.take(*timeline)) continue;
+            if (transform.take(*timeline)) { continue; }
             generateCodeToApplyStructValueFromTimeline(planned, *timeline, nonChanging);
         }
         generateCodeToApplyTransform(planned, transform, nonChanging);
@@ -246,8 +248,8 @@ void FrameSlicedAnimationCode::generateCodeToApplyTransform(const PlannedElement
                                                             const ElementTransform& transform,
                                                             bool nonChanging) {
     const auto value = [&](const Timeline* timeline, double setup) -> std::string {
-        if (!timeline) return threeDecimals(setup);
-        if (!nonChanging) return "frameValues." + structVariableName(planned, *timeline);
+        if (!timeline) { return threeDecimals(setup); }
+        if (!nonChanging) { return "frameValues." + structVariableName(planned, *timeline); }
         return threeDecimals(static_cast<double>(timeline->floatValueAtTimeInMS(0)));
     };
     const PCElement& element = *planned.element;
@@ -273,10 +275,11 @@ void FrameSlicedAnimationCode::generateCodeToApplyTransform(const PlannedElement
 void FrameSlicedAnimationCode::generateCodeToApplyTranslation(const PlannedElement& planned,
                                                               const ElementTransform& transform,
                                                               bool nonChanging) {
-    if (!transform.xTranslation && !transform.yTranslation) return;
+    if (!transform.xTranslation && !transform.yTranslation) { return; }
     const auto value = [&](const Timeline* timeline, double position) -> std::string {
-        if (timeline && !nonChanging)
+        if (timeline && !nonChanging) {
             return "frameValues." + structVariableName(planned, *timeline);
+        }
         const float offset = timeline ? timeline->floatValueAtTimeInMS(0) : 0;
         return threeDecimals(position + static_cast<double>(offset));
     };
@@ -333,9 +336,10 @@ void FrameSlicedAnimationCode::generateAnimationCodeForTimeline(const PlannedEle
 }
 
 void FrameSlicedAnimationCode::appendStructValuesArrayForSlicedAnimations() {
-    if (!writesText()) return;
-    for (const Bundle& bundle : m_plan.frameSlicedAnimationExportBundles)
+    if (!writesText()) { return; }
+    for (const Bundle& bundle : m_plan.frameSlicedAnimationExportBundles) {
         appendStructValuesArray(bundle);
+    }
 }
 
 void FrameSlicedAnimationCode::appendStructValuesArray(const Bundle& bundle) {
@@ -351,7 +355,7 @@ void FrameSlicedAnimationCode::appendStructValuesArray(const Bundle& bundle) {
         bool isFirst = true;
         forEachChangingTimeline(bundle,
                                 [&](const PlannedElement& planned, const Timeline& timeline) {
-                                    if (!isFirst) code += ", ";
+                                    if (!isFirst) { code += ", "; }
                                     isFirst = false;
                                     generateStructValueForTimeline(planned, timeline, timeInMS);
                                 });

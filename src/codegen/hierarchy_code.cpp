@@ -14,12 +14,13 @@ void HierarchyCode::addSetup() {
     m_takenVariables = m_plan.elementVariables;
     m_provider.addCodeMarkWithName("Setup");
     m_provider.beginSetupAndUseCompletionBlocksTable(m_plan.usesCompletionBlocksTable());
-    if (m_plan.target.generateForMac) m_provider.setWantsLayer(true, "self");
+    if (m_plan.target.generateForMac) { m_provider.setWantsLayer(true, "self"); }
     m_provider.addLocalSetupVariablesIncludesLayer(m_plan.hasAtLeastOneLayer,
                                                    m_plan.hasAtLeastOneView);
     m_provider.addScalingContainerWithSize(m_plan.canvasSize(), false, m_plan.target.clipsCanvas);
-    for (size_t i = 1; i < m_plan.elements.size(); ++i)
+    for (size_t i = 1; i < m_plan.elements.size(); ++i) {
         addCodeForCreatingElement(m_plan.elements[i]);
+    }
     m_provider.endSetupIncludesLayers(m_plan.hasAtLeastOneLayer, m_plan.hasAtLeastOneView);
 }
 
@@ -30,11 +31,13 @@ void HierarchyCode::addCodeForCreatingElement(const PlannedElement& planned) {
     m_provider.setBoundsWithSize(element.size(), planned.variable);
     const QPointF anchor = element.anchorPoint();
     const bool hasCustomAnchor = anchor.x() != 0.5 || anchor.y() != 0.5;
-    if (hasCustomAnchor) m_provider.setAnchor(anchor, planned.variable, planned.isLayer());
+    if (hasCustomAnchor) { m_provider.setAnchor(anchor, planned.variable, planned.isLayer()); }
     if (!element.imageName().isEmpty()) {
         appendSettingOfImageWithFileName(element.imageName(), planned);
         // Layers have no content mode.
-        if (!planned.isLayer()) m_provider.setCenterContentModeOnVariableNamed(planned.variable);
+        if (!planned.isLayer()) {
+            m_provider.setCenterContentModeOnVariableNamed(planned.variable);
+        }
     }
     m_provider.setPosition(element.position(), planned.variable, planned.isLayer(),
                            hasCustomAnchor);
@@ -105,7 +108,7 @@ void HierarchyCode::appendSettingOfImageWithFileName(const QString& imageName,
 
 void HierarchyCode::appendSettingOfOpacity(const PlannedElement& planned) {
     const double opacity = planned.element->opacity();
-    if (std::abs(1.0 - opacity) <= 0.0001) return;
+    if (std::abs(1.0 - opacity) <= 0.0001) { return; }
     m_provider.setOpacity(static_cast<float>(opacity), planned.variable, planned.isLayer());
 }
 

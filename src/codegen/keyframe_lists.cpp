@@ -11,10 +11,10 @@ void KeyframeLists::appendTime(float fraction, int64_t easing, bool isLast) {
         m_timingFunctions += function.variable;
         m_easingModesNeeded.set(easing > 0 && easing <= 6 ? static_cast<size_t>(easing) : 0);
     }
-    if (isLast) return;
+    if (isLast) { return; }
     m_values += ", ";
     m_times += ", ";
-    if (!isFirst) m_timingFunctions += ", ";
+    if (!isFirst) { m_timingFunctions += ", "; }
 }
 
 }  // namespace tweenery

@@ -25,7 +25,7 @@ double printed(float keyTime) {
 /// By the tables that the model evaluates with, which is close enough to judge by.
 double heightOfEasing(int64_t mode, double progress) {
     const TimingTable* table = timingTableForEasingMode(mode);
-    if (!table) return progress;
+    if (!table) { return progress; }
     const auto frame = static_cast<size_t>(progress * static_cast<double>(table->size()) + 0.5);
     return frame < table->size() ? (*table)[frame] : 1;
 }
@@ -38,8 +38,8 @@ struct Span {
 
     /// The share of the change that has happened at a fraction.
     double heightAt(double fraction) const {
-        if (fraction >= end) return 1;
-        if (fraction <= start) return 0;
+        if (fraction >= end) { return 1; }
+        if (fraction <= start) { return 0; }
         return heightOfEasing(easing, (fraction - start) / (end - start));
     }
 };
@@ -53,8 +53,9 @@ class LossFinder {
           m_leastShare(leastShare) {}
 
     std::optional<KeyTimeLoss> find() {
-        for (size_t i = m_first; i < m_timeline.keyframesCount(); ++i)
+        for (size_t i = m_first; i < m_timeline.keyframesCount(); ++i) {
             lookAt(i);
+        }
         return m_loss;
     }
 
@@ -104,9 +105,9 @@ class LossFinder {
         const double shift =
             std::max(std::abs(shown.start - exact.start), std::abs(shown.end - exact.end));
         const double shiftInMS = shift * static_cast<double>(m_duration);
-        if (shiftInMS < kUnnoticeableShiftInMS) return;
+        if (shiftInMS < kUnnoticeableShiftInMS) { return; }
         const double range = change(index);
-        if (!(range > 0)) return;
+        if (!(range > 0)) { return; }
         const double own = isJump ? lossOfJump(index, shown) : lossOfTween(exact, shown, shift);
         const double share = std::max(own, changeOfNeighbours(index, start, end) / range);
         if (share > m_leastShare) {
@@ -122,11 +123,12 @@ class LossFinder {
         return std::max(std::abs(late), std::abs(early));
     }
     double lossOfTween(const Span& exact, const Span& shown, double shift) const {
-        if (shift * kSteepestEasing <= m_leastShare * (exact.end - exact.start)) return 0;
+        if (shift * kSteepestEasing <= m_leastShare * (exact.end - exact.start)) { return 0; }
         double share = 0;
         for (const double at :
-             {exact.start, shown.start, (exact.start + exact.end) / 2, shown.end, exact.end})
+             {exact.start, shown.start, (exact.start + exact.end) / 2, shown.end, exact.end}) {
             share = std::max(share, std::abs(exact.heightAt(at) - shown.heightAt(at)));
+        }
         return share;
     }
     /// What the spans before and after, printed late and early, add to the value in the whole
@@ -135,11 +137,11 @@ class LossFinder {
         double most = 0;
         if (index > m_first) {
             const double arrived = printedSpan(index - 1).heightAt(start + fractionOfTime(1));
-            if (arrived != 1) most = std::abs(1 - arrived) * change(index - 1);
+            if (arrived != 1) { most = std::abs(1 - arrived) * change(index - 1); }
         }
         if (index + 1 < m_timeline.keyframesCount()) {
             const double early = std::abs(printedSpan(index + 1).heightAt(end));
-            if (early > 0) most = std::max(most, early * change(index + 1));
+            if (early > 0) { most = std::max(most, early * change(index + 1)); }
         }
         return most;
     }
@@ -149,7 +151,7 @@ class LossFinder {
 
 std::optional<KeyTimeLoss> largestKeyTimeLoss(const PCKeyedPropertyTimeline& timeline,
                                               double leastShare) {
-    if (timeline.durationInMS() <= 0) return std::nullopt;
+    if (timeline.durationInMS() <= 0) { return std::nullopt; }
     return LossFinder(timeline, leastShare).find();
 }
 

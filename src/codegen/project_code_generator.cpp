@@ -31,7 +31,7 @@ void PCProjectCodeGenerator::loadFileContentsByName() {
 }
 
 std::vector<ExportDiagnostic> PCProjectCodeGenerator::diagnostics() const {
-    if (!m_plan) return {};
+    if (!m_plan) { return {}; }
     return exportDiagnostics(*project(), *m_plan);
 }
 
@@ -63,24 +63,24 @@ void PCProjectCodeGenerator::addImports(const ExportPlan& plan, bool usesFrameSl
         provider.addFrameworkDependency("UIKit");
     }
     // Their playback names a constant of this framework.
-    if (usesFrameSlices) provider.addFrameworkDependency("AVFoundation");
-    if (!m_generateForMac && plan.isLFTPuppetView) provider.addClassDependency("LFTPuppetView");
+    if (usesFrameSlices) { provider.addFrameworkDependency("AVFoundation"); }
+    if (!m_generateForMac && plan.isLFTPuppetView) { provider.addClassDependency("LFTPuppetView"); }
     provider.endImports();
 }
 
 void PCProjectCodeGenerator::beginClassDefinition(const ExportPlan& plan) {
     PCLanguageCodeProvider& provider = *m_languageProvider;
     std::string_view superName = plan.isLFTPuppetView ? "LFTPuppetView" : "UIView";
-    if (m_generateForMac) superName = "NSView";
+    if (m_generateForMac) { superName = "NSView"; }
     provider.beginClassDefinitionWithSuperName(superName, plan.usesCompletionBlocksTable());
     // A puppet view declares both itself.
     if (!plan.isLFTPuppetView) {
-        if (plan.hasAtLeastOneLayer) provider.addLayersByNameProperty();
-        if (plan.hasAtLeastOneView) provider.addViewsByNameProperty();
+        if (plan.hasAtLeastOneLayer) { provider.addLayersByNameProperty(); }
+        if (plan.hasAtLeastOneView) { provider.addViewsByNameProperty(); }
     }
     provider.addCodeMarkWithName("Life Cycle");
     provider.addInitializersForViewWithCanvasSize(plan.canvasSize());
-    if (m_generateForMac) provider.addFlippedViewMethod();
+    if (m_generateForMac) { provider.addFlippedViewMethod(); }
 }
 
 }  // namespace tweenery

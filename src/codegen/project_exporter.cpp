@@ -17,8 +17,9 @@ namespace {
 /// The same bytes, which must outlive the views.
 QByteArrayList viewsOf(const SourcePieces& pieces) {
     QByteArrayList views;
-    for (const std::string& piece : pieces)
+    for (const std::string& piece : pieces) {
         views << QByteArray::fromRawData(piece.data(), static_cast<qsizetype>(piece.size()));
+    }
     return views;
 }
 
@@ -48,7 +49,7 @@ ExportResult exportCodeToDirectory(const std::shared_ptr<PCProject>& project,
     }
     generator.loadFileContentsByName();
     std::vector<std::shared_ptr<PCImageSet>> imageSets;
-    if (options.includesImages) imageSets = imageSetsInUse(*project);
+    if (options.includesImages) { imageSets = imageSetsInUse(*project); }
 
     ExportResult result;
     result.diagnostics = generator.diagnostics();
@@ -56,8 +57,9 @@ ExportResult exportCodeToDirectory(const std::shared_ptr<PCProject>& project,
         result.files.failures.push_back({u"."_s, u"the directory cannot be made"_s});
         return result;
     }
-    for (const auto& [name, pieces] : generator.fileContentsByName())
+    for (const auto& [name, pieces] : generator.fileContentsByName()) {
         writeExportedFile(directory, name, viewsOf(pieces), result.files);
+    }
     if (options.includesImages) {
         const WrittenFiles artwork =
             exportArtwork(imageSets, directory, options.cleansImageDirectory);

@@ -15,7 +15,7 @@ namespace {
 
 const PropertyTypeRow& generatedRow(int32_t propertyType, const QString& complaint) {
     const PropertyTypeRow& row = propertyTypeRow(propertyType);
-    if (!row.qualifier) failContract(complaint);
+    if (!row.qualifier) { failContract(complaint); }
     return row;
 }
 
@@ -25,8 +25,9 @@ size_t estimatedSize(const PCAnimationExportBundle& bundle) {
     constexpr size_t bytesOfKeyframe = 40;
     size_t size = 1000;
     for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
-        for (const auto* timeline : record.allNonNilTimelines())
+        for (const auto* timeline : record.allNonNilTimelines()) {
             size += bytesOfFrame + bytesOfKeyframe * timeline->keyframesCount();
+        }
     }
     return size;
 }
@@ -97,7 +98,7 @@ void StandardAnimationCode::addStandardAnimations() {
         m_provider.addStandardAnimationWithBaseName(stem, std::move(bundle.generatedAddCode),
                                                     bundle.generatedRemoveCode, !bundle.hasLooping);
     }
-    if (m_plan.usesCompletionBlocksTable()) m_provider.addAnimationDidStopMethod();
+    if (m_plan.usesCompletionBlocksTable()) { m_provider.addAnimationDidStopMethod(); }
     if (!bundles.empty()) {
         m_provider.addRemoveAllAnimationsMethodWithBaseMethodNames(
             m_plan.animationBaseMethodNamesUsingCompletionBlock);
@@ -106,7 +107,7 @@ void StandardAnimationCode::addStandardAnimations() {
 
 void StandardAnimationCode::addDefinitionCodeForTimingFunctionsWithEasingModes(EasingModes modes) {
     for (size_t mode = 0; mode < modes.size(); ++mode) {
-        if (!modes.test(mode)) continue;
+        if (!modes.test(mode)) { continue; }
         const TimingFunctionCode& function = timingFunctionCode(static_cast<int64_t>(mode));
         if (function.builtInName.empty()) {
             m_provider.addTimingFunctionDefinitionWithControlPoints(
@@ -175,8 +176,9 @@ void StandardAnimationCode::BundleCode::generateCodeForChildrenOrder(
         const QStringList order =
             childrenOrderInLine(arrayOfValue(timeline.storedValueOfKeyframe(i)), children);
         // An identifier that is there twice counts where it comes first.
-        for (qsizetype place = order.size(); place-- > 0;)
+        for (qsizetype place = order.size(); place-- > 0;) {
             placeByKeyframe[i][order[place]] = static_cast<float>(place);
+        }
     }
     for (qsizetype child = 0; child < children.size(); ++child) {
         m_lists.populate(
@@ -201,7 +203,7 @@ void StandardAnimationCode::BundleCode::generateCodeForAnimatingTimeline(
     append(m_key, "%@_%@", m_animationName, qualifier);
     m_duration.clear();
     append(m_duration, "%0.3f", static_cast<float>(timeline.durationInMS()) / 1000.0F);
-    if (m_bundle.timeScalar > 0) m_duration += " / timeScalar";
+    if (m_bundle.timeScalar > 0) { m_duration += " / timeScalar"; }
 
     KeyframeAnimationCode code;
     code.variableName = m_variable;
@@ -210,10 +212,12 @@ void StandardAnimationCode::BundleCode::generateCodeForAnimatingTimeline(
     code.values = m_lists.values();
     code.times = m_lists.times();
     code.timingFunctions = m_lists.timingFunctions();
-    if (timeline.repeatBehavior() == PCRepeatBehaviorForeverAutoreverse) code.autoreverses = true;
+    if (timeline.repeatBehavior() == PCRepeatBehaviorForeverAutoreverse) {
+        code.autoreverses = true;
+    }
     code.repeatForever = timeline.repeatBehavior() != PCRepeatBehaviorNever;
     code.animationKey = m_key;
-    if (m_plan.target.addAnimationSuffix) code.animationKeySuffix = "animationKeySuffix";
+    if (m_plan.target.addAnimationSuffix) { code.animationKeySuffix = "animationKeySuffix"; }
     code.elementUserName = planned.userName;
     m_provider.codeForAnimationWithVariableName(m_bundle.generatedAddCode, code);
     m_provider.codeForRemovingAnimationWithKey(m_bundle.generatedRemoveCode, m_key,

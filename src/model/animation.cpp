@@ -18,7 +18,7 @@ bool isElementDirectoryName(const QString& name) {
 }
 
 const FileWrapper& requireRegularFile(const FileWrapper& file, const QString& entry) {
-    if (!file.isRegularFile()) throw InputError(entry, u"is not a regular file"_s);
+    if (!file.isRegularFile()) { throw InputError(entry, u"is not a regular file"_s); }
     return file;
 }
 
@@ -33,7 +33,7 @@ PCAnimation::Ptr PCAnimation::initWithAnimationFileWrapper(
     animation->readMasterTimeline();
     const QString path = animation->path();
     for (const auto& [name, node] : animation->m_fileWrapper->fileWrappers()) {
-        if (!isElementDirectoryName(name)) continue;
+        if (!isElementDirectoryName(name)) { continue; }
         const FileWrapper::Ptr elementDirectory = node->isDirectory() ? node : nullptr;
         animation->m_timelineGroups.emplace(
             Identifier(name), PCPropertyTimelineGroup::fromFileWrapper(elementDirectory, path));
@@ -43,10 +43,10 @@ PCAnimation::Ptr PCAnimation::initWithAnimationFileWrapper(
 
 void PCAnimation::readName() {
     const FileWrapper::Ptr file = m_fileWrapper->child(kAnimationNameFile);
-    if (!file || !file->isRegularFile()) return;
+    if (!file || !file->isRegularFile()) { return; }
     QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decode(file->contents());
-    if (!decode.hasError()) m_name = text;
+    if (!decode.hasError()) { m_name = text; }
 }
 
 void PCAnimation::readMasterTimeline() {
@@ -104,7 +104,7 @@ void PCAnimation::loadAllTimelines() {
 void PCAnimation::applyAnimationWithRootElement(PCElement& root) {
     const PCElement::Elements elements = root.elementAndAllDescendants();
     for (const PCElement::Ptr& element : elements) {
-        if (const auto group = timelineGroup(element->identifier())) group->load();
+        if (const auto group = timelineGroup(element->identifier())) { group->load(); }
     }
     m_masterKeyframesTimeline->setProject(m_project);
     for (const PCElement::Ptr& element : elements) {
@@ -114,7 +114,7 @@ void PCAnimation::applyAnimationWithRootElement(PCElement& root) {
 
 void PCAnimation::applyToElement(PCElement& element) {
     auto& group = m_timelineGroups[element.identifier()];
-    if (!group) group = PCPropertyTimelineGroup::fromFileWrapper(nullptr, {});
+    if (!group) { group = PCPropertyTimelineGroup::fromFileWrapper(nullptr, {}); }
     group->load();
     element.clearTimelines();
     group->applyToElement(element);
@@ -135,7 +135,7 @@ void PCAnimation::saveChangesToFileWrapper() {
 }
 
 void PCAnimation::saveMasterTimeline() {
-    if (!m_masterKeyframesTimeline->hasUnsavedChanges()) return;
+    if (!m_masterKeyframesTimeline->hasUnsavedChanges()) { return; }
     if (m_masterKeyframesTimeline->isEmpty()) {
         m_fileWrapper->pc_deleteSubFileWrapperNamed(kAnimationKeyAllFile);
         return;
@@ -149,14 +149,14 @@ void PCAnimation::saveMasterTimeline() {
 void PCAnimation::saveGroup(const Identifier& element, PCPropertyTimelineGroup& group) {
     for (const PCPropertyType type : timelineGroupOrder()) {
         const PCKeyedPropertyTimeline::Ptr timeline = group.timelineIfLoaded(type);
-        if (!timeline || !timeline->hasUnsavedChanges()) continue;
+        if (!timeline || !timeline->hasUnsavedChanges()) { continue; }
         if (timeline->isEmpty()) {
             removeTimelineFile(type, element);
         } else {
             saveTimeline(*timeline, type, element);
             timeline->setHasUnsavedChanges(false);
         }
-        if (PCAnimationsManager* manager = animationsManager()) manager->setHasUnsavedChanges();
+        if (PCAnimationsManager* manager = animationsManager()) { manager->setHasUnsavedChanges(); }
     }
 }
 
@@ -176,24 +176,25 @@ void PCAnimation::saveTimeline(const PCKeyedPropertyTimeline& timeline, int32_t 
 // The directory stays as long as it holds anything, or the element exists with timelines attached.
 void PCAnimation::removeTimelineFile(int32_t type, const Identifier& element) {
     const FileWrapper::Ptr directory = m_fileWrapper->child(element.toString());
-    if (!directory || !directory->isDirectory()) return;
+    if (!directory || !directory->isDirectory()) { return; }
     directory->pc_deleteSubFileWrapperNamed(filenameOfTimelineType(type));
     const auto project = m_project.lock();
     const PCElement::Ptr owner = project ? project->elementForIdentifier(element) : nullptr;
     const bool hasTimelines = owner && owner->timeline(PCPropertyTypeOpacity);
-    if (directory->fileWrappers().empty() && !hasTimelines)
+    if (directory->fileWrappers().empty() && !hasTimelines) {
         m_fileWrapper->removeFileWrapper(directory);
+    }
 }
 
 PCAnimation::Summary PCAnimation::storedSummary() const {
     Summary summary;
     const QString animationPath = path();
     for (const auto& [name, directory] : m_fileWrapper->fileWrappers()) {
-        if (!isElementDirectoryName(name) || !directory->isDirectory()) continue;
+        if (!isElementDirectoryName(name) || !directory->isDirectory()) { continue; }
         for (const PCPropertyType type : elementTimelineTypes()) {
             const QString filename = filenameOfTimelineType(type);
             const FileWrapper::Ptr file = directory->child(filename);
-            if (!file) continue;
+            if (!file) { continue; }
             const QString entry = u"%1/%2/%3"_s.arg(animationPath, name, filename);
             const TimelineSummary timeline = PCKeyedPropertyTimeline::summaryOfArchive(
                 requireRegularFile(*file, entry).contents(), entry);

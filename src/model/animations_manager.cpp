@@ -15,7 +15,7 @@ PCAnimationsManager::PCAnimationsManager(const std::shared_ptr<PCProject>& proje
     m_fileWrapper =
         project->packageRoot()->pc_ensureSubfileWrapperDirectoryExistsWithName(u"animations"_s);
     for (const auto& [name, node] : m_fileWrapper->fileWrappers()) {
-        if (node->isDirectory()) insertByName(makeAnimation(node));
+        if (node->isDirectory()) { insertByName(makeAnimation(node)); }
     }
 }
 
@@ -35,7 +35,7 @@ void PCAnimationsManager::tellListeners(Call call) {
     for (PCAnimationsManagerChangeListener* listener : listeners) {
         const bool isStillThere =
             std::find(m_listeners.begin(), m_listeners.end(), listener) != m_listeners.end();
-        if (isStillThere) call(*listener);
+        if (isStillThere) { call(*listener); }
     }
 }
 
@@ -127,7 +127,7 @@ PCAnimation::Ptr PCAnimationsManager::renameAnimation(PCAnimation::Ptr animation
 
 void PCAnimationsManager::deleteAnimation(PCAnimation::Ptr animation) {
     const UndoGroup group(project()->undoManager());
-    if (animation == m_selectedAnimation) setSelectedAnimation(nullptr);
+    if (animation == m_selectedAnimation) { setSelectedAnimation(nullptr); }
     std::erase(m_animations, animation);
     m_fileWrapper->removeFileWrapper(animation->fileWrapper());
     m_hasUnsavedChanges = true;
@@ -139,14 +139,14 @@ void PCAnimationsManager::deleteAnimation(PCAnimation::Ptr animation) {
 void PCAnimationsManager::setSelectedAnimation(PCAnimation::Ptr animation) {
     const auto owner = project();
     // Everything that can fail on damaged files comes before the first change.
-    if (animation) animation->loadAllTimelines();
-    if (m_selectedAnimation) m_selectedAnimation->saveChangesToFileWrapper();
+    if (animation) { animation->loadAllTimelines(); }
+    if (m_selectedAnimation) { m_selectedAnimation->saveChangesToFileWrapper(); }
     const PCAnimation::Ptr oldSelection = std::exchange(m_selectedAnimation, animation);
     for (const PCElement::Ptr& element : owner->canvas()->elementAndAllDescendants()) {
         element->setSelected(false);
         element->removeAllTimelines();
     }
-    if (animation) animation->applyAnimationWithRootElement(*owner->canvas());
+    if (animation) { animation->applyAnimationWithRootElement(*owner->canvas()); }
     tellListeners(
         [&](auto& listener) { listener.animationManagerDidSelectAnimation(*this, animation); });
     owner->undoManager().registerUndo([this, oldSelection] { setSelectedAnimation(oldSelection); });
@@ -183,7 +183,7 @@ QString pc_stringByGettingNextNumberedName(const QString& name) {
         ++digits;
     }
     const qlonglong number = last.left(digits).toLongLong();
-    if (parts.size() < 2 || number <= 0 || number >= INT32_MAX) return name + u" 2"_s;
+    if (parts.size() < 2 || number <= 0 || number >= INT32_MAX) { return name + u" 2"_s; }
     return name.left(name.size() - last.size()) + QString::number(number + 1);
 }
 

@@ -18,10 +18,10 @@ Alert alertForNewerProject(const QString& name) {
 }
 
 bool PCDocument::readFromPath(const QString& path) {
-    if (!readFromFileWrapper(readPackage(path))) return false;
+    if (!readFromFileWrapper(readPackage(path))) { return false; }
     m_path = path;
     setDisplayName(QFileInfo(path).fileName());
-    if (m_needsSaveAfterUpdate) save();
+    if (m_needsSaveAfterUpdate) { save(); }
     return true;
 }
 
@@ -33,7 +33,7 @@ bool PCDocument::readFromFileWrapper(const FileWrapper::Ptr& root) {
         return false;
     }
     const bool isOlder = stored < PCProject::currentModelVersion();
-    if (isOlder && !userAgreesToUpdate(name)) return false;
+    if (isOlder && !userAgreesToUpdate(name)) { return false; }
     setProject(PCProject::projectWithFileWrapper(root, m_log));
     m_needsSaveAfterUpdate = isOlder;
     return true;
@@ -71,18 +71,18 @@ void PCDocument::didSave() {
 }
 
 bool PCDocument::revert() {
-    if (m_path.isEmpty()) return false;
+    if (m_path.isEmpty()) { return false; }
     readFromPath(m_path);
     return true;
 }
 
 const PCProject::Ptr& PCDocument::project() {
-    if (!m_project) setProject(PCProject::init());
+    if (!m_project) { setProject(PCProject::init()); }
     return m_project;
 }
 
 void PCDocument::setProject(const PCProject::Ptr& project) {
-    if (project == m_project) return;
+    if (project == m_project) { return; }
     m_project = project;
     m_project->setProjectName(m_displayName);
     m_savedChangeCount = m_project->undoManager().changeCount();
@@ -90,7 +90,7 @@ void PCDocument::setProject(const PCProject::Ptr& project) {
 
 void PCDocument::setDisplayName(const QString& name) {
     m_displayName = QFileInfo(name).completeBaseName();
-    if (m_project) m_project->setProjectName(m_displayName);
+    if (m_project) { m_project->setProjectName(m_displayName); }
 }
 
 bool PCDocument::isEdited() const {

@@ -28,7 +28,7 @@ QTransform scalingThenRotating(QPointF scale, double radians) {
 // QTransform's own gives up on elements that are very small on the canvas.
 QTransform inverse(const QTransform& t) {
     const double determinant = t.m11() * t.m22() - t.m12() * t.m21();
-    if (determinant == 0) return {};
+    if (determinant == 0) { return {}; }
     const double m11 = t.m22() / determinant;
     const double m12 = -t.m12() / determinant;
     const double m21 = -t.m21() / determinant;
@@ -44,7 +44,7 @@ PCElement::PCElement(Passkey) : m_identifier(Identifier::generate()) {}
 
 PCElement::~PCElement() {
     for (const Ptr& child : m_subelements) {
-        if (child->m_parent == this) child->m_parent = nullptr;
+        if (child->m_parent == this) { child->m_parent = nullptr; }
     }
 }
 
@@ -110,12 +110,12 @@ PCElement* PCElement::parentElement() const {
 }
 
 int32_t PCElement::index() const {
-    if (!m_parent) failContract(u"an element without a parent has no index"_s);
+    if (!m_parent) { failContract(u"an element without a parent has no index"_s); }
     return static_cast<int32_t>(m_parent->m_subelements.indexOf(*this));
 }
 
 void PCElement::setProject(const std::shared_ptr<PCProject>& project) {
-    if (m_project.get() == project.get()) return;
+    if (m_project.get() == project.get()) { return; }
     m_project = WeakRef<PCProject>(project);
     for (const Ptr& child : m_subelements) {
         child->setProject(project);
@@ -133,7 +133,7 @@ void PCElement::insertSubelement(const Ptr& child, size_t index) {
         owner->treeDidInsertElement(*child);
         child->updateNameToBeUnique();
     }
-    if (!child->m_viewLayer) child->rebuildViewLayerHeirarchy();
+    if (!child->m_viewLayer) { child->rebuildViewLayerHeirarchy(); }
     viewLayer().insertSublayer(child->viewLayer(), static_cast<uint32_t>(index));
     setModified(true);
     post(ElementNotification::subelements);
@@ -143,7 +143,7 @@ void PCElement::removeSubelementAtIndex(size_t index) {
     assertContract(index < m_subelements.size(), u"no subelement at this index"_s);
     const Ptr child = m_subelements[index];
     registerUndo([child, index](PCElement& self) { self.insertSubelement(child, index); });
-    if (PCProject* owner = project()) owner->treeWillRemoveElement(*child);
+    if (PCProject* owner = project()) { owner->treeWillRemoveElement(*child); }
     child->m_parent = nullptr;
     child->viewLayer().removeFromSuperlayer();
     m_subelements.removeAt(index);
@@ -177,15 +177,15 @@ void PCElement::moveToParentElement(const Ptr& parent, size_t index) {
     parent->viewLayer().insertSublayer(viewLayer(), static_cast<uint32_t>(index));
     oldParent->setModified(true);
     parent->setModified(true);
-    if (oldParent != parent) oldParent->post(ElementNotification::subelements);
+    if (oldParent != parent) { oldParent->post(ElementNotification::subelements); }
     parent->post(ElementNotification::subelements);
 }
 
 // Stored directly: no undo step, no notification.
 void PCElement::updateNameToBeUnique() {
     PCProject* owner = project();
-    if (!owner) return;
-    if (!m_name.isNull()) storeName(owner->uniqueElementNameWithBase(m_name, this));
+    if (!owner) { return; }
+    if (!m_name.isNull()) { storeName(owner->uniqueElementNameWithBase(m_name, this)); }
     for (const Ptr& child : m_subelements) {
         child->updateNameToBeUnique();
     }
@@ -228,7 +228,7 @@ PCElement::EXPORT_elementAndDescendantsByIdentifier() {
 
 bool PCElement::isAncestorOf(const PCElement& other) const {
     for (const PCElement* above = other.parentElement(); above; above = above->parentElement()) {
-        if (above == this) return true;
+        if (above == this) { return true; }
     }
     return false;
 }
@@ -284,7 +284,7 @@ QRectF PCElement::frame() const {
 
 QTransform PCElement::elementToParentTransform() const {
     QTransform transform;
-    if (isCanvas()) return transform;
+    if (isCanvas()) { return transform; }
     const QPointF anchor = anchorPointInPts();
     transform.translate(m_position.x(), m_position.y());
     transform.rotateRadians(m_zRotation);
@@ -322,7 +322,7 @@ QPointF PCElement::canvasPosition() const {
 }
 
 double PCElement::canvasRotation() const {
-    if (isCanvas()) return 0;
+    if (isCanvas()) { return 0; }
     const PCElement* parent = parentElement();
     return static_cast<double>(
         static_cast<float>(m_zRotation + (parent ? parent->canvasRotation() : 0)));
@@ -354,17 +354,17 @@ PCKeyedPropertyTimeline::Ptr PCElement::timeline(int32_t type) const {
 
 PCKeyedPropertyTimeline* PCElement::attachedTimeline(int32_t type) const {
     const int slot = elementTimelineSlot(type);
-    if (slot < 0) return nullptr;
+    if (slot < 0) { return nullptr; }
     if (m_timelines) {
         PCKeyedPropertyTimeline* attached = (*m_timelines)[static_cast<size_t>(slot)].get();
-        if (attached || !m_timelinesAreFresh) return attached;
+        if (attached || !m_timelinesAreFresh) { return attached; }
     }
     return m_timelinesAreFresh ? makeFreshTimeline(type) : nullptr;
 }
 
 // The empty timelines of a new element, made as they are asked for.
 PCKeyedPropertyTimeline* PCElement::makeFreshTimeline(int32_t type) const {
-    if (!m_timelines) m_timelines = std::make_unique<Timelines>();
+    if (!m_timelines) { m_timelines = std::make_unique<Timelines>(); }
     auto* self = const_cast<PCElement*>(this);
     auto& timeline = (*m_timelines)[static_cast<size_t>(elementTimelineSlot(type))];
     timeline = PCKeyedPropertyTimeline::initForElement(self->shared_from_this(), type);
@@ -377,9 +377,11 @@ void PCElement::setTimeline(const PCKeyedPropertyTimeline::Ptr& timeline) {
 
 void PCElement::setTimeline(const PCKeyedPropertyTimeline::Ptr& timeline, int32_t slotType) {
     const int slot = elementTimelineSlot(slotType);
-    if (slot < 0) failContract(u"type not supported: %1"_s.arg(stringFromPropertyType(slotType)));
+    if (slot < 0) {
+        failContract(u"type not supported: %1"_s.arg(stringFromPropertyType(slotType)));
+    }
     forgetSamples();
-    if (!m_timelines) m_timelines = std::make_unique<Timelines>();
+    if (!m_timelines) { m_timelines = std::make_unique<Timelines>(); }
     (*m_timelines)[static_cast<size_t>(slot)] = timeline;
 }
 
@@ -390,7 +392,7 @@ void PCElement::clearTimelines() {
 }
 
 ElementSampler& PCElement::sampler() const {
-    if (!m_sampler) m_sampler = std::make_unique<ElementSampler>(*this);
+    if (!m_sampler) { m_sampler = std::make_unique<ElementSampler>(*this); }
     return *m_sampler;
 }
 
@@ -400,11 +402,11 @@ void PCElement::forgetSamples() const {
 
 // Not for a copy of one of its timelines, such as an export holds, perhaps on another thread.
 void PCElement::forgetSamplesOf(const PCKeyedPropertyTimeline& timeline) const {
-    if (!m_sampler || !m_timelines) return;
+    if (!m_sampler || !m_timelines) { return; }
     const bool isAttached =
         std::any_of(m_timelines->begin(), m_timelines->end(),
                     [&timeline](const auto& attached) { return attached.get() == &timeline; });
-    if (isAttached) forgetSamples();
+    if (isAttached) { forgetSamples(); }
 }
 
 // Descriptions.

@@ -48,12 +48,12 @@ PCElement::Ptr PCElement::initWithArchive(const KeyedUnarchiver& archive) {
 
 PCElement::Ptr PCElement::decodeTree(const KeyedUnarchiver& archive, const KeyedDecoder& coder,
                                      int depth, std::vector<bool>& seen) {
-    if (coder.isNull()) archive.fail(u"holds an empty place among its elements"_s);
+    if (coder.isNull()) { archive.fail(u"holds an empty place among its elements"_s); }
     coder.requireClass("PCElement");
     if (depth > kMaximumDepth) {
         archive.fail(u"nests its elements more than %1 levels deep"_s.arg(kMaximumDepth));
     }
-    if (seen[coder.number()]) archive.fail(u"holds an element in two places of the tree"_s);
+    if (seen[coder.number()]) { archive.fail(u"holds an element in two places of the tree"_s); }
     seen[coder.number()] = true;
 
     Ptr element = init();
@@ -71,7 +71,7 @@ PCElement::Ptr PCElement::decodeTree(const KeyedUnarchiver& archive, const Keyed
 // modified. A missing identifier leaves the new one that it was made with.
 void PCElement::setFromArchive(const KeyedDecoder& coder) {
     const QString identifierText = coder.decodeString("identifier");
-    if (!identifierText.isEmpty()) m_identifier = Identifier(identifierText);
+    if (!identifierText.isEmpty()) { m_identifier = Identifier(identifierText); }
     m_group = coder.decodeBool("group");
     m_name = coder.decodeString("name");
     m_scale = {static_cast<double>(coder.decodeFloat("xScale")),

@@ -23,7 +23,7 @@ QString timelinesText(const PCElement& element, const QString& indent) {
             text += u"\n%1  %2"_s.arg(indent, timeline->debugDescription());
         }
     }
-    if (text.isEmpty()) return u"\n%1  * All Timelines Empty *"_s.arg(indent);
+    if (text.isEmpty()) { return u"\n%1  * All Timelines Empty *"_s.arg(indent); }
     return u"\n%1  * Timelines *%2"_s.arg(indent, text);
 }
 

@@ -42,7 +42,7 @@ QVariantMap sizePlist(QSizeF size) {
 
 // Numbers that 32 bits cannot hold could not be stored.
 double numberFrom(const QVariantMap& plist, const QString& key, double missing) {
-    if (!plist.contains(key)) return missing;
+    if (!plist.contains(key)) { return missing; }
     bool isNumber = false;
     const double number = plist.value(key).toDouble(&isNumber);
     constexpr double kGreatest = std::numeric_limits<float>::max();
@@ -87,9 +87,9 @@ QVariantMap PCElement::copyablePlistRepresentation() const {
         children += QVariant(child->copyablePlistRepresentation());
     }
     plist.insert(u"layerSublayers"_s, children);
-    if (!m_imageName.isNull()) plist.insert(u"layerImageName"_s, m_imageName);
+    if (!m_imageName.isNull()) { plist.insert(u"layerImageName"_s, m_imageName); }
     const PCProject* owner = project();
-    if (!owner || owner->isSetupMode()) return plist;
+    if (!owner || owner->isSetupMode()) { return plist; }
     for (const auto& [type, key] : kTimelineKeys) {
         if (const auto attached = timeline(type)) {
             plist.insert(QString::fromLatin1(key),
@@ -102,7 +102,7 @@ QVariantMap PCElement::copyablePlistRepresentation() const {
 QVariantList PCElement::pasteboardPropertyList() const {
     QVariantMap plist = copyablePlistRepresentation();
     const PCProject* owner = project();
-    if (!owner) return {plist};
+    if (!owner) { return {plist}; }
     const ElementPlacement onCanvas = placementUnder(*this, *owner->canvas());
     plist.insert(u"layerScale"_s, pointPlist(onCanvas.scale));
     plist.insert(u"layerPosition"_s, pointPlist(onCanvas.position));
@@ -116,15 +116,16 @@ PCElement::Ptr PCElement::elementWithPasteablePlist(const QVariantMap& plist,
 }
 
 PCElement::Ptr PCElement::initWithPasteboardPropertyList(const QVariantList& plist) {
-    if (plist.isEmpty()) refuse(u"holds no element"_s);
+    if (plist.isEmpty()) { refuse(u"holds no element"_s); }
     return elementWithPasteablePlist(plist.first().toMap(), nullptr);
 }
 
 PCElement::Ptr PCElement::pasteTree(const QVariantMap& plist,
                                     const std::shared_ptr<PCProject>& project, int depth) {
-    if (plist.isEmpty()) refuse(u"holds no element"_s);
-    if (depth > kMaximumDepth)
+    if (plist.isEmpty()) { refuse(u"holds no element"_s); }
+    if (depth > kMaximumDepth) {
         refuse(u"nests its elements more than %1 levels deep"_s.arg(kMaximumDepth));
+    }
     Ptr element = init();
     element->m_project = WeakRef<PCProject>(project);
     element->setFromPlist(plist);
@@ -140,7 +141,7 @@ PCElement::Ptr PCElement::pasteTree(const QVariantMap& plist,
 // Stored directly, by the rules of the setters: a new element has nothing to undo.
 void PCElement::setFromPlist(const QVariantMap& plist) {
     const QString identifierText = plist.value(u"layerIdentifier"_s).toString();
-    if (!identifierText.isEmpty()) m_identifier = Identifier(identifierText);
+    if (!identifierText.isEmpty()) { m_identifier = Identifier(identifierText); }
     m_group = plist.value(u"layerIsGroup"_s).toBool();
     m_name = plist.value(u"layerName"_s).toString();
     m_scale = pointFrom(plist, u"layerScale"_s, {1, 1});
@@ -162,9 +163,11 @@ void PCElement::setTimelinesFromPlist(const QVariantMap& plist) {
     for (const auto& [type, key] : kTimelineKeys) {
         const QString name = QString::fromLatin1(key);
         const QByteArray archive = plist.value(name).toByteArray();
-        if (archive.isEmpty()) continue;
+        if (archive.isEmpty()) { continue; }
         const auto pasted = PCKeyedPropertyTimeline::unarchive(archive, u"pasteboard/"_s + name);
-        if (pasted->propertyType() != type) refuse(u"holds another property under %1"_s.arg(name));
+        if (pasted->propertyType() != type) {
+            refuse(u"holds another property under %1"_s.arg(name));
+        }
         pasted->setElement(shared_from_this());
         setTimeline(pasted);
     }

@@ -54,10 +54,10 @@ ElementPlacement placementUnder(const PCElement& item, const PCElement& parent) 
                                item.unroundedCanvasRotation() - parent.unroundedCanvasRotation(),
                                dividedBy(item.scaleOnCanvas(), parent.scaleOnCanvas())};
     const QPointF parentScale = parent.scaleOnCanvas();
-    if (parentScale.x() == 0 || parentScale.y() == 0) return placement;
+    if (parentScale.x() == 0 || parentScale.y() == 0) { return placement; }
     const Axes wanted(item.elementToCanvasTransform() * parent.canvasToElementTransform());
     const bool isAsWanted = areEqual(wanted, Axes(placement.rotation, placement.scale));
-    if (!isAsWanted && areOrthogonal(wanted)) showAs(wanted, placement.scale.x(), placement);
+    if (!isAsWanted && areOrthogonal(wanted)) { showAs(wanted, placement.scale.x(), placement); }
     return placement;
 }
 

@@ -32,12 +32,12 @@ ElementSampler::ElementSampler(const PCElement& element) : m_element(element) {
     for (size_t slot = 0; slot < m_tracks.size(); ++slot) {
         const PCPropertyType type = elementTimelineTypes()[slot];
         const PCKeyedPropertyTimeline* timeline = element.attachedTimeline(type);
-        if (!timeline) continue;
+        if (!timeline) { continue; }
         m_tracks[slot] = {timeline, timeline->packedKeyframes()};
         const auto bit = static_cast<uint8_t>(1U << slot);
         const bool isForeign = timeline->element() != &element || timeline->propertyType() != type;
-        if (isForeign) m_foreign |= bit;
-        if (timeline->repeatBehavior() != PCRepeatBehaviorNever) m_repeating |= bit;
+        if (isForeign) { m_foreign |= bit; }
+        if (timeline->repeatBehavior() != PCRepeatBehaviorNever) { m_repeating |= bit; }
     }
     const auto objectsOf = [this](size_t slot) {
         const PCKeyedPropertyTimeline* timeline = m_tracks[slot].timeline;
@@ -57,17 +57,19 @@ inline int32_t ElementSampler::effectiveTime(size_t slot, int32_t timeInMS) cons
 inline float ElementSampler::number(size_t index, int32_t timeInMS) {
     const int32_t time = effectiveTime(kNumberSlots[index], timeInMS);
     const NumberSpan& span = m_numbers[index];
-    if (span.holds(time)) return span.valueAt(time);
+    if (span.holds(time)) { return span.valueAt(time); }
     const Track& track = m_tracks[kNumberSlots[index]];
-    if (!track.timeline) return 0;
-    if (has(m_foreign, kNumberSlots[index])) return track.timeline->floatValueAtTimeInMS(timeInMS);
+    if (!track.timeline) { return 0; }
+    if (has(m_foreign, kNumberSlots[index])) {
+        return track.timeline->floatValueAtTimeInMS(timeInMS);
+    }
     moveNumber(index, track.keyframes.indexAtOrBefore(time));
     return span.valueAt(time);
 }
 
 void ElementSampler::moveNumber(size_t index, size_t keyframe) {
     const Track& track = m_tracks[kNumberSlots[index]];
-    if (!track.timeline || has(m_foreign, kNumberSlots[index])) return;
+    if (!track.timeline || has(m_foreign, kNumberSlots[index])) { return; }
     m_numbers[index].moveTo(track.keyframes, keyframe, kNumberTypes[index],
                             m_element.setupNumberForPropertyType(kNumberTypes[index]));
 }
@@ -75,10 +77,10 @@ void ElementSampler::moveNumber(size_t index, size_t keyframe) {
 template <typename Value>
 inline const Value& ElementSampler::held(size_t slot, HeldSpan<Value>& span, int32_t timeInMS) {
     const int32_t time = effectiveTime(slot, timeInMS);
-    if (span.holds(time)) return span.value;
+    if (span.holds(time)) { return span.value; }
     const Track& track = m_tracks[slot];
     moveHeld(slot, span, track.keyframes.indexAtOrBefore(time));
-    if (span.holds(time)) return span.value;
+    if (span.holds(time)) { return span.value; }
     // No keyframe holds such a value: the timeline knows what to answer.
     const PropertyValue value =
         track.timeline ? track.timeline->valueAtTimeInMS(timeInMS) : PropertyValue();
@@ -91,7 +93,7 @@ inline const Value& ElementSampler::held(size_t slot, HeldSpan<Value>& span, int
 template <typename Value>
 void ElementSampler::moveHeld(size_t slot, HeldSpan<Value>& span, size_t keyframe) const {
     const PackedKeyframes& keyframes = m_tracks[slot].keyframes;
-    if (!span.objects || keyframe >= keyframes.count) return;
+    if (!span.objects || keyframe >= keyframes.count) { return; }
     if (const Value* value = std::get_if<Value>(&span.objects[keyframe])) {
         span.from = keyframes.times[keyframe];
         span.until = keyframes.timeAfter(keyframe);
@@ -124,7 +126,7 @@ const QStringList& ElementSampler::childrenAt(int32_t timeInMS) {
 }
 
 ElementValues ElementSampler::valuesAt(int32_t timeInMS) {
-    if (!m_numbers[0].holds(effectiveTime(kNumberSlots[0], timeInMS))) moveTo(timeInMS);
+    if (!m_numbers[0].holds(effectiveTime(kNumberSlots[0], timeInMS))) { moveTo(timeInMS); }
     return {.opacity = opacityAt(timeInMS),
             .rotation = rotationAt(timeInMS),
             .scale = scaleAt(timeInMS),
@@ -143,11 +145,11 @@ void ElementSampler::moveTo(int32_t timeInMS) {
     for (size_t slot = 0; slot < found.size(); ++slot) {
         const PackedKeyframes& keyframes = m_tracks[slot].keyframes;
         found[slot] = keyframes.indexAtOrBefore(effectiveTime(slot, timeInMS));
-        if (found[slot] < keyframes.count) __builtin_prefetch(&keyframes.keys[found[slot]]);
+        if (found[slot] < keyframes.count) { __builtin_prefetch(&keyframes.keys[found[slot]]); }
     }
     const auto prefetchObject = [&](size_t slot, const PropertyValue* objects) {
         const bool isThere = objects && found[slot] < m_tracks[slot].keyframes.count;
-        if (isThere) __builtin_prefetch(&objects[found[slot]]);
+        if (isThere) { __builtin_prefetch(&objects[found[slot]]); }
     };
     prefetchObject(kImageSlot, m_image.objects);
     prefetchObject(kChildrenSlot, m_children.objects);

@@ -38,22 +38,22 @@ double PCElement::normalizedRotation(double radians) {
     constexpr double kLargestDegrees = 359.5;
     constexpr double kRoom = 1e-9;
     double rotation = std::fmod(radians, kTurn);
-    if (rotation < 0) rotation += kTurn;
+    if (rotation < 0) { rotation += kTurn; }
     return rotation * 180 / std::numbers::pi > kLargestDegrees + kRoom ? 0 : rotation;
 }
 
 UndoManager* PCElement::recordingUndoManager() const {
     PCProject* owner = project();
-    if (!owner || !owner->undoManager().isUndoRegistrationEnabled()) return nullptr;
+    if (!owner || !owner->undoManager().isUndoRegistrationEnabled()) { return nullptr; }
     return &owner->undoManager();
 }
 
 void PCElement::post(const QString& notification) {
-    if (PCProject* owner = project()) owner->notificationCentre().post(notification, this);
+    if (PCProject* owner = project()) { owner->notificationCentre().post(notification, this); }
 }
 
 void PCElement::setPosition(QPointF position) {
-    if (equal(position, m_position) || !isFinite(position)) return;
+    if (equal(position, m_position) || !isFinite(position)) { return; }
     registerUndo([old = m_position](PCElement& self) { self.setPosition(old); });
     m_position = position;
     setModified(true);
@@ -63,7 +63,7 @@ void PCElement::setPosition(QPointF position) {
 
 void PCElement::setZRotation(double radians) {
     const double rotation = normalizedRotation(radians);
-    if (rotation == m_zRotation || !std::isfinite(rotation)) return;
+    if (rotation == m_zRotation || !std::isfinite(rotation)) { return; }
     registerUndo([old = m_zRotation](PCElement& self) { self.setZRotation(old); });
     m_zRotation = rotation;
     forgetSamples();
@@ -73,7 +73,7 @@ void PCElement::setZRotation(double radians) {
 }
 
 void PCElement::setScale(QPointF scale) {
-    if (equal(scale, m_scale) || !isFiniteFloat(scale.x()) || !isFiniteFloat(scale.y())) return;
+    if (equal(scale, m_scale) || !isFiniteFloat(scale.x()) || !isFiniteFloat(scale.y())) { return; }
     registerUndo([old = m_scale](PCElement& self) { self.setScale(old); });
     m_scale = scale;
     forgetSamples();
@@ -83,12 +83,12 @@ void PCElement::setScale(QPointF scale) {
 }
 
 void PCElement::setAnchorPoint(QPointF anchorPoint) {
-    if (equal(anchorPoint, m_anchorPoint)) return;
+    if (equal(anchorPoint, m_anchorPoint)) { return; }
     const QTransform transform = scaleThenRotate();
     const QPointF newAnchor(m_size.width() * anchorPoint.x(), m_size.height() * anchorPoint.y());
     const QPointF position =
         m_position - transform.map(anchorPointInPts()) + transform.map(newAnchor);
-    if (!isFinite(anchorPoint) || !isFinite(position)) return;
+    if (!isFinite(anchorPoint) || !isFinite(position)) { return; }
     registerUndo([old = m_anchorPoint](PCElement& self) { self.setAnchorPoint(old); });
     m_anchorPoint = anchorPoint;
     m_position = position;
@@ -97,9 +97,9 @@ void PCElement::setAnchorPoint(QPointF anchorPoint) {
 }
 
 void PCElement::setOpacity(double opacity) {
-    if (!std::isfinite(opacity)) return;
+    if (!std::isfinite(opacity)) { return; }
     const double clamped = std::clamp(opacity, 0.0, 1.0);
-    if (clamped == m_opacity) return;
+    if (clamped == m_opacity) { return; }
     registerUndo([old = m_opacity](PCElement& self) { self.setOpacity(old); });
     m_opacity = clamped;
     forgetSamples();
@@ -109,9 +109,9 @@ void PCElement::setOpacity(double opacity) {
 }
 
 void PCElement::setSize(QSizeF size) {
-    if (!isFinite(size)) return;
+    if (!isFinite(size)) { return; }
     const QSizeF allowed = isCanvas() ? size.expandedTo(QSizeF(0, 0)) : size;
-    if (equal(allowed, m_size)) return;
+    if (equal(allowed, m_size)) { return; }
     registerUndo([old = m_size](PCElement& self) { self.setSize(old); });
     m_size = allowed;
     setModified(true);
@@ -119,7 +119,7 @@ void PCElement::setSize(QSizeF size) {
 }
 
 void PCElement::setName(const QString& newName) {
-    if (newName == m_name) return;
+    if (newName == m_name) { return; }
     registerUndo([old = m_name](PCElement& self) { self.setName(old); });
     storeName(newName);
     setModified(true);
@@ -128,11 +128,11 @@ void PCElement::setName(const QString& newName) {
 
 void PCElement::storeName(const QString& newName) {
     const QString old = std::exchange(m_name, newName);
-    if (PCProject* owner = project()) owner->nameDidChange(*this, old);
+    if (PCProject* owner = project()) { owner->nameDidChange(*this, old); }
 }
 
 void PCElement::setImageName(const QString& imageName) {
-    if (imageName == m_imageName) return;
+    if (imageName == m_imageName) { return; }
     PCProject* owner = project();
     const auto set = owner ? owner->imageSetManager().imageSetWithName(imageName) : nullptr;
     const QSizeF size = set ? QSizeF(set->size()) : QSizeF(0, 0);  // throws for damaged artwork
@@ -151,14 +151,14 @@ bool PCElement::cascades() const {
 }
 
 void PCElement::setHidden(bool hidden) {
-    if (hidden == m_hidden) return;
+    if (hidden == m_hidden) { return; }
     registerUndo([old = m_hidden](PCElement& self) { self.setHidden(old); });
     m_hidden = hidden;
     if (cascades()) {
         for (const Ptr& child : subelements()) {
             child->setHidden(hidden);
         }
-        if (!hidden) unHideRecursivelyUp();
+        if (!hidden) { unHideRecursivelyUp(); }
     }
     setModified(true);
     viewLayer().syncHiddenWithModel();
@@ -166,20 +166,20 @@ void PCElement::setHidden(bool hidden) {
 }
 
 void PCElement::unHideRecursivelyUp() {
-    if (m_hidden) setHidden(false);
+    if (m_hidden) { setHidden(false); }
     PCElement* parent = parentElement();
-    if (parent && !parent->isCanvas()) parent->unHideRecursivelyUp();
+    if (parent && !parent->isCanvas()) { parent->unHideRecursivelyUp(); }
 }
 
 void PCElement::setLocked(bool locked) {
-    if (locked == m_locked) return;
+    if (locked == m_locked) { return; }
     registerUndo([old = m_locked](PCElement& self) { self.setLocked(old); });
     m_locked = locked;
     if (cascades()) {
         for (const Ptr& child : subelements()) {
             child->setLocked(locked);
         }
-        if (!locked) unlockRecursivelyUp();
+        if (!locked) { unlockRecursivelyUp(); }
     }
     setModified(true);
     post(ElementNotification::locked);
@@ -193,7 +193,7 @@ void PCElement::unlockRecursivelyUp() {
 }
 
 void PCElement::setExpanded(bool expanded) {
-    if (expanded == m_expanded) return;
+    if (expanded == m_expanded) { return; }
     registerUndo([old = m_expanded](PCElement& self) { self.setExpanded(old); });
     m_expanded = expanded;
     setModified(true);
@@ -201,7 +201,7 @@ void PCElement::setExpanded(bool expanded) {
 }
 
 void PCElement::setScalesLocked(bool scalesLocked) {
-    if (scalesLocked == m_scalesLocked) return;
+    if (scalesLocked == m_scalesLocked) { return; }
     registerUndo([old = m_scalesLocked](PCElement& self) { self.setScalesLocked(old); });
     m_scalesLocked = scalesLocked;
     setModified(true);

@@ -28,7 +28,7 @@ Neighbours masterNeighbours(const PCElement& element, int32_t timeInMS) {
     PCProject* project = element.project();
     const PCAnimation::Ptr animation =
         project ? project->animationsManager().selectedAnimation() : nullptr;
-    if (!animation) return {};
+    if (!animation) { return {}; }
     const TimelinePtr& master = animation->masterKeyframesTimeline();
     if (const KeyframePtr here = master->existingKeyframeAtTimeInMS(timeInMS)) {
         return {here->prevKeyframe(), here->nextKeyframe()};
@@ -113,31 +113,31 @@ QStringList PCElement::childrenZPositionsAtTimeInMS(int32_t timeInMS) const {
 }
 
 float PCElement::canvasRotationAtTimeInMS(int32_t timeInMS) const {
-    if (isCanvas()) return 0;
+    if (isCanvas()) { return 0; }
     const PCElement* parent = parentElement();
     return zRotationAtTimeInMS(timeInMS) +
            (parent ? parent->canvasRotationAtTimeInMS(timeInMS) : 0);
 }
 
 double PCElement::canvasXScaleAtTimeInMS(int32_t timeInMS) const {
-    if (isCanvas()) return 1;
+    if (isCanvas()) { return 1; }
     const PCElement* parent = parentElement();
     return scaleAtTimeInMS(timeInMS).x() * (parent ? parent->canvasXScaleAtTimeInMS(timeInMS) : 1);
 }
 
 double PCElement::canvasYScaleAtTimeInMS(int32_t timeInMS) const {
-    if (isCanvas()) return 1;
+    if (isCanvas()) { return 1; }
     const PCElement* parent = parentElement();
     return scaleAtTimeInMS(timeInMS).y() * (parent ? parent->canvasYScaleAtTimeInMS(timeInMS) : 1);
 }
 
 QPointF PCElement::canvasTranslationAtTimeInMS(int32_t timeInMS) const {
     const PCElement* parent = parentElement();
-    if (isCanvas() || !parent) return {};
+    if (isCanvas() || !parent) { return {}; }
     const QPointF sum =
         parent->canvasTranslationAtTimeInMS(timeInMS) + translationAtTimeInMS(timeInMS);
     const float rotation = parent->zRotationAtTimeInMS(timeInMS);
-    if (rotation == 0) return sum;
+    if (rotation == 0) { return sum; }
     const auto cosine = static_cast<double>(std::cos(rotation));
     const auto sine = static_cast<double>(std::sin(rotation));
     const QPointF pivot = parent->anchorPointInPts();
@@ -159,12 +159,12 @@ void PCElement::pinNeighbours(int32_t timeInMS, Read read, Write write) {
     const int32_t nextTime = neighbours.next ? neighbours.next->timeInMS() : 0;
     const auto previousValue = read(previousTime);
     const auto nextValue = read(nextTime);
-    if (pinsPrevious) write(previousValue, previousTime)->setKeyall(true);
-    if (neighbours.next) write(nextValue, nextTime)->setKeyall(true);
+    if (pinsPrevious) { write(previousValue, previousTime)->setKeyall(true); }
+    if (neighbours.next) { write(nextValue, nextTime)->setKeyall(true); }
 }
 
 KeyframePtr PCElement::setFloatValue(float value, int32_t timeInMS, const TimelinePtr& timeline) {
-    if (!timeline || !std::isfinite(value)) return nullptr;
+    if (!timeline || !std::isfinite(value)) { return nullptr; }
     if (!isFloatProperty(timeline->propertyType())) {
         failContract(
             u"You cannot call setFloatValue:atTimeInMS:forTimeline: on this timeline %1"_s.arg(
@@ -220,16 +220,20 @@ KeyframePtr PCElement::setZRotation(float radians, int32_t timeInMS) {
 
 void PCElement::setScale(QPointF scale, int32_t timeInMS) {
     const QPointF old = scaleAtTimeInMS(timeInMS);
-    if (old.x() != scale.x()) setXScale(static_cast<float>(scale.x()), timeInMS);
-    if (old.y() != scale.y()) setYScale(static_cast<float>(scale.y()), timeInMS);
+    if (old.x() != scale.x()) { setXScale(static_cast<float>(scale.x()), timeInMS); }
+    if (old.y() != scale.y()) { setYScale(static_cast<float>(scale.y()), timeInMS); }
     viewLayer().syncWithModelAtTimeInMS(timeInMS);
     post(ElementNotification::scale);
 }
 
 void PCElement::setTranslation(QPointF translation, int32_t timeInMS) {
     const QPointF old = translationAtTimeInMS(timeInMS);
-    if (old.x() != translation.x()) setXTranslation(static_cast<float>(translation.x()), timeInMS);
-    if (old.y() != translation.y()) setYTranslation(static_cast<float>(translation.y()), timeInMS);
+    if (old.x() != translation.x()) {
+        setXTranslation(static_cast<float>(translation.x()), timeInMS);
+    }
+    if (old.y() != translation.y()) {
+        setYTranslation(static_cast<float>(translation.y()), timeInMS);
+    }
     viewLayer().syncWithModelAtTimeInMS(timeInMS);
     post(ElementNotification::position);
 }
@@ -237,7 +241,7 @@ void PCElement::setTranslation(QPointF translation, int32_t timeInMS) {
 // Images and children orders only jump: every keyframe written is instant.
 KeyframePtr PCElement::keyInstantly(const PropertyValue& value, int32_t timeInMS, int32_t type) {
     const TimelinePtr target = editableTimeline(type);
-    if (!target) return nullptr;
+    if (!target) { return nullptr; }
     const auto write = [&target](const PropertyValue& written, int32_t time) {
         KeyframePtr keyframe = target->setStoredPropertyValue(written, time);
         keyframe->setInstantTransition(true);

@@ -33,7 +33,7 @@ void PCKeyedPropertyTimeline::setElement(const std::shared_ptr<PCElement>& eleme
 }
 
 PCProject* PCKeyedPropertyTimeline::project() const {
-    if (const PCElement* owner = element()) return owner->project();
+    if (const PCElement* owner = element()) { return owner->project(); }
     return m_project.lock().get();
 }
 
@@ -43,7 +43,7 @@ UndoManager* PCKeyedPropertyTimeline::undoManager() const {
 }
 
 int64_t PCKeyedPropertyTimeline::currentRepeatBehavior() const {
-    if (m_propertyType != PCPropertyTypeChildrenZPositions) return m_repeatBehavior;
+    if (m_propertyType != PCPropertyTypeChildrenZPositions) { return m_repeatBehavior; }
     const PCElement* owner = element();
     const PCElement* parent = owner ? owner->parentElement() : nullptr;
     const Ptr decisive = parent ? parent->childrenZPositionsTimeline() : nullptr;
@@ -63,10 +63,10 @@ float PCKeyedPropertyTimeline::repeatCountFromCurrentRepeatBehavior() const {
 
 float PCKeyedPropertyTimeline::effectiveTimeForTimeInMS(int32_t timeInMS) const {
     // What does not repeat is answered without a look at the keyframes.
-    if (m_repeatBehavior == PCRepeatBehaviorNever) return static_cast<float>(timeInMS);
+    if (m_repeatBehavior == PCRepeatBehaviorNever) { return static_cast<float>(timeInMS); }
     const int32_t duration = durationInMS();
-    if (timeInMS <= duration) return static_cast<float>(timeInMS);
-    if (duration <= 0) return 0;
+    if (timeInMS <= duration) { return static_cast<float>(timeInMS); }
+    if (duration <= 0) { return 0; }
     const int32_t rest = timeInMS % duration;
     const bool isOddPass = (timeInMS / duration) % 2 != 0;
     const bool isBackward = isOddPass && autoreversesFromCurrentRepeatBehavior();
@@ -106,13 +106,14 @@ FactorAndOffset PCKeyedPropertyTimeline::factorAndOffset() const {
 PropertyValue PCKeyedPropertyTimeline::valueOfKeyframe(const PCPropertyKeyframe& keyframe) const {
     PropertyValue stored = keyframe.propertyValue();
     const float* number = std::get_if<float>(&stored);
-    if (!number || isInstantTransition()) return stored;
+    if (!number || isInstantTransition()) { return stored; }
     return factorAndOffset().absolute(*number);
 }
 
 PropertyValue PCKeyedPropertyTimeline::valueOfKeyframeAtIndex(size_t index) const {
-    if (m_keys[index].held != Held::Number || isInstantTransition())
+    if (m_keys[index].held != Held::Number || isInstantTransition()) {
         return storedValueOfKeyframe(index);
+    }
     return floatValueOfKeyframeAtIndex(index);
 }
 
@@ -121,14 +122,14 @@ float PCKeyedPropertyTimeline::floatValueOfKeyframeAtIndex(size_t index) const {
 }
 
 PropertyValue PCKeyedPropertyTimeline::valueAtTimeInMS(int32_t timeInMS) const {
-    if (isEmpty()) return setupValue();
-    if (isFloatProperty(m_propertyType)) return floatValueAtTimeInMS(timeInMS);
+    if (isEmpty()) { return setupValue(); }
+    if (isFloatProperty(m_propertyType)) { return floatValueAtTimeInMS(timeInMS); }
     return heldValueAt(effectiveMillisecondsForTimeInMS(timeInMS));
 }
 
 float PCKeyedPropertyTimeline::floatValueAtTimeInMS(int32_t timeInMS) const {
-    if (isEmpty()) return setupNumber();
-    if (!isFloatProperty(m_propertyType)) return floatOfValue(valueAtTimeInMS(timeInMS));
+    if (isEmpty()) { return setupNumber(); }
+    if (!isFloatProperty(m_propertyType)) { return floatOfValue(valueAtTimeInMS(timeInMS)); }
     const int32_t time = effectiveMillisecondsForTimeInMS(timeInMS);
     NumberSpan span;
     span.moveTo(packedKeyframes(), packedKeyframes().indexAtOrBefore(time), m_propertyType,
@@ -143,20 +144,20 @@ QPointF PCKeyedPropertyTimeline::pointValueAtTimeInMS(int32_t timeInMS) const {
 // The value object of a property that never tweens, without a copy; null where the setup value or
 // another kind of value holds.
 const PropertyValue* PCKeyedPropertyTimeline::otherValueAt(int32_t timeInMS) const {
-    if (!m_otherValues || !isInstantTransition()) return nullptr;
+    if (!m_otherValues || !isInstantTransition()) { return nullptr; }
     const size_t index =
         packedKeyframes().indexAtOrBefore(effectiveMillisecondsForTimeInMS(timeInMS));
-    if (index == kNotFound || m_keys[index].held != Held::Other) return nullptr;
+    if (index == kNotFound || m_keys[index].held != Held::Other) { return nullptr; }
     return &(*m_otherValues)[index];
 }
 
 QStringList PCKeyedPropertyTimeline::arrayValueAtTimeInMS(int32_t timeInMS) const {
-    if (const PropertyValue* value = otherValueAt(timeInMS)) return arrayOfValue(*value);
+    if (const PropertyValue* value = otherValueAt(timeInMS)) { return arrayOfValue(*value); }
     return arrayOfValue(valueAtTimeInMS(timeInMS));
 }
 
 QString PCKeyedPropertyTimeline::stringValueAtTimeInMS(int32_t timeInMS) const {
-    if (const PropertyValue* value = otherValueAt(timeInMS)) return stringOfValue(*value);
+    if (const PropertyValue* value = otherValueAt(timeInMS)) { return stringOfValue(*value); }
     return stringOfValue(valueAtTimeInMS(timeInMS));
 }
 
@@ -214,7 +215,7 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::keyframeAtOrBefore
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::existingKeyframeAtTimeInMS(
     int32_t timeInMS) const {
     const size_t index = firstKeyframeIndexAtOrAfterTimeInMS(timeInMS);
-    if (index == kNotFound || m_times[index] != timeInMS) return nullptr;
+    if (index == kNotFound || m_times[index] != timeInMS) { return nullptr; }
     return handleAt(index);
 }
 
@@ -224,7 +225,7 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::keyframeClosestToT
     const auto closest =
         std::min_element(m_times.begin(), m_times.end(),
                          [&distance](int32_t a, int32_t b) { return distance(a) < distance(b); });
-    if (closest == m_times.end()) return nullptr;
+    if (closest == m_times.end()) { return nullptr; }
     return handleAt(static_cast<size_t>(closest - m_times.begin()));
 }
 
@@ -232,9 +233,7 @@ PCKeyedPropertyTimeline::Keyframes PCKeyedPropertyTimeline::keyframesBetweenStar
     int32_t startTime, int32_t endTime) const {
     Keyframes found;
     for (size_t i = 0; i < m_keys.size(); ++i) {
-        if (m_times[i] >= startTime && m_times[i] <= endTime) {
-            found.push_back(handleAt(i));
-        }
+        if (m_times[i] >= startTime && m_times[i] <= endTime) { found.push_back(handleAt(i)); }
     }
     return found;
 }
@@ -272,7 +271,7 @@ QString PCKeyedPropertyTimeline::debugDescription() const {
     }
     text +=
         parts.join(u", "_s) + u"] repeatBehavior:"_s + stringFromRepeatBehavior(m_repeatBehavior);
-    if (autoreversesFromCurrentRepeatBehavior()) text += u" (AUTOREVERSES)"_s;
+    if (autoreversesFromCurrentRepeatBehavior()) { text += u" (AUTOREVERSES)"_s; }
     return text;
 }
 

@@ -20,7 +20,7 @@ bool isLegacyScaleString(const QString& string) {
 
 int32_t decodePropertyType(const KeyedDecoder& coder, const KeyedUnarchiver& archive) {
     const QString string = coder.decodeString("property_type");
-    if (isLegacyScaleString(string)) return PCPropertyTypeScale;
+    if (isLegacyScaleString(string)) { return PCPropertyTypeScale; }
     if (!isKnownPropertyString(string)) {
         archive.fail(u"holds a timeline of the unknown property type '%1'"_s.arg(string.left(100)));
     }
@@ -72,16 +72,16 @@ int64_t decodeEasingMode(const RecordDecoder& coder) {
 
 PropertyValue decodeImageValue(const RecordDecoder& coder) {
     // The master timeline keeps numbers under this key.
-    if (coder.kindOfKey(kImageKey) == ArchivedKind::Number) return coder.decodeFloat(kImageKey);
+    if (coder.kindOfKey(kImageKey) == ArchivedKind::Number) { return coder.decodeFloat(kImageKey); }
     const QString name = coder.decodeString(kImageKey);
     return name.isNull() ? PropertyValue() : PropertyValue(name);
 }
 
 PropertyValue decodeValue(const RecordDecoder& coder) {
-    if (coder.containsValueForKey(kFloatKey)) return coder.decodeFloat(kFloatKey);
-    if (coder.containsValueForKey(kPointKey)) return coder.decodePoint(kPointKey);
-    if (coder.containsValueForKey(kArrayKey)) return coder.decodeStrings(kArrayKey);
-    if (coder.containsValueForKey(kImageKey)) return decodeImageValue(coder);
+    if (coder.containsValueForKey(kFloatKey)) { return coder.decodeFloat(kFloatKey); }
+    if (coder.containsValueForKey(kPointKey)) { return coder.decodePoint(kPointKey); }
+    if (coder.containsValueForKey(kArrayKey)) { return coder.decodeStrings(kArrayKey); }
+    if (coder.containsValueForKey(kImageKey)) { return decodeImageValue(coder); }
     return {};
 }
 
@@ -159,7 +159,7 @@ PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::decode(const KeyedUnarchiv
         item.open(i);
         KeyframeRecord record;
         decodeExportedFields(item, record);
-        if (fields == Fields::All) decodeOtherFields(item, record);
+        if (fields == Fields::All) { decodeOtherFields(item, record); }
         timeline->appendRecord(record);
     }
     timeline->restoreOrder();
@@ -199,13 +199,13 @@ TimelineSummary PCKeyedPropertyTimeline::summaryOfArchive(const QByteArray& data
 
 // Another writer may have left keyframes out of order, or two at one time: the later one stands.
 void PCKeyedPropertyTimeline::restoreOrder() {
-    if (validateTimeForKeyframesAreSorted()) return;
+    if (validateTimeForKeyframesAreSorted()) { return; }
     const std::vector<size_t> byTime = indicesByTime();
     std::vector<size_t> order;
     order.reserve(byTime.size());
     for (const size_t index : byTime) {
         const bool isSameTime = !order.empty() && m_times[order.back()] == m_times[index];
-        if (isSameTime) order.pop_back();
+        if (isSameTime) { order.pop_back(); }
         order.push_back(index);
     }
     arrange(order);
@@ -217,7 +217,7 @@ PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::copy() const {
     other->m_times = m_times;
     other->m_keys = m_keys;
     other->m_identifiers = m_identifiers;
-    if (m_otherValues) other->m_otherValues = std::make_unique<OtherValues>(*m_otherValues);
+    if (m_otherValues) { other->m_otherValues = std::make_unique<OtherValues>(*m_otherValues); }
     other->m_element = m_element;
     other->m_project = m_project;
     return other;

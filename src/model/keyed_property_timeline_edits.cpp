@@ -72,14 +72,14 @@ void PCKeyedPropertyTimeline::writeRecord(size_t index, const KeyframeRecord& re
 
 void PCKeyedPropertyTimeline::writeValue(size_t index, const PropertyValue& value) {
     Key& key = m_keys[index];
-    if (key.held == Held::Other) (*m_otherValues)[index] = {};
+    if (key.held == Held::Other) { (*m_otherValues)[index] = {}; }
     if (const float* number = std::get_if<float>(&value)) {
         key.number = *number;
         key.held = Held::Number;
     } else if (std::holds_alternative<std::monostate>(value)) {
         key.held = Held::Nothing;
     } else {
-        if (!m_otherValues) m_otherValues = std::make_unique<OtherValues>(m_keys.size());
+        if (!m_otherValues) { m_otherValues = std::make_unique<OtherValues>(m_keys.size()); }
         (*m_otherValues)[index] = value;
         key.held = Held::Other;
     }
@@ -91,32 +91,32 @@ void PCKeyedPropertyTimeline::insertRecord(size_t index, const KeyframeRecord& r
     m_times.insert(m_times.begin() + at, 0);
     m_keys.insert(m_keys.begin() + at, Key());
     m_identifiers.insert(m_identifiers.begin() + at, Identifier());
-    if (m_otherValues) m_otherValues->insert(m_otherValues->begin() + at, PropertyValue());
-    if (m_handles) m_handles->insert(m_handles->begin() + at, nullptr);
+    if (m_otherValues) { m_otherValues->insert(m_otherValues->begin() + at, PropertyValue()); }
+    if (m_handles) { m_handles->insert(m_handles->begin() + at, nullptr); }
     renumberHandles(index + 1);
     writeRecord(index, record);
-    if (handle) attach(*handle, index);
+    if (handle) { attach(*handle, index); }
 }
 
 void PCKeyedPropertyTimeline::appendRecord(const KeyframeRecord& record) {
     m_times.push_back(0);
     m_keys.emplace_back();
     m_identifiers.emplace_back();
-    if (m_otherValues) m_otherValues->emplace_back();
-    if (m_handles) m_handles->push_back(nullptr);
+    if (m_otherValues) { m_otherValues->emplace_back(); }
+    if (m_handles) { m_handles->push_back(nullptr); }
     writeRecord(m_keys.size() - 1, record);
 }
 
 void PCKeyedPropertyTimeline::eraseAt(size_t index) {
     const auto at = static_cast<ptrdiff_t>(index);
     if (m_handles) {
-        if (PCPropertyKeyframe* handle = (*m_handles)[index]) detach(*handle);
+        if (PCPropertyKeyframe* handle = (*m_handles)[index]) { detach(*handle); }
         m_handles->erase(m_handles->begin() + at);
     }
     m_times.erase(m_times.begin() + at);
     m_keys.erase(m_keys.begin() + at);
     m_identifiers.erase(m_identifiers.begin() + at);
-    if (m_otherValues) m_otherValues->erase(m_otherValues->begin() + at);
+    if (m_otherValues) { m_otherValues->erase(m_otherValues->begin() + at); }
     contentsDidChange();
     renumberHandles(index);
 }
@@ -124,7 +124,7 @@ void PCKeyedPropertyTimeline::eraseAt(size_t index) {
 // Handles.
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::handleAt(size_t index) const {
-    if (m_handles && (*m_handles)[index]) return (*m_handles)[index]->shared_from_this();
+    if (m_handles && (*m_handles)[index]) { return (*m_handles)[index]->shared_from_this(); }
     // A handle may write, which is the timeline's business and not its reader's.
     auto* self = const_cast<PCKeyedPropertyTimeline*>(this);
     KeyframePtr handle = PCPropertyKeyframe::initWithRecord(self->shared_from_this(), {});
@@ -133,7 +133,7 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::handleAt(size_t in
 }
 
 void PCKeyedPropertyTimeline::attach(PCPropertyKeyframe& handle, size_t index) {
-    if (!m_handles) m_handles = std::make_unique<Handles>(m_keys.size(), nullptr);
+    if (!m_handles) { m_handles = std::make_unique<Handles>(m_keys.size(), nullptr); }
     (*m_handles)[index] = &handle;
     handle.m_owner = this;
     handle.m_index = index;
@@ -152,17 +152,17 @@ void PCKeyedPropertyTimeline::forgetHandle(size_t index) {
 }
 
 void PCKeyedPropertyTimeline::detachAll() {
-    if (!m_handles) return;
+    if (!m_handles) { return; }
     for (PCPropertyKeyframe* handle : *m_handles) {
-        if (handle) detach(*handle);
+        if (handle) { detach(*handle); }
     }
     m_handles.reset();
 }
 
 void PCKeyedPropertyTimeline::renumberHandles(size_t from) {
-    if (!m_handles) return;
+    if (!m_handles) { return; }
     for (size_t i = from; i < m_handles->size(); ++i) {
-        if ((*m_handles)[i]) (*m_handles)[i]->m_index = i;
+        if ((*m_handles)[i]) { (*m_handles)[i]->m_index = i; }
     }
 }
 
@@ -174,12 +174,12 @@ void PCKeyedPropertyTimeline::contentsDidChange() {
 }
 
 void PCKeyedPropertyTimeline::forgetSamples() const {
-    if (const PCElement* owner = element()) owner->forgetSamplesOf(*this);
+    if (const PCElement* owner = element()) { owner->forgetSamplesOf(*this); }
 }
 
 void PCKeyedPropertyTimeline::didChange() {
     m_hasUnsavedChanges = true;
-    if (m_listener) m_listener->keyedPropertyTimelineDidChange(*this);
+    if (m_listener) { m_listener->keyedPropertyTimelineDidChange(*this); }
 }
 
 void PCKeyedPropertyTimeline::setRepeatBehavior(int64_t behavior) {
@@ -207,7 +207,7 @@ KeyframeRecord PCKeyedPropertyTimeline::newKeyframeRecord(int32_t timeInMS) cons
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::retrieveOrCreateKeyframeAtTimeInMS(
     int32_t timeInMS) {
     size_t index = firstKeyframeIndexAtOrAfterTimeInMS(timeInMS);
-    if (index == kNotFound) index = m_keys.size();
+    if (index == kNotFound) { index = m_keys.size(); }
     const bool exists = index < m_keys.size() && m_times[index] == timeInMS;
     if (!exists) {
         insertRecord(index, newKeyframeRecord(timeInMS), nullptr);
@@ -274,7 +274,7 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setExistingValueAt
 }
 
 void PCKeyedPropertyTimeline::deleteKeyframe(const KeyframePtr& keyframe) {
-    if (!keyframe || keyframe->m_owner != this) return;
+    if (!keyframe || keyframe->m_owner != this) { return; }
     if (UndoManager* undo = undoManager()) {
         undo->registerUndo(
             [self = shared_from_this(), value = keyframe->propertyValue(),
@@ -283,13 +283,13 @@ void PCKeyedPropertyTimeline::deleteKeyframe(const KeyframePtr& keyframe) {
     eraseAt(keyframe->m_index);
     didChange();
     const bool hasNothingToLoopOver = isEmpty() || (m_keys.size() == 1 && m_times[0] == 0);
-    if (hasNothingToLoopOver) m_repeatBehavior = PCRepeatBehaviorNever;
+    if (hasNothingToLoopOver) { m_repeatBehavior = PCRepeatBehaviorNever; }
     forgetSamples();
 }
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::duplicateKeyframe(
     const KeyframePtr& keyframe) {
-    if (keyframe->timeInMS() == INT32_MAX) return nullptr;
+    if (keyframe->timeInMS() == INT32_MAX) { return nullptr; }
     KeyframePtr copy = setStoredPropertyValue(keyframe->propertyValue(), keyframe->timeInMS() + 1);
     copy->storeInstantTransition(keyframe->instantTransition());
     didChange();
@@ -298,7 +298,7 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::duplicateKeyframe(
 
 void PCKeyedPropertyTimeline::moveKeyframeAtTimeInMS(int32_t fromTime, int32_t toTime) {
     const KeyframePtr keyframe = keyframeClosestToTimeInMS(fromTime);
-    if (!keyframe) return;
+    if (!keyframe) { return; }
     const int32_t oldTime = keyframe->timeInMS();  // the closest one's, not always fromTime
     keyframe->setTimeInMS(toTime);
     m_hasUnsavedChanges = true;  // a keyframe without a value reports nothing
@@ -316,15 +316,16 @@ void PCKeyedPropertyTimeline::shiftKeyframesAtTimesInMS(const std::vector<int32_
     std::vector<int32_t> newTimes;
     for (const int32_t time : times) {
         const size_t index = firstKeyframeIndexAtOrAfterTimeInMS(time);
-        if (index == kNotFound || m_times[index] != time) continue;
+        if (index == kNotFound || m_times[index] != time) { continue; }
         const int64_t newTime = time + deltaInMS;
         assertContract(newTime >= INT32_MIN && newTime <= INT32_MAX,
                        u"a keyframe cannot move out of the range of times"_s);
         indices.push_back(index);
         newTimes.push_back(static_cast<int32_t>(newTime));
     }
-    for (size_t i = 0; i < indices.size(); ++i)
+    for (size_t i = 0; i < indices.size(); ++i) {
         m_times[indices[i]] = newTimes[i];
+    }
     updateKeyframeSort();
     if (UndoManager* undo = undoManager()) {
         undo->registerUndo([self = shared_from_this(), newTimes, deltaInMS] {
@@ -367,7 +368,7 @@ void PCKeyedPropertyTimeline::setKeyframes(const Keyframes& keyframes) {
         const bool isOurs = keyframes[i]->m_owner == nullptr;
         insertRecord(i, records[i], isOurs ? keyframes[i].get() : nullptr);
     }
-    if (m_listener) m_listener->keyedPropertyTimelineDidChange(*this);
+    if (m_listener) { m_listener->keyedPropertyTimelineDidChange(*this); }
 }
 
 std::vector<size_t> PCKeyedPropertyTimeline::indicesByTime() const {
@@ -395,8 +396,8 @@ void PCKeyedPropertyTimeline::arrange(const std::vector<size_t>& order) {
     permute(m_times);
     permute(m_keys);
     permute(m_identifiers);
-    if (m_otherValues) permute(*m_otherValues);
-    if (m_handles) permute(*m_handles);
+    if (m_otherValues) { permute(*m_otherValues); }
+    if (m_handles) { permute(*m_handles); }
     renumberHandles(0);
     contentsDidChange();
 }

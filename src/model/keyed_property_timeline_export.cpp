@@ -17,8 +17,8 @@ QString threeDecimals(double value) {
 }  // namespace
 
 void PCKeyedPropertyTimeline::EXPORT_setDurationInTimeInMS(int32_t duration) {
-    if (m_repeatBehavior != PCRepeatBehaviorNever || durationInMS() >= duration) return;
-    if (m_propertyType == PCPropertyTypeChildrenZPositions) return;
+    if (m_repeatBehavior != PCRepeatBehaviorNever || durationInMS() >= duration) { return; }
+    if (m_propertyType == PCPropertyTypeChildrenZPositions) { return; }
     const PropertyValue held = valueAtTimeInMS(duration);
     const auto [factor, offset] = factorAndOffset();
     KeyframeRecord record;
@@ -35,7 +35,7 @@ bool PCKeyedPropertyTimeline::EXPORT_isNonChanging() const {
 
 bool PCKeyedPropertyTimeline::EXPORT_allKeyframeValuesEqual(const PropertyValue& value) const {
     for (size_t i = 0; i < m_keys.size(); ++i) {
-        if (!valuesEqual(storedValueOfKeyframe(i), value)) return false;
+        if (!valuesEqual(storedValueOfKeyframe(i), value)) { return false; }
     }
     return true;
 }
@@ -46,8 +46,8 @@ QString PCKeyedPropertyTimeline::EXPORT_propertyTypeAsString() const {
 
 QString PCKeyedPropertyTimeline::EXPORT_propertyValueAsStringAtTimeInMS(int32_t timeInMS) const {
     const PropertyValue value = valueAtTimeInMS(timeInMS);
-    if (isStringProperty(m_propertyType)) return stringOfValue(value);
-    if (isArrayProperty(m_propertyType)) return describeValue(value);
+    if (isStringProperty(m_propertyType)) { return stringOfValue(value); }
+    if (isArrayProperty(m_propertyType)) { return describeValue(value); }
     if (isPointProperty(m_propertyType)) {
         const QPointF point = pointOfValue(value);
         return u"CGPointMake(%1,%2)"_s.arg(threeDecimals(point.x()), threeDecimals(point.y()));

@@ -16,8 +16,8 @@ const QString kQuickLookEntry = u"QuickLook"_s;
 
 const FileWrapper& requireFile(const FileWrapper& root, const QString& entry) {
     const FileWrapper::Ptr file = root.child(entry);
-    if (!file) throw InputError(entry, u"is missing from the package"_s);
-    if (!file->isRegularFile()) throw InputError(entry, u"is not a regular file"_s);
+    if (!file) { throw InputError(entry, u"is missing from the package"_s); }
+    if (!file->isRegularFile()) { throw InputError(entry, u"is not a regular file"_s); }
     return *file;
 }
 
@@ -110,7 +110,7 @@ FileWrapper::Ptr PCProject::fileWrapper() {
     m_canvas->setModified(false);
     m_preferences->setModified(false);
     m_version->setModified(false);
-    if (!m_previewImage.isNull()) writeQuickLook();
+    if (!m_previewImage.isNull()) { writeQuickLook(); }
     return m_fileWrapper;
 }
 
@@ -149,7 +149,7 @@ void PCProject::animationManagerDidSelectAnimation(PCAnimationsManager&,
 // Look-up.
 
 ProjectIndex& PCProject::index() {
-    if (!m_index.isValid()) m_index.rebuild(*m_canvas);
+    if (!m_index.isValid()) { m_index.rebuild(*m_canvas); }
     return m_index;
 }
 
@@ -162,25 +162,25 @@ bool PCProject::isInTree(const PCElement& element) const {
 }
 
 void PCProject::treeDidInsertElement(PCElement& element) {
-    if (m_index.isValid() && isInTree(element)) m_index.addTree(element);
+    if (m_index.isValid() && isInTree(element)) { m_index.addTree(element); }
     attachSelectedAnimation(element);
 }
 
 // A new element's own timelines belong to no animation: what is keyed on them would be lost.
 void PCProject::attachSelectedAnimation(PCElement& root) {
     const PCAnimation::Ptr animation = m_animationsManager->selectedAnimation();
-    if (!animation) return;
+    if (!animation) { return; }
     for (const PCElement::Ptr& element : root.elementAndAllDescendants()) {
-        if (element->hasFreshTimelines()) animation->applyToElement(*element);
+        if (element->hasFreshTimelines()) { animation->applyToElement(*element); }
     }
 }
 
 void PCProject::treeWillRemoveElement(PCElement& element) {
-    if (m_index.isValid() && isInTree(element)) m_index.removeTree(element);
+    if (m_index.isValid() && isInTree(element)) { m_index.removeTree(element); }
 }
 
 void PCProject::nameDidChange(const PCElement& element, const QString& oldName) {
-    if (m_index.isValid() && isInTree(element)) m_index.nameDidChange(oldName, element.name());
+    if (m_index.isValid() && isInTree(element)) { m_index.nameDidChange(oldName, element.name()); }
 }
 
 PCElement::Ptr PCProject::elementForIdentifier(const Identifier& identifier) {
@@ -211,7 +211,7 @@ void listFrontFirst(const PCElement& root, bool expandedOnly, PCElement::Element
     const ElementList& children = root.children();
     for (auto child = children.rbegin(); child != children.rend(); ++child) {
         into.push_back(*child);
-        if (!expandedOnly || (*child)->expanded()) listFrontFirst(**child, expandedOnly, into);
+        if (!expandedOnly || (*child)->expanded()) { listFrontFirst(**child, expandedOnly, into); }
     }
 }
 

@@ -16,32 +16,32 @@ void ProjectIndex::rebuild(PCElement& canvas) {
 }
 
 void ProjectIndex::addTree(PCElement& root) {
-    if (!m_valid) return;
+    if (!m_valid) { return; }
     add(root);
     // Of two elements with one identifier only a walk tells which is the first.
-    if (m_hasDuplicateIdentifiers) invalidate();
+    if (m_hasDuplicateIdentifiers) { invalidate(); }
 }
 
 void ProjectIndex::add(PCElement& root) {
     addName(root.name());
     PCElement*& found = m_elements[root.identifier()];
     m_hasDuplicateIdentifiers = m_hasDuplicateIdentifiers || found;
-    if (!found) found = &root;
+    if (!found) { found = &root; }
     for (const PCElement::Ptr& child : root.children()) {
         add(*child);
     }
 }
 
 void ProjectIndex::removeTree(PCElement& root) {
-    if (!m_valid) return;
+    if (!m_valid) { return; }
     // With an identifier that two elements share, the other one may now be the first.
-    if (m_hasDuplicateIdentifiers) return invalidate();
+    if (m_hasDuplicateIdentifiers) { return invalidate(); }
     remove(root);
 }
 
 void ProjectIndex::treeDidMove() {
     // Of two elements with one identifier the other may now be the first.
-    if (m_hasDuplicateIdentifiers) invalidate();
+    if (m_hasDuplicateIdentifiers) { invalidate(); }
 }
 
 void ProjectIndex::remove(PCElement& root) {
@@ -53,7 +53,7 @@ void ProjectIndex::remove(PCElement& root) {
 }
 
 void ProjectIndex::nameDidChange(const QString& oldName, const QString& newName) {
-    if (!m_valid) return;
+    if (!m_valid) { return; }
     removeName(oldName);
     addName(newName);
 }
@@ -69,12 +69,12 @@ void ProjectIndex::addName(const QString& name) {
 void ProjectIndex::removeName(const QString& name) {
     const QString trimmed = name.trimmed();
     const auto found = m_names.find(trimmed);
-    if (found == m_names.end() || --*found > 0) return;
+    if (found == m_names.end() || --*found > 0) { return; }
     // "Base 3" is free again: numbering of "Base" may start there.
     const qsizetype blank = trimmed.lastIndexOf(u' ');
     const int number = blank < 0 ? 0 : trimmed.mid(blank + 1).toInt();
     const auto next = m_nextNumbers.find(trimmed.left(std::max<qsizetype>(blank, 0)));
-    if (number > 0 && next != m_nextNumbers.end()) *next = std::min(*next, number);
+    if (number > 0 && next != m_nextNumbers.end()) { *next = std::min(*next, number); }
 }
 
 bool ProjectIndex::isTaken(const QString& name, const QString* ignoredTrimmed) const {
@@ -86,7 +86,7 @@ QString ProjectIndex::uniqueName(const QString& base, const QString* ignored) {
     const QString ignoredTrimmed = ignored ? ignored->trimmed() : QString();
     const QString* own = ignored ? &ignoredTrimmed : nullptr;
     QString trimmed = base.trimmed();
-    if (!isTaken(trimmed, own)) return trimmed;
+    if (!isTaken(trimmed, own)) { return trimmed; }
 
     const auto numbered = [&base](int number) { return base + u' ' + QString::number(number); };
     // Numbers below the remembered one are taken; only the ignored element's own may be free.

@@ -14,8 +14,8 @@ std::shared_ptr<PCImage> highestArtwork(PCImageSet& set) {
     const auto image = [](const QByteArray& data, const QString& name) {
         return data.isEmpty() ? nullptr : PCImage::pcimageWithData(data, name);
     };
-    if (auto artwork = image(set.original3xData(), set.artwork3XName())) return artwork;
-    if (auto artwork = image(set.original2xData(), set.artwork2XName())) return artwork;
+    if (auto artwork = image(set.original3xData(), set.artwork3XName())) { return artwork; }
+    if (auto artwork = image(set.original2xData(), set.artwork2XName())) { return artwork; }
     return image(set.originalData(), set.artworkName());
 }
 
@@ -26,13 +26,14 @@ std::vector<std::shared_ptr<PCImage>> PCProject::imagesForCopyingElements(
     std::map<QString, std::shared_ptr<PCImageSet>> sets;
     for (const PCElement::Ptr& root : elements) {
         for (const PCElement::Ptr& element : root->elementAndAllDescendants()) {
-            if (auto set = m_imageSetManager->imageSetWithName(element->imageName()))
+            if (auto set = m_imageSetManager->imageSetWithName(element->imageName())) {
                 sets[set->name()] = set;
+            }
         }
     }
     std::vector<std::shared_ptr<PCImage>> images;
     for (const auto& [name, set] : sets) {
-        if (auto image = highestArtwork(*set)) images.push_back(std::move(image));
+        if (auto image = highestArtwork(*set)) { images.push_back(std::move(image)); }
     }
     return images;
 }
@@ -60,13 +61,15 @@ void PCProject::insertPastedElements(const Elements& elements, const PCElement::
             pasted->viewLayer().syncWithModel();
         }
     }
-    if (animation) updateChildrenZPositionsForElement(*parent);
+    if (animation) { updateChildrenZPositionsForElement(*parent); }
 }
 
 // A timeline that the copy had none of is left to the animation, which gives an empty one.
 void PCProject::attachPastedTimelines(PCElement& element, PCAnimation& animation) {
     for (const PCPropertyType type : timelineGroupOrder()) {
-        if (const auto pasted = element.timeline(type)) animation.applyTimeline(pasted, element);
+        if (const auto pasted = element.timeline(type)) {
+            animation.applyTimeline(pasted, element);
+        }
     }
     animation.applyToElement(element);
     // The copy names the children by the identifiers that they had.

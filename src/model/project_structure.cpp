@@ -59,7 +59,7 @@ QString nameWithoutNumber(const QString& name) {
     const bool isNumber = !last.isEmpty() && std::all_of(last.begin(), last.end(), [](QChar c) {
         return c >= u'0' && c <= u'9';
     });
-    if (isNumber) words.removeLast();
+    if (isNumber) { words.removeLast(); }
     return words.join(u' ');
 }
 
@@ -79,10 +79,12 @@ bool isRow(const PCElement& element, const PCElement& canvas) {
 
 // Null for the first row, and for what is no row.
 PCElement::Ptr rowAbove(const PCElement& element, const PCElement& canvas) {
-    if (!isRow(element, canvas)) return nullptr;
+    if (!isRow(element, canvas)) { return nullptr; }
     const PCElement::Ptr parent = parentOf(element);
     const auto index = static_cast<size_t>(element.index());
-    if (index + 1 == parent->children().size()) return parent.get() == &canvas ? nullptr : parent;
+    if (index + 1 == parent->children().size()) {
+        return parent.get() == &canvas ? nullptr : parent;
+    }
     PCElement::Ptr above = parent->children()[index + 1];
     while (above->expanded() && !above->children().empty()) {
         above = above->children().front();
@@ -92,10 +94,10 @@ PCElement::Ptr rowAbove(const PCElement& element, const PCElement& canvas) {
 
 // The row below the element's own descendants. Null for the last row, and for what is no row.
 PCElement::Ptr rowBelow(const PCElement& element, const PCElement& canvas) {
-    if (!isRow(element, canvas)) return nullptr;
+    if (!isRow(element, canvas)) { return nullptr; }
     for (const PCElement* above = &element; above != &canvas; above = above->parentElement()) {
         const auto index = static_cast<size_t>(above->index());
-        if (index > 0) return above->parentElement()->children()[index - 1];
+        if (index > 0) { return above->parentElement()->children()[index - 1]; }
     }
     return nullptr;
 }
@@ -107,7 +109,9 @@ void PCProject::moveItem(const PCElement::Ptr& item, const PCElement::Ptr& paren
     const ElementPlacement placement =
         changesParent ? placementUnder(*item, *parent) : ElementPlacement{};
     item->moveToParentElement(parent, index);
-    if (!changesParent) return;  // nothing has moved
+    if (!changesParent) {
+        return;  // nothing has moved
+    }
     item->setZRotation(placement.rotation);
     item->setScale(placement.scale);
     item->setPosition(placement.position);
@@ -123,7 +127,7 @@ void PCProject::moveItems(const Elements& items, const PCElement::Ptr& parent, i
     const PCElement::Ptr newParent = parent ? parent : m_canvas;
     Elements ordered = items;
     std::erase_if(ordered, [&](const PCElement::Ptr& item) { return holds(item, newParent); });
-    if (isFromBelow) std::reverse(ordered.begin(), ordered.end());
+    if (isFromBelow) { std::reverse(ordered.begin(), ordered.end()); }
     for (const PCElement::Ptr& item : ordered) {
         moveItem(item, newParent, static_cast<size_t>(target));
     }
@@ -137,7 +141,7 @@ void PCProject::recursivelyRemoveGroup(const PCElement::Ptr& root) {
                  [](const auto& child) { return child->isGroup() || !child->children().empty(); });
     for (const PCElement::Ptr& child : branches) {
         recursivelyRemoveGroup(child);
-        if (child->isGroup() && child->children().empty()) child->removeFromParentElement();
+        if (child->isGroup() && child->children().empty()) { child->removeFromParentElement(); }
     }
 }
 
@@ -145,7 +149,7 @@ void PCProject::recursivelyRemoveGroup(const PCElement::Ptr& root) {
 void PCProject::removeGroupsEmptiedFrom(PCElement::Ptr group) {
     while (group->isGroup() && group->children().empty()) {
         const PCElement::Ptr parent = parentOf(*group);
-        if (!parent) return;
+        if (!parent) { return; }
         group->removeFromParentElement();
         group = parent;
     }
@@ -166,8 +170,10 @@ void PCProject::moveEach(const Elements& elements,
     bool isFirst = true;
     for (const PCElement::Ptr& element : elements) {
         const PCElement::Ptr parent = parentOf(*element);
-        if (!parent) continue;  // the canvas, or a group that a move before has emptied
-        if (parent != m_canvas) parent->setExpanded(true);
+        if (!parent) {
+            continue;  // the canvas, or a group that a move before has emptied
+        }
+        if (parent != m_canvas) { parent->setExpanded(true); }
         const Destination target = (this->*destination)(element);
         moveItem(element, target.parent, target.index);
         if (std::exchange(isFirst, false)) {
@@ -185,10 +191,10 @@ void PCProject::moveEach(const Elements& elements,
 PCProject::Destination PCProject::destinationForward(const PCElement::Ptr& element) const {
     const PCElement::Ptr parent = parentOf(*element);
     const PCElement::Ptr above = rowAbove(*element, *m_canvas);
-    if (!above) return {parent, static_cast<size_t>(element->index())};
+    if (!above) { return {parent, static_cast<size_t>(element->index())}; }
     const PCElement::Ptr newParent = parentOf(*above);
     const auto index = static_cast<size_t>(above->index());
-    if (newParent == parent) return {parent, index};
+    if (newParent == parent) { return {parent, index}; }
     return {newParent, above == parent ? index + 1 : 0};
 }
 
@@ -201,11 +207,11 @@ void PCProject::moveElementsForward(const Elements& elements) {
 // One row down: behind the next sibling, out of the group at its back, or into an expanded group.
 PCProject::Destination PCProject::destinationBackward(const PCElement::Ptr& element) const {
     const PCElement::Ptr below = rowBelow(*element, *m_canvas);
-    if (!below) return {m_canvas, 0};
+    if (!below) { return {m_canvas, 0}; }
     const PCElement::Ptr newParent = parentOf(*below);
     const auto index = static_cast<size_t>(below->index());
-    if (element->index() == 0 && newParent != parentOf(*element)) return {newParent, index + 1};
-    if (below->isGroup() && below->expanded()) return {below, below->children().size()};
+    if (element->index() == 0 && newParent != parentOf(*element)) { return {newParent, index + 1}; }
+    if (below->isGroup() && below->expanded()) { return {below, below->children().size()}; }
     return {newParent, index};
 }
 
@@ -217,8 +223,8 @@ void PCProject::moveElementsBackward(const Elements& elements) {
     Elements collapsed;
     for (const PCElement::Ptr& element : ordered) {
         const PCElement::Ptr parent = parentOf(*element);
-        if (parent && parent != m_canvas) parent->setExpanded(true);
-        if (!element->expanded()) continue;
+        if (parent && parent != m_canvas) { parent->setExpanded(true); }
+        if (!element->expanded()) { continue; }
         collapsed.push_back(element);
         element->setExpanded(false);
     }
@@ -245,7 +251,7 @@ PCElement::Ptr PCProject::makeGroupAround(const Elements& elements, const PCElem
 }
 
 void PCProject::groupElements(const Elements& elements) {
-    if (elements.empty()) return;
+    if (elements.empty()) { return; }
     const UndoGroup undoGroup(m_undoManager);
     const Elements sorted = sortedByRow(elements, visibleHeirarchyWithRoot(*m_canvas));
     const PCElement::Ptr parent = parentOf(*sorted.front());
@@ -256,11 +262,13 @@ void PCProject::groupElements(const Elements& elements) {
 }
 
 void PCProject::ungroupElements(const Elements& elements) {
-    if (!elementsAreAllGroups(elements)) return;
+    if (!elementsAreAllGroups(elements)) { return; }
     const UndoGroup undoGroup(m_undoManager);
     for (const PCElement::Ptr& group : elements) {
         const PCElement::Ptr parent = parentOf(*group);
-        if (!parent) continue;  // ungrouped twice, or the canvas
+        if (!parent) {
+            continue;  // ungrouped twice, or the canvas
+        }
         auto index = static_cast<size_t>(group->index());
         for (const PCElement::Ptr& child : group->subelements()) {
             moveItem(child, parent, index++);
@@ -305,7 +313,7 @@ QStringList childrenOrderInLine(const QStringList& stored, const QStringList& pr
     QStringList order;
     auto old = stored.begin();
     for (qsizetype i = 0; i < present.size(); ++i) {
-        if (storedSet.contains(present[i])) continue;
+        if (storedSet.contains(present[i])) { continue; }
         while (order.size() < i && old != stored.end()) {
             order += *old++;
         }
@@ -318,7 +326,7 @@ QStringList childrenOrderInLine(const QStringList& stored, const QStringList& pr
 
 void PCProject::updateChildrenZPositionsForElement(PCElement& element) {
     const auto timeline = element.childrenZPositionsTimeline();
-    if (!timeline) return;
+    if (!timeline) { return; }
     const QStringList present = sortedSubelementIdentifiers(element);
     for (const auto& keyframe : timeline->keyframesSortedByTime()) {
         timeline->setArrayPropertyValue(

@@ -28,13 +28,11 @@ QString nameOf(const FileWrapper& root) {
 int32_t PCProject::modelVersionOfProjectFileWrapper(const FileWrapper& root) {
     const QString entry = u"version"_s;
     const FileWrapper::Ptr file = root.child(entry);
-    if (!file || !file->isRegularFile()) return 0;
+    if (!file || !file->isRegularFile()) { return 0; }
     try {
         return PCProjectVersion::decode(KeyedUnarchiver(file->contents(), entry).root())
             ->modelVersion();
-    } catch (const InputError&) {
-        return 0;
-    }
+    } catch (const InputError&) { return 0; }
 }
 
 FileWrapper::Ptr PCProject::updateProjectFileWrapperToLastestModelVersion(FileWrapper::Ptr root,
@@ -45,7 +43,7 @@ FileWrapper::Ptr PCProject::updateProjectFileWrapperToLastestModelVersion(FileWr
 
 QString PCProject::backUpIfOlder(const FileWrapper& root, LogPort& log) {
     const int32_t version = modelVersionOfProjectFileWrapper(root);
-    if (version >= currentModelVersion()) return {};
+    if (version >= currentModelVersion()) { return {}; }
     QString backupPath = backupProjectFileWrapper(root);
     log.writeLine(u"Updating Model of %1 (From v%2 to v%3)"_s.arg(
         nameOf(root), QString::number(version), QString::number(currentModelVersion())));
@@ -53,7 +51,7 @@ QString PCProject::backUpIfOlder(const FileWrapper& root, LogPort& log) {
 }
 
 QString PCProject::backupDirectory() {
-    if (!backupDirectoryOverride().isEmpty()) return backupDirectoryOverride();
+    if (!backupDirectoryOverride().isEmpty()) { return backupDirectoryOverride(); }
     return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + u"/Backups"_s;
 }
 

@@ -25,7 +25,7 @@ std::shared_ptr<PCPropertyKeyframe> PCPropertyKeyframe::initWithRecord(
 }
 
 PCPropertyKeyframe::~PCPropertyKeyframe() {
-    if (m_owner) m_owner->forgetHandle(m_index);
+    if (m_owner) { m_owner->forgetHandle(m_index); }
 }
 
 std::shared_ptr<PCKeyedPropertyTimeline> PCPropertyKeyframe::timeline() const {
@@ -39,13 +39,13 @@ size_t PCPropertyKeyframe::index() const {
 
 std::shared_ptr<PCPropertyKeyframe> PCPropertyKeyframe::nextKeyframe() const {
     const auto owner = timeline();
-    if (!owner || timeInMS() == INT32_MAX) return nullptr;
+    if (!owner || timeInMS() == INT32_MAX) { return nullptr; }
     return owner->keyframeAtOrAfterTimeInMS(timeInMS() + 1);
 }
 
 std::shared_ptr<PCPropertyKeyframe> PCPropertyKeyframe::prevKeyframe() const {
     const auto owner = timeline();
-    if (!owner || timeInMS() == INT32_MIN) return nullptr;
+    if (!owner || timeInMS() == INT32_MIN) { return nullptr; }
     return owner->keyframeAtOrBeforeTimeInMS(timeInMS() - 1);
 }
 
@@ -120,7 +120,7 @@ void PCPropertyKeyframe::setEasingMode(int64_t mode) {
 
 void PCPropertyKeyframe::setTimeInMS(int32_t timeInMS) {
     change([timeInMS](KeyframeRecord& record) { record.timeInMS = timeInMS; });
-    if (!std::holds_alternative<std::monostate>(propertyValue())) reportChange();
+    if (!std::holds_alternative<std::monostate>(propertyValue())) { reportChange(); }
 }
 
 void PCPropertyKeyframe::setKeyall(bool keyall) {
@@ -153,13 +153,13 @@ std::shared_ptr<PCPropertyKeyframe> PCPropertyKeyframe::standing() {
 }
 
 void PCPropertyKeyframe::reportChange() {
-    if (m_owner) m_owner->didChange();
+    if (m_owner) { m_owner->didChange(); }
 }
 
 UndoManager* PCPropertyKeyframe::undoManager() const {
     const auto owner = timeline();
     // The master timeline has no element, hence no undo step.
-    if (!owner || !owner->element()) return nullptr;
+    if (!owner || !owner->element()) { return nullptr; }
     PCProject* project = owner->element()->project();
     return project ? &project->undoManager() : nullptr;
 }
@@ -167,8 +167,8 @@ UndoManager* PCPropertyKeyframe::undoManager() const {
 bool PCPropertyKeyframe::valueIsEqualToKeyframeValue(const PCPropertyKeyframe& other) const {
     const auto ours = timeline();
     const auto theirs = other.timeline();
-    if (!ours || !theirs || ours->propertyType() != theirs->propertyType()) return false;
-    if (ours->propertyType() >= PCPropertyTypeZPosition) return false;
+    if (!ours || !theirs || ours->propertyType() != theirs->propertyType()) { return false; }
+    if (ours->propertyType() >= PCPropertyTypeZPosition) { return false; }
     return valuesEqual(propertyValue(), other.propertyValue());
 }
 

@@ -22,7 +22,7 @@ constexpr std::array<PCPropertyType, kElementTimelineCount> kGroupOrder{
 
 size_t slotOf(int32_t type) {
     const int slot = elementTimelineSlot(type);
-    if (slot < 0) failContract(u"type not supported: %1"_s.arg(stringFromPropertyType(type)));
+    if (slot < 0) { failContract(u"type not supported: %1"_s.arg(stringFromPropertyType(type))); }
     return static_cast<size_t>(slot);
 }
 
@@ -34,7 +34,7 @@ std::span<const PCPropertyType, kElementTimelineCount> timelineGroupOrder() {
 
 QString filenameOfTimelineType(int32_t type) {
     const char* stem = propertyTypeRow(type).fileStem;
-    if (!stem) failContract(u"type not supported: %1"_s.arg(stringFromPropertyType(type)));
+    if (!stem) { failContract(u"type not supported: %1"_s.arg(stringFromPropertyType(type))); }
     return QString::fromLatin1(stem) + u".data"_s;
 }
 
@@ -45,7 +45,7 @@ std::optional<PCPropertyType> timelineTypeOfFilename(const QString& filename) {
         return all;
     }();
     const auto found = std::find(names.begin(), names.end(), filename);
-    if (found == names.end()) return std::nullopt;
+    if (found == names.end()) { return std::nullopt; }
     return kGroupOrder[static_cast<size_t>(found - names.begin())];
 }
 
@@ -69,15 +69,15 @@ PCKeyedPropertyTimeline::Ptr PCPropertyTimelineGroup::propertyTimelineFromParent
     int32_t type) const {
     const QString filename = filenameOfTimelineType(type);
     const FileWrapper::Ptr file = m_directory ? m_directory->child(filename) : nullptr;
-    if (!file) return PCKeyedPropertyTimeline::initForElement(nullptr, type);
+    if (!file) { return PCKeyedPropertyTimeline::initForElement(nullptr, type); }
     const QString entry = u"%1/%2/%3"_s.arg(m_parentPath, m_directory->filename(), filename);
-    if (!file->isRegularFile()) throw InputError(entry, u"is not a regular file"_s);
+    if (!file->isRegularFile()) { throw InputError(entry, u"is not a regular file"_s); }
     return PCKeyedPropertyTimeline::unarchive(file->contents(), entry);
 }
 
 PCKeyedPropertyTimeline::Ptr PCPropertyTimelineGroup::timeline(int32_t type) {
     PCKeyedPropertyTimeline::Ptr& timeline = m_timelines[slotOf(type)];
-    if (!timeline) timeline = propertyTimelineFromParentFileWrapper(type);
+    if (!timeline) { timeline = propertyTimelineFromParentFileWrapper(type); }
     return timeline;
 }
 
@@ -103,7 +103,7 @@ std::vector<PCKeyedPropertyTimeline::Ptr> PCPropertyTimelineGroup::allTimelines(
 std::vector<PCKeyedPropertyTimeline::Ptr> PCPropertyTimelineGroup::loadedTimelines() const {
     std::vector<PCKeyedPropertyTimeline::Ptr> loaded;
     for (const PCPropertyType type : kGroupOrder) {
-        if (const auto& timeline = m_timelines[slotOf(type)]) loaded.push_back(timeline);
+        if (const auto& timeline = m_timelines[slotOf(type)]) { loaded.push_back(timeline); }
     }
     return loaded;
 }

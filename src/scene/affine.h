@@ -19,7 +19,7 @@ struct Linear {
     /// not made of finite numbers.
     std::optional<QPointF> unmap(QPointF p) const {
         const double scale = 1 / determinant();
-        if (!std::isfinite(scale)) return std::nullopt;
+        if (!std::isfinite(scale)) { return std::nullopt; }
         return QPointF((d * p.x() - c * p.y()) * scale, (a * p.y() - b * p.x()) * scale);
     }
 };

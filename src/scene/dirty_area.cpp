@@ -45,7 +45,7 @@ void DirtyArea::reset(QSize size) {
 void DirtyArea::add(const DisplayItem& item) {
     for (size_t i = bandOf(item.pixels.top()); i <= bandOf(item.pixels.bottom()); ++i) {
         const QRect part = item.pixelsIn(band(i));
-        if (!part.isEmpty()) addTo(m_bands[i], part);
+        if (!part.isEmpty()) { addTo(m_bands[i], part); }
     }
 }
 

@@ -16,7 +16,7 @@ QRect pixelsAround(const QRectF& rect, const QRect& limit) {
     const double right = std::min<double>(limit.right(), std::ceil(rect.right()));
     const double bottom = std::min<double>(limit.bottom(), std::ceil(rect.bottom()));
     const bool isFinite = std::isfinite(rect.x() + rect.y() + rect.width() + rect.height());
-    if (!isFinite || left > right || top > bottom) return {};
+    if (!isFinite || left > right || top > bottom) { return {}; }
     return {QPoint(static_cast<int>(left), static_cast<int>(top)),
             QPoint(static_cast<int>(right), static_cast<int>(bottom))};
 }
@@ -44,7 +44,7 @@ bool canBeSeenThrough(const Affine& affine) {
 }
 
 QRectF contentsRect(const Layer& layer, const LayerValues& values) {
-    if (layer.contentsGravity() == ContentsGravity::Resize) return values.bounds;
+    if (layer.contentsGravity() == ContentsGravity::Resize) { return values.bounds; }
     const QSizeF size = QSizeF(values.contents.size()) / layer.contentsScale();
     const QPointF centre = values.bounds.center();
     return {centre.x() - size.width() / 2, centre.y() - size.height() / 2, size.width(),
@@ -56,7 +56,7 @@ bool isVisible(const QColor& color) {
 }
 
 bool isVisible(const QBrush& brush) {
-    if (brush.style() == Qt::NoBrush) return false;
+    if (brush.style() == Qt::NoBrush) { return false; }
     return brush.style() == Qt::TexturePattern || brush.gradient() || isVisible(brush.color());
 }
 
@@ -65,7 +65,7 @@ bool canShowDashes(const LayerShape& shape, double pixelsPerPoint) {
     constexpr double kLeastPeriodInPixels = 0.25;
     double period = 0;
     for (const double length : shape.lineDashPattern) {
-        if (!(length >= 0)) return false;
+        if (!(length >= 0)) { return false; }
         period += length;
     }
     return std::isfinite(period) && period * pixelsPerPoint >= kLeastPeriodInPixels;
@@ -150,7 +150,7 @@ bool same(const Mark&, const Mark&) {
 
 QRect DisplayItem::pixelsIn(const QRect& area) const {
     const QRect part = pixels & area;
-    if (part.isEmpty() || outline.isNull()) return part;
+    if (part.isEmpty() || outline.isNull()) { return part; }
     const auto [left, right] =
         Parallelogram(toDevice, outline).columnsBetween(part.top() - 1, part.bottom() + 2);
     return pixelsAround(QRectF(left, part.top() + 1, right - left, part.height() - 1), part);
@@ -176,7 +176,7 @@ class DisplayList::Builder {
     /// `time` is the layer's own.
     void add(Layer& layer, const Affine& toDevice, double time) {
         const LayerValues& values = layer.presentedAt(time);
-        if (layer.isHidden() || !(values.opacity > 0) || !canBeSeenThrough(toDevice)) return;
+        if (layer.isHidden() || !(values.opacity > 0) || !canBeSeenThrough(toDevice)) { return; }
         const Node node{layer, values, toDevice, time};
         if (values.opacity >= 1) {
             addParts(node);
@@ -208,7 +208,7 @@ class DisplayList::Builder {
 
     template <typename Drawing>
     void append(const Node& node, const Extent& extent, Drawing&& drawing) {
-        if (extent.pixels.isEmpty()) return;
+        if (extent.pixels.isEmpty()) { return; }
         items().push_back({&node.layer, node.toDevice, 1.0, extent.pixels, extent.outline,
                            std::forward<Drawing>(drawing)});
     }
@@ -241,7 +241,7 @@ class DisplayList::Builder {
     void addMaskedParts(const Node& node) {
         const QRectF& bounds = node.values.bounds;
         const double cornerRadius = node.layer.style().cornerRadius;
-        if (bounds.isEmpty()) return;
+        if (bounds.isEmpty()) { return; }
         if (cornerRadius > 0 || !isUpright(node.toDevice)) {
             beginGroup();
             addCut(node, extentOf(node, bounds), MaskBegin{bounds, cornerRadius, 0},
@@ -259,7 +259,7 @@ class DisplayList::Builder {
 
     template <typename Begin, typename End>
     void addCut(const Node& node, const Extent& extent, const Begin& begin, const End& end) {
-        if (extent.pixels.isEmpty()) return;
+        if (extent.pixels.isEmpty()) { return; }
         const size_t place = items().size();
         append(node, extent, begin);
         const QRect limit = std::exchange(m_limit, extent.pixels);
@@ -282,7 +282,7 @@ class DisplayList::Builder {
             append(node, rect.isEmpty() ? Extent() : extentOf(node, rect),
                    ImageDrawing{values.contents, rect});
         }
-        if (const LayerShape* shape = node.layer.shape()) addShape(node, *shape);
+        if (const LayerShape* shape = node.layer.shape()) { addShape(node, *shape); }
         for (Layer* sublayer : node.layer.sublayersInDrawingOrderAt(node.time)) {
             const double time = sublayer->localTimeAt(node.time);
             add(*sublayer, sublayer->toSuperlayerAt(time).then(node.toDevice), time);
@@ -290,7 +290,7 @@ class DisplayList::Builder {
     }
 
     void addShape(const Node& node, const LayerShape& shape) {
-        if (shape.path.isEmpty()) return;
+        if (shape.path.isEmpty()) { return; }
         if (isVisible(shape.fillColor)) {
             append(node, extentOf(node, shape.path.controlPointRect()),
                    ShapeFill{shape.path, shape.fillColor});
@@ -332,7 +332,7 @@ void DisplayList::build(Layer& root, const Affine& rootToDevice, QSize size) {
     m_items.clear();
     m_size = size;
     m_groupDepth = 0;
-    if (size.isEmpty()) return;
+    if (size.isEmpty()) { return; }
     root.layoutIfNeeded();
     Builder(*this, QRect(QPoint(0, 0), size)).add(root, rootToDevice, root.localTime());
 }

@@ -29,7 +29,7 @@ Part partOf(const DisplayItem& item) {
 }
 
 void addChange(const DisplayItem& before, const DisplayItem& after, DirtyArea& dirty) {
-    if (after.looksLike(before)) return;
+    if (after.looksLike(before)) { return; }
     dirty.add(before);
     dirty.add(after);
 }
@@ -56,11 +56,11 @@ void keepRising(std::vector<std::ptrdiff_t>& matches) {
     std::vector<size_t> ends;  // of the sequences found, by length: the end with the least match
     std::vector<std::ptrdiff_t> previous(matches.size(), -1);
     for (size_t i = 0; i < matches.size(); ++i) {
-        if (matches[i] < 0) continue;
+        if (matches[i] < 0) { continue; }
         const auto end = std::lower_bound(
             ends.begin(), ends.end(), matches[i],
             [&](size_t index, std::ptrdiff_t match) { return matches[index] < match; });
-        if (end != ends.begin()) previous[i] = static_cast<std::ptrdiff_t>(*(end - 1));
+        if (end != ends.begin()) { previous[i] = static_cast<std::ptrdiff_t>(*(end - 1)); }
         if (end == ends.end()) {
             ends.push_back(i);
         } else {
@@ -89,7 +89,7 @@ void addRearranged(Items before, Items after, DirtyArea& dirty) {
         addChange(before[match], after[i], dirty);
     }
     for (size_t i = 0; i < before.size(); ++i) {
-        if (!isKept[i]) dirty.add(before[i]);
+        if (!isKept[i]) { dirty.add(before[i]); }
     }
 }
 
@@ -108,7 +108,7 @@ void addChanges(const DisplayList& before, const DisplayList& after, DirtyArea& 
         left = left.first(left.size() - 1);
         right = right.first(right.size() - 1);
     }
-    if (!left.empty() || !right.empty()) addRearranged(left, right, dirty);
+    if (!left.empty() || !right.empty()) { addRearranged(left, right, dirty); }
 }
 
 }  // namespace tweenery

@@ -49,7 +49,7 @@ void draw(QPainter& painter, const BorderDrawing& drawing) {
     QPainterPath path = roundedRect(drawing.rect, drawing.cornerRadius);
     const double w = drawing.width;
     const QRectF inside = drawing.rect.adjusted(w, w, -w, -w);
-    if (inside.isValid()) path.addPath(roundedRect(inside, drawing.cornerRadius - w));
+    if (inside.isValid()) { path.addPath(roundedRect(inside, drawing.cornerRadius - w)); }
     painter.fillPath(path, drawing.color);
 }
 
@@ -89,7 +89,9 @@ QRect sourceOf(const QRectF& part, const QRectF& rect, const QRect& image) {
     const double y = image.height() / rect.height();
     const QRectF pixels((part.x() - rect.x()) * x, (part.y() - rect.y()) * y, part.width() * x,
                         part.height() * y);
-    if (!std::isfinite(pixels.x() + pixels.y() + pixels.width() + pixels.height())) return image;
+    if (!std::isfinite(pixels.x() + pixels.y() + pixels.width() + pixels.height())) {
+        return image;
+    }
     const QRect inside = (pixels & QRectF(image)).toAlignedRect();
     return inside.adjusted(-kNeighbours, -kNeighbours, kNeighbours, kNeighbours) & image;
 }
@@ -111,7 +113,7 @@ void drawPart(QPainter& painter, const DisplayItem& item, const ImageDrawing& dr
 }  // namespace
 
 void ItemPainter::push(const QRect& area, const QRegion& dirty) {
-    if (m_depth == m_surfaces.size()) m_surfaces.push_back(std::make_unique<Surface>());
+    if (m_depth == m_surfaces.size()) { m_surfaces.push_back(std::make_unique<Surface>()); }
     Surface& surface = *m_surfaces[m_depth++];
     surface.area = area;
     surface.cuts.assign(1, dirty);
@@ -137,7 +139,7 @@ void ItemPainter::pushGroup(const DisplayItem& item) {
     Surface& surface = top();
     const QSize size = surface.area.size();
     const size_t pixels = static_cast<size_t>(size.width()) * static_cast<size_t>(size.height());
-    if (surface.memory.size() < pixels) surface.memory.resize(pixels);
+    if (surface.memory.size() < pixels) { surface.memory.resize(pixels); }
     surface.pixels = QImage(reinterpret_cast<uchar*>(surface.memory.data()), size.width(),
                             size.height(), size.width() * 4, QImage::Format_ARGB32_Premultiplied);
     start(surface);

@@ -32,7 +32,7 @@ constexpr double kClockRounding = 1.0 / (1 << 23);
 
 std::optional<LayerProperty> layerPropertyForKeyPath(QStringView keyPath) {
     for (const auto& [property, path] : kKeyPaths) {
-        if (keyPath == QStringView(path)) return property;
+        if (keyPath == QStringView(path)) { return property; }
     }
     return std::nullopt;
 }
@@ -51,11 +51,11 @@ void KeyframeAnimation::check() const {
 
 double KeyframeAnimation::fractionAt(double seconds) const {
     const double elapsed = seconds - beginTime;
-    if (!(duration > 0)) return 1;
-    if (!(elapsed > 0)) return 0;
+    if (!(duration > 0)) { return 1; }
+    if (!(elapsed > 0)) { return 0; }
     double passes = elapsed / duration;
     const double nearest = std::round(passes);
-    if (std::abs(passes - nearest) <= nearest * kClockRounding) passes = nearest;
+    if (std::abs(passes - nearest) <= nearest * kClockRounding) { passes = nearest; }
     const double passesInAll = std::max(repeatCount, 1.0) * (autoreverses ? 2 : 1);
     if (!(passes < passesInAll)) {
         // Held at the end of the last pass.
@@ -77,10 +77,10 @@ size_t KeyframeAnimation::keyAtOrBefore(double fraction, double seconds) const {
 }
 
 double KeyframeAnimation::valueAt(double seconds) const {
-    if (values.empty()) return 0;
+    if (values.empty()) { return 0; }
     const double fraction = fractionAt(seconds);
     const size_t key = keyAtOrBefore(fraction, seconds);
-    if (key + 1 >= values.size() || fraction <= keyTimes[key]) return values[key];
+    if (key + 1 >= values.size() || fraction <= keyTimes[key]) { return values[key]; }
     const double progress = (fraction - keyTimes[key]) / (keyTimes[key + 1] - keyTimes[key]);
     const double height = timingFunctions[key].heightAt(progress);
     return values[key] + (values[key + 1] - values[key]) * height;

@@ -62,7 +62,7 @@ void apply(const KeyframeAnimation& animation, double time, LayerValues& values)
 }  // namespace
 
 Linear LayerTransform::linear() const {
-    if (rotation == 0) return {scale.x(), 0, 0, scale.y()};
+    if (rotation == 0) { return {scale.x(), 0, 0, scale.y()}; }
     const double cosine = std::cos(rotation);
     const double sine = std::sin(rotation);
     return {scale.x() * cosine, scale.x() * sine, -scale.y() * sine, scale.y() * cosine};
@@ -86,7 +86,7 @@ void Layer::insertSublayer(Layer& sublayer, size_t index) {
     sublayer.m_superlayer = this;
     m_sublayersThatAnimateOrder += sublayer.animatesOrder() ? 1 : 0;
     m_orderIsCurrent = false;
-    if (sublayer.m_needsLayout || sublayer.m_belowNeedsLayout) sublayer.setNeedsLayout();
+    if (sublayer.m_needsLayout || sublayer.m_belowNeedsLayout) { sublayer.setNeedsLayout(); }
 }
 
 void Layer::removeFromSuperlayer() {
@@ -94,7 +94,7 @@ void Layer::removeFromSuperlayer() {
 }
 
 void Layer::unlink() {
-    if (!m_superlayer) return;
+    if (!m_superlayer) { return; }
     Layer& super = *m_superlayer;
     super.m_sublayers.remove(*this);
     super.m_sublayersThatAnimateOrder -= animatesOrder() ? 1 : 0;
@@ -104,7 +104,7 @@ void Layer::unlink() {
 
 const std::vector<Layer*>& Layer::sublayersInDrawingOrderAt(double time) const {
     const bool isAnimated = m_sublayersThatAnimateOrder > 0;
-    if (m_orderIsCurrent && !isAnimated) return m_drawingOrder;
+    if (m_orderIsCurrent && !isAnimated) { return m_drawingOrder; }
     const auto zPosition = [&](const Layer* layer) {
         return isAnimated ? layer->presentedAt(layer->localTimeAt(time)).zPosition
                           : layer->m_values.zPosition;
@@ -159,14 +159,14 @@ void Layer::setContents(const QImage& contents) {
 }
 
 void Layer::setZPosition(double zPosition) {
-    if (m_values.zPosition == zPosition) return;
+    if (m_values.zPosition == zPosition) { return; }
     m_values.zPosition = orderable(zPosition);
-    if (m_superlayer) m_superlayer->m_orderIsCurrent = false;
+    if (m_superlayer) { m_superlayer->m_orderIsCurrent = false; }
     valuesDidChange();
 }
 
 void Layer::valuesDidChange() {
-    if (m_running) m_running->isCurrent = false;
+    if (m_running) { m_running->isCurrent = false; }
 }
 
 // Time.
@@ -176,7 +176,7 @@ double Layer::localTime() const {
 }
 
 bool Layer::animatesOrder() const {
-    if (!m_running) return false;
+    if (!m_running) { return false; }
     const auto& animations = m_running->animations;
     return std::any_of(animations.begin(), animations.end(), [](const auto& entry) {
         return entry.second.property == LayerProperty::ZPosition;
@@ -185,7 +185,7 @@ bool Layer::animatesOrder() const {
 
 void Layer::animationsDidChange(bool animatedOrder) {
     valuesDidChange();
-    if (!m_superlayer) return;
+    if (!m_superlayer) { return; }
     m_superlayer->m_sublayersThatAnimateOrder +=
         (animatesOrder() ? 1 : 0) - (animatedOrder ? 1 : 0);
     m_superlayer->m_orderIsCurrent = false;
@@ -194,7 +194,7 @@ void Layer::animationsDidChange(bool animatedOrder) {
 void Layer::addAnimation(KeyframeAnimation animation, const QString& key) {
     animation.check();
     const bool animatedOrder = animatesOrder();
-    if (!m_running) m_running = std::make_unique<Running>();
+    if (!m_running) { m_running = std::make_unique<Running>(); }
     auto& animations = m_running->animations;
     std::erase_if(animations, [&key](const auto& entry) { return entry.first == key; });
     animations.emplace_back(key, std::move(animation));
@@ -202,10 +202,10 @@ void Layer::addAnimation(KeyframeAnimation animation, const QString& key) {
 }
 
 void Layer::removeAnimationForKey(const QString& key) {
-    if (!m_running) return;
+    if (!m_running) { return; }
     const bool animatedOrder = animatesOrder();
     std::erase_if(m_running->animations, [&key](const auto& entry) { return entry.first == key; });
-    if (m_running->animations.empty()) m_running.reset();
+    if (m_running->animations.empty()) { m_running.reset(); }
     animationsDidChange(animatedOrder);
 }
 
@@ -217,7 +217,7 @@ void Layer::removeAllAnimations() {
 
 std::vector<QString> Layer::animationKeys() const {
     std::vector<QString> keys;
-    if (!m_running) return keys;
+    if (!m_running) { return keys; }
     for (const auto& [key, animation] : m_running->animations) {
         keys.push_back(key);
     }
@@ -225,15 +225,15 @@ std::vector<QString> Layer::animationKeys() const {
 }
 
 const KeyframeAnimation* Layer::animationForKey(const QString& key) const {
-    if (!m_running) return nullptr;
+    if (!m_running) { return nullptr; }
     for (const auto& [otherKey, animation] : m_running->animations) {
-        if (otherKey == key) return &animation;
+        if (otherKey == key) { return &animation; }
     }
     return nullptr;
 }
 
 const LayerValues& Layer::presentedAt(double time) const {
-    if (!m_running) return m_values;
+    if (!m_running) { return m_values; }
     Running& running = *m_running;
     if (!running.isCurrent || running.time != time) {
         running.presented = m_values;
@@ -249,7 +249,7 @@ const LayerValues& Layer::presentedAt(double time) const {
 // Geometry.
 
 Linear Layer::presentedLinear(const LayerValues& values) const {
-    if (m_running) return values.transform.linear();
+    if (m_running) { return values.transform.linear(); }
     if (!m_linearIsCurrent) {
         m_linear = m_values.transform.linear();
         m_linearIsCurrent = true;
@@ -270,7 +270,7 @@ Affine Layer::toSuperlayerAt(double time) const {
 std::optional<QPointF> Layer::fromSuperlayer(QPointF point) const {
     const LayerValues& values = presented();
     const auto fromAnchor = presentedLinear(values).unmap(point - anchorPlace(values));
-    if (!fromAnchor) return std::nullopt;
+    if (!fromAnchor) { return std::nullopt; }
     return *fromAnchor + anchorInPoints(values);
 }
 
@@ -333,7 +333,7 @@ QPointF Layer::convertPointTo(QPointF point, const Layer* other) const {
 }
 
 QPointF Layer::convertPointFrom(QPointF point, const Layer* other) const {
-    if (other) return other->convertPointTo(point, this);
+    if (other) { return other->convertPointTo(point, this); }
     const auto converted = mapFromAncestor(point, nullptr);
     return converted ? *converted : anchorInPoints(presented());
 }
@@ -367,18 +367,18 @@ bool Layer::containsPoint(QPointF point) const {
 // Thousands of layers are asked for one press: without calls between them their arithmetic
 // overlaps.
 [[gnu::flatten]] Layer* Layer::hitTest(QPointF point) {
-    if (m_hidden) return nullptr;
+    if (m_hidden) { return nullptr; }
     const auto own = fromSuperlayer(point);
-    if (!own || (m_masksToBounds && !Layer::containsPoint(*own))) return nullptr;
-    if (Layer* hit = hitBelow(*own)) return hit;
+    if (!own || (m_masksToBounds && !Layer::containsPoint(*own))) { return nullptr; }
+    if (Layer* hit = hitBelow(*own)) { return hit; }
     return coversPoint(*own) ? this : nullptr;
 }
 
 Layer* Layer::hitBelow(QPointF point) const {
-    if (m_sublayers.empty()) return nullptr;
+    if (m_sublayers.empty()) { return nullptr; }
     const std::vector<Layer*>& order = sublayersInDrawingOrder();
     for (auto layer = order.rbegin(); layer != order.rend(); ++layer) {
-        if (Layer* hit = (*layer)->hitTest(point)) return hit;
+        if (Layer* hit = (*layer)->hitTest(point)) { return hit; }
     }
     return nullptr;
 }
@@ -394,8 +394,8 @@ void Layer::setNeedsLayout() {
 }
 
 void Layer::layoutIfNeeded() {
-    if (std::exchange(m_needsLayout, false)) layoutSublayers();
-    if (!std::exchange(m_belowNeedsLayout, false)) return;
+    if (std::exchange(m_needsLayout, false)) { layoutSublayers(); }
+    if (!std::exchange(m_belowNeedsLayout, false)) { return; }
     for (Layer* sublayer : m_sublayers) {
         sublayer->layoutIfNeeded();
     }

@@ -11,9 +11,11 @@ namespace tweenery {
 namespace {
 
 void requireSize(QImage& picture, QSize size) {
-    if (picture.size() == size && picture.format() == QImage::Format_ARGB32_Premultiplied) return;
+    if (picture.size() == size && picture.format() == QImage::Format_ARGB32_Premultiplied) {
+        return;
+    }
     picture = QImage(size, QImage::Format_ARGB32_Premultiplied);
-    if (picture.isNull() && !size.isEmpty()) throw std::bad_alloc();
+    if (picture.isNull() && !size.isEmpty()) { throw std::bad_alloc(); }
 }
 
 // What the raster engine can paint on.
@@ -54,7 +56,7 @@ void LayerRenderer::paint(const DisplayList& list, QImage& picture) {
 }
 
 void LayerRenderer::paintDirty(const DisplayList& list, const DirtyArea& dirty, QImage& picture) {
-    if (dirty.isEmpty()) return;
+    if (dirty.isEmpty()) { return; }
     uchar* const bits = picture.bits();
     const qsizetype bytesPerLine = picture.bytesPerLine();
     const int rows = stripHeight(list);
@@ -63,7 +65,7 @@ void LayerRenderer::paintDirty(const DisplayList& list, const DirtyArea& dirty, 
         const int top = static_cast<int>(index) * rows;
         const QRect strip(0, top, picture.width(), std::min(rows, picture.height() - top));
         const QRegion part = dirty.partOf(strip);
-        if (part.isEmpty()) return;
+        if (part.isEmpty()) { return; }
         QImage pixels(bits + top * bytesPerLine, strip.width(), strip.height(), bytesPerLine,
                       QImage::Format_ARGB32_Premultiplied);
         m_painters[static_cast<size_t>(worker)].paint(list, strip, part, pixels);
@@ -74,8 +76,8 @@ QImage renderLayer(Layer& root, double scale) {
     const QRectF bounds = root.presented().bounds;
     const QSizeF exact = bounds.size() * scale;
     QImage picture;
-    if (!(exact.width() > 0 && exact.height() > 0)) return picture;
-    if (!(std::max(exact.width(), exact.height()) <= kGreatestSide)) throw std::bad_alloc();
+    if (!(exact.width() > 0 && exact.height() > 0)) { return picture; }
+    if (!(std::max(exact.width(), exact.height()) <= kGreatestSide)) { throw std::bad_alloc(); }
     const QSize size(static_cast<int>(std::ceil(exact.width())),
                      static_cast<int>(std::ceil(exact.height())));
     DisplayList list;

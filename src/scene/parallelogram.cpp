@@ -28,7 +28,7 @@ Parallelogram::Columns Parallelogram::columnsBetween(double top, double bottom) 
         const QPointF& to = m_corners[(i + 1) % 4];
         const double begin = std::max(top, std::min(from.y(), to.y()));
         const double end = std::min(bottom, std::max(from.y(), to.y()));
-        if (begin > end) continue;
+        if (begin > end) { continue; }
         if (from.y() == to.y()) {
             include(from.x());
             include(to.x());

@@ -20,10 +20,10 @@ QString quoted(std::string_view key) {
 }
 
 ArchivedKind kindOfInstances(std::string_view className) {
-    if (className == "NSArray" || className == "NSMutableArray") return ArchivedKind::Array;
-    if (className == "NSString" || className == "NSMutableString") return ArchivedKind::String;
-    if (className == "NSData" || className == "NSMutableData") return ArchivedKind::Data;
-    if (className == "NSNull") return ArchivedKind::Null;
+    if (className == "NSArray" || className == "NSMutableArray") { return ArchivedKind::Array; }
+    if (className == "NSString" || className == "NSMutableString") { return ArchivedKind::String; }
+    if (className == "NSData" || className == "NSMutableData") { return ArchivedKind::Data; }
+    if (className == "NSNull") { return ArchivedKind::Null; }
     return ArchivedKind::Object;
 }
 
@@ -44,22 +44,24 @@ void KeyedUnarchiver::Table::open() {
         return object.type == PlistType::Ascii && m_plist.ascii(object) == text;
     };
     const PlistObject top = m_plist.object(m_plist.top());
-    if (top.type != PlistType::Dict) failAsArchive();
+    if (top.type != PlistType::Dict) { failAsArchive(); }
     const uint32_t archiver = refOf(top, "$archiver");
-    if (archiver != NoObject && !isText(archiver, "NSKeyedArchiver")) failAsArchive();
+    if (archiver != NoObject && !isText(archiver, "NSKeyedArchiver")) { failAsArchive(); }
     const uint32_t objects = refOf(top, "$objects");
     const uint32_t roots = refOf(top, "$top");
-    if (objects == NoObject || roots == NoObject) failAsArchive();
+    if (objects == NoObject || roots == NoObject) { failAsArchive(); }
     m_objects = m_plist.object(objects);
     const PlistObject rootTable = m_plist.object(roots);
-    if (m_objects.type != PlistType::Array || rootTable.type != PlistType::Dict) failAsArchive();
+    if (m_objects.type != PlistType::Array || rootTable.type != PlistType::Dict) {
+        failAsArchive();
+    }
 
-    if (m_objects.count > 0 && isText(refOfObject(0), "$null")) m_nullRef = refOfObject(0);
+    if (m_objects.count > 0 && isText(refOfObject(0), "$null")) { m_nullRef = refOfObject(0); }
     uint32_t root = refOf(rootTable, "root");
-    if (root == NoObject && rootTable.count == 1) root = m_plist.value(rootTable, 0);
-    if (root == NoObject) return;
+    if (root == NoObject && rootTable.count == 1) { root = m_plist.value(rootTable, 0); }
+    if (root == NoObject) { return; }
     const ArchivedValue value = resolve(root);
-    if (value.object.type == PlistType::Dict) m_root = value.number;
+    if (value.object.type == PlistType::Dict) { m_root = value.number; }
 }
 
 void KeyedUnarchiver::Table::failKey(std::string_view key, const char* reason) const {
@@ -90,7 +92,7 @@ uint32_t KeyedUnarchiver::Table::find(const PlistObject& dict, std::string_view 
             return hint.position;
         }
         const uint32_t position = m_plist.positionOfKey(dict, hint.ref);
-        if (position < dict.count) return hint.position = position;
+        if (position < dict.count) { return hint.position = position; }
     }
     // A key is often asked for after the one that was written before it. The text decides, since
     // another writer may have stored it more than once.
@@ -106,7 +108,7 @@ uint32_t KeyedUnarchiver::Table::find(const PlistObject& dict, std::string_view 
 
 ArchivedValue KeyedUnarchiver::Table::value(const PlistObject& dict, std::string_view key) {
     const uint32_t position = find(dict, key);
-    if (position == dict.count) return {};
+    if (position == dict.count) { return {}; }
     return resolve(m_plist.value(dict, position));
 }
 
@@ -116,7 +118,7 @@ ArchivedValue KeyedUnarchiver::Table::item(uint32_t arrayRef, size_t index) {
 
 uint32_t KeyedUnarchiver::Table::itemNumber(const PlistObject& array, size_t index) {
     const PlistObject reference = m_plist.object(m_plist.item(array, static_cast<uint32_t>(index)));
-    if (reference.type != PlistType::Uid) return NoObject;
+    if (reference.type != PlistType::Uid) { return NoObject; }
     const uint32_t number = referencedNumber(reference);
     return dictionary(number).type == PlistType::Dict ? number : NoObject;
 }
@@ -137,7 +139,7 @@ ArchivedValue KeyedUnarchiver::Table::resolve(uint32_t ref) {
     value.kind = kindOf(value.object);
     // Objects stand in the object table; a dictionary elsewhere is nothing that a reader takes.
     const bool isLoose = value.number == NoObject && value.object.type == PlistType::Dict;
-    if (isLoose) value.kind = ArchivedKind::Data;
+    if (isLoose) { value.kind = ArchivedKind::Data; }
     return value;
 }
 
@@ -169,7 +171,9 @@ ArchivedKind KeyedUnarchiver::Table::kindOf(const PlistObject& object) {
 }
 
 void KeyedUnarchiver::Table::requireFewKeys(const PlistObject& dict) const {
-    if (dict.count > MostKeys) fail(QStringLiteral("an object of the archive has too many keys"));
+    if (dict.count > MostKeys) {
+        fail(QStringLiteral("an object of the archive has too many keys"));
+    }
 }
 
 void KeyedUnarchiver::Table::failReference() const {
@@ -179,12 +183,12 @@ void KeyedUnarchiver::Table::failReference() const {
 auto KeyedUnarchiver::Table::classAt(const PlistObject& dict, uint32_t position)
     -> const ClassEntry& {
     static const ClassEntry unknown;
-    if (position == dict.count) return unknown;
+    if (position == dict.count) { return unknown; }
     const PlistObject reference = m_plist.object(m_plist.value(dict, position));
-    if (reference.type != PlistType::Uid) failKey("$class", "is no reference to a class");
+    if (reference.type != PlistType::Uid) { failKey("$class", "is no reference to a class"); }
     const uint32_t number = referencedNumber(reference);
     ClassEntry& entry = m_classes[number % m_classes.size()];
-    if (entry.number == number) return entry;
+    if (entry.number == number) { return entry; }
 
     const PlistObject description = m_plist.object(refOfObject(number));
     if (description.type == PlistType::Dict) {
@@ -202,9 +206,9 @@ auto KeyedUnarchiver::Table::classAt(const PlistObject& dict, uint32_t position)
 }
 
 bool KeyedUnarchiver::Table::boolean(const ArchivedValue& value, std::string_view key) const {
-    if (value.isAbsent()) return false;
-    if (value.object.isBool()) return value.object.type == PlistType::True;
-    if (value.object.isNumber()) return number(value, key) != 0;
+    if (value.isAbsent()) { return false; }
+    if (value.object.isBool()) { return value.object.type == PlistType::True; }
+    if (value.object.isNumber()) { return number(value, key) != 0; }
     failKey(key, "is no yes or no");
 }
 
@@ -220,30 +224,30 @@ int32_t KeyedUnarchiver::Table::integer(const ArchivedValue& value, std::string_
 float KeyedUnarchiver::Table::real(const ArchivedValue& value, std::string_view key) const {
     const double wide = number(value, key);
     constexpr double largest = std::numeric_limits<float>::max();
-    if (wide < -largest || wide > largest) failKey(key, "does not fit into a 32-bit float");
+    if (wide < -largest || wide > largest) { failKey(key, "does not fit into a 32-bit float"); }
     return static_cast<float>(wide);
 }
 
 double KeyedUnarchiver::Table::number(const ArchivedValue& value, std::string_view key) const {
-    if (value.isAbsent()) return 0;
-    if (!value.object.isNumber()) failKey(key, "is no number");
+    if (value.isAbsent()) { return 0; }
+    if (!value.object.isNumber()) { failKey(key, "is no number"); }
     const double number = m_plist.number(value.object);
-    if (!std::isfinite(number)) failKey(key, "is not finite");
+    if (!std::isfinite(number)) { failKey(key, "is not finite"); }
     return number;
 }
 
 std::optional<PlistObject> KeyedUnarchiver::Table::string(const ArchivedValue& value) {
-    if (value.kind != ArchivedKind::String) return std::nullopt;
-    if (value.object.isString()) return value.object;
+    if (value.kind != ArchivedKind::String) { return std::nullopt; }
+    if (value.object.isString()) { return value.object; }
     const PlistObject inner = this->value(value.object, "NS.string").object;
-    if (!inner.isString()) return std::nullopt;
+    if (!inner.isString()) { return std::nullopt; }
     return inner;
 }
 
 PlistObject KeyedUnarchiver::Table::requireString(const ArchivedValue& value,
                                                   std::string_view key) {
     const auto stored = string(value);
-    if (!stored) failKey(key, "is no string");
+    if (!stored) { failKey(key, "is no string"); }
     return *stored;
 }
 
@@ -253,41 +257,41 @@ QString KeyedUnarchiver::Table::text(const ArchivedValue& value, std::string_vie
 
 std::optional<std::string_view> KeyedUnarchiver::Table::ascii(const ArchivedValue& value,
                                                               std::string_view key) {
-    if (value.isAbsent()) return std::nullopt;
+    if (value.isAbsent()) { return std::nullopt; }
     return ascii(requireString(value, key));
 }
 
 QString KeyedUnarchiver::Table::text(const PlistObject& string) {
-    if (string.count <= ShortString) return m_plist.text(string);
+    if (string.count <= ShortString) { return m_plist.text(string); }
     QString& shared = m_longStrings[string.payload];
-    if (shared.isNull()) shared = m_plist.text(string);
+    if (shared.isNull()) { shared = m_plist.text(string); }
     return shared;
 }
 
 std::optional<std::string_view> KeyedUnarchiver::Table::ascii(const PlistObject& string) const {
-    if (string.type != PlistType::Ascii || string.count > ShortString) return std::nullopt;
+    if (string.type != PlistType::Ascii || string.count > ShortString) { return std::nullopt; }
     return m_plist.ascii(string);
 }
 
 QPointF KeyedUnarchiver::Table::point(const ArchivedValue& value, std::string_view key) {
-    if (value.isAbsent()) return {};
+    if (value.isAbsent()) { return {}; }
     ArchivedValue boxed = value;
     if (value.kind == ArchivedKind::Object && classOf(value.object).name == "NSValue") {
         boxed = this->value(value.object, "NS.pointval");
-        if (boxed.isAbsent()) boxed = this->value(value.object, "NS.sizeval");
+        if (boxed.isAbsent()) { boxed = this->value(value.object, "NS.sizeval"); }
     }
     const auto stored = string(boxed);
-    if (!stored || stored->count > LongestPoint) failKey(key, "is no point");
+    if (!stored || stored->count > LongestPoint) { failKey(key, "is no point"); }
     const auto plain = ascii(*stored);
     const auto point =
         plain ? pointFromText(*plain) : pointFromText(m_plist.text(*stored).toStdString());
-    if (!point) failKey(key, "is no point of the form {x, y}");
+    if (!point) { failKey(key, "is no point of the form {x, y}"); }
     return *point;
 }
 
 auto KeyedUnarchiver::Table::array(const ArchivedValue& value, std::string_view key) -> Array {
     ArchivedValue items = value;
-    if (value.object.type == PlistType::Dict) items = this->value(value.object, "NS.objects");
+    if (value.object.type == PlistType::Dict) { items = this->value(value.object, "NS.objects"); }
     if (value.kind != ArchivedKind::Array || items.object.type != PlistType::Array) {
         failKey(key, "is no array");
     }
@@ -295,16 +299,16 @@ auto KeyedUnarchiver::Table::array(const ArchivedValue& value, std::string_view 
 }
 
 QStringList KeyedUnarchiver::Table::strings(const ArchivedValue& value, std::string_view key) {
-    if (value.isAbsent()) return {};
+    if (value.isAbsent()) { return {}; }
     const Array array = this->array(value, key);
-    if (array.size == 0) return {};
+    if (array.size == 0) { return {}; }
     QStringList& shared = m_stringLists[m_plist.object(array.ref).payload];
-    if (!shared.isEmpty()) return shared;
+    if (!shared.isEmpty()) { return shared; }
     QStringList list;
     list.reserve(static_cast<qsizetype>(array.size));
     for (size_t i = 0; i < array.size; ++i) {
         const auto stored = string(item(array.ref, i));
-        if (!stored) failKey(key, "is no array of strings");
+        if (!stored) { failKey(key, "is no array of strings"); }
         list.append(text(*stored));
     }
     return shared = list;

@@ -41,7 +41,7 @@ class KeyHints {
     };
 
     Hint& at(std::string_view key) {
-        if (key.empty()) return m_hints[0];
+        if (key.empty()) { return m_hints[0]; }
         const auto byte = [key](size_t index) { return size_t{static_cast<uint8_t>(key[index])}; };
         const size_t mixed =
             key.size() + 7 * byte(0) + 13 * byte(key.size() - 1) + 29 * byte(key.size() / 2);

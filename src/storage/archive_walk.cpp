@@ -31,7 +31,7 @@ class ArchiveWalk {
     size_t m_bytes = 0;
 
     void visit(uint32_t ref) {
-        if (m_seen[ref]) return;
+        if (m_seen[ref]) { return; }
         m_seen[ref] = true;
         m_pending.push_back(ref);
     }
@@ -60,8 +60,9 @@ class ArchiveWalk {
                 break;
             case PlistType::Array:
             case PlistType::Set:
-                for (uint32_t i = 0; i < object.count; ++i)
+                for (uint32_t i = 0; i < object.count; ++i) {
                     visit(m_plist.item(object, i));
+                }
                 break;
             case PlistType::Dict:
                 verifyDictionary(object);
@@ -73,7 +74,7 @@ class ArchiveWalk {
 
     void verifyReference(const PlistObject& uid) {
         const uint32_t ref = m_table.refOfObject(m_table.referencedNumber(uid));
-        if (m_plist.object(ref).type == PlistType::Uid) m_table.failReference();
+        if (m_plist.object(ref).type == PlistType::Uid) { m_table.failReference(); }
         visit(ref);
     }
 
@@ -89,7 +90,7 @@ class ArchiveWalk {
         ArchivedValue value;
         value.object = dict;
         value.kind = m_table.kindOf(dict);
-        if (value.kind == ArchivedKind::Array) m_table.array(value, "NS.objects");
+        if (value.kind == ArchivedKind::Array) { m_table.array(value, "NS.objects"); }
         if (value.kind == ArchivedKind::String && !m_table.string(value)) {
             m_table.failKey("NS.string", "is no string");
         }

@@ -8,14 +8,16 @@ namespace tweenery {
 bool isSevenBit(const char* bytes, size_t size) {
     uint64_t seen = 0;
     if (size >= 8) {
-        for (size_t i = 0; i + 8 < size; i += 8)
+        for (size_t i = 0; i + 8 < size; i += 8) {
             seen |= wordAt<uint64_t>(bytes + i);
+        }
         seen |= wordAt<uint64_t>(bytes + size - 8);
     } else if (size >= 4) {
         seen = wordAt<uint32_t>(bytes) | wordAt<uint32_t>(bytes + size - 4);
     } else {
-        for (size_t i = 0; i < size; ++i)
+        for (size_t i = 0; i < size; ++i) {
             seen |= static_cast<uint8_t>(bytes[i]);
+        }
     }
     return (seen & 0x8080808080808080U) == 0;
 }
@@ -101,22 +103,22 @@ uint64_t BinaryPlist::longCount(Marker marker, const uint8_t*& place) const {
     if (marker.count == NoObject) {
         fail(QStringLiteral("the property list holds an object of an unknown type"));
     }
-    if (place == m_objectsEnd) failBounds();
+    if (place == m_objectsEnd) { failBounds(); }
     const uint8_t width = *place++;
     if (width < 0x10 || width > 0x13) {
         fail(QStringLiteral("an object of the property list has no valid count"));
     }
     const size_t size = size_t{1} << (width & 0xF);
-    if (size > static_cast<size_t>(m_objectsEnd - place)) failBounds();
+    if (size > static_cast<size_t>(m_objectsEnd - place)) { failBounds(); }
     const uint64_t count = unsignedAt(place, size);
-    if (count > UINT32_MAX) failBounds();
+    if (count > UINT32_MAX) { failBounds(); }
     place += size;
     return count;
 }
 
 uint32_t BinaryPlist::positionOfKey(const PlistObject& dict, uint32_t ref) const {
     for (uint32_t i = 0; i < dict.count; ++i) {
-        if (item(dict, i) == ref) return i;
+        if (item(dict, i) == ref) { return i; }
     }
     return dict.count;
 }
@@ -130,7 +132,7 @@ uint32_t BinaryPlist::positionOfKey(const PlistObject& dict, std::string_view ke
             std::memcmp(candidate.payload, key.data(), key.size()) == 0) {
             return position;
         }
-        if (++position == dict.count) position = 0;
+        if (++position == dict.count) { position = 0; }
     }
     return dict.count;
 }
@@ -158,7 +160,7 @@ double BinaryPlist::number(const PlistObject& number) const {
         return number.count == 4 ? static_cast<double>(qFromBigEndian<float>(number.payload))
                                  : qFromBigEndian<double>(number.payload);
     }
-    if (const auto value = integer(number)) return static_cast<double>(*value);
+    if (const auto value = integer(number)) { return static_cast<double>(*value); }
     const double high = static_cast<double>(qFromBigEndian<qint64>(number.payload));
     return high * 0x1p64 + static_cast<double>(qFromBigEndian<quint64>(number.payload + 8));
 }
@@ -170,7 +172,7 @@ std::optional<int64_t> BinaryPlist::integer(const PlistObject& number) const {
     }
     const auto high = qFromBigEndian<qint64>(number.payload);
     const auto low = qFromBigEndian<qint64>(number.payload + 8);
-    if (high != (low < 0 ? -1 : 0)) return std::nullopt;
+    if (high != (low < 0 ? -1 : 0)) { return std::nullopt; }
     return low;
 }
 
@@ -178,9 +180,9 @@ uint32_t BinaryPlist::uid(const PlistObject& uid) const {
     const size_t leading = uid.count > 8 ? uid.count - 8 : 0;
     uint64_t value = unsignedAt(uid.payload + leading, uid.count - leading);
     for (size_t i = 0; i < leading; ++i) {
-        if (uid.payload[i] != 0) value = UINT64_MAX;
+        if (uid.payload[i] != 0) { value = UINT64_MAX; }
     }
-    if (value > UINT32_MAX) failRef();
+    if (value > UINT32_MAX) { failRef(); }
     return static_cast<uint32_t>(value);
 }
 

@@ -68,9 +68,9 @@ class BinaryPlist {
         const uint8_t* place = m_bytes + offset;
         const Marker marker = Markers[*place++];
         uint64_t count = marker.count;
-        if (count >= LongCount) count = longCount(marker, place);
+        if (count >= LongCount) { count = longCount(marker, place); }
         const auto left = static_cast<size_t>(m_objectsEnd - place);
-        if (count * m_unitSizes[static_cast<size_t>(marker.type)] > left) failBounds();
+        if (count * m_unitSizes[static_cast<size_t>(marker.type)] > left) { failBounds(); }
         return {marker.type, static_cast<uint32_t>(count), place};
     }
     /// The bytes that the object's payload takes.
@@ -136,7 +136,7 @@ class BinaryPlist {
     void readTrailer();
     uint32_t refAt(const uint8_t* place) const {
         const uint64_t ref = unsignedAt(place, m_refWidth);
-        if (ref >= m_objectCount) failRef();
+        if (ref >= m_objectCount) { failRef(); }
         return static_cast<uint32_t>(ref);
     }
     [[noreturn]] void failRef() const;
@@ -146,13 +146,14 @@ class BinaryPlist {
 
     /// A big-endian number of 1 to 8 bytes.
     static uint64_t unsignedAt(const uint8_t* place, size_t width) {
-        if (width == 1) return *place;
-        if (width == 2) return qFromBigEndian<quint16>(place);
-        if (width == 4) return qFromBigEndian<quint32>(place);
-        if (width == 8) return qFromBigEndian<quint64>(place);
+        if (width == 1) { return *place; }
+        if (width == 2) { return qFromBigEndian<quint16>(place); }
+        if (width == 4) { return qFromBigEndian<quint32>(place); }
+        if (width == 8) { return qFromBigEndian<quint64>(place); }
         uint64_t result = 0;
-        for (size_t i = 0; i < width; ++i)
+        for (size_t i = 0; i < width; ++i) {
             result = result << 8 | place[i];
+        }
         return result;
     }
 };

@@ -18,8 +18,8 @@ constexpr size_t InitialSlots = 128;
 /// The width, out of those that every reader knows, for numbers up to `largest`. A negative number
 /// has its high bit set and takes all eight bytes.
 size_t widthOf(uint64_t largest) {
-    if (largest <= UINT8_MAX) return 1;
-    if (largest <= UINT16_MAX) return 2;
+    if (largest <= UINT8_MAX) { return 1; }
+    if (largest <= UINT16_MAX) { return 2; }
     return largest <= UINT32_MAX ? 4 : 8;
 }
 
@@ -32,13 +32,15 @@ uint64_t mixed(uint64_t hash, uint64_t word) {
 uint64_t lastWord(std::string_view text) {
     const char* bytes = text.data();
     const size_t size = text.size();
-    if (size >= 8) return wordAt<uint64_t>(bytes + size - 8);
-    if (size >= 4)
+    if (size >= 8) { return wordAt<uint64_t>(bytes + size - 8); }
+    if (size >= 4) {
         return static_cast<uint64_t>(wordAt<uint32_t>(bytes)) << 32 |
                wordAt<uint32_t>(bytes + size - 4);
+    }
     uint64_t word = 0;
-    for (const char byte : text)
+    for (const char byte : text) {
         word = word << 8 | static_cast<uint8_t>(byte);
+    }
     return word;
 }
 
@@ -79,7 +81,7 @@ class BinaryPlistWriter::Output {
 
     void marker(size_t type, uint32_t count) {
         byte(type << 4 | std::min(count, 15U));
-        if (count >= 15) integer(count);
+        if (count >= 15) { integer(count); }
     }
 
     void integer(uint64_t value) {
@@ -94,8 +96,9 @@ class BinaryPlistWriter::Output {
     }
 
     void refs(std::span<const Ref> refs) {
-        for (const Ref ref : refs)
+        for (const Ref ref : refs) {
             number(ref, m_refWidth);
+        }
     }
 
  private:
@@ -152,7 +155,7 @@ auto BinaryPlistWriter::shared(uint32_t hash, IsEqual isEqual, Type type, uint64
     }
     const Ref ref = add(type, payload, count);
     m_slots[index] = {hash, ref};
-    if (++m_sharedCount * 2 > m_slots.size()) growSlots();
+    if (++m_sharedCount * 2 > m_slots.size()) { growSlots(); }
     return ref;
 }
 
@@ -160,10 +163,11 @@ void BinaryPlistWriter::growSlots() {
     const std::vector<Slot> old = std::exchange(m_slots, std::vector<Slot>(m_slots.size() * 4));
     const size_t mask = m_slots.size() - 1;
     for (const Slot& slot : old) {
-        if (slot.ref == Slot::Free) continue;
+        if (slot.ref == Slot::Free) { continue; }
         size_t index = slot.hash & mask;
-        while (m_slots[index].ref != Slot::Free)
+        while (m_slots[index].ref != Slot::Free) {
             index = (index + 1) & mask;
+        }
         m_slots[index] = slot;
     }
 }
@@ -186,7 +190,7 @@ auto BinaryPlistWriter::sharedBytes(Type type, std::string_view text) -> Ref {
     const Ref ref = shared(
         hashOfBytes(text), [&](const Object& other) { return bytesOf(other) == text; }, type,
         m_bytes.size(), static_cast<uint32_t>(count));
-    if (m_objects.size() > before) m_bytes += text;
+    if (m_objects.size() > before) { m_bytes += text; }
     return ref;
 }
 
@@ -225,12 +229,14 @@ auto BinaryPlistWriter::unsharedAscii(std::string_view text) -> Ref {
 auto BinaryPlistWriter::string(QStringView text) -> Ref {
     const auto size = static_cast<size_t>(text.size());
     char16_t seen = 0;
-    for (const QChar character : text)
+    for (const QChar character : text) {
         seen |= character.unicode();
+    }
     if (seen < 0x80) {
         m_encoded.resize(size);
-        for (size_t i = 0; i < size; ++i)
+        for (size_t i = 0; i < size; ++i) {
             m_encoded[i] = static_cast<char>(text.utf16()[i]);
+        }
         return sharedBytes(Type::Ascii, m_encoded);
     }
     m_encoded.resize(2 * size);

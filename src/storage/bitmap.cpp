@@ -24,7 +24,7 @@ QByteArray nameOf(ImageFormat format) {
 
 ImageFormat requiredFormatOf(const QByteArray& data, const QString& entry) {
     const auto format = imageFormatOf(data);
-    if (!format) throw InputError(entry, QStringLiteral("is neither a PNG nor a JPEG image"));
+    if (!format) { throw InputError(entry, QStringLiteral("is neither a PNG nor a JPEG image")); }
     return *format;
 }
 
@@ -62,7 +62,7 @@ QImage decodeAs(ImageFormat format, const QByteArray& data, const QString& entry
 }
 
 QImage overWhite(const QImage& image) {
-    if (!image.hasAlphaChannel()) return image;
+    if (!image.hasAlphaChannel()) { return image; }
     QImage opaque(image.size(), QImage::Format_RGB32);
     opaque.fill(Qt::white);
     QPainter(&opaque).drawImage(QPoint(0, 0), image);
@@ -93,9 +93,9 @@ QImage decodeImage(const QByteArray& data, const QString& entry) {
     const ImageFormat format = requiredFormatOf(data, entry);
     const QSize size = checkedSize(data, format, entry);
     const QString reason = QStringLiteral("is damaged: data is missing or changed");
-    if (!isImageComplete(data, format)) throw InputError(entry, reason);
+    if (!isImageComplete(data, format)) { throw InputError(entry, reason); }
     QImage image = decodeAs(format, data, entry);
-    if (image.size() != size) throw InputError(entry, reason);
+    if (image.size() != size) { throw InputError(entry, reason); }
     image.convertTo(QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(1);
     return image;

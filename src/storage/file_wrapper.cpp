@@ -23,7 +23,7 @@ QString numberedName(const QString& name, const FileWrapper::Children& taken) {
     for (int number = 2;; ++number) {
         QString numbered = name.left(stemLength) + u' ' + QString::number(number);
         numbered += QStringView(name).mid(stemLength);
-        if (!taken.contains(numbered)) return numbered;
+        if (!taken.contains(numbered)) { return numbered; }
     }
 }
 
@@ -37,7 +37,7 @@ struct FileWrapper::Node : FileWrapper {
 FileWrapper::Ptr FileWrapper::create(Kind kind, const QString& preferredFilename) {
     Ptr node = std::make_shared<Node>(kind);
     node->m_preferredFilename = preferredFilename;
-    if (kind == Kind::Directory) node->m_children = std::make_unique<Children>();
+    if (kind == Kind::Directory) { node->m_children = std::make_unique<Children>(); }
     return node;
 }
 
@@ -80,7 +80,7 @@ void FileWrapper::setOrigin(const std::optional<Origin>& origin) {
 QString FileWrapper::addFileWrapper(const Ptr& node) {
     assertContract(isDirectory(), u"only a directory holds entries"_s);
     const QString& wanted = node->m_preferredFilename;
-    if (!isFilingName(wanted)) failContract(u"\"%1\" cannot name an entry"_s.arg(wanted));
+    if (!isFilingName(wanted)) { failContract(u"\"%1\" cannot name an entry"_s.arg(wanted)); }
     node->takeStoredState();
     QString name = m_children->contains(wanted) ? numberedName(wanted, *m_children) : wanted;
     node->m_filename = name;
@@ -92,15 +92,16 @@ void FileWrapper::removeFileWrapper(const Ptr& node) {
     const auto isNode = [&](const auto& entry) { return entry.second == node; };
     assertContract(isDirectory(), u"only a directory holds entries"_s);
     auto position = m_children->find(node->m_filename);
-    if (position == m_children->end() || !isNode(*position))
+    if (position == m_children->end() || !isNode(*position)) {
         position = std::find_if(m_children->begin(), m_children->end(), isNode);
+    }
     assertContract(position != m_children->end(), u"the entry is not in this directory"_s);
     removeChild(position);
 }
 
 void FileWrapper::removeChild(Children::iterator position) {
     if (Ptr stored = position->second->takeStoredState()) {
-        if (!m_removed) m_removed = std::make_unique<Children>();
+        if (!m_removed) { m_removed = std::make_unique<Children>(); }
         m_removed->insert_or_assign(position->first, std::move(stored));
     }
     m_children->erase(position);
@@ -109,29 +110,31 @@ void FileWrapper::removeChild(Children::iterator position) {
 // Takes what is known about the disk out of a subtree that leaves its place: the node is new
 // wherever it is filed next, and the returned skeleton stays behind in its old parent.
 FileWrapper::Ptr FileWrapper::takeStoredState() {
-    if (!m_origin) return nullptr;
+    if (!m_origin) { return nullptr; }
     Ptr stored = create(m_kind, m_filename);
     stored->m_filename = m_filename;
     stored->m_origin = std::exchange(m_origin, std::nullopt);
-    if (!isDirectory()) return stored;
-    if (m_removed) stored->m_children = std::move(m_removed);
-    for (const auto& [name, child] : *m_children)
-        if (Ptr storedChild = child->takeStoredState())
+    if (!isDirectory()) { return stored; }
+    if (m_removed) { stored->m_children = std::move(m_removed); }
+    for (const auto& [name, child] : *m_children) {
+        if (Ptr storedChild = child->takeStoredState()) {
             stored->m_children->insert_or_assign(name, std::move(storedChild));
+        }
+    }
     return stored;
 }
 
 void FileWrapper::pc_replaceSubFileWrapperNamed(const QString& name, const QByteArray& data) {
     const Ptr present = child(name);
-    if (present && present->isRegularFile() && present->m_contents == data) return;
+    if (present && present->isRegularFile() && present->m_contents == data) { return; }
     pc_deleteSubFileWrapperNamed(name);
     addFileWrapper(regularFile(data, name));
 }
 
 void FileWrapper::pc_deleteSubFileWrapperNamed(const QString& name) {
-    if (!m_children) return;
+    if (!m_children) { return; }
     const auto position = m_children->find(name);
-    if (position != m_children->end()) removeChild(position);
+    if (position != m_children->end()) { removeChild(position); }
 }
 
 void FileWrapper::pc_ensureSubfileWrapperDoesNotExistWithName(const QString& name) {
@@ -140,12 +143,12 @@ void FileWrapper::pc_ensureSubfileWrapperDoesNotExistWithName(const QString& nam
 
 FileWrapper::Ptr FileWrapper::pc_ensureSubfileWrapperDirectoryExistsWithName(const QString& name) {
     if (Ptr present = child(name)) {
-        if (!present->isDirectory()) throw InputError(name, u"is not a directory"_s);
+        if (!present->isDirectory()) { throw InputError(name, u"is not a directory"_s); }
         return present;
     }
     Ptr made = directory(name);
     const QString filed = addFileWrapper(made);
-    if (filed != name) failContract(u"%1 != %2"_s.arg(filed, name));
+    if (filed != name) { failContract(u"%1 != %2"_s.arg(filed, name)); }
     return made;
 }
 
@@ -170,11 +173,13 @@ QString FileWrapper::debugDescriptionWithIndent(const QString& indent) const {
 void FileWrapper::describe(const QString& indent, QString& text) const {
     const QString& name = m_filename.isNull() ? m_preferredFilename : m_filename;
     text += indent + name;
-    if (isRegularFile() && name == u"name.data"_s)
+    if (isRegularFile() && name == u"name.data"_s) {
         text += u" (%1)"_s.arg(QString::fromUtf8(m_contents));
+    }
     text += u'\n';
-    for (const auto& [childName, node] : fileWrappers())
+    for (const auto& [childName, node] : fileWrappers()) {
         node->describe(indent + u"|     "_s, text);
+    }
 }
 
 bool isSafeFilename(const QString& name) {

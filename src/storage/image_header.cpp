@@ -55,14 +55,14 @@ bool isPngComplete(const QByteArray& data) {
     qsizetype position = pngSignatureLength;
     while (data.size() - position >= frame) {
         const qsizetype length = bigEndianAt<uint32_t>(data, position);
-        if (length > data.size() - position - frame) return false;
+        if (length > data.size() - position - frame) { return false; }
         const auto typeAndBody = QByteArrayView(data).sliced(position + 4, length + 4);
         const bool isNeeded = (typeAndBody[0] & 0x20) == 0;  // an upper-case letter
         if (isNeeded &&
             checksum(typeAndBody) != bigEndianAt<uint32_t>(data, position + 8 + length)) {
             return false;
         }
-        if (typeAndBody.startsWith("IEND")) return true;
+        if (typeAndBody.startsWith("IEND")) { return true; }
         position += length + frame;
     }
     return false;
@@ -77,12 +77,12 @@ qsizetype walkJpegSegments(const QByteArray& data,
     qsizetype position = 2;
     while (data.size() - position >= 4 && byteAt(data, position) == Fill) {
         const uint8_t marker = byteAt(data, ++position);
-        if (marker == Fill) continue;
+        if (marker == Fill) { continue; }
         ++position;
         const qsizetype length = bigEndianAt<uint16_t>(data, position);
-        if (length < 2 || length > data.size() - position || visit(marker, position)) return -1;
+        if (length < 2 || length > data.size() - position || visit(marker, position)) { return -1; }
         position += length;
-        if (marker == StartOfScan) return position;
+        if (marker == StartOfScan) { return position; }
     }
     return -1;
 }
@@ -93,7 +93,7 @@ std::optional<QSize> jpegSize(const QByteArray& data) {
         const bool isFrame = marker >= FirstFrame && marker <= LastFrame &&
                              marker != HuffmanTables && marker != JpegExtension &&
                              marker != ArithmeticTables;
-        if (!isFrame || data.size() - position < 7) return false;
+        if (!isFrame || data.size() - position < 7) { return false; }
         size = QSize(bigEndianAt<uint16_t>(data, position + 5),
                      bigEndianAt<uint16_t>(data, position + 3));
         return true;
@@ -103,11 +103,11 @@ std::optional<QSize> jpegSize(const QByteArray& data) {
 
 std::optional<QSize> pngSize(const QByteArray& data) {
     constexpr qsizetype header = 16;  // signature, length and type of the first chunk
-    if (data.size() < header + 8 || data.mid(12, 4) != "IHDR") return std::nullopt;
+    if (data.size() < header + 8 || data.mid(12, 4) != "IHDR") { return std::nullopt; }
     const auto width = bigEndianAt<uint32_t>(data, header);
     const auto height = bigEndianAt<uint32_t>(data, header + 4);
     constexpr uint32_t largest = 0x7fffffff;  // by the format
-    if (width > largest || height > largest) return std::nullopt;
+    if (width > largest || height > largest) { return std::nullopt; }
     return QSize(static_cast<int>(width), static_cast<int>(height));
 }
 
@@ -119,8 +119,10 @@ bool isJpegComplete(const QByteArray& data) {
 }  // namespace
 
 std::optional<ImageFormat> imageFormatOf(const QByteArray& data) {
-    if (data.startsWith(QByteArrayView(pngSignature, pngSignatureLength))) return ImageFormat::Png;
-    if (data.startsWith(QByteArrayView("\xff\xd8\xff", 3))) return ImageFormat::Jpeg;
+    if (data.startsWith(QByteArrayView(pngSignature, pngSignatureLength))) {
+        return ImageFormat::Png;
+    }
+    if (data.startsWith(QByteArrayView("\xff\xd8\xff", 3))) { return ImageFormat::Jpeg; }
     return std::nullopt;
 }
 

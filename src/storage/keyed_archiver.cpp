@@ -159,18 +159,18 @@ class ArchiveBuilder final : public KeyedEncoder {
     }
 
     uint32_t uidOfShared(Ref ref) {
-        if (ref >= m_uidOfRef.size()) m_uidOfRef.resize(ref * 2 + 64, NullUid);
-        if (m_uidOfRef[ref] == NullUid) m_uidOfRef[ref] = newObject(ref);
+        if (ref >= m_uidOfRef.size()) { m_uidOfRef.resize(ref * 2 + 64, NullUid); }
+        if (m_uidOfRef[ref] == NullUid) { m_uidOfRef[ref] = newObject(ref); }
         return m_uidOfRef[ref];
     }
 
     uint32_t uidOfClass(const ArchiveClass& archiveClass) {
         for (const ClassUid& known : m_classes) {
-            if (known.name == archiveClass.name) return known.uid;
+            if (known.name == archiveClass.name) { return known.uid; }
         }
         const Ref name = m_plist.ascii(archiveClass.name);
         std::vector<Ref> names{name, m_plist.ascii(archiveClass.baseName)};
-        if (archiveClass.baseName != "NSObject") names.push_back(m_plist.ascii("NSObject"));
+        if (archiveClass.baseName != "NSObject") { names.push_back(m_plist.ascii("NSObject")); }
         const BinaryPlistWriter::Pair pairs[] = {
             {m_plist.ascii("$classname"), name},
             {m_plist.ascii("$classes"), m_plist.array(names)},
@@ -182,8 +182,8 @@ class ArchiveBuilder final : public KeyedEncoder {
 
     Ref uidRef(uint32_t uid) {
         constexpr Ref None = UINT32_MAX;
-        if (uid >= m_uids.size()) m_uids.resize(uid * 2 + 64, None);
-        if (m_uids[uid] == None) m_uids[uid] = m_plist.uid(uid);
+        if (uid >= m_uids.size()) { m_uids.resize(uid * 2 + 64, None); }
+        if (m_uids[uid] == None) { m_uids[uid] = m_plist.uid(uid); }
         return m_uids[uid];
     }
 

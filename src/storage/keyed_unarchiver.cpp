@@ -10,14 +10,14 @@ ArchivedValue KeyedDecoder::valueForKey(std::string_view key) const {
 }
 
 QString KeyedDecoder::className() const {
-    if (isNull()) return {};
+    if (isNull()) { return {}; }
     const std::string_view name = m_archive->m_table->className(m_object);
     return QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
 }
 
 void KeyedDecoder::requireClass(std::string_view name) const {
     assertContract(!isNull(), QStringLiteral("the null object has no class"));
-    if (m_archive->m_table->className(m_object) == name) return;
+    if (m_archive->m_table->className(m_object) == name) { return; }
     m_archive->fail(QStringLiteral("an object of class \"%1\" stands where a \"%2\" is expected")
                         .arg(className(), QString::fromUtf8(name.data(), name.size())));
 }
@@ -68,7 +68,7 @@ QSizeF KeyedDecoder::decodeSize(std::string_view key) const {
 
 KeyedDecoder KeyedDecoder::decodeObject(std::string_view key) const {
     const ArchivedValue value = valueForKey(key);
-    if (value.isAbsent()) return {};
+    if (value.isAbsent()) { return {}; }
     if (value.object.type != PlistType::Dict || value.number == ArchivedValue::NoObject) {
         m_archive->m_table->failKey(key, "is no object");
     }
@@ -78,7 +78,7 @@ KeyedDecoder KeyedDecoder::decodeObject(std::string_view key) const {
 ArchivedArray KeyedDecoder::decodeArray(std::string_view key) const {
     ArchivedArray result;
     const ArchivedValue value = valueForKey(key);
-    if (value.isAbsent()) return result;
+    if (value.isAbsent()) { return result; }
     const auto array = m_archive->m_table->array(value, key);
     result.m_archive = m_archive;
     result.m_array = array.ref;

@@ -29,7 +29,7 @@ void compareEntry(const DirectoryPlace& place, int descriptor, const QString& na
         changed.append(place.pathOf(name));
         return;
     }
-    if (!stored.isDirectory()) return;
+    if (!stored.isDirectory()) { return; }
     const FileDescriptor opened = openDirectoryAt(descriptor, entryName);
     if (!opened) {
         changed.append(place.pathOf(name));
@@ -44,11 +44,14 @@ void compareEntry(const DirectoryPlace& place, int descriptor, const QString& na
 void compareDirectory(const DirectoryPlace& place, int descriptor, const FileWrapper& stored,
                       QStringList& changed) {
     std::vector<ListedEntry> entries;
-    if (!listDirectory(descriptor, entries))
+    if (!listDirectory(descriptor, entries)) {
         throw InputError(place.path(), failureText(u"could not be listed"_s, errno));
-    for (const ListedEntry& entry : entries)
-        if (!isStored(stored, QString::fromStdString(entry.name)))
+    }
+    for (const ListedEntry& entry : entries) {
+        if (!isStored(stored, QString::fromStdString(entry.name))) {
             changed.append(place.pathOf(printableName(entry.name)));
+        }
+    }
     forEachStoredEntry(stored, [&](const QString& name, const FileWrapper& node) {
         compareEntry(place, descriptor, name, node, changed);
     });

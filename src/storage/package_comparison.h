@@ -14,10 +14,12 @@ void compareEntry(const DirectoryPlace& place, int descriptor, const QString& na
 /// Calls `visit` with the name and node of each entry that `directory` should have on disk.
 template <typename Visit>
 void forEachStoredEntry(const FileWrapper& directory, const Visit& visit) {
-    for (const auto& [name, node] : directory.fileWrappers())
-        if (node->origin()) visit(name, *node);
-    for (const auto& [name, node] : directory.removedEntries())
+    for (const auto& [name, node] : directory.fileWrappers()) {
+        if (node->origin()) { visit(name, *node); }
+    }
+    for (const auto& [name, node] : directory.removedEntries()) {
         visit(name, *node);
+    }
 }
 
 }  // namespace tweenery

@@ -18,8 +18,9 @@ void DirectoryPlace::enter(const std::shared_ptr<const DirectoryPlace>& director
     parent = directory;
     name = filename;
     depth = directory->depth + 1;
-    if (depth > maxDepth)
+    if (depth > maxDepth) {
         throw InputError(path(), u"is nested more than %1 directories deep"_s.arg(maxDepth));
+    }
 }
 
 QString DirectoryPlace::path() const {
@@ -37,11 +38,12 @@ namespace {
 std::string resolvedPath(const QString& path) {
     const QByteArray bytes = systemPath(path);
     char resolved[PATH_MAX];
-    if (::realpath(bytes.constData(), resolved)) return resolved;
-    if (errno != ENOENT) throw InputError(path, failureText(u"could not be opened"_s, errno));
+    if (::realpath(bytes.constData(), resolved)) { return resolved; }
+    if (errno != ENOENT) { throw InputError(path, failureText(u"could not be opened"_s, errno)); }
     std::string unresolved = bytes.toStdString();
-    while (unresolved.size() > 1 && unresolved.ends_with('/'))
+    while (unresolved.size() > 1 && unresolved.ends_with('/')) {
         unresolved.pop_back();
+    }
     return unresolved;
 }
 
@@ -51,12 +53,13 @@ PackagePlace::PackagePlace(const QString& givenPath) : path(givenPath) {
     const std::string resolved = resolvedPath(givenPath);
     const size_t slash = resolved.rfind('/');
     name = slash == std::string::npos ? resolved : resolved.substr(slash + 1);
-    if (name.empty() || name == "." || name == "..")
+    if (name.empty() || name == "." || name == "..") {
         throw InputError(path, u"is no place for a package"_s);
+    }
     const std::string directory =
         slash == std::string::npos ? "." : resolved.substr(0, std::max<size_t>(slash, 1));
     parent = FileDescriptor(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!parent) fail(u"its directory could not be opened"_s, errno);
+    if (!parent) { fail(u"its directory could not be opened"_s, errno); }
 }
 
 void PackagePlace::fail(const QString& whatFailed, int error) const {
@@ -68,8 +71,9 @@ QString packageName(const QString& path) {
         return of.section(u'/', -1, -1, QString::SectionSkipEmpty);
     };
     QString name = lastComponent(path);
-    if (name == u"."_s || name == u".."_s)
+    if (name == u"."_s || name == u".."_s) {
         name = lastComponent(QString::fromStdString(resolvedPath(path)));
+    }
     return name;
 }
 
@@ -79,11 +83,11 @@ FileDescriptor openPackage(const QString& path) {
     FileDescriptor package(::open(bytes.constData(), flags));
     if (!package && errno == ENOENT) {
         const PackagePlace place(path);
-        if (!recoverSetAside(place)) throw InputError(path, u"does not exist"_s);
+        if (!recoverSetAside(place)) { throw InputError(path, u"does not exist"_s); }
         package = openDirectoryAt(place.parent.number(), place.name.c_str());
     }
-    if (package) return package;
-    if (errno == ENOTDIR) throw InputError(path, u"is not a directory"_s);
+    if (package) { return package; }
+    if (errno == ENOTDIR) { throw InputError(path, u"is not a directory"_s); }
     throw InputError(path, failureText(u"could not be opened"_s, errno));
 }
 

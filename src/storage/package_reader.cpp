@@ -74,10 +74,12 @@ void PackageReader::read(FileDescriptor root, const FileWrapper::Ptr& node, cons
 
 void PackageReader::readDirectory(const DirectoryPtr& directory) {
     std::vector<ListedEntry> entries;
-    if (!listDirectory(directory->descriptor.number(), entries))
+    if (!listDirectory(directory->descriptor.number(), entries)) {
         throw InputError(directory->path(), failureText(u"could not be listed"_s, errno));
-    for (const ListedEntry& entry : entries)
+    }
+    for (const ListedEntry& entry : entries) {
         readEntry(*directory, entry);
+    }
     m_walk.forEach(0, directory->subdirectories.size(), [this, directory](size_t index) {
         readSubdirectory(directory, *directory->subdirectories[index]);
     });
@@ -89,8 +91,9 @@ void PackageReader::readSubdirectory(const DirectoryPtr& parent, FileWrapper& no
     directory->node = &node;
     directory->descriptor = openDirectoryAt(parent->descriptor.number(), node.filename().toUtf8());
     struct stat status;
-    if (!directory->descriptor || ::fstat(directory->descriptor.number(), &status) != 0)
+    if (!directory->descriptor || ::fstat(directory->descriptor.number(), &status) != 0) {
         throw InputError(directory->path(), failureText(u"could not be opened"_s, errno));
+    }
     node.setOrigin(originOf(status));
     readDirectory(directory);
 }
@@ -98,15 +101,17 @@ void PackageReader::readSubdirectory(const DirectoryPtr& parent, FileWrapper& no
 void PackageReader::readEntry(Directory& directory, const ListedEntry& entry) {
     const char* name = entry.name.c_str();
     const QString filename = QString::fromUtf8(entry.name);
-    if (filename.toUtf8() != QByteArrayView(entry.name))
+    if (filename.toUtf8() != QByteArrayView(entry.name)) {
         throw InputError(directory.pathOf(printableName(entry.name)),
                          u"has a name that is not UTF-8"_s);
+    }
     unsigned char type = entry.type;
     if (type == DT_UNKNOWN) {
         struct stat status;
-        if (::fstatat(directory.descriptor.number(), name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+        if (::fstatat(directory.descriptor.number(), name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
             throw InputError(directory.pathOf(filename),
                              failureText(u"could not be examined"_s, errno));
+        }
         type = typeOf(status.st_mode);
     }
     switch (type) {
@@ -136,24 +141,26 @@ void PackageReader::readFile(const Directory& directory, const char* name,
                                        O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     struct stat before;
     if (!file || ::fstat(file.number(), &before) != 0) {
-        if (errno == ELOOP || errno == ENOENT) failChanged(entry());
+        if (errno == ELOOP || errno == ENOENT) { failChanged(entry()); }
         throw InputError(entry(), failureText(u"could not be opened"_s, errno));
     }
-    if (!S_ISREG(before.st_mode)) failChanged(entry());
-    if (before.st_size > maxFileSize) throw InputError(entry(), u"is larger than 1 GiB"_s);
+    if (!S_ISREG(before.st_mode)) { failChanged(entry()); }
+    if (before.st_size > maxFileSize) { throw InputError(entry(), u"is larger than 1 GiB"_s); }
 
     QByteArray contents(before.st_size, Qt::Uninitialized);
     for (off_t filled = 0; filled < before.st_size;) {
         const ssize_t got = ::read(file.number(), contents.data() + filled,
                                    static_cast<size_t>(before.st_size - filled));
-        if (got < 0 && errno != EINTR)
+        if (got < 0 && errno != EINTR) {
             throw InputError(entry(), failureText(u"could not be read"_s, errno));
-        if (got == 0) failChanged(entry());
-        if (got > 0) filled += got;
+        }
+        if (got == 0) { failChanged(entry()); }
+        if (got > 0) { filled += got; }
     }
     struct stat after;
-    if (::fstat(file.number(), &after) != 0 || originOf(after) != originOf(before))
+    if (::fstat(file.number(), &after) != 0 || originOf(after) != originOf(before)) {
         failChanged(entry());
+    }
 
     FileWrapper::Ptr node = FileWrapper::regularFile(contents, filename);
     directory.node->addFileWrapper(node);
@@ -166,8 +173,9 @@ void PackageReader::readLink(const Directory& directory, const char* name,
     struct stat status;
     const ssize_t length = ::readlinkat(directory.descriptor.number(), name, target, sizeof target);
     if (length < 0 ||
-        ::fstatat(directory.descriptor.number(), name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+        ::fstatat(directory.descriptor.number(), name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
         throw InputError(directory.pathOf(filename), failureText(u"could not be read"_s, errno));
+    }
     FileWrapper::Ptr node = FileWrapper::symbolicLink(QByteArray(target, length), filename);
     directory.node->addFileWrapper(node);
     node->setOrigin(originOf(status));
@@ -178,8 +186,9 @@ void PackageReader::readLink(const Directory& directory, const char* name,
 FileWrapper::Ptr readPackage(const QString& path) {
     FileDescriptor root = openPackage(path);
     struct stat status;
-    if (::fstat(root.number(), &status) != 0)
+    if (::fstat(root.number(), &status) != 0) {
         throw InputError(path, failureText(u"could not be opened"_s, errno));
+    }
     FileWrapper::Ptr node = FileWrapper::directory(packageName(path));
     node->setFilename(node->preferredFilename());
     node->setOrigin(originOf(status));

@@ -30,9 +30,9 @@ struct ChangedOnDisk {};
 int flushesFor(const FileWrapper& directory, bool links) {
     int count = 1;
     for (const auto& [name, node] : directory.fileWrappers()) {
-        if (count > maxSingleFlushes) break;
-        if (node->isDirectory()) count += flushesFor(*node, links);
-        if (node->isRegularFile() && !(links && node->origin())) ++count;
+        if (count > maxSingleFlushes) { break; }
+        if (node->isDirectory()) { count += flushesFor(*node, links); }
+        if (node->isRegularFile() && !(links && node->origin())) { ++count; }
     }
     return count;
 }
@@ -104,21 +104,24 @@ void PackageBuilder::build(const FileWrapper& root, const QString& path,
     directory->current = staged.current().number();
     directory->descriptor = staged.descriptor().number();
     m_walk.run([&] { fill(std::exchange(directory, nullptr)); });
-    if (!m_flushesEach && ::syncfs(staged.descriptor().number()) != 0)
+    if (!m_flushesEach && ::syncfs(staged.descriptor().number()) != 0) {
         throw InputError(path, failureText(u"could not be flushed"_s, errno));
+    }
 }
 
 void PackageBuilder::fill(const DirectoryPtr& directory) {
-    if (directory->current >= 0 && refusesChanges()) requireUnchanged(*directory);
+    if (directory->current >= 0 && refusesChanges()) { requireUnchanged(*directory); }
     const FileWrapper::Children& children = directory->node->fileWrappers();
     for (auto child = children.begin(); child != children.end(); ++child) {
         const auto& [name, node] = *child;
-        if (!isSafeFilename(name))
+        if (!isSafeFilename(name)) {
             throw InputError(directory->pathOf(name), u"is no name that a file can have"_s);
-        if (node->isDirectory())
+        }
+        if (node->isDirectory()) {
             makeSubdirectory(*directory, child);
-        else
+        } else {
             placeEntry(*directory, name, *node);
+        }
     }
     finish(*directory);
     m_walk.forEach(0, directory->subdirectories.size(), [this, directory](size_t index) {
@@ -129,22 +132,27 @@ void PackageBuilder::fill(const DirectoryPtr& directory) {
 // Entries that are kept show whether they changed when they are linked or entered. What is left
 // to see here is whether others came, and whether those that go are the ones we know.
 void PackageBuilder::requireUnchanged(const Directory& directory) const {
-    if (directory.parent && !directory.node->origin()) return;  // the parent saw to what was here
+    if (directory.parent && !directory.node->origin()) {
+        return;  // the parent saw to what was here
+    }
     std::vector<ListedEntry> entries;
-    if (!listDirectory(directory.current, entries))
+    if (!listDirectory(directory.current, entries)) {
         throw InputError(directory.path(), failureText(u"could not be listed"_s, errno));
+    }
     size_t expected = 0;
     forEachStoredEntry(*directory.node, [&](const QString&, const FileWrapper&) { ++expected; });
     QStringList changed;
-    for (const auto& [name, stored] : directory.node->removedEntries())
+    for (const auto& [name, stored] : directory.node->removedEntries()) {
         compareEntry(directory, directory.current, name, *stored, changed);
-    if (entries.size() != expected || !changed.isEmpty()) throw ChangedOnDisk();
+    }
+    if (entries.size() != expected || !changed.isEmpty()) { throw ChangedOnDisk(); }
 }
 
 void PackageBuilder::makeSubdirectory(Directory& directory, Child child) const {
     const QByteArray entryName = child->first.toUtf8();
-    if (::mkdirat(directory.descriptor, entryName, ACCESSPERMS) != 0)
+    if (::mkdirat(directory.descriptor, entryName, ACCESSPERMS) != 0) {
         failWriting(directory, entryName, errno);
+    }
     directory.subdirectories.push_back(child);
 }
 
@@ -157,17 +165,17 @@ void PackageBuilder::fillSubdirectory(const DirectoryPtr& parent, Child child) {
     openCurrent(*directory, *parent, entryName);
     directory->ownedDescriptor = openDirectoryAt(parent->descriptor, entryName);
     directory->descriptor = directory->ownedDescriptor.number();
-    if (directory->descriptor < 0) failWriting(*parent, entryName, errno);
+    if (directory->descriptor < 0) { failWriting(*parent, entryName, errno); }
     fill(directory);
 }
 
 void PackageBuilder::openCurrent(Directory& directory, const Directory& parent,
                                  const char* name) const {
-    if (parent.current < 0) return;
+    if (parent.current < 0) { return; }
     directory.ownedCurrent = openDirectoryAt(parent.current, name);
     directory.current = directory.ownedCurrent.number();
-    if (directory.current >= 0 || !directory.node->origin() || !refusesChanges()) return;
-    if (errno == ENOENT || errno == ENOTDIR) throw ChangedOnDisk();
+    if (directory.current >= 0 || !directory.node->origin() || !refusesChanges()) { return; }
+    if (errno == ENOENT || errno == ENOTDIR) { throw ChangedOnDisk(); }
     throw InputError(directory.path(), failureText(u"could not be opened"_s, errno));
 }
 
@@ -175,26 +183,30 @@ void PackageBuilder::openCurrent(Directory& directory, const Directory& parent,
 void PackageBuilder::finish(Directory& directory) {
     struct stat made, current;
     const auto require = [&](bool done) {
-        if (!done)
+        if (!done) {
             throw InputError(directory.path(), failureText(u"could not be written"_s, errno));
+        }
     };
     require(::fstat(directory.descriptor, &made) == 0);
     if (directory.current >= 0) {
         require(::fstat(directory.current, &current) == 0);
-        if (made.st_mode != current.st_mode)
+        if (made.st_mode != current.st_mode) {
             require(::fchmod(directory.descriptor, current.st_mode & ALLPERMS) == 0);
+        }
     }
-    if (m_flushesEach) require(flushDirectory(directory.descriptor));
+    if (m_flushesEach) { require(flushDirectory(directory.descriptor)); }
     const std::lock_guard lock(m_mutex);
     m_written.insert(m_written.end(), directory.written.begin(), directory.written.end());
-    if (directory.parent)
+    if (directory.parent) {
         m_written.emplace_back(const_cast<FileWrapper*>(directory.node), originOf(made));
+    }
 }
 
 void PackageBuilder::placeEntry(Directory& directory, const QString& name, FileWrapper& node) {
     const QByteArray entryName = name.toUtf8();
-    if (m_links && node.origin() && directory.current >= 0 && link(directory, entryName, node))
+    if (m_links && node.origin() && directory.current >= 0 && link(directory, entryName, node)) {
         return;
+    }
     const FileWrapper::Origin origin = node.isRegularFile()
                                            ? writeFile(directory, entryName, node.contents())
                                            : writeLink(directory, entryName, node.contents());
@@ -205,14 +217,16 @@ void PackageBuilder::placeEntry(Directory& directory, const QString& name, FileW
 // has to be written.
 bool PackageBuilder::link(const Directory& directory, const char* name,
                           const FileWrapper& node) const {
-    if (::linkat(directory.current, name, directory.descriptor, name, 0) != 0)
+    if (::linkat(directory.current, name, directory.descriptor, name, 0) != 0) {
         return linkFailed(directory, name, node, errno);
+    }
     struct stat status;
-    if (::fstatat(directory.descriptor, name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+    if (::fstatat(directory.descriptor, name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
         failWriting(directory, name, errno);
-    if (isAsStored(node, status)) return true;
-    if (refusesChanges()) throw ChangedOnDisk();
-    if (::unlinkat(directory.descriptor, name, 0) != 0) failWriting(directory, name, errno);
+    }
+    if (isAsStored(node, status)) { return true; }
+    if (refusesChanges()) { throw ChangedOnDisk(); }
+    if (::unlinkat(directory.descriptor, name, 0) != 0) { failWriting(directory, name, errno); }
     return false;
 }
 
@@ -221,11 +235,12 @@ bool PackageBuilder::linkFailed(const Directory& directory, const char* name,
     struct stat status;
     const bool isThere = ::fstatat(directory.current, name, &status, AT_SYMLINK_NOFOLLOW) == 0;
     if (!isThere || !isAsStored(node, status)) {
-        if (refusesChanges()) throw ChangedOnDisk();
+        if (refusesChanges()) { throw ChangedOnDisk(); }
         return false;
     }
-    for (const int writable : {EPERM, EMLINK, EXDEV, ENOTSUP, ENOSYS})
-        if (error == writable) return false;
+    for (const int writable : {EPERM, EMLINK, EXDEV, ENOTSUP, ENOSYS}) {
+        if (error == writable) { return false; }
+    }
     failWriting(directory, name, error);
 }
 
@@ -233,7 +248,7 @@ FileWrapper::Origin PackageBuilder::writeFile(const Directory& directory, const 
                                               const QByteArray& contents) const {
     constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
     FileDescriptor file(::openat(directory.descriptor, name, flags, DEFFILEMODE));
-    if (!file) failWriting(directory, name, errno);
+    if (!file) { failWriting(directory, name, errno); }
     struct stat current, written;
     const bool replaces = directory.current >= 0 &&
                           ::fstatat(directory.current, name, &current, AT_SYMLINK_NOFOLLOW) == 0 &&
@@ -241,8 +256,9 @@ FileWrapper::Origin PackageBuilder::writeFile(const Directory& directory, const 
     if (!writeAll(file.number(), contents) ||
         (replaces && ::fchmod(file.number(), current.st_mode & ACCESSPERMS) != 0) ||
         (m_flushesEach && ::fsync(file.number()) != 0) || ::fstat(file.number(), &written) != 0 ||
-        !file.close())
+        !file.close()) {
         failWriting(directory, name, errno);
+    }
     return originOf(written);
 }
 
@@ -250,8 +266,9 @@ FileWrapper::Origin PackageBuilder::writeLink(const Directory& directory, const 
                                               const QByteArray& target) const {
     struct stat written;
     if (::symlinkat(target, directory.descriptor, name) != 0 ||
-        ::fstatat(directory.descriptor, name, &written, AT_SYMLINK_NOFOLLOW) != 0)
+        ::fstatat(directory.descriptor, name, &written, AT_SYMLINK_NOFOLLOW) != 0) {
         failWriting(directory, name, errno);
+    }
     return originOf(written);
 }
 
@@ -265,7 +282,7 @@ void requireDirectory(const FileWrapper& root) {
 }
 
 [[noreturn]] void refuseChanged(const FileWrapper& root, const QString& path) {
-    if (!root.origin()) throw InputError(path, u"already exists"_s);
+    if (!root.origin()) { throw InputError(path, u"already exists"_s); }
     const QStringList changed = entriesChangedOnDisk(root, path);
     throw InputError(changed.isEmpty() ? path : changed.first(),
                      u"was changed on disk since it was opened"_s);
@@ -281,16 +298,18 @@ void savePackage(FileWrapper& root, const QString& path, OnDiskChange policy) {
     struct stat status;
     try {
         builder.build(root, path, staged);
-    } catch (const ChangedOnDisk&) {
-        refuseChanged(root, path);
-    }
-    if (::fstat(staged.descriptor().number(), &status) != 0)
+    } catch (const ChangedOnDisk&) { refuseChanged(root, path); }
+    if (::fstat(staged.descriptor().number(), &status) != 0) {
         place.fail(u"could not be examined"_s, errno);
+    }
     staged.commit();
     root.setOrigin(originOf(status));
-    for (const auto& [node, origin] : builder.written())
+    for (const auto& [node, origin] : builder.written()) {
         node->setOrigin(origin);
-    if (builder.isBig()) staged.removeReplacedInBackground();  // it takes as long as building
+    }
+    if (builder.isBig()) {
+        staged.removeReplacedInBackground();  // it takes as long as building
+    }
 }
 
 void writePackageCopy(const FileWrapper& root, const QString& path, bool replace) {
@@ -312,7 +331,7 @@ void writeFileAtomically(const QString& path, const QByteArrayList& pieces) {
     const std::string staging = target.substr(0, nameAt) + stagingName(target.substr(nameAt));
     constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
     FileDescriptor file(::open(staging.c_str(), flags, DEFFILEMODE));
-    if (!file) throw InputError(path, failureText(u"could not be written"_s, errno));
+    if (!file) { throw InputError(path, failureText(u"could not be written"_s, errno)); }
     struct stat present;
     const bool replaces = ::lstat(target.c_str(), &present) == 0 && S_ISREG(present.st_mode);
     const bool isWritten = std::all_of(pieces.begin(), pieces.end(), [&](const QByteArray& piece) {
@@ -320,8 +339,9 @@ void writeFileAtomically(const QString& path, const QByteArrayList& pieces) {
     });
     if (isWritten && (!replaces || ::fchmod(file.number(), present.st_mode & ACCESSPERMS) == 0) &&
         ::fsync(file.number()) == 0 && file.close() &&
-        ::rename(staging.c_str(), target.c_str()) == 0)
+        ::rename(staging.c_str(), target.c_str()) == 0) {
         return;
+    }
     const int error = errno;
     ::unlink(staging.c_str());
     throw InputError(path, failureText(u"could not be written"_s, error));

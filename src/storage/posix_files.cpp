@@ -22,12 +22,14 @@ bool listDirectory(int directory, std::vector<ListedEntry>& entries) {
     alignas(dirent64) char buffer[32 * 1024];
     for (;;) {
         const ssize_t filled = ::getdents64(directory, buffer, sizeof buffer);
-        if (filled <= 0) return filled == 0;
+        if (filled <= 0) { return filled == 0; }
         for (ssize_t at = 0; at < filled;) {
             const auto* entry = reinterpret_cast<const dirent64*>(buffer + at);
             at += entry->d_reclen;
             const std::string_view name = entry->d_name;
-            if (name != "." && name != "..") entries.push_back({std::string(name), entry->d_type});
+            if (name != "." && name != "..") {
+                entries.push_back({std::string(name), entry->d_type});
+            }
         }
     }
 }
@@ -37,8 +39,8 @@ bool writeAll(int file, const QByteArray& bytes) {
     const char* end = rest + bytes.size();
     while (rest < end) {
         const ssize_t written = ::write(file, rest, static_cast<size_t>(end - rest));
-        if (written < 0 && errno != EINTR) return false;
-        if (written > 0) rest += written;
+        if (written < 0 && errno != EINTR) { return false; }
+        if (written > 0) { rest += written; }
     }
     return true;
 }
@@ -60,8 +62,9 @@ struct DoomedDirectory {
 
     ~DoomedDirectory() {
         if (::unlinkat(parentDescriptor, name.c_str(), AT_REMOVEDIR) == 0 || errno != EACCES ||
-            !parent)
+            !parent) {
             return;
+        }
         ::fchmod(parentDescriptor, S_IRWXU);
         ::unlinkat(parentDescriptor, name.c_str(), AT_REMOVEDIR);
     }
@@ -71,13 +74,13 @@ constexpr int maxRemovedDepth = 256;  // each level keeps a file open
 
 // Also out of a directory that the user has protected.
 bool unlinkIn(int directory, const char* name) {
-    if (::unlinkat(directory, name, 0) == 0) return true;
+    if (::unlinkat(directory, name, 0) == 0) { return true; }
     return errno == EACCES && ::fchmod(directory, S_IRWXU) == 0 &&
            ::unlinkat(directory, name, 0) == 0;
 }
 
 void empty(ParallelWalk& walk, const std::shared_ptr<DoomedDirectory>& directory) {
-    if (directory->depth > maxRemovedDepth) return;
+    if (directory->depth > maxRemovedDepth) { return; }
     std::vector<ListedEntry>& entries = directory->subdirectories;
     listDirectory(directory->descriptor.number(), entries);
     std::erase_if(entries, [&](const ListedEntry& entry) {
@@ -91,19 +94,19 @@ void empty(ParallelWalk& walk, const std::shared_ptr<DoomedDirectory>& directory
         subdirectory->depth = directory->depth + 1;
         subdirectory->descriptor =
             openDirectoryAt(subdirectory->parentDescriptor, subdirectory->name.c_str());
-        if (subdirectory->descriptor) empty(walk, subdirectory);
+        if (subdirectory->descriptor) { empty(walk, subdirectory); }
     });
 }
 
 }  // namespace
 
 void removeTree(int directory, const std::string& name) {
-    if (::unlinkat(directory, name.c_str(), 0) == 0 || errno == ENOENT) return;
+    if (::unlinkat(directory, name.c_str(), 0) == 0 || errno == ENOENT) { return; }
     auto root = std::make_shared<DoomedDirectory>();
     root->parentDescriptor = directory;
     root->name = name;
     root->descriptor = openDirectoryAt(directory, name.c_str());
-    if (!root->descriptor) return;
+    if (!root->descriptor) { return; }
     ParallelWalk walk;
     try {
         walk.run([&] { empty(walk, std::exchange(root, nullptr)); });
@@ -116,7 +119,7 @@ FileWrapper::Origin originOf(const struct stat& status) {
     FileWrapper::Origin origin;
     origin.device = status.st_dev;
     origin.inode = status.st_ino;
-    if (S_ISDIR(status.st_mode)) return origin;
+    if (S_ISDIR(status.st_mode)) { return origin; }
     origin.size = status.st_size;
     origin.modifiedSeconds = status.st_mtim.tv_sec;
     origin.modifiedNanoseconds = status.st_mtim.tv_nsec;
@@ -136,8 +139,9 @@ bool isAsStored(const FileWrapper& stored, const struct stat& status) {
 }
 
 QByteArray systemPath(const QString& path) {
-    if (path.isEmpty() || path.contains(QChar(0)) || !path.isValidUtf16())
+    if (path.isEmpty() || path.contains(QChar(0)) || !path.isValidUtf16()) {
         throw InputError(printableName(path), u"is no path"_s);
+    }
     return path.toUtf8();
 }
 
@@ -155,15 +159,17 @@ QString escaped(uint unit) {
 
 QString printableName(const QString& name) {
     QString text;
-    for (const QChar c : name)
+    for (const QChar c : name) {
         text += isControl(c.unicode()) ? escaped(c.unicode()) : QString(c);
+    }
     return text;
 }
 
 QString printableName(std::string_view name) {
     const QByteArray bytes = QByteArray::fromRawData(name.data(), qsizetype(name.size()));
-    if (const QString text = QString::fromUtf8(bytes); text.toUtf8() == bytes)
+    if (const QString text = QString::fromUtf8(bytes); text.toUtf8() == bytes) {
         return printableName(text);
+    }
     QString text;
     for (const char c : name) {
         const auto unit = static_cast<unsigned char>(c);

@@ -11,7 +11,7 @@ RecordDecoder::RecordDecoder(const ArchivedArray& array, std::span<const std::st
                              std::string_view className)
     : m_array(array), m_keys(keys), m_className(className) {
     assertContract(keys.size() <= kMostKeys, QStringLiteral("too many keys for a record"));
-    if (array.size() > 0) m_items = table().m_plist.object(array.m_array);
+    if (array.size() > 0) { m_items = table().m_plist.object(array.m_array); }
 }
 
 KeyedUnarchiver::Table& RecordDecoder::table() const {
@@ -22,10 +22,12 @@ void RecordDecoder::open(size_t index) {
     assertContract(index < m_array.size(),
                    QStringLiteral("index beyond the end of an archived array"));
     const uint32_t number = table().itemNumber(m_items, index);
-    if (number == ArchivedValue::NoObject) m_array.object(index);  // says so
+    if (number == ArchivedValue::NoObject) {
+        m_array.object(index);  // says so
+    }
     m_record = table().dictionary(number);
     const bool isFirst = m_layout.type != PlistType::Dict;
-    if (isFirst || !table().m_plist.haveSameKeys(m_record, m_layout)) findKeys();
+    if (isFirst || !table().m_plist.haveSameKeys(m_record, m_layout)) { findKeys(); }
     requireClass(index);
 }
 
@@ -33,7 +35,7 @@ void RecordDecoder::requireClass(size_t index) {
     const bool hasClass = m_classPosition < m_record.count;
     const uint32_t ref =
         hasClass ? table().m_plist.value(m_record, m_classPosition) : ArchivedValue::NoObject;
-    if (hasClass && ref == m_classRef) return;
+    if (hasClass && ref == m_classRef) { return; }
     if (table().classAt(m_record, m_classPosition).name != m_className) {
         m_array.object(index).requireClass(m_className);
     }
@@ -49,21 +51,22 @@ void RecordDecoder::findKeys() {
     // Backwards: of a key that is there twice the first counts.
     for (uint32_t position = m_record.count; position-- > 0;) {
         const PlistObject key = plist.object(plist.item(m_record, position));
-        if (key.type != PlistType::Ascii) continue;
+        if (key.type != PlistType::Ascii) { continue; }
         const std::string_view text(reinterpret_cast<const char*>(key.payload), key.count);
         const auto known = std::find(m_keys.begin(), m_keys.end(), text);
-        if (known != m_keys.end())
+        if (known != m_keys.end()) {
             m_positions[static_cast<size_t>(known - m_keys.begin())] = position;
-        if (text == "$class") m_classPosition = position;
+        }
+        if (text == "$class") { m_classPosition = position; }
     }
 }
 
 const ArchivedValue& RecordDecoder::valueForKey(size_t key) const {
     static const ArchivedValue missing;
-    if (!containsValueForKey(key)) return missing;
+    if (!containsValueForKey(key)) { return missing; }
     const uint32_t ref = table().m_plist.value(m_record, m_positions[key]);
     LastValue& last = m_lastValues[key];
-    if (last.ref != ref) last = {ref, table().resolve(ref)};
+    if (last.ref != ref) { last = {ref, table().resolve(ref)}; }
     return last.value;
 }
 

@@ -28,10 +28,11 @@ constexpr size_t serialLength = 8;
 // bytes.
 std::string prefixFor(const std::string& name, std::string_view mark) {
     std::string prefix = ".";
-    if (name.size() + mark.size() + serialLength + 1 <= NAME_MAX)
+    if (name.size() + mark.size() + serialLength + 1 <= NAME_MAX) {
         prefix += name;
-    else
+    } else {
         prefix += QCryptographicHash::hash(name, QCryptographicHash::Sha1).toHex().toStdString();
+    }
     return prefix.append(mark);
 }
 
@@ -49,7 +50,7 @@ bool isNameWithSerial(const std::string& candidate, const std::string& prefix) {
 enum class Lock { Taken, Held, Unknown };
 
 Lock tryLock(const FileDescriptor& file) {
-    if (::flock(file.number(), LOCK_EX | LOCK_NB) == 0) return Lock::Taken;
+    if (::flock(file.number(), LOCK_EX | LOCK_NB) == 0) { return Lock::Taken; }
     return errno == EWOULDBLOCK ? Lock::Held : Lock::Unknown;
 }
 
@@ -62,19 +63,20 @@ bool anyAbandoned(const PackagePlace& place, std::string_view mark, const Use& u
     listDirectory(place.parent.number(), entries);
     const std::string prefix = prefixFor(place.name, mark);
     for (const ListedEntry& entry : entries) {
-        if (!isNameWithSerial(entry.name, prefix)) continue;
+        if (!isNameWithSerial(entry.name, prefix)) { continue; }
         const FileDescriptor opened = openDirectoryAt(place.parent.number(), entry.name.c_str());
-        if (opened && tryLock(opened) == Lock::Taken && use(entry.name)) return true;
+        if (opened && tryLock(opened) == Lock::Taken && use(entry.name)) { return true; }
     }
     return false;
 }
 
 void removeAbandoned(const PackagePlace& place) {
-    for (const std::string_view mark : {savingMark, setAsideMark})
+    for (const std::string_view mark : {savingMark, setAsideMark}) {
         anyAbandoned(place, mark, [&](const std::string& name) {
             removeTree(place.parent.number(), name);
             return false;
         });
+    }
 }
 
 bool lacksOperation(int error) {
@@ -86,8 +88,9 @@ bool renameIn(int directory, const std::string& from, const std::string& to) {
 }
 
 bool renameToFreeName(int directory, const std::string& from, const std::string& to) {
-    if (::renameat2(directory, from.c_str(), directory, to.c_str(), RENAME_NOREPLACE) == 0)
+    if (::renameat2(directory, from.c_str(), directory, to.c_str(), RENAME_NOREPLACE) == 0) {
         return true;
+    }
     return lacksOperation(errno) && renameIn(directory, from, to);
 }
 
@@ -96,7 +99,7 @@ bool renameToFreeName(int directory, const std::string& from, const std::string&
 bool exchangeInSteps(const PackagePlace& place, const std::string& name) {
     const int directory = place.parent.number();
     const std::string aside = nameWithSerial(place.name, setAsideMark);
-    if (!renameIn(directory, place.name, aside)) return false;
+    if (!renameIn(directory, place.name, aside)) { return false; }
     if (!renameIn(directory, name, place.name)) {
         const int error = errno;
         renameIn(directory, aside, place.name);
@@ -109,8 +112,9 @@ bool exchangeInSteps(const PackagePlace& place, const std::string& name) {
 
 bool exchangeNames(const PackagePlace& place, const std::string& name) {
     const int directory = place.parent.number();
-    if (::renameat2(directory, name.c_str(), directory, place.name.c_str(), RENAME_EXCHANGE) == 0)
+    if (::renameat2(directory, name.c_str(), directory, place.name.c_str(), RENAME_EXCHANGE) == 0) {
         return true;
+    }
     return lacksOperation(errno) && exchangeInSteps(place, name);
 }
 
@@ -128,34 +132,40 @@ bool recoverSetAside(const PackagePlace& place) {
 
 StagedDirectory::StagedDirectory(const PackagePlace& place, bool replace) : m_place(place) {
     m_current = openDirectoryAt(place.parent.number(), place.name.c_str());
-    if (!m_current && errno == ENOENT && recoverSetAside(place))
+    if (!m_current && errno == ENOENT && recoverSetAside(place)) {
         m_current = openDirectoryAt(place.parent.number(), place.name.c_str());
-    if (m_current ? !replace : errno == ENOTDIR && !replace)
+    }
+    if (m_current ? !replace : errno == ENOTDIR && !replace) {
         throw InputError(place.path, u"already exists"_s);
-    if (!m_current && errno == ENOTDIR) throw InputError(place.path, u"is not a directory"_s);
-    if (!m_current && errno != ENOENT) place.fail(u"could not be opened"_s, errno);
-    if (m_current) lockCurrent();
+    }
+    if (!m_current && errno == ENOTDIR) { throw InputError(place.path, u"is not a directory"_s); }
+    if (!m_current && errno != ENOENT) { place.fail(u"could not be opened"_s, errno); }
+    if (m_current) { lockCurrent(); }
     removeAbandoned(place);
     create();
 }
 
 void StagedDirectory::lockCurrent() {
-    if (tryLock(m_current) == Lock::Held)
+    if (tryLock(m_current) == Lock::Held) {
         throw InputError(m_place.path, u"is being saved by another program"_s);
+    }
     // The lock is on what we opened; has it been replaced meanwhile?
     struct stat opened, present;
     if (::fstat(m_current.number(), &opened) != 0 ||
         ::fstatat(m_place.parent.number(), m_place.name.c_str(), &present, AT_SYMLINK_NOFOLLOW) !=
-            0)
+            0) {
         m_place.fail(u"could not be examined"_s, errno);
-    if (originOf(opened) != originOf(present))
+    }
+    if (originOf(opened) != originOf(present)) {
         throw InputError(m_place.path, u"is being saved by another program"_s);
+    }
 }
 
 void StagedDirectory::create() {
     constexpr int attempts = 16;
-    for (int attempt = 0; attempt < attempts; ++attempt)
-        if (tryCreate()) return;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        if (tryCreate()) { return; }
+    }
     throw InputError(m_place.path, u"could not be saved: no name is free beside it"_s);
 }
 
@@ -165,12 +175,12 @@ bool StagedDirectory::tryCreate() {
     const mode_t mode = m_current ? S_IRWXU : ACCESSPERMS;  // commit() gives the current one's mode
     m_name = stagingName(m_place.name);
     if (::mkdirat(parent, m_name.c_str(), mode) != 0) {
-        if (errno == EEXIST) return false;
+        if (errno == EEXIST) { return false; }
         m_place.fail(u"no directory could be made beside it"_s, errno);
     }
     m_descriptor = openDirectoryAt(parent, m_name.c_str());
     if (!m_descriptor) {
-        if (errno == ENOENT) return false;
+        if (errno == ENOENT) { return false; }
         const int error = errno;
         ::unlinkat(parent, m_name.c_str(), AT_REMOVEDIR);
         m_place.fail(u"the directory made beside it could not be opened"_s, error);
@@ -181,7 +191,7 @@ bool StagedDirectory::tryCreate() {
 }
 
 StagedDirectory::~StagedDirectory() {
-    if (!m_name.empty()) removeTree(m_place.parent.number(), m_name);
+    if (!m_name.empty()) { removeTree(m_place.parent.number(), m_name); }
 }
 
 namespace {
@@ -203,7 +213,7 @@ void inBackground(const std::function<void()>& work) {
 void StagedDirectory::removeReplacedInBackground() {
     const auto parent =
         std::make_shared<FileDescriptor>(::fcntl(m_place.parent.number(), F_DUPFD_CLOEXEC, 0));
-    if (!m_current || !*parent) return;
+    if (!m_current || !*parent) { return; }
     // The lock goes along, or else the next save would take the directory for a leftover.
     const auto locked = std::make_shared<FileDescriptor>(std::move(m_current));
     inBackground(
@@ -212,7 +222,7 @@ void StagedDirectory::removeReplacedInBackground() {
 
 void StagedDirectory::commit() {
     takePlace();
-    if (flushDirectory(m_place.parent.number())) return;
+    if (flushDirectory(m_place.parent.number())) { return; }
     const int error = errno;
     leavePlace();
     m_place.fail(u"could not be flushed"_s, error);
@@ -221,14 +231,15 @@ void StagedDirectory::commit() {
 void StagedDirectory::takePlace() {
     const bool done = m_current ? exchangeNames(m_place, m_name)
                                 : renameToFreeName(m_place.parent.number(), m_name, m_place.name);
-    if (!done) m_place.fail(u"could not be put in its place"_s, errno);
+    if (!done) { m_place.fail(u"could not be put in its place"_s, errno); }
 }
 
 void StagedDirectory::leavePlace() {
-    if (m_current)
+    if (m_current) {
         exchangeNames(m_place, m_name);
-    else
+    } else {
         renameToFreeName(m_place.parent.number(), m_place.name, m_name);
+    }
 }
 
 }  // namespace tweenery

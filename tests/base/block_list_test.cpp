@@ -27,7 +27,7 @@ void expectEqual(const List& list, const Reference& expected) {
         ASSERT_EQ(list[i], expected[i]) << i;
         ASSERT_EQ(list.indexOf(*expected[i]), i);
     }
-    if (expected.empty()) return;
+    if (expected.empty()) { return; }
     EXPECT_EQ(list.front(), expected.front());
     EXPECT_EQ(list.back(), expected.back());
 }
@@ -56,7 +56,7 @@ TEST(BlockList, IsAVectorOfItems) {
                     std::min(removal(expected.size(), random()), expected.size() - 1);
                 list.removeAt(index);
                 expected.erase(expected.begin() + static_cast<ptrdiff_t>(index));
-                if (expected.size() % 90 == 0) expectEqual(list, expected);
+                if (expected.size() % 90 == 0) { expectEqual(list, expected); }
             }
             list.push_back(std::make_shared<Item>());
             EXPECT_EQ(list.size(), 1U);

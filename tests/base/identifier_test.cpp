@@ -55,8 +55,9 @@ TEST(Identifier, ComparesAsItsText) {
     }
     std::unordered_set<Identifier> set;
     for (int round = 0; round < 2; ++round) {
-        for (const QString& text : Texts)
+        for (const QString& text : Texts) {
             set.insert(Identifier(text));
+        }
     }
     EXPECT_EQ(set.size(), Texts.size());
 }

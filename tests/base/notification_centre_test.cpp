@@ -65,7 +65,7 @@ TEST_F(NotificationCentreTest, ADeliveryWithinADeliverySeesWhatHasEnded) {
     int depth = 0;
     const auto nester = centre->subscribe(u"name"_s, nullptr, [&](const void*) {
         heard.push_back("depth " + std::to_string(depth));
-        if (depth++ > 0) return;
+        if (depth++ > 0) { return; }
         ended.end();
         centre->post(u"name"_s, nullptr);
     });

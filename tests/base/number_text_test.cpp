@@ -33,8 +33,9 @@ TEST(NumberText, RoundsTheBinaryValueToFixedDecimals) {
         {static_cast<double>(0.1F), 9, "0.100000001"},
         {1e21, 1, "1000000000000000000000.0"},
     };
-    for (const Case& c : cases)
+    for (const Case& c : cases) {
         EXPECT_EQ(fixedText(c.value, c.decimals), c.text);
+    }
     EXPECT_EQ(fixedText(-DBL_MAX, 9).size(), 1 + 309 + 1 + 9);
     EXPECT_THROW(fixedText(1, 10), AssertionFailure);
 
@@ -57,7 +58,7 @@ TEST(NumberText, ThreeDecimalsOfAFloatAreTheSameByEitherWay) {
     for (int i = 0; i < 200000; ++i) {
         expectSame(static_cast<float>(random() % 4000000) / 4096);  // many ties
         const float any = std::bit_cast<float>(static_cast<uint32_t>(random()));
-        if (std::isfinite(any)) expectSame(any);
+        if (std::isfinite(any)) { expectSame(any); }
     }
 }
 

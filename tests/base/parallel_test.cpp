@@ -47,7 +47,7 @@ TEST(ParallelWalk, throwsWhatAVisitThrew) {
     for (const size_t failing : {size_t{0}, size_t{70}, size_t{999}}) {
         ParallelWalk walk;
         const auto visit = [failing](size_t index) {
-            if (index == failing) throw std::runtime_error("visit " + std::to_string(index));
+            if (index == failing) { throw std::runtime_error("visit " + std::to_string(index)); }
         };
         try {
             walk.run([&] { walk.forEach(0, 1000, visit); });
@@ -62,12 +62,10 @@ TEST(ParallelFor, throwsTheFailureOfTheLowestIndex) {
     for (int round = 0; round < 50; ++round) {
         try {
             parallelFor(100, [](size_t index) {
-                if (index % 7 == 3) throw std::runtime_error(std::to_string(index));
+                if (index % 7 == 3) { throw std::runtime_error(std::to_string(index)); }
             });
             ADD_FAILURE() << "nothing was thrown";
-        } catch (const std::runtime_error& error) {
-            EXPECT_STREQ(error.what(), "3");
-        }
+        } catch (const std::runtime_error& error) { EXPECT_STREQ(error.what(), "3"); }
     }
 }
 
@@ -75,8 +73,9 @@ TEST(ParallelFor, throwsTheFailureOfTheLowestIndex) {
 [[noreturn]] void workWithoutThreads() {
     const rlimit none{0, 0};
     constexpr uid_t nobody = 65534;
-    if (::setrlimit(RLIMIT_NPROC, &none) != 0 || (::getuid() == 0 && ::setuid(nobody) != 0))
+    if (::setrlimit(RLIMIT_NPROC, &none) != 0 || (::getuid() == 0 && ::setuid(nobody) != 0)) {
         ::_exit(2);
+    }
     CountedTree tree;
     tree.visitAll();
     std::atomic<int> calls = 0;

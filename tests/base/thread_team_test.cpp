@@ -20,14 +20,14 @@ struct TeamRun {
     explicit TeamRun(const ThreadTeam& team, size_t pieces = 200) : visits(pieces) {
         std::vector<std::atomic<bool>> isBusy(static_cast<size_t>(team.workers()));
         team.run(pieces, [&](size_t piece, int worker) {
-            if (isBusy.at(static_cast<size_t>(worker)).exchange(true)) isClean = false;
+            if (isBusy.at(static_cast<size_t>(worker)).exchange(true)) { isClean = false; }
             ++visits[piece];
-            if (!isOnPool()) ++outside;
+            if (!isOnPool()) { ++outside; }
             QThread::usleep(20);  // long enough for others to come
             isBusy[static_cast<size_t>(worker)] = false;
         });
         for (const std::atomic<int>& count : visits) {
-            if (count != 1) isClean = false;
+            if (count != 1) { isClean = false; }
         }
     }
 

@@ -178,10 +178,12 @@ TEST_F(UndoManagerTest, CallsActionsOfAnySizeAndLetsGoOfWhatTheyHold) {
 
 TEST_F(UndoManagerTest, KeepsTheLastLevels) {
     undo.setLevelsOfUndo(2);
-    for (const char* text : {"a", "b", "c"})
+    for (const char* text : {"a", "b", "c"}) {
         setInEventOfItsOwn(text);
-    while (undo.canUndo())
+    }
+    while (undo.canUndo()) {
         undo.undo();
+    }
     EXPECT_EQ(text(), "a");
     EXPECT_EQ(undo.changeCount(), 1);
 }

@@ -25,7 +25,7 @@ TEST_F(UserDefaultsTest, StoredBeforeRegisteredBeforeNothing) {
     for (const bool inFile : {false, true}) {
         SCOPED_TRACE(inFile);
         UserDefaults::useMemory();
-        if (inFile) UserDefaults::useSettingsFile(path);
+        if (inFile) { UserDefaults::useSettingsFile(path); }
         EXPECT_FALSE(defaults.value(u"size"_s).isValid());
         defaults.registerDefault(u"size"_s, u"{1000, 600}"_s);
         EXPECT_EQ(defaults.value(u"size"_s), u"{1000, 600}"_s);

@@ -60,7 +60,7 @@ TEST_P(Golden, IsWhatIsPrinted) {
     EXPECT_EQ(run.code, 0);
     EXPECT_EQ(run.err, "");
     const QString path = goldenPath(QString::fromLatin1(c.golden));
-    if (updateGoldens) replaceContents(path, QByteArray::fromStdString(run.out));
+    if (updateGoldens) { replaceContents(path, QByteArray::fromStdString(run.out)); }
     EXPECT_EQ(run.out, contentsOf(path).toStdString());
 }
 
@@ -72,8 +72,9 @@ INSTANTIATE_TEST_SUITE_P(Verbs, Golden, testing::ValuesIn(cases), caseName);
 
 TEST(Goldens, HaveACaseEach) {
     QStringList expected;
-    for (const GoldenCase& c : cases)
+    for (const GoldenCase& c : cases) {
         expected << QString::fromLatin1(c.golden);
+    }
     QStringList present = QDir(goldenPath({})).entryList(QDir::Files);
     expected.sort();
     present.sort();

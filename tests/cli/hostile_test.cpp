@@ -48,7 +48,7 @@ void expectCleanAnswers(const Workshop& shop, const QString& package, const std:
         const std::string name = command.front().toStdString() + " with a bad " + entry;
         EXPECT_TRUE(run.code == 0 || run.code == 1) << name << ": " << run.code;
         EXPECT_THAT(run.err, Not(HasSubstr("internal error"))) << name;
-        if (run.code == 0) continue;
+        if (run.code == 0) { continue; }
         EXPECT_THAT(run.err, StartsWith("tweenc: ")) << name;
         EXPECT_THAT(run.err, HasSubstr(entry)) << name;
     }
@@ -58,7 +58,7 @@ void expectCleanAnswers(const Workshop& shop, const QString& package, const std:
 QStringList filesOf(const QString& package) {
     QStringList files;
     for (const auto& [path, entry] : snapshotOf(package)) {
-        if (entry.kind == 'f') files << QString::fromStdString(path);
+        if (entry.kind == 'f') { files << QString::fromStdString(path); }
     }
     return files;
 }
@@ -66,8 +66,9 @@ QStringList filesOf(const QString& package) {
 QByteArray noise(qsizetype size) {
     std::minstd_rand random(7);
     QByteArray bytes(size, Qt::Uninitialized);
-    for (char& byte : bytes)
+    for (char& byte : bytes) {
         byte = static_cast<char>(random());
+    }
     return bytes;
 }
 
@@ -97,9 +98,7 @@ TEST_P(DamagedEntries, AreNamed) {
         for (const Damage& damage : damages) {
             replaceContents(path, damage.contents);
             const Outcome check = tweenc({u"check"_s, package});
-            if (damage.isAlwaysFound) {
-                EXPECT_EQ(check.code, 1) << qPrintable(entry);
-            }
+            if (damage.isAlwaysFound) { EXPECT_EQ(check.code, 1) << qPrintable(entry); }
             expectCleanAnswers(shop, package, entry.toStdString());
         }
         replaceContents(path, whole);
@@ -112,8 +111,9 @@ INSTANTIATE_TEST_SUITE_P(FlippedAtEighths, DamagedEntries, testing::Values(0, 1,
 void encodeElement(KeyedEncoder& coder, const QString& identifier, const QString& name) {
     coder.encodeString("identifier", identifier);
     coder.encodeString("name", name);
-    for (const char* key : {"xScale", "yScale", "opacity"})
+    for (const char* key : {"xScale", "yScale", "opacity"}) {
         coder.encodeFloat(key, 1);
+    }
     coder.encodePoint("position", {10, 10});
     coder.encodePoint("anchorPoint", {0.5, 0.5});
     coder.encodeSize("size", {20, 20});
@@ -149,7 +149,7 @@ QByteArray nestedCanvas(size_t depth) {
         elements[i].encode = [i](KeyedEncoder& coder) {
             encodeElement(coder, QString::number(i), u"E"_s);
         };
-        if (i + 1 < depth) elements[i].children.push_back(&elements[i + 1]);
+        if (i + 1 < depth) { elements[i].children.push_back(&elements[i + 1]); }
     }
     return KeyedArchiver::archivedDataWithRootObject(elements.front());
 }
@@ -402,7 +402,7 @@ TEST(HostilePaths, AreNoPackages) {
     for (const Case& c : cases) {
         for (const char* verb : {"info", "check", "copy", "describe"}) {
             QStringList command{QString::fromLatin1(verb), c.path};
-            if (command.front() == u"copy"_s) command << shop.path(u"Copy.tweenery"_s);
+            if (command.front() == u"copy"_s) { command << shop.path(u"Copy.tweenery"_s); }
             const Outcome run = tweenc(command);
             EXPECT_EQ(run.code, 1);
             EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;

@@ -83,12 +83,12 @@ TEST_P(RenderGolden, LooksAsItDid) {
     QDir::setCurrent(sourcePath(u"tests/packages"_s));
     QStringList arguments = u"render "_s.append(QString::fromLatin1(row.arguments)).split(u' ');
     arguments.replaceInStrings(u"+"_s, u" "_s);
-    if (!arguments.contains(u"--scale"_s)) arguments << u"--scale"_s << u"0.25"_s;
+    if (!arguments.contains(u"--scale"_s)) { arguments << u"--scale"_s << u"0.25"_s; }
     const Outcome run = tweenc(arguments << u"--sheet"_s << path);
     ASSERT_EQ(run.code, 0) << run.err;
     EXPECT_EQ(run.err, "");
     const QString golden = goldenPath(QString::fromLatin1(row.golden));
-    if (updateGoldens) replaceContents(golden, contentsOf(path));
+    if (updateGoldens) { replaceContents(golden, contentsOf(path)); }
     expectAlike(imageAt(path), imageAt(golden));
 }
 

@@ -27,7 +27,7 @@ Outcome tweenc(const QStringList& arguments, const char* answer) {
 
 QByteArray contentsOf(const QString& path) {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) ADD_FAILURE() << "cannot read " << qPrintable(path);
+    if (!file.open(QIODevice::ReadOnly)) { ADD_FAILURE() << "cannot read " << qPrintable(path); }
     return file.readAll();
 }
 
@@ -44,7 +44,7 @@ std::vector<std::string> differences(const DirectorySnapshot& a, const Directory
             const auto other = right.find(path);
             const bool isEqual = other != right.end() && other->second.kind == entry.kind &&
                                  other->second.content == entry.content;
-            if (!isEqual) paths.insert(path);
+            if (!isEqual) { paths.insert(path); }
         }
     };
     compare(a, b);

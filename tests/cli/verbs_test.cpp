@@ -56,7 +56,7 @@ TEST(Copy, WritesEveryPartAnew) {
     DirectorySnapshot written = snapshotOf(copy);
     // Written by this program's archiver, whose bytes differ from those of the other writer.
     for (const auto& [path, entry] : snapshotOf(packagePath(u"Bounce"_s))) {
-        if (!entry.content.starts_with("bplist00")) continue;
+        if (!entry.content.starts_with("bplist00")) { continue; }
         EXPECT_NE(written[path].content, entry.content) << path;
     }
 }
@@ -276,8 +276,9 @@ TEST(Export, TakesItsChoicesFromTheOptionsAndThePreferences) {
         const auto result = exportCodeToDirectory(project, expected, c.usesSwift, choices);
         EXPECT_THAT(differences(snapshotOf(out), snapshotOf(expected)), IsEmpty());
         std::string listed;
-        for (const QString& path : result.files.paths)
+        for (const QString& path : result.files.paths) {
             listed += (out + u'/' + path).toStdString() + '\n';
+        }
         EXPECT_EQ(run.out, listed);
     }
 }

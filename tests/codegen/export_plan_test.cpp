@@ -94,13 +94,16 @@ TEST(ExportPlan, TellsStemsApart) {
     for (const Case& c : cases) {
         Scene scene;
         QStringList stems;
-        for (const QString& name : c.names)
+        for (const QString& name : c.names) {
             scene.addAnimation(name);
+        }
         const ExportPlan plan = scene.plan();
-        for (const auto& bundle : plan.standardAnimationExportBundles)
+        for (const auto& bundle : plan.standardAnimationExportBundles) {
             stems << QString::fromStdString(bundle.baseMethodName);
-        for (const auto& bundle : plan.frameSlicedAnimationExportBundles)
+        }
+        for (const auto& bundle : plan.frameSlicedAnimationExportBundles) {
             stems << QString::fromStdString(bundle.baseMethodName);
+        }
         EXPECT_EQ(stems, c.stems) << qPrintable(c.names.join(u' '));
     }
 }

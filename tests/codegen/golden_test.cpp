@@ -38,8 +38,9 @@ std::vector<GoldenCase> goldenCases() {
     QDir packages(sourcePath(u"tests/packages"_s));
     for (const QString& name : packages.entryList({u"*.tweenery"_s}, QDir::Dirs, QDir::Name)) {
         for (const bool swift : {false, true}) {
-            for (const bool mac : {false, true})
+            for (const bool mac : {false, true}) {
                 cases.push_back({name.chopped(9), swift, mac});
+            }
         }
     }
     return cases;
@@ -51,7 +52,7 @@ std::string caseName(const testing::TestParamInfo<GoldenCase>& info) {
 
 QByteArray contentsOf(const QString& path) {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) ADD_FAILURE() << "cannot read " << qPrintable(path);
+    if (!file.open(QIODevice::ReadOnly)) { ADD_FAILURE() << "cannot read " << qPrintable(path); }
     return file.readAll();
 }
 
@@ -59,8 +60,9 @@ QByteArray contentsOf(const QString& path) {
 QStringList filesBelow(const QString& folder) {
     QStringList files;
     QDirIterator paths(folder, QDir::Files, QDirIterator::Subdirectories);
-    while (paths.hasNext())
+    while (paths.hasNext()) {
         files << QDir(folder).relativeFilePath(paths.next());
+    }
     files.sort();
     return files;
 }
@@ -70,8 +72,9 @@ std::string difference(const QByteArray& expected, const QByteArray& found) {
     const QList<QByteArray> a = expected.split('\n');
     const QList<QByteArray> b = found.split('\n');
     qsizetype same = 0;
-    while (same < std::min(a.size(), b.size()) && a[same] == b[same])
+    while (same < std::min(a.size(), b.size()) && a[same] == b[same]) {
         ++same;
+    }
     qsizetype tail = 0;
     while (tail < std::min(a.size(), b.size()) - same &&
            a[a.size() - 1 - tail] == b[b.size() - 1 - tail]) {
@@ -79,8 +82,9 @@ std::string difference(const QByteArray& expected, const QByteArray& found) {
     }
     std::string text = "from line " + std::to_string(same + 1) + ":\n";
     const auto list = [&](const char* mark, const QList<QByteArray>& lines) {
-        for (qsizetype i = same; i < std::min(lines.size() - tail, same + 30); ++i)
+        for (qsizetype i = same; i < std::min(lines.size() - tail, same + 30); ++i) {
             text += mark + lines[i].toStdString() + '\n';
+        }
     };
     list("- ", a);
     list("+ ", b);
@@ -104,8 +108,9 @@ ExportOptions goldenOptions(PCProject& project, const GoldenCase& c) {
 /// The artwork and the diagnostics of an export as one readable text.
 QByteArray reportOf(const ExportResult& result) {
     QByteArray report;
-    for (const QString& path : result.files.paths)
+    for (const QString& path : result.files.paths) {
         report += "file " + path.toUtf8() + '\n';
+    }
     for (const ExportDiagnostic& diagnostic : result.diagnostics) {
         report += nameOf(diagnostic.severity).toUtf8() + ' ' + nameOf(diagnostic.kind).toUtf8() +
                   " (" + diagnostic.name.toUtf8() + "): " + diagnostic.sentence.toUtf8() + '\n';
@@ -117,7 +122,7 @@ void compareWithGoldens(const QString& exported, const QString& goldens) {
     const QStringList files = filesBelow(exported);
     EXPECT_EQ(files, filesBelow(goldens)) << "an orphan or a missing golden";
     for (const QString& file : files) {
-        if (!QFile::exists(goldens + u'/' + file)) continue;
+        if (!QFile::exists(goldens + u'/' + file)) { continue; }
         const QByteArray expected = contentsOf(goldens + u'/' + file);
         const QByteArray found = contentsOf(exported + u'/' + file);
         EXPECT_TRUE(expected == found) << qPrintable(file) << ' ' << difference(expected, found);
@@ -145,7 +150,7 @@ TEST_P(Goldens, AreWhatIsExported) {
 
     // The artwork is the package's own; only its names are kept as goldens.
     for (const QString& path : result.files.paths) {
-        if (!path.startsWith(u"images/")) continue;
+        if (!path.startsWith(u"images/")) { continue; }
         QString set = path.section(u'/', 1);
         const QString suffix = set.contains(u"@2x")   ? u"@2x"_s
                                : set.contains(u"@3x") ? u"@3x"_s
@@ -163,7 +168,7 @@ TEST_P(Goldens, AreWhatIsExported) {
     report.close();
 
     const QString goldens = goldensPath() + u'/' + c.folder();
-    if (updateGoldens) replaceGoldens(directory.path(), goldens);
+    if (updateGoldens) { replaceGoldens(directory.path(), goldens); }
     compareWithGoldens(directory.path(), goldens);
 }
 
@@ -171,8 +176,9 @@ INSTANTIATE_TEST_SUITE_P(Packages, Goldens, testing::ValuesIn(goldenCases()), ca
 
 TEST(GoldenFolders, BelongToAPackage) {
     QStringList expected;
-    for (const GoldenCase& c : goldenCases())
+    for (const GoldenCase& c : goldenCases()) {
         expected << c.folder();
+    }
     QStringList found;
     const QDir root(goldensPath());
     for (const QString& package : root.entryList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
@@ -201,13 +207,13 @@ QStringList compilerArguments(const GoldenCase& c, const QByteArray& code) {
                   << u"-isystem"_s << standIns + u"/ios/project"_s;
     }
     // The local `bundle` stands in every class, also where no image is loaded from it.
-    if (!code.contains("[bundle path")) arguments << u"-Wno-unused-variable"_s;
+    if (!code.contains("[bundle path")) { arguments << u"-Wno-unused-variable"_s; }
     // Recordable views come from the application, which imports them for all files.
-    if (code.contains("LFTRecordable")) arguments << u"-include"_s << u"LFTRecordableView.h"_s;
+    if (code.contains("LFTRecordable")) { arguments << u"-include"_s << u"LFTRecordableView.h"_s; }
     if (code.contains("#pragma mark - FrameSlicedAnimations")) {
         // Their playback counts an array's items with an int.
         arguments << u"-Wno-sign-compare"_s;
-        if (c.mac) arguments << u"-include"_s << u"mobile_names.h"_s;
+        if (c.mac) { arguments << u"-include"_s << u"mobile_names.h"_s; }
     }
     return arguments;
 }
@@ -217,7 +223,7 @@ void renameWhatDoesNotCompile(PCProject& project, const ExportOptions& options) 
     int number = 0;
     for (const ExportDiagnostic& diagnostic : diagnosticsOfExport(project, false, options)) {
         using enum ExportDiagnostic::Kind;
-        if (diagnostic.subject != ExportDiagnostic::Subject::Element) continue;
+        if (diagnostic.subject != ExportDiagnostic::Subject::Element) { continue; }
         if (diagnostic.kind != ReservedWord && diagnostic.kind != LeadingDigit &&
             diagnostic.kind != CollidingNames) {
             continue;
@@ -233,7 +239,7 @@ class ObjectiveCExports : public testing::TestWithParam<GoldenCase> {};
 // The goldens themselves, but for names that a diagnostic asks the designer to change.
 TEST_P(ObjectiveCExports, Compile) {
     const QString clang = QStandardPaths::findExecutable(u"clang"_s);
-    if (clang.isEmpty()) GTEST_SKIP() << "there is no clang";
+    if (clang.isEmpty()) { GTEST_SKIP() << "there is no clang"; }
     const auto project = openPackage(GetParam().package);
     QTemporaryDir directory;
     ExportOptions options = goldenOptions(*project, GetParam());

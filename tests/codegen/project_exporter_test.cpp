@@ -51,10 +51,12 @@ class ProjectExporter : public testing::Test {
 
 TEST_F(ProjectExporter, CopiesTheArtworkInUseOnce) {
     Scene scene;
-    for (const char* name : {"b@3x.png", "a.jpg", "shown@2x.png", "unused.png", "ofGroup.png"})
+    for (const char* name : {"b@3x.png", "a.jpg", "shown@2x.png", "unused.png", "ofGroup.png"}) {
         addImage(scene, QString::fromLatin1(name));
-    for (int i = 0; i < 3; ++i)
+    }
+    for (int i = 0; i < 3; ++i) {
         scene.add(u"element %1"_s.arg(i))->setImageName(u"b.png"_s);
+    }
     scene.add(u"photo"_s)->setImageName(u"a.jpg"_s);
     scene.add(u"lost"_s)->setImageName(u"lost.png"_s);
     const auto group = scene.add(u"group"_s);
@@ -167,7 +169,7 @@ TEST_F(ProjectExporter, WritesNothingWhenTheRunStops) {
 // Names that would end a literal, a comment or a section mark, through a real compiler.
 TEST_F(ProjectExporter, HostileNamesCompile) {
     const QString clang = QStandardPaths::findExecutable(u"clang"_s);
-    if (clang.isEmpty()) GTEST_SKIP() << "there is no clang";
+    if (clang.isEmpty()) { GTEST_SKIP() << "there is no clang"; }
     Scene scene;
     int number = 0;
     for (const QString& name : {u"quote \" and \\"_s, u"line\nbreak"_s, u"ends in \\"_s,

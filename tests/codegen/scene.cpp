@@ -72,7 +72,7 @@ std::string Scene::source(const QString& extension, const RunTarget& target) con
     PCProjectCodeGenerator run = generator(target);
     run.loadFileContentsByName();
     for (const auto& [name, pieces] : run.fileContentsByName()) {
-        if (name.endsWith(extension)) return joined(pieces);
+        if (name.endsWith(extension)) { return joined(pieces); }
     }
     return {};
 }

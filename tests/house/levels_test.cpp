@@ -33,12 +33,12 @@ constexpr int kWidgetLevel = 40;
 
 /// Neighbours that do without each other, whatever their heights.
 bool knowsNothingOf(const QString& room, const QString& target) {
-    if (room == u"codegen/language") return target != u"base";
+    if (room == u"codegen/language") { return target != u"base"; }
     const QString wing = room.section(u'/', 0, 0);
     const QString targetWing = target.section(u'/', 0, 0);
-    if (wing == u"codegen") return targetWing == u"editor";
-    if (wing == u"editor") return targetWing == u"codegen";
-    if (wing == u"cli") return targetWing == u"ui" || targetWing == u"app";
+    if (wing == u"codegen") { return targetWing == u"editor"; }
+    if (wing == u"editor") { return targetWing == u"codegen"; }
+    if (wing == u"cli") { return targetWing == u"ui" || targetWing == u"app"; }
     return false;
 }
 
@@ -57,8 +57,9 @@ struct SourceFile {
         static const QRegularExpression pattern(u"^\\s*#\\s*include\\s*\"([^\"]*)\""_s,
                                                 QRegularExpression::MultilineOption);
         QStringList found;
-        for (const auto& match : pattern.globalMatch(text))
+        for (const auto& match : pattern.globalMatch(text)) {
             found << match.captured(1);
+        }
         return found;
     }
 };
@@ -66,10 +67,10 @@ struct SourceFile {
 /// What is wrong with `include` in a file of `room`; empty when nothing is.
 QString faultOfInclude(const QString& room, const QString& include) {
     const QString target = roomOf(include);
-    if (!levels.contains(target)) return u"names no room of src/"_s;
-    if (target == room) return {};
-    if (levels[target] >= levels[room]) return u"does not point to a lower room"_s;
-    if (knowsNothingOf(room, target)) return u"points to a room that this one does without"_s;
+    if (!levels.contains(target)) { return u"names no room of src/"_s; }
+    if (target == room) { return {}; }
+    if (levels[target] >= levels[room]) { return u"does not point to a lower room"_s; }
+    if (knowsNothingOf(room, target)) { return u"points to a room that this one does without"_s; }
     return {};
 }
 
@@ -80,7 +81,7 @@ std::vector<SourceFile> sourceFiles() {
                        QDirIterator::Subdirectories);
     while (paths.hasNext()) {
         QFile file(paths.next());
-        if (!file.open(QIODevice::ReadOnly)) ADD_FAILURE() << qPrintable(file.fileName());
+        if (!file.open(QIODevice::ReadOnly)) { ADD_FAILURE() << qPrintable(file.fileName()); }
         files.push_back(
             {root.relativeFilePath(file.fileName()), QString::fromUtf8(file.readAll())});
     }
@@ -132,14 +133,14 @@ TEST(Levels, NoWidgetStandsBelowTheRoomsOfWidgets) {
     static const QRegularExpression widget(
         u"#include <Q(Widget|Application|MainWindow|Dialog|TreeView|Menu|ToolBar|Style|LineEdit)"_s);
     for (const SourceFile& file : sourceFiles()) {
-        if (levels[file.room()] >= kWidgetLevel && !file.path.startsWith(u"cli")) continue;
+        if (levels[file.room()] >= kWidgetLevel && !file.path.startsWith(u"cli")) { continue; }
         EXPECT_FALSE(file.text.contains(widget)) << qPrintable(file.path);
     }
 }
 
 TEST(Headers, AreGuardedByPragmaOnce) {
     for (const SourceFile& file : sourceFiles()) {
-        if (!file.path.endsWith(u".h")) continue;
+        if (!file.path.endsWith(u".h")) { continue; }
         EXPECT_EQ(file.text.count(u"\n#pragma once\n"_s) + file.text.startsWith(u"#pragma once\n"),
                   1)
             << qPrintable(file.path);

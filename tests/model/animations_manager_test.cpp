@@ -20,7 +20,7 @@ struct Listener : PCAnimationsManagerChangeListener {
 
     void record(PCAnimationsManager& manager, const char* what, const PCAnimation::Ptr& animation) {
         calls.push_back(what + (animation ? animation->name().toStdString() : "setup"));
-        if (removes) manager.removeChangeListener(removes);
+        if (removes) { manager.removeChangeListener(removes); }
     }
     using M = PCAnimationsManager;
     using A = PCAnimation::Ptr;

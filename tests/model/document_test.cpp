@@ -183,9 +183,7 @@ TEST_F(Document, NamesTheEntryThatIsMissing) {
         try {
             document.readFromPath(path);
             ADD_FAILURE() << "opened without " << entry.toStdString();
-        } catch (const InputError& error) {
-            EXPECT_EQ(error.entry(), entry);
-        }
+        } catch (const InputError& error) { EXPECT_EQ(error.entry(), entry); }
         ASSERT_TRUE(QDir(path).removeRecursively());
     }
 }

@@ -235,7 +235,7 @@ class RandomTree {
         const PCElement::Ptr target = anyOf(all);
         all.erase(all.begin());
         PCElement::Elements picked{anyOf(all)};
-        if (const auto other = anyOf(all); other != picked[0]) picked.push_back(other);
+        if (const auto other = anyOf(all); other != picked[0]) { picked.push_back(other); }
         if (below(4) == 0) {
             m_project->moveItems(picked, target->isGroup() ? target : nullptr, below(4));
             return;
@@ -275,7 +275,7 @@ class RandomTree {
             made->setExpanded(below(2) == 0);
             made->setHidden(below(4) == 0);
             made->setLocked(below(4) == 0);
-            if (isGroup) grow(made, depth - 1);
+            if (isGroup) { grow(made, depth - 1); }
         }
     }
 };
@@ -301,7 +301,9 @@ TEST(StructureEdits, MoveNothingOnTheCanvas) {
             walk.edit([&tree] { tree.edit(); });
             for (const auto& [element, corners] : places) {
                 const bool isGone = element != canvas && !element->parentElement();
-                if (isGone) continue;  // a group that was emptied or ungrouped
+                if (isGone) {
+                    continue;  // a group that was emptied or ungrouped
+                }
                 const auto now = cornersOf(*element);
                 for (size_t corner = 0; corner < now.size(); ++corner) {
                     EXPECT_NEAR(now[corner].x(), corners[corner].x(), 1e-6) << i;

@@ -162,9 +162,7 @@ TEST(KeyframeAnimation, ListsHaveToFit) {
         change(animation);
         try {
             animation.check();
-        } catch (const AssertionFailure&) {
-            return false;
-        }
+        } catch (const AssertionFailure&) { return false; }
         return true;
     };
     EXPECT_TRUE(isSound([](KeyframeAnimation&) {}));

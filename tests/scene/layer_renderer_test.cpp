@@ -20,7 +20,7 @@ const QColor kBlue(0, 0, 255);
 
 // Eight bits hold neither half an opacity nor its products exactly.
 bool areAlike(const QColor& a, const QColor& b) {
-    if (a.alpha() == 0 || b.alpha() == 0) return a.alpha() == b.alpha();
+    if (a.alpha() == 0 || b.alpha() == 0) { return a.alpha() == b.alpha(); }
     return std::abs(a.alpha() - b.alpha()) <= 2 && std::abs(a.red() - b.red()) <= 2 &&
            std::abs(a.green() - b.green()) <= 2 && std::abs(a.blue() - b.blue()) <= 2;
 }

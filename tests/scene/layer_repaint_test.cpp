@@ -75,7 +75,9 @@ class RandomScene {
                                                         : ContentsGravity::Resize);
                 return;
             default:
-                if (auto* shape = dynamic_cast<ShapeLayer*>(&layer)) editShape(shape->editShape());
+                if (auto* shape = dynamic_cast<ShapeLayer*>(&layer)) {
+                    editShape(shape->editShape());
+                }
         }
     }
 
@@ -91,7 +93,7 @@ class RandomScene {
     void moveInTree(Layer& layer) {
         Layer& super = *m_layers[number(m_layers.size())];
         for (const Layer* above = &super; above; above = above->superlayer()) {
-            if (above == &layer) return;
+            if (above == &layer) { return; }
         }
         super.insertSublayer(layer, number(super.sublayers().size() + 1));
     }

@@ -26,7 +26,7 @@ class LayerScene {
     Layer& add(Layer& super, const QRectF& frame, const QColor& color = {}) {
         Layer& layer = m_layers.emplace_back();
         place(layer, frame);
-        if (color.isValid()) layer.setStyle({.background = color, .borderColor = {}});
+        if (color.isValid()) { layer.setStyle({.background = color, .borderColor = {}}); }
         super.addSublayer(layer);
         return layer;
     }
@@ -66,7 +66,7 @@ class Scene : public LayerScene {
 
 // The largest difference in any channel of any pixel; 256 for pictures of different sizes.
 inline int difference(const QImage& a, const QImage& b) {
-    if (a.size() != b.size()) return 256;
+    if (a.size() != b.size()) { return 256; }
     int most = 0;
     for (int y = 0; y < a.height(); ++y) {
         const uchar* left = a.constScanLine(y);

@@ -60,7 +60,7 @@ TEST(LayerGeometry, ConvertsLikeTheProductOfAllMatrices) {
         layer.setBounds({uniform(-9, 9), uniform(-9, 9), uniform(1, 50), uniform(1, 50)});
         layer.setTransform(turned(uniform(-4, 4), {uniform(0.5, 2), uniform(-2, -0.5)}));
         toRoot[i] = matrixOf(layer);
-        if (i == 0) continue;
+        if (i == 0) { continue; }
         const size_t super = random() % i;
         layers[super].addSublayer(layer);
         toRoot[i] *= toRoot[super];
@@ -336,7 +336,7 @@ TEST(LayerTree, DepthAndBreadthAreOrdinary) {
     std::deque<Layer> chain(1000);
     for (size_t i = 0; i < chain.size(); ++i) {
         LayerScene::place(chain[i], {0.5, 0, 2000, 1});
-        if (i > 0) chain[i - 1].addSublayer(chain[i]);
+        if (i > 0) { chain[i - 1].addSublayer(chain[i]); }
     }
     expectNear(chain.back().convertPointTo({0, 0}, nullptr), {500, 0});
     EXPECT_EQ(chain.front().hitTest({500.25, 0.5}), &chain.back());

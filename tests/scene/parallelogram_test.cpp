@@ -30,7 +30,7 @@ TEST(Parallelogram, ColumnsReachAsFarAsThePointsOfTheOutline) {
         const auto look = [&](double x, double y) {
             const QPointF point =
                 map.map({rect.x() + x * rect.width(), rect.y() + y * rect.height()});
-            if (point.y() < top || point.y() > bottom) return;
+            if (point.y() < top || point.y() > bottom) { return; }
             left = std::min(left, point.x());
             right = std::max(right, point.x());
         };

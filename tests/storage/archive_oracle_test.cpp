@@ -34,7 +34,7 @@ class Sample : public Archivable {
 std::optional<QByteArray> outputOf(const QString& program, const QStringList& arguments,
                                    const QByteArray& input) {
     const QString path = QStandardPaths::findExecutable(program);
-    if (path.isEmpty()) return std::nullopt;
+    if (path.isEmpty()) { return std::nullopt; }
     QProcess process;
     process.setProcessChannelMode(QProcess::SeparateChannels);
     process.start(path, arguments);
@@ -61,7 +61,7 @@ strings = follow(root['strings'])
 print(follow(strings['$class'])['$classname'], [len(follow(s)) for s in strings['NS.objects']])
 )py"_s},
                                  KeyedArchiver::archivedDataWithRootObject(Sample()));
-    if (!output) GTEST_SKIP() << "python3 is not installed";
+    if (!output) { GTEST_SKIP() << "python3 is not installed"; }
     EXPECT_EQ(output->toStdString(),
               "NSKeyedArchiver 100000 $null True\n"
               "['PCSample', 'PCBase', 'NSObject'] -70000 200 0.5 True\n"
@@ -85,7 +85,7 @@ sys.stdout.buffer.write(plistlib.dumps({'$archiver': 'NSKeyedArchiver', '$versio
     '$top': {'root': uid(1)}, '$objects': objects}, fmt=plistlib.FMT_BINARY))
 )py"_s},
                                  {});
-    if (!output) GTEST_SKIP() << "python3 is not installed";
+    if (!output) { GTEST_SKIP() << "python3 is not installed"; }
     const KeyedUnarchiver archive(*output, u"python"_s);
     archive.verifyEverything();
     const KeyedDecoder root = archive.root();
@@ -103,7 +103,7 @@ sys.stdout.buffer.write(plistlib.dumps({'$archiver': 'NSKeyedArchiver', '$versio
 TEST(ArchiveOracle, PlistutilReadsOurArchive) {
     const auto xml = outputOf(u"plistutil"_s, {u"-i"_s, u"-"_s, u"-f"_s, u"xml"_s},
                               KeyedArchiver::archivedDataWithRootObject(Sample()));
-    if (!xml) GTEST_SKIP() << "plistutil is not installed";
+    if (!xml) { GTEST_SKIP() << "plistutil is not installed"; }
     const QString text = QString::fromUtf8(*xml);
     for (const auto* part : {u"<integer>-70000</integer>", u"<string>Größe 😀</string>",
                              u"<string>{0.1, -2}</string>", u"<key>CF$UID</key>"}) {

@@ -51,9 +51,7 @@ TEST(BinaryPlist, ReadsNumbersOfEveryWidth) {
         const BinaryPlist plist = plistOf(object);
         const PlistObject read = plist.object(plist.top());
         EXPECT_EQ(plist.number(read), number);
-        if (read.type == PlistType::Integer) {
-            EXPECT_EQ(plist.integer(read), whole);
-        }
+        if (read.type == PlistType::Integer) { EXPECT_EQ(plist.integer(read), whole); }
     }
 }
 
@@ -204,8 +202,9 @@ TEST(BinaryPlistWriter, KeepsManyValuesApart) {
     constexpr int Count = 70000;
     BinaryPlistWriter writer;
     std::vector<BinaryPlistWriter::Ref> items;
-    for (int i = 0; i < Count; ++i)
+    for (int i = 0; i < Count; ++i) {
         items.push_back(writer.string(QString::number(i)));
+    }
     for (int i = 0; i < Count; ++i) {
         ASSERT_EQ(writer.string(QString::number(i)), items[static_cast<size_t>(i)]);
     }

@@ -15,8 +15,9 @@ QImage picture(int width, int height) {
     QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     for (int x = 0; x < width / 2; ++x) {
-        for (int y = 0; y < height; ++y)
+        for (int y = 0; y < height; ++y) {
             image.setPixelColor(x, y, QColor(200, 40, 90));
+        }
     }
     return image;
 }
@@ -29,8 +30,9 @@ QByteArray pngClaiming(quint32 width, quint32 height) {
     quint32 crc = ~quint32{0};
     for (const char byte : png.mid(12, 17)) {
         crc ^= static_cast<quint8>(byte);
-        for (int bit = 0; bit < 8; ++bit)
+        for (int bit = 0; bit < 8; ++bit) {
             crc = (crc >> 1) ^ (crc & 1 ? 0xedb88320U : 0);
+        }
     }
     qToBigEndian(~crc, png.data() + 29);
     return png;

@@ -12,8 +12,9 @@ using testing::ElementsAre;
 
 QStringList namesOf(const FileWrapper::Children& children) {
     QStringList names;
-    for (const auto& [name, node] : children)
+    for (const auto& [name, node] : children) {
         names.append(name);
+    }
     return names;
 }
 
@@ -31,8 +32,9 @@ FileWrapper::Ptr storedTree() {
     sub->addFileWrapper(FileWrapper::symbolicLink("../canvas", u"link"_s));
     uint64_t inode = 0;
     for (const auto& node :
-         {root, root->child(u"canvas"_s), sub, sub->child(u"link"_s), sub->child(u"name.data"_s)})
+         {root, root->child(u"canvas"_s), sub, sub->child(u"link"_s), sub->child(u"name.data"_s)}) {
         node->setOrigin(FileWrapper::Origin{.device = 1, .inode = ++inode});
+    }
     return root;
 }
 
@@ -70,11 +72,13 @@ TEST(FileWrapper, TellsWhichNamesAreSafe) {
         {QString(128, u'ö'), false},
         {QString(QChar(0xd800)), false},
     };
-    for (const auto& [name, safe] : cases)
+    for (const auto& [name, safe] : cases) {
         EXPECT_EQ(isSafeFilename(name), safe) << name.toStdString();
+    }
     const auto directory = FileWrapper::directory();
-    for (const QString& name : {u""_s, u"."_s, u".."_s, u"../x"_s, u"a\0b"_s})
+    for (const QString& name : {u""_s, u"."_s, u".."_s, u"../x"_s, u"a\0b"_s}) {
         EXPECT_THROW(directory->addFileWrapper(file(name)), AssertionFailure) << name.toStdString();
+    }
     EXPECT_THROW(file(u"a"_s)->addFileWrapper(file(u"b"_s)), AssertionFailure);
     EXPECT_THROW(directory->removeFileWrapper(file(u"b"_s)), AssertionFailure);
 }

@@ -42,7 +42,7 @@ TEST_P(HostileArchive, EveryByteFlippedIsReadOrRefused) {
         for (const int mask : {0x01, 0x10, 0xFF}) {
             QByteArray damaged = bytes;
             damaged[i] = static_cast<char>(damaged[i] ^ mask);
-            if (!ArchiveExercise::run(damaged)) ++refused;
+            if (!ArchiveExercise::run(damaged)) { ++refused; }
         }
     }
     EXPECT_GT(refused, bytes.size());
@@ -69,9 +69,7 @@ TEST(HostileArchives, OutlineThatIsNoArchiveIsRefused) {
     const auto refused = [](RawPlist& plist, RawPlist::Ref top) {
         try {
             KeyedUnarchiver(plist.finish(top), Entry).root();
-        } catch (const InputError&) {
-            return true;
-        }
+        } catch (const InputError&) { return true; }
         return false;
     };
     RawPlist plist;
@@ -115,7 +113,7 @@ QByteArray doublingReferences(uint32_t count, bool cyclic) {
         const auto reference = plist.uid(last);
         last = raw.file(plist.array({reference, reference}));
     }
-    if (cyclic) raw.fill(first, plist.array({plist.uid(last)}));
+    if (cyclic) { raw.fill(first, plist.array({plist.uid(last)})); }
     return raw.finish(raw.file(raw.object("Thing", {{"array", plist.uid(last)}})));
 }
 
@@ -134,8 +132,9 @@ TEST(HostileArchives, ObjectsThatOverlapAreRefused) {
     constexpr uint32_t Count = 100000;
     RawArchive raw(4, 4);
     std::vector<RawPlist::Ref> items(Count);
-    for (uint32_t i = 0; i < Count; ++i)
+    for (uint32_t i = 0; i < Count; ++i) {
         items[i] = raw.plist.add({});
+    }
     const auto array = raw.plist.array(items);
     const auto root = raw.file(raw.object("Thing", {{"array", array}}));
     const KeyedUnarchiver archive(raw.finish(root), Entry);

@@ -113,10 +113,11 @@ TEST(KeyedArchive, ReadsRecordsOfAnyLayout) {
         coder.encodeRecords("records", {"Record"}, layouts.size(), [&](size_t i, auto& item) {
             const auto number = static_cast<int32_t>(i);
             for (const std::string_view key : layouts[i]) {
-                if (key == "name")
+                if (key == "name") {
                     item.encodeAscii(key, i % 2 == 0 ? "even" : "odd");
-                else
+                } else {
                     item.encodeInt(key, key == "value" ? 10 * number : number + 1);
+                }
             }
         });
     });
@@ -194,8 +195,9 @@ TEST(KeyedArchive, SharesObjectsByAddressAndFollowsCycles) {
     const ArchivedArray inner = records.object(2).decodeArray("inner");
     ASSERT_EQ(inner.size(), 2U);
     EXPECT_EQ(inner.object(1).decodeInt("index"), 10);
-    for (uint32_t i = 0; i < 3; ++i)
+    for (uint32_t i = 0; i < 3; ++i) {
         EXPECT_LT(leaves.object(i).number(), archive.objectCount());
+    }
 }
 
 TEST(KeyedArchive, WritesChainsOfAnyDepth) {
@@ -210,8 +212,9 @@ TEST(KeyedArchive, WritesChainsOfAnyDepth) {
     const KeyedUnarchiver archive(KeyedArchiver::archivedDataWithRootObject(*next), Entry);
     archive.verifyEverything();
     size_t depth = 0;
-    for (auto link = archive.root(); !link.isNull(); link = link.decodeObject("next"))
+    for (auto link = archive.root(); !link.isNull(); link = link.decodeObject("next")) {
         ++depth;
+    }
     EXPECT_EQ(depth, Depth);
 }
 
@@ -227,8 +230,9 @@ TEST(KeyedArchive, RefusesToWriteWhatNoReaderWouldTake) {
                 coder.encodePoint("k", {0, value});
             },
         };
-        for (const auto& encode : encoders)
+        for (const auto& encode : encoders) {
             EXPECT_THROW(archiveOf(encode), AssertionFailure);
+        }
     }
     EXPECT_THROW(archiveOf([](KeyedEncoder& coder) {
                      const Archivable* objects[] = {nullptr};
@@ -337,8 +341,8 @@ TEST(KeyedUnarchiver, FindsKeysInAnyOrderAndStoredSeveralTimes) {
         const RawPlist::Pair time{i % 5 == 0 ? plist.ascii("time") : shared, integer(i)};
         const RawPlist::Pair tame{other, integer(static_cast<char>(i + 40))};
         std::vector<RawPlist::Pair> pairs{time, tame};
-        if (i % 2 == 0) pairs = {tame, time};
-        if (i % 7 == 0) pairs = {tame};
+        if (i % 2 == 0) { pairs = {tame, time}; }
+        if (i % 7 == 0) { pairs = {tame}; }
         items.push_back(plist.uid(raw.file(plist.dictionary(pairs))));
     }
     const auto root = raw.file(raw.object("Thing", {{"items", plist.array(items)}}));

@@ -25,7 +25,7 @@ class Unprivileged {
     static constexpr uid_t nobody = 65534;
     const bool m_isRoot = ::geteuid() == 0;
     void setUser(uid_t user) const {
-        if (m_isRoot && ::seteuid(user) != 0) std::abort();
+        if (m_isRoot && ::seteuid(user) != 0) { std::abort(); }
     }
 };
 
@@ -36,8 +36,9 @@ class PackageFixture : public testing::Test {
     PackageFixture() {
         namespace fs = std::filesystem;
         fs::permissions(m_directory.path().toStdString(), fs::perms::all);
-        for (const char* name : {"animations/A1/E1", "images", "empty"})
+        for (const char* name : {"animations/A1/E1", "images", "empty"}) {
             fs::create_directories(inPackage(name));
+        }
         write("version", "14");
         write("canvas", "the canvas");
         write("animations/A1/name.data", "Bounce");
@@ -63,9 +64,7 @@ class PackageFixture : public testing::Test {
     static std::string errorOf(const Action& action) {
         try {
             action();
-        } catch (const InputError& error) {
-            return error.what();
-        }
+        } catch (const InputError& error) { return error.what(); }
         return "nothing thrown";
     }
 

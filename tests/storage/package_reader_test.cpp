@@ -23,8 +23,9 @@ void makeSocket(const std::string& path) {
 
 void makeNested(const std::string& path, int depth) {
     fs::path nested = path;
-    for (int i = 0; i < depth; ++i)
+    for (int i = 0; i < depth; ++i) {
         nested /= "d";
+    }
     fs::create_directories(nested);
 }
 
@@ -57,8 +58,9 @@ TEST_F(PackageReaderTest, NamesTheRootAfterThePath) {
         {path() + u"/images/.."_s, u"Demo.tweenery"_s},
         {directory() + u"/Linked"_s, u"Linked"_s},
     };
-    for (const auto& [opened, name] : cases)
+    for (const auto& [opened, name] : cases) {
         EXPECT_EQ(readPackage(opened)->filename(), name);
+    }
 }
 
 TEST_F(PackageReaderTest, RefusesWhatIsNoPackage) {
@@ -72,8 +74,9 @@ TEST_F(PackageReaderTest, RefusesWhatIsNoPackage) {
         {QString(), ": is no path"},
         {path() + QChar(0) + u"x"_s, root + "\\x00x: is no path"},
     };
-    for (const auto& [opened, message] : cases)
+    for (const auto& [opened, message] : cases) {
         EXPECT_EQ(errorOf([&] { readPackage(opened); }), message);
+    }
 }
 
 struct HostileEntry {
@@ -85,8 +88,9 @@ struct HostileEntry {
 TEST_F(PackageReaderTest, NeverReadsAnythingButFilesOfThePackage) {
     const std::string deepest = [] {
         std::string text = "deep";
-        for (int i = 0; i < 64; ++i)
+        for (int i = 0; i < 64; ++i) {
             text += "/d";
+        }
         return text;
     }();
     const HostileEntry cases[] = {
@@ -153,9 +157,10 @@ TEST_F(PackageReaderTest, ReportsAFaultFoundByAnyThread) {
     const auto root = readPackage(path());
     const auto& animations = root->child(u"animations"_s)->fileWrappers();
     EXPECT_EQ(animations.size(), directories + 1);
-    for (int i = 0; i < directories; ++i)
+    for (int i = 0; i < directories; ++i) {
         EXPECT_EQ(animations.at(QString::number(i))->child(u"xScale.data"_s)->contents(),
                   QByteArray::number(i));
+    }
     ::mkfifo(inPackage("animations/700/pipe").c_str(), 0600);
     EXPECT_EQ(errorOf([&] { readPackage(path()); }),
               "animations/700/pipe: is a named pipe, which has no place in a package");
@@ -167,14 +172,17 @@ TEST_F(PackageReaderTest, ReadsCutOffEntriesAsTheyAre) {
         const QString copy = directory() + u'/' + name;
         fs::copy(packagePath(name).toStdString(), copy.toStdString(), fs::copy_options::recursive);
         for (const uintmax_t divisor : {2U, 1'000'000U}) {
-            for (const auto& entry : fs::recursive_directory_iterator(copy.toStdString()))
-                if (entry.is_regular_file())
+            for (const auto& entry : fs::recursive_directory_iterator(copy.toStdString())) {
+                if (entry.is_regular_file()) {
                     fs::resize_file(entry.path(), entry.file_size() / divisor);
+                }
+            }
             const auto root = readPackage(copy);
             for (const auto& [entryPath, entry] : snapshotOf(copy)) {
                 FileWrapper::Ptr node = root;
-                for (const QString& part : QString::fromStdString(entryPath).split(u'/'))
-                    if (part != u"."_s) node = node->child(part);
+                for (const QString& part : QString::fromStdString(entryPath).split(u'/')) {
+                    if (part != u"."_s) { node = node->child(part); }
+                }
                 ASSERT_TRUE(node) << entryPath;
                 EXPECT_EQ(node->contents().toStdString(), entry.content) << entryPath;
             }

@@ -88,8 +88,9 @@ TEST_F(PackageStoreTest, SavesToANewPlaceWithoutTouchingTheOldOne) {
 TEST_F(PackageStoreTest, SavesUnderTheLongestName) {
     const QString longest = directory() + u'/' + QString(255, u'n');
     const auto root = readPackage(path());
-    for (int saves = 0; saves < 2; ++saves)
+    for (int saves = 0; saves < 2; ++saves) {
         savePackage(*root, longest);
+    }
     EXPECT_EQ(snapshotOf(longest).size(), snapshotOf(path()).size());
     EXPECT_THAT(hiddenEntriesIn(directory()), IsEmpty());
 }
@@ -179,8 +180,9 @@ TEST_F(PackageStoreTest, NoticesChangesOnDisk) {
         expected["canvas"] = {'f', snapshotOf(copy)["canvas"].mode, "edited here"};
         expected.erase("gone");
         auto saved = snapshotOf(copy);
-        for (auto& [name, entry] : saved)
+        for (auto& [name, entry] : saved) {
             entry.mode = expected[name].mode;
+        }
         EXPECT_EQ(saved, expected);
         EXPECT_THAT(entriesChangedOnDisk(*root, copy), IsEmpty());
     }
@@ -202,9 +204,10 @@ TEST_F(PackageStoreTest, RefusesWhereNothingCanBeSaved) {
         {root.get(), QString(), ": is no path"},
         {fresh.get(), path(), path().toStdString() + ": already exists"},
     };
-    for (const auto& [tree, target, message] : cases)
+    for (const auto& [tree, target, message] : cases) {
         EXPECT_EQ(errorOf([&, &tree = tree, &target = target] { savePackage(*tree, target); }),
                   message);
+    }
     EXPECT_EQ(snapshotOf(directory()), before);
 }
 
@@ -277,8 +280,9 @@ TEST_F(PackageStoreTest, NeedsOnlyTheParentToBeWritable) {
     const Unprivileged unprivileged;
     const QString own = directory() + u"/Own.tweenery"_s;
     writePackageCopy(*root, own);
-    for (const auto& entry : fs::recursive_directory_iterator(own.toStdString()))
-        if (entry.is_directory()) fs::permissions(entry.path(), fs::perms(0555));
+    for (const auto& entry : fs::recursive_directory_iterator(own.toStdString())) {
+        if (entry.is_directory()) { fs::permissions(entry.path(), fs::perms(0555)); }
+    }
     fs::permissions(own.toStdString(), fs::perms(0555));
     const auto readOnly = readPackage(own);
     readOnly->child(u"images"_s)->pc_replaceSubFileWrapperNamed(u"new.png"_s, "x");
@@ -295,8 +299,9 @@ TEST_F(PackageStoreTest, RemovesLeftoversButNotWhatIsInUse) {
          {inUse, std::string(".Demo.tweenery.saving-deadbeef/sub"),
           std::string(".Demo.tweenery.set-aside-00000000"),
           std::string(".Demo.tweenery.saving-deadbeef0"),
-          std::string(".Demo.tweenery.saving-notserial"), std::string(".Other.saving-deadbeef")})
+          std::string(".Demo.tweenery.saving-notserial"), std::string(".Other.saving-deadbeef")}) {
         fs::create_directories(base + name);
+    }
     const int lock = ::open((base + inUse).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     ASSERT_EQ(::flock(lock, LOCK_EX), 0);
     const auto root = readPackage(path());
@@ -352,9 +357,10 @@ TEST_F(PackageStoreTest, CopiesShareNothingWithThePackage) {
 TEST_F(PackageStoreTest, SavesBigPackages) {
     const auto root = readPackage(path());
     const auto animations = root->child(u"animations"_s);
-    for (int i = 0; i < 500; ++i)
+    for (int i = 0; i < 500; ++i) {
         animations->pc_ensureSubfileWrapperDirectoryExistsWithName(QString::number(i))
             ->pc_replaceSubFileWrapperNamed(u"xScale.data"_s, QByteArray::number(i));
+    }
     savePackage(*root, path());
     EXPECT_THAT(entriesChangedOnDisk(*root, path()), IsEmpty());
     const auto reread = readPackage(path());
@@ -363,8 +369,9 @@ TEST_F(PackageStoreTest, SavesBigPackages) {
         root->pc_replaceSubFileWrapperNamed(u"canvas"_s, QByteArray::number(serial));
         savePackage(*root, path());
     }
-    for (int tries = 0; tries < 1000 && !hiddenEntriesIn(directory()).empty(); ++tries)
+    for (int tries = 0; tries < 1000 && !hiddenEntriesIn(directory()).empty(); ++tries) {
         ::usleep(10000);
+    }
     EXPECT_THAT(hiddenEntriesIn(directory()), IsEmpty());
     std::ofstream(inPackage("animations/321/xScale.data")) << "outside";
     const auto before = snapshotOf(directory());

@@ -24,11 +24,12 @@ struct Outcome {
 
 Outcome runProbe(const QString& traceFile, const QStringList& injections, const QString& package) {
     QStringList arguments{u"-f"_s, u"-qq"_s, u"-o"_s, traceFile};
-    for (const QString& injection : injections)
+    for (const QString& injection : injections) {
         arguments << u"--inject="_s + injection;
+    }
     QProcess strace;
     strace.start(u"strace"_s, arguments << QStringLiteral(TWEENERY_SAVE_PROBE) << package);
-    if (!strace.waitForFinished(60'000)) return {false, -1, strace.errorString().toUtf8()};
+    if (!strace.waitForFinished(60'000)) { return {false, -1, strace.errorString().toUtf8()}; }
     return {strace.exitStatus() == QProcess::CrashExit, strace.exitCode(),
             strace.readAllStandardError()};
 }
@@ -44,8 +45,9 @@ class SaveFaultsTest : public testing::Test {
 #ifdef __SANITIZE_ADDRESS__
         GTEST_SKIP() << "the sanitizers make system calls of their own, which must not fail";
 #endif
-        if (const Outcome outcome = runUndisturbed({}); outcome.exitCode != 0)
+        if (const Outcome outcome = runUndisturbed({}); outcome.exitCode != 0) {
             GTEST_SKIP() << "strace does not work here: " << outcome.message.constData();
+        }
     }
 
     /// Tries each fault at each call of its kind, with `always` happening all the time.
@@ -54,9 +56,7 @@ class SaveFaultsTest : public testing::Test {
     int m_moreDirectories = 0;
 
  private:
-    QString package() const {
-        return m_directory.filePath(u"Demo.tweenery"_s);
-    }
+    QString package() const { return m_directory.filePath(u"Demo.tweenery"_s); }
     void makePackage() const;
     Outcome runUndisturbed(const QStringList& always);
     void countCalls(const std::string& traceFile);
@@ -75,11 +75,13 @@ void SaveFaultsTest::makePackage() const {
     fs::remove_all(m_directory.path().toStdString());
     fs::create_directories(root + "/animations");
     fs::create_directories(root + "/images");
-    for (const char* name : {"version", "canvas", "unknown", "animations/name.data"})
+    for (const char* name : {"version", "canvas", "unknown", "animations/name.data"}) {
         std::ofstream(root + "/" + name) << name;
+    }
     fs::create_symlink("nowhere", root + "/images/link");
-    for (int i = 0; i < m_moreDirectories; ++i)
+    for (int i = 0; i < m_moreDirectories; ++i) {
         fs::create_directory(root + "/animations/" + std::to_string(i));
+    }
 }
 
 Outcome SaveFaultsTest::runUndisturbed(const QStringList& always) {
@@ -101,7 +103,7 @@ void SaveFaultsTest::countCalls(const std::string& traceFile) {
         const std::string call = line.substr(0, line.find('('));
         hasBegun |= call == "openat" && line.find(package().toStdString()) != std::string::npos;
         auto& [before, all] = m_calls[call];
-        if (!hasBegun) ++before;
+        if (!hasBegun) { ++before; }
         ++all;
     }
 }
@@ -166,8 +168,9 @@ TEST_F(SaveFaultsTest, DyingAtAnyCallLeavesTheOldPackageOrTheNewOne) {
     for (const QString& call :
          {u"openat"_s, u"newfstatat"_s, u"read"_s, u"getdents64"_s, u"readlinkat"_s, u"mkdirat"_s,
           u"linkat"_s, u"symlinkat"_s, u"write"_s, u"fchmod"_s, u"fsync"_s, u"close"_s, u"flock"_s,
-          u"renameat2"_s, u"unlinkat"_s})
+          u"renameat2"_s, u"unlinkat"_s}) {
         faults.push_back({call, u"signal=KILL"_s});
+    }
     tryFaults(faults);
 }
 

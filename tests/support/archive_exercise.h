@@ -19,9 +19,7 @@ class ArchiveExercise {
     static bool run(const QByteArray& bytes) {
         try {
             return ArchiveExercise(bytes).readAll();
-        } catch (const InputError&) {
-            return false;
-        }
+        } catch (const InputError&) { return false; }
     }
 
  private:
@@ -48,7 +46,7 @@ class ArchiveExercise {
         const auto repeats = [&](uint32_t ref) {
             const PlistObject dict = plist.object(ref);
             count += dict.type == PlistType::Dict ? dict.count : 0;
-            if (count > ItemLimit) return true;
+            if (count > ItemLimit) { return true; }
             std::set<std::string_view> keys;
             for (uint32_t i = 0; dict.type == PlistType::Dict && i < dict.count; ++i) {
                 const PlistObject key = plist.object(plist.item(dict, i));
@@ -60,7 +58,7 @@ class ArchiveExercise {
         };
         for (uint32_t ref = 0; ref < plist.objectCount(); ++ref) {
             bool isRepeated = false;
-            if (!isRead([&] { isRepeated = repeats(ref); }) || isRepeated) return true;
+            if (!isRead([&] { isRepeated = repeats(ref); }) || isRepeated) { return true; }
         }
         return false;
     }
@@ -86,13 +84,13 @@ class ArchiveExercise {
         for (const std::string_view key : Keys) {
             ArchivedKind kind = ArchivedKind::Missing;
             const bool known = attempt([&] { kind = object.kindOfKey(key); });
-            if (known && kind != ArchivedKind::Missing) readValue(object, key, kind);
+            if (known && kind != ArchivedKind::Missing) { readValue(object, key, kind); }
         }
     }
 
     void readValue(const KeyedDecoder& object, std::string_view key, ArchivedKind kind) {
         const auto require = [&](ArchivedKind needed, auto action) {
-            if (kind == needed) attempt(action);
+            if (kind == needed) { attempt(action); }
         };
         require(ArchivedKind::Bool, [&] { object.decodeBool(key); });
         require(ArchivedKind::Number, [&] { object.decodeDouble(key); });
@@ -101,7 +99,7 @@ class ArchiveExercise {
         require(ArchivedKind::Null, [&] { object.decodeSize(key); });
         require(ArchivedKind::Object, [&] { follow(object.decodeObject(key)); });
         require(ArchivedKind::Array, [&] { readItems(object.decodeArray(key)); });
-        if (m_wrongReadings < WrongReadingLimit) readAsAnything(object, key);
+        if (m_wrongReadings < WrongReadingLimit) { readAsAnything(object, key); }
     }
 
     void readAsAnything(const KeyedDecoder& object, std::string_view key) {
@@ -118,14 +116,16 @@ class ArchiveExercise {
 
     void readItems(const ArchivedArray& array) {
         for (size_t i = 0; i < array.size() && m_items < ItemLimit; ++i, ++m_items) {
-            if (!isRead([&] { follow(array.object(i)); })) isRead([&] { array.string(i); });
+            if (!isRead([&] { follow(array.object(i)); })) {
+                isRead([&] { array.string(i); });
+            }
         }
     }
 
     void follow(const KeyedDecoder& object) {
-        if (object.isNull()) return;
+        if (object.isNull()) { return; }
         assertContract(object.number() < m_seen.size(), QStringLiteral("number beyond the count"));
-        if (m_seen[object.number()]) return;
+        if (m_seen[object.number()]) { return; }
         m_seen[object.number()] = true;
         m_pending.push_back(object);
     }
@@ -143,9 +143,7 @@ class ArchiveExercise {
         try {
             action();
             return true;
-        } catch (const InputError&) {
-            return false;
-        }
+        } catch (const InputError&) { return false; }
     }
 };
 

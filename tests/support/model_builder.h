@@ -81,9 +81,9 @@ inline PCElement::Ptr add(const PCElement::Ptr& parent, PCElement::Ptr element, 
     element->setZRotation(look.rotation);
     element->setOpacity(look.opacity);
     PCProject* project = parent->project();
-    if (project) project->undoManager().disableUndoRegistration();
+    if (project) { project->undoManager().disableUndoRegistration(); }
     parent->insertSubelement(element, parent->children().size());
-    if (project) project->undoManager().enableUndoRegistration();
+    if (project) { project->undoManager().enableUndoRegistration(); }
     return element;
 }
 
@@ -98,10 +98,10 @@ inline void buildChildren(const PCElement::Ptr& parent, std::string_view& text) 
         const QString name = QString::fromLatin1(text.data(), static_cast<qsizetype>(length));
         text.remove_prefix(length);
         const bool isExpanded = text.starts_with('+');
-        if (isExpanded) text.remove_prefix(1);
+        if (isExpanded) { text.remove_prefix(1); }
         const bool isGroup = text.starts_with('{');
         const auto element = isGroup ? addGroup(parent, name) : addElement(parent, name);
-        if (!isGroup) continue;
+        if (!isGroup) { continue; }
         text.remove_prefix(1);
         buildChildren(element, text);
         text.remove_prefix(1);
@@ -145,17 +145,17 @@ inline void buildTree(PCProject& project, std::string_view notation) {
 inline std::string treeText(const PCElement& root) {
     std::string text;
     for (const PCElement::Ptr& child : root.children()) {
-        if (!text.empty()) text += ' ';
+        if (!text.empty()) { text += ' '; }
         text += QString(child->name()).replace(u' ', u'_').toStdString();
-        if (child->expanded()) text += '+';
-        if (child->isGroup()) text += '{' + treeText(*child) + '}';
+        if (child->expanded()) { text += '+'; }
+        if (child->isGroup()) { text += '{' + treeText(*child) + '}'; }
     }
     return text;
 }
 
 inline PCElement::Ptr named(PCProject& project, const QString& name) {
     for (const PCElement::Ptr& element : project.canvas()->elementAndAllDescendants()) {
-        if (element->name() == name) return element;
+        if (element->name() == name) { return element; }
     }
     ADD_FAILURE() << "no element is named " << name.toStdString();
     return nullptr;
@@ -190,11 +190,11 @@ inline std::string keysText(const PCKeyedPropertyTimeline& timeline) {
     std::string text;
     for (size_t i = 0; i < timeline.keyframesCount(); ++i) {
         const KeyframeRecord record = timeline.recordOfKeyframe(i);
-        if (i > 0) text += ' ';
+        if (i > 0) { text += ' '; }
         text += std::to_string(record.timeInMS) + ':' + describeValue(record.value).toStdString();
-        if (record.instantTransition) text += '!';
+        if (record.instantTransition) { text += '!'; }
         text += easingSuffix(record.easingMode).toStdString();
-        if (record.keyall) text += 'k';
+        if (record.keyall) { text += 'k'; }
     }
     return text;
 }
@@ -227,7 +227,7 @@ inline void UndoWalk::edit(const std::function<void()>& change) {
     change();
     m_project.undoManager().endEvent();
     const bool isStep = m_project.undoManager().changeCount() != count;
-    if (isStep) m_states.push_back(m_state());
+    if (isStep) { m_states.push_back(m_state()); }
     EXPECT_EQ(m_state(), m_states.back()) << "changed without a step";
 }
 

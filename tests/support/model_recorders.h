@@ -87,7 +87,7 @@ class ScriptedAlerts : public AlertPort {
 
     AlertAnswer runModal(const Alert& alert) override {
         shown.push_back(alert);
-        if (answers.empty()) throw std::logic_error("unexpected alert");
+        if (answers.empty()) { throw std::logic_error("unexpected alert"); }
         const int button = answers.front();
         answers.pop_front();
         return {button, false};

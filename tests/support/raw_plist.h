@@ -30,8 +30,8 @@ class RawPlist {
     /// A marker with the count behind it in a number of `countWidth` bytes; 0 puts it into the
     /// marker if it fits.
     static std::string marker(unsigned type, uint64_t count, size_t countWidth = 0) {
-        if (count < 15 && countWidth == 0) return {static_cast<char>(type << 4 | count)};
-        if (countWidth == 0) countWidth = 4;
+        if (count < 15 && countWidth == 0) { return {static_cast<char>(type << 4 | count)}; }
+        if (countWidth == 0) { countWidth = 4; }
         std::string bytes{static_cast<char>(type << 4 | 15)};
         bytes += static_cast<char>(countWidth == 1   ? 0x10
                                    : countWidth == 2 ? 0x11
@@ -59,16 +59,19 @@ class RawPlist {
     Ref dictionary(const std::vector<Pair>& pairs) {
         std::vector<Ref> keysAndValues;
         keysAndValues.reserve(2 * pairs.size());
-        for (const Pair& pair : pairs)
+        for (const Pair& pair : pairs) {
             keysAndValues.push_back(pair.first);
-        for (const Pair& pair : pairs)
+        }
+        for (const Pair& pair : pairs) {
             keysAndValues.push_back(pair.second);
+        }
         return add(marker(0xD, pairs.size()) + refs(keysAndValues));
     }
     std::string refs(const std::vector<Ref>& items) const {
         std::string bytes;
-        for (const Ref item : items)
+        for (const Ref item : items) {
             bytes += bigEndian(item, m_refWidth);
+        }
         return bytes;
     }
 
@@ -120,8 +123,9 @@ class RawArchive {
     Ref object(std::string_view name, const std::vector<std::pair<std::string_view, Ref>>& values) {
         std::vector<RawPlist::Pair> pairs;
         pairs.reserve(values.size() + 1);
-        for (const auto& [key, value] : values)
+        for (const auto& [key, value] : values) {
             pairs.emplace_back(plist.ascii(key), value);
+        }
         pairs.emplace_back(plist.ascii("$class"), plist.uid(classEntry(name)));
         return plist.dictionary(pairs);
     }
@@ -144,7 +148,7 @@ class RawArchive {
 inline QByteArray archiveOfValue(const std::string& value, bool boxed) {
     RawArchive archive;
     RawPlist::Ref ref = archive.plist.add(value);
-    if (boxed) ref = archive.plist.uid(archive.file(ref));
+    if (boxed) { ref = archive.plist.uid(archive.file(ref)); }
     return archive.finish(archive.file(archive.object("Thing", {{"k", ref}})));
 }
 

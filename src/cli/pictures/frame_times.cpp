@@ -31,10 +31,10 @@ struct Course {
         const int64_t period = reverses ? 2 * duration : duration;
         longestPeriodInMS = std::max(longestPeriodInMS, period);
         // Either factor is below 2^33, or no longer multiplied.
-        if (periodInMS <= kLongestPeriodInMS) periodInMS = std::lcm(periodInMS, period);
+        if (periodInMS <= kLongestPeriodInMS) { periodInMS = std::lcm(periodInMS, period); }
     }
     int64_t wholePeriodInMS() const {
-        if (longestPeriodInMS == 0) return 0;
+        if (longestPeriodInMS == 0) { return 0; }
         return periodInMS <= kLongestPeriodInMS ? periodInMS : longestPeriodInMS;
     }
 };
@@ -43,7 +43,7 @@ Course courseOf(const PCProject& project) {
     Course course;
     for (const PCElement::Ptr& element : project.canvas()->elementAndAllDescendants()) {
         for (const PCPropertyType type : elementTimelineTypes()) {
-            if (const auto timeline = element->timeline(type)) course.add(*timeline);
+            if (const auto timeline = element->timeline(type)) { course.add(*timeline); }
         }
     }
     return course;
@@ -51,10 +51,10 @@ Course courseOf(const PCProject& project) {
 
 // The first time behind the range.
 int64_t endOf(const FrameRange& range, const PCProject& project) {
-    if (range.to) return int64_t{*range.to} + 1;
+    if (range.to) { return int64_t{*range.to} + 1; }
     const Course course = courseOf(project);
     const int64_t period = course.wholePeriodInMS();
-    if (period > 0 && period >= course.endInMS) return range.from + period;
+    if (period > 0 && period >= course.endInMS) { return range.from + period; }
     return std::max<int64_t>(range.from, course.endInMS) + 1;
 }
 
@@ -67,7 +67,7 @@ std::vector<int32_t> frameTimes(const FrameRange& range, const PCProject& projec
     for (size_t i = 0;; ++i) {
         const double time =
             range.from + std::round(static_cast<double>(i) * 1000 / range.framesPerSecond);
-        if (!(time < static_cast<double>(end))) return times;
+        if (!(time < static_cast<double>(end))) { return times; }
         if (times.size() == kMostFrames) {
             throw InputError(u"--from and --to"_s, u"mean more than %1 frames"_s.arg(kMostFrames));
         }

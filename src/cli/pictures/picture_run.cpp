@@ -40,9 +40,9 @@ void PictureTargets::takeSheet(const QString& path) {
 QStringList PictureTargets::paths() const {
     QStringList paths;
     for (const PictureFrame& frame : frames) {
-        if (!frame.path.isNull()) paths += frame.path;
+        if (!frame.path.isNull()) { paths += frame.path; }
     }
-    if (!sheetPath.isNull()) paths << sheetPath << sheetJsonPath;
+    if (!sheetPath.isNull()) { paths << sheetPath << sheetJsonPath; }
     return paths;
 }
 
@@ -59,22 +59,22 @@ void PictureTargets::requireFree(bool replaces) const {
         if (!replaces && (present.exists() || present.isSymLink())) {
             throw InputError(path, u"is already there; --force replaces it"_s);
         }
-        if (present.isDir()) throw InputError(path, u"is a directory"_s);
+        if (present.isDir()) { throw InputError(path, u"is a directory"_s); }
         const QString directory = present.path();
-        if (!QFileInfo(directory).isDir()) throw InputError(directory, u"is no directory"_s);
+        if (!QFileInfo(directory).isDir()) { throw InputError(directory, u"is no directory"_s); }
     }
 }
 
 void PictureRun::run() {
     measure();
-    if (!m_targets.sheetPath.isNull()) makeSheet();
+    if (!m_targets.sheetPath.isNull()) { makeSheet(); }
     try {
         parallelFor(m_targets.frames.size(), [this](size_t index) { draw(index); });
     } catch (...) {
         endProgress();
         throw;
     }
-    if (!m_sheet.isNull()) writeSheet();
+    if (!m_sheet.isNull()) { writeSheet(); }
     endProgress();
 }
 
@@ -111,7 +111,7 @@ void PictureRun::makeSheet() {
     requireSize(width, height, m_targets.sheetPath);
     m_sheet = QImage(static_cast<int>(width), static_cast<int>(height),
                      QImage::Format_ARGB32_Premultiplied);
-    if (m_sheet.isNull()) throw std::bad_alloc();
+    if (m_sheet.isNull()) { throw std::bad_alloc(); }
     m_sheet.fill(Qt::transparent);
 }
 
@@ -122,7 +122,7 @@ QRect PictureRun::cellOf(size_t index) const {
 }
 
 std::unique_ptr<PictureRun::Easel> PictureRun::takeEasel() {
-    if (m_easels.empty()) return std::make_unique<Easel>();
+    if (m_easels.empty()) { return std::make_unique<Easel>(); }
     std::unique_ptr<Easel> easel = std::move(m_easels.back());
     m_easels.pop_back();
     return easel;
@@ -144,7 +144,7 @@ void PictureRun::draw(size_t index) {
         }
     }
     easel->renderer.paint(easel->list, easel->picture);
-    if (!frame.path.isNull()) writeFileAtomically(frame.path, encodePngQuickly(easel->picture));
+    if (!frame.path.isNull()) { writeFileAtomically(frame.path, encodePngQuickly(easel->picture)); }
     const std::lock_guard lock(m_mutex);
     m_easels.push_back(std::move(easel));
     ++m_doneCount;
@@ -182,7 +182,7 @@ QByteArray PictureRun::sheetJson() const {
 void PictureRun::tellProgress() {
     constexpr auto kQuietTime = std::chrono::milliseconds(200);
     const auto now = std::chrono::steady_clock::now();
-    if (!m_console.showsProgress || now - m_lastTold < kQuietTime) return;
+    if (!m_console.showsProgress || now - m_lastTold < kQuietTime) { return; }
     m_lastTold = now;
     m_isTold = true;
     m_console.err << "\rtweenc: " << m_doneCount << " of " << m_targets.frames.size()
@@ -191,7 +191,7 @@ void PictureRun::tellProgress() {
 
 void PictureRun::endProgress() {
     constexpr std::string_view kEraseLine = "\r\033[K";
-    if (m_isTold) m_console.err << kEraseLine << std::flush;
+    if (m_isTold) { m_console.err << kEraseLine << std::flush; }
 }
 
 }  // namespace tweenery

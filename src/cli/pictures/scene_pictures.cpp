@@ -62,10 +62,10 @@ void ScenePictures::select(const PCAnimation::Ptr& animation) {
 void ScenePictures::requireImages() {
     QSet<QString> names;
     for (const PCElement::Ptr& element : m_project->canvas()->elementAndAllDescendants()) {
-        if (element->isGroup()) continue;
+        if (element->isGroup()) { continue; }
         names.insert(element->imageName());
         const auto timeline = element->imageContentsTimeline();
-        if (!timeline) continue;
+        if (!timeline) { continue; }
         for (const auto& keyframe : timeline->keyframesSortedByTime()) {
             names.insert(keyframe->stringPropertyValue());
         }
@@ -86,14 +86,14 @@ QRect ScenePictures::canvasPixels() const {
 
 QRect ScenePictures::pixels() {
     const QRect canvas = canvasPixels();
-    if (m_look.clips) return canvas;
+    if (m_look.clips) { return canvas; }
     const int margin = static_cast<int>(std::ceil(kMarginInPoints * m_look.scale));
     const QRect reach = canvas.adjusted(-margin, -margin, margin, margin);
     list(reach, m_list);
     QRect pixels = canvas;
     for (const DisplayItem& item : m_list.items()) {
         const auto* image = std::get_if<ImageDrawing>(&item.drawing);
-        if (!image) continue;
+        if (!image) { continue; }
         const QRectF place = item.toDevice.mapRect(image->rect).translated(reach.topLeft());
         pixels |= pixelsAround(place & QRectF(reach));
     }

@@ -10,10 +10,10 @@ PCAnimation::Ptr animationNamed(const QString& name, const PCProject::Ptr& proje
     const PCAnimationsManager& manager = project->animationsManager();
     QStringList names;
     for (const PCAnimation::Ptr& animation : manager.animations()) {
-        if (animation->name() == name) return animation;
+        if (animation->name() == name) { return animation; }
         names += u'\'' + animation->name() + u'\'';
     }
-    if (PCAnimation::Ptr animation = manager.animationForIdentifier(name)) return animation;
+    if (PCAnimation::Ptr animation = manager.animationForIdentifier(name)) { return animation; }
     throw InputError(u"animations"_s,
                      u"there is none named '%1'; %2"_s.arg(
                          name, names.isEmpty() ? u"the project has no animations"_s

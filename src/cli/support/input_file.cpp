@@ -19,16 +19,16 @@ QByteArray readInputFile(const QString& path) {
     constexpr int flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
     const FileDescriptor file(::open(systemPath(path).constData(), flags));
     struct stat status;
-    if (!file || ::fstat(file.number(), &status) != 0) fail(u"could not be opened"_s);
-    if (!S_ISREG(status.st_mode)) throw InputError(path, u"is not a regular file"_s);
-    if (status.st_size > maxFileSize) throw InputError(path, u"is larger than 1 GiB"_s);
+    if (!file || ::fstat(file.number(), &status) != 0) { fail(u"could not be opened"_s); }
+    if (!S_ISREG(status.st_mode)) { throw InputError(path, u"is not a regular file"_s); }
+    if (status.st_size > maxFileSize) { throw InputError(path, u"is larger than 1 GiB"_s); }
     QByteArray bytes(status.st_size, Qt::Uninitialized);
     for (qsizetype filled = 0; filled < bytes.size();) {
         const ssize_t got = ::read(file.number(), bytes.data() + filled,
                                    static_cast<size_t>(bytes.size() - filled));
-        if (got < 0 && errno != EINTR) fail(u"could not be read"_s);
-        if (got == 0) throw InputError(path, u"was changed while it was read"_s);
-        if (got > 0) filled += got;
+        if (got < 0 && errno != EINTR) { fail(u"could not be read"_s); }
+        if (got == 0) { throw InputError(path, u"was changed while it was read"_s); }
+        if (got > 0) { filled += got; }
     }
     return bytes;
 }

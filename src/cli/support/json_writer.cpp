@@ -15,8 +15,8 @@ namespace {
 // is, in UTF-8.
 bool needsEscape(const QString& text, qsizetype at) {
     const QChar c = text[at];
-    if (c == u'"' || c == u'\\' || c.unicode() < 0x20) return true;
-    if (c.isHighSurrogate()) return at + 1 == text.size() || !text[at + 1].isLowSurrogate();
+    if (c == u'"' || c == u'\\' || c.unicode() < 0x20) { return true; }
+    if (c.isHighSurrogate()) { return at + 1 == text.size() || !text[at + 1].isLowSurrogate(); }
     return c.isLowSurrogate() && (at == 0 || !text[at - 1].isHighSurrogate());
 }
 
@@ -49,7 +49,7 @@ JsonWriter& JsonWriter::end(char bracket) {
     assertContract(!m_levels.empty() && !m_followsKey, u"JSON ends what it has not begun"_s);
     const Level level = std::move(m_levels.back());
     m_levels.pop_back();
-    if (!level.isEmpty && level.layout == Layout::Lines) breakLine();
+    if (!level.isEmpty && level.layout == Layout::Lines) { breakLine(); }
     m_text += bracket;
     return *this;
 }
@@ -62,11 +62,11 @@ void JsonWriter::breakLine() {
 
 // The comma and the break before a value of a list, or before a key.
 void JsonWriter::beginValue() {
-    if (std::exchange(m_followsKey, false) || m_levels.empty()) return;
+    if (std::exchange(m_followsKey, false) || m_levels.empty()) { return; }
     Level& level = m_levels.back();
-    if (!level.isEmpty) m_text += level.layout == Layout::Lines ? "," : ", ";
+    if (!level.isEmpty) { m_text += level.layout == Layout::Lines ? "," : ", "; }
     level.isEmpty = false;
-    if (level.layout == Layout::Lines) breakLine();
+    if (level.layout == Layout::Lines) { breakLine(); }
 }
 
 JsonWriter& JsonWriter::key(std::string_view name) {
@@ -86,7 +86,7 @@ JsonWriter& JsonWriter::raw(std::string_view text) {
 }
 
 JsonWriter& JsonWriter::string(const QString& value) {
-    if (value.isNull()) return null();
+    if (value.isNull()) { return null(); }
     beginValue();
     m_text += '"';
     qsizetype plainFrom = 0;
@@ -94,7 +94,7 @@ JsonWriter& JsonWriter::string(const QString& value) {
         m_text += QStringView(value).sliced(plainFrom, end - plainFrom).toUtf8().toStdString();
     };
     for (qsizetype i = 0; i < value.size(); ++i) {
-        if (!needsEscape(value, i)) continue;
+        if (!needsEscape(value, i)) { continue; }
         appendPlain(i);
         m_text += escape(value[i]);
         plainFrom = i + 1;
@@ -109,9 +109,11 @@ JsonWriter& JsonWriter::integer(int64_t value) {
 }
 
 JsonWriter& JsonWriter::number(double value, int digits) {
-    if (!std::isfinite(value)) return null();
-    if (value == 0) return raw("0");  // also for a zero with a sign
-    std::array<char, 32> buffer;      // sign, 17 digits, point, exponent
+    if (!std::isfinite(value)) { return null(); }
+    if (value == 0) {
+        return raw("0");  // also for a zero with a sign
+    }
+    std::array<char, 32> buffer;  // sign, 17 digits, point, exponent
     const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
                                       std::chars_format::general, digits);
     return raw({buffer.data(), static_cast<size_t>(result.ptr - buffer.data())});

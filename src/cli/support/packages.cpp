@@ -24,9 +24,7 @@ const QString kVersionEntry = u"version"_s;
 void runGuarded(const PackageTask& task, Report& report) {
     try {
         task(report);
-    } catch (const InputError& error) {
-        report.fail(error);
-    } catch (const std::bad_alloc&) {
+    } catch (const InputError& error) { report.fail(error); } catch (const std::bad_alloc&) {
         report.fail({report.packagePath(), u"needs more memory than there is"_s});
     } catch (const std::exception& error) {
         const QString text = QString::fromUtf8(error.what());
@@ -38,10 +36,11 @@ void runGuarded(const PackageTask& task, Report& report) {
 class PackageRun {
  public:
     PackageRun(const QStringList& paths, const PackageTask& task) : m_task(task) {
-        for (const QString& path : paths)
+        for (const QString& path : paths) {
             m_packages.push_back({Report(path, paths.size() > 1)});
+        }
         startThreads();
-        if (m_threads.empty()) work();
+        if (m_threads.empty()) { work(); }
     }
 
     ExitCode print(Console& console) {
@@ -50,7 +49,7 @@ class PackageRun {
             waitFor(package, console);
             package.report.printTo(console);
             const ExitCode code = package.report.exitCode();
-            if (worst != ExitCode::BadInput && code != ExitCode::Done) worst = code;
+            if (worst != ExitCode::BadInput && code != ExitCode::Done) { worst = code; }
             package.report = Report({}, false);  // its text is no longer needed
         }
         return worst;
@@ -66,10 +65,10 @@ class PackageRun {
     void startThreads() {
         const size_t cores = std::max(1U, std::thread::hardware_concurrency());
         try {
-            for (size_t i = 0; i < std::min(cores, m_packages.size()); ++i)
+            for (size_t i = 0; i < std::min(cores, m_packages.size()); ++i) {
                 m_threads.emplace_back([this] { work(); });
-        } catch (const std::system_error&) {
-        }
+            }
+        } catch (const std::system_error&) {}
     }
 
     void work() {
@@ -87,13 +86,13 @@ class PackageRun {
         std::unique_lock lock(m_mutex);
         bool isTold = false;
         while (!m_finished.wait_for(lock, quietTime, [&] { return package.isDone; })) {
-            if (!console.showsProgress) continue;
+            if (!console.showsProgress) { continue; }
             console.err << "\rtweenc: " << m_doneCount << " of " << m_packages.size()
                         << " packages done" << std::flush;
             isTold = true;
         }
         constexpr std::string_view eraseLine = "\r\033[K";
-        if (isTold) console.err << eraseLine << std::flush;
+        if (isTold) { console.err << eraseLine << std::flush; }
     }
 
     const PackageTask& m_task;
@@ -108,13 +107,11 @@ class PackageRun {
 /// Empty when the entry is absent or can be read.
 QString faultOfVersion(const FileWrapper& root) {
     const FileWrapper::Ptr file = root.child(kVersionEntry);
-    if (!file) return {};
-    if (!file->isRegularFile()) return u"is not a regular file"_s;
+    if (!file) { return {}; }
+    if (!file->isRegularFile()) { return u"is not a regular file"_s; }
     try {
         PCProjectVersion::decode(KeyedUnarchiver(file->contents(), kVersionEntry).root());
-    } catch (const InputError& error) {
-        return error.reason();
-    }
+    } catch (const InputError& error) { return error.reason(); }
     return {};
 }
 
@@ -157,7 +154,7 @@ FileWrapper::Ptr readVersionedPackage(Report& report) {
     if (version > PCProject::currentModelVersion()) {
         throw InputError(report.packagePath(), textOfAlert(alertForNewerProject(root->filename())));
     }
-    if (version < PCProject::currentModelVersion()) noteOlderVersion(*root, version, report);
+    if (version < PCProject::currentModelVersion()) { noteOlderVersion(*root, version, report); }
     return root;
 }
 
@@ -176,8 +173,8 @@ void requirePlaceForPackage(const QString& path, bool replaces) {
         throw UsageError{u"writes packages, named like Name.tweenery, not '%1'"_s.arg(path)};
     }
     const QFileInfo present(path);
-    if (!present.exists() && !present.isSymLink()) return;
-    if (!replaces) throw InputError(path, u"is already there; --force replaces it"_s);
+    if (!present.exists() && !present.isSymLink()) { return; }
+    if (!replaces) { throw InputError(path, u"is already there; --force replaces it"_s); }
     if (!present.isDir() || !looksLikePackage(path)) {
         throw InputError(path, u"is no package that could be replaced"_s);
     }
@@ -185,11 +182,14 @@ void requirePlaceForPackage(const QString& path, bool replaces) {
 
 void requireOutsidePackage(const QString& path, const QString& package) {
     const QString inside = QFileInfo(package).canonicalFilePath();
-    if (inside.isEmpty()) return;  // there is no package to be changed
+    if (inside.isEmpty()) {
+        return;  // there is no package to be changed
+    }
     // Links count where they are; what is not there yet will be made where its parent is.
     QFileInfo place(path);
-    while (!place.exists() && !place.isRoot())
+    while (!place.exists() && !place.isRoot()) {
         place = QFileInfo(place.absolutePath());
+    }
     if ((place.canonicalFilePath() + u'/').startsWith(inside + u'/')) {
         throw InputError(path, u"lies in the package %1, which would be changed"_s.arg(package));
     }

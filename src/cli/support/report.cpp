@@ -24,7 +24,7 @@ void Report::writeLine(const QString& line) {
 
 // An error of the package as a whole has its path for an entry.
 QString Report::qualified(const QString& entry) const {
-    if (!m_isOneOfSeveral || entry == m_packagePath) return entry;
+    if (!m_isOneOfSeveral || entry == m_packagePath) { return entry; }
     return m_packagePath + u'/' + entry;
 }
 
@@ -43,7 +43,7 @@ void Report::failOutside(const InputError& error) {
 }
 
 void Report::endWithWarnings() {
-    if (m_exitCode == ExitCode::Done) m_exitCode = ExitCode::Warnings;
+    if (m_exitCode == ExitCode::Done) { m_exitCode = ExitCode::Warnings; }
 }
 
 void Report::printTo(Console& console) const {

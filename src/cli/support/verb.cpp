@@ -16,7 +16,7 @@ QString optionText(const VerbOption& option) {
 
 void printHelp(const Verb& verb, Console& console) {
     QString text = u"Usage: %1\n\n%2\n"_s.arg(usageLine(verb), QString::fromUtf8(verb.summary));
-    if (!verb.options.empty()) text += u"\nOptions:\n"_s;
+    if (!verb.options.empty()) { text += u"\nOptions:\n"_s; }
     for (const VerbOption& option : verb.options) {
         text += u"    %1  %2\n"_s.arg(optionText(option).leftJustified(24),
                                       QString::fromUtf8(option.help));
@@ -37,7 +37,7 @@ void addOptions(QCommandLineParser& parser, const Verb& verb) {
 void requireOption(const QCommandLineParser& parser, const VerbOption& option) {
     const QString name = QString::fromLatin1(option.name);
     if (!parser.isSet(name)) {
-        if (option.isRequired) throw UsageError{u"needs "_s + optionText(option)};
+        if (option.isRequired) { throw UsageError{u"needs "_s + optionText(option)}; }
         return;
     }
     const QStringList allowed = QString::fromLatin1(option.value).split(u'|');
@@ -55,7 +55,9 @@ void requireUsage(const QCommandLineParser& parser, const Verb& verb) {
     if (count > verb.mostOperands) {
         throw UsageError{u"takes only "_s + QString::fromUtf8(verb.operands)};
     }
-    if (parser.positionalArguments().contains(QString())) throw UsageError{u"got an empty path"_s};
+    if (parser.positionalArguments().contains(QString())) {
+        throw UsageError{u"got an empty path"_s};
+    }
     for (const VerbOption& option : verb.options) {
         requireOption(parser, option);
     }
@@ -66,8 +68,9 @@ void requireUsage(const QCommandLineParser& parser, const Verb& verb) {
 QStringList Invocation::operands() const {
     QStringList paths = m_parser.positionalArguments();
     for (QString& path : paths) {
-        while (path.size() > 1 && path.endsWith(u'/'))
+        while (path.size() > 1 && path.endsWith(u'/')) {
             path.chop(1);
+        }
     }
     return paths;
 }
@@ -79,7 +82,7 @@ std::optional<bool> Invocation::choice(const char* name) const {
     const auto last = std::find_if(given.rbegin(), given.rend(), [&](const QString& option) {
         return option == yes || option == no;
     });
-    if (last == given.rend()) return std::nullopt;
+    if (last == given.rend()) { return std::nullopt; }
     return *last == yes;
 }
 
@@ -103,7 +106,7 @@ ExitCode runVerb(const Verb& verb, const QStringList& arguments, Console& consol
             printHelp(verb, console);
             return ExitCode::Done;
         }
-        if (!isParsed) throw UsageError{parser.errorText()};
+        if (!isParsed) { throw UsageError{parser.errorText()}; }
         requireUsage(parser, verb);
         return verb.run(Invocation(parser), console);
     } catch (const UsageError& error) {

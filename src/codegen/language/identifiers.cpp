@@ -64,10 +64,11 @@ void TakenNames::erase(const QString& name) {
 }
 
 QString TakenNames::firstFree(const QString& candidate) const {
-    if (!contains(candidate)) return candidate;
+    if (!contains(candidate)) { return candidate; }
     QString& name = m_lastFree.try_emplace(candidate, candidate).first->second;
-    while (contains(name))
+    while (contains(name)) {
         name += u'2';
+    }
     return name;
 }
 
@@ -97,15 +98,15 @@ int32_t leadingInteger(const QString& text) {
     for (; i < trimmed.size() && trimmed[i] >= u'0' && trimmed[i] <= u'9'; ++i) {
         value = std::min<int64_t>(value * 10 + trimmed[i].digitValue(), int64_t{1} << 32);
     }
-    if (negative) value = -value;
+    if (negative) { value = -value; }
     return static_cast<int32_t>(std::clamp<int64_t>(value, std::numeric_limits<int32_t>::min(),
                                                     std::numeric_limits<int32_t>::max()));
 }
 
 IdentifierFault faultOfIdentifier(TargetLanguage language, const QString& identifier) {
-    if (reservedWords(language).contains(identifier)) return IdentifierFault::ReservedWord;
+    if (reservedWords(language).contains(identifier)) { return IdentifierFault::ReservedWord; }
     const auto characters = identifier.toUcs4();
-    if (characters.isEmpty()) return IdentifierFault::UnusableCharacter;
+    if (characters.isEmpty()) { return IdentifierFault::UnusableCharacter; }
     for (const char32_t character : characters) {
         const auto category = QChar::category(character);
         if (category == QChar::Number_Other || category == QChar::Mark_Enclosing) {

@@ -263,7 +263,7 @@ void PCObjCCodeProvider::setImageFromVariableNameOnButton(Text imageVariableName
 }
 
 void PCObjCCodeProvider::setCenterContentModeOnVariableNamed(Text variableName) {
-    if (generateForMac()) return;
+    if (generateForMac()) { return; }
     append(code(), "\n\t%@.contentMode = UIViewContentModeCenter;", variableName);
 }
 
@@ -329,8 +329,8 @@ void PCObjCCodeProvider::addElementToByNameDictionaryWithVariableName(Text varia
 
 void PCObjCCodeProvider::endSetupIncludesLayers(bool includesLayers, bool includesViews) {
     append(code(), "\n");
-    if (includesLayers) append(code(), "\n\tself.layersByName = layersByName;");
-    if (includesViews) append(code(), "\n\tself.viewsByName = viewsByName;");
+    if (includesLayers) { append(code(), "\n\tself.layersByName = layersByName;"); }
+    if (includesViews) { append(code(), "\n\tself.viewsByName = viewsByName;"); }
     append(code(), "\n}");
 }
 

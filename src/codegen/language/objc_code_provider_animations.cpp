@@ -164,7 +164,7 @@ void PCObjCCodeProvider::codeForAnimationWithVariableName(
     if (animation.autoreverses) {
         append(out, "\n\t%@.autoreverses = %@;", variable, *animation.autoreverses ? "YES" : "NO");
     }
-    if (animation.repeatForever) append(out, "\n\t%@.repeatCount = HUGE_VALF;", variable);
+    if (animation.repeatForever) { append(out, "\n\t%@.repeatCount = HUGE_VALF;", variable); }
     append(out,
            "\n\t%@.beginTime = beginTime;"
            "\n\t%@.fillMode = fillMode;"

@@ -14,7 +14,7 @@ namespace {
 /// above ASCII are the two-byte sequences C2 80 to C2 9F.
 size_t controlLength(std::string_view text) {
     const auto first = static_cast<unsigned char>(text.front());
-    if (first < 0x20 || first == 0x7f) return 1;
+    if (first < 0x20 || first == 0x7f) { return 1; }
     const bool above =
         first == 0xc2 && text.size() > 1 && static_cast<unsigned char>(text[1]) < 0xa0;
     return above ? 2 : 0;
@@ -31,7 +31,7 @@ void appendEscapedControl(std::string& out, TargetLanguage language, std::string
         const auto code = static_cast<unsigned char>(control.back());  // C2 80 is U+0080
         constexpr std::string_view digits = "0123456789ABCDEF";
         out += "\\u{";
-        if (code >= 16) out += digits[code / 16];
+        if (code >= 16) { out += digits[code / 16]; }
         out += digits[code % 16];
         out += '}';
     } else {
@@ -56,14 +56,14 @@ std::string escaped(TargetLanguage language, std::string_view name, std::string_
                                      }) &&
                          std::none_of(marked.begin(), marked.end(), isInside);
     std::string text;
-    if (isPlain) return text.assign(name);
+    if (isPlain) { return text.assign(name); }
     text.reserve(name.size());
     while (!name.empty()) {
         const size_t control = controlLength(name);
         if (control > 0) {
             appendEscapedControl(text, language, name.substr(0, control));
         } else {
-            if (marked.find(name.front()) != std::string_view::npos) text += '\\';
+            if (marked.find(name.front()) != std::string_view::npos) { text += '\\'; }
             text += name.front();
         }
         name.remove_prefix(std::max<size_t>(control, 1));
@@ -79,7 +79,7 @@ void appendFilled(std::string& out, std::string_view text,
     while (true) {
         const size_t percent = text.find('%');
         out.append(text.substr(0, percent));
-        if (percent == std::string_view::npos) return;
+        if (percent == std::string_view::npos) { return; }
         text.remove_prefix(percent + 1);
         switch (text.front()) {
             case '%':
@@ -102,7 +102,7 @@ void appendFilled(std::string& out, std::string_view text,
 }
 
 int32_t cutToInt32(double value) {
-    if (std::isnan(value)) return 0;
+    if (std::isnan(value)) { return 0; }
     return static_cast<int32_t>(std::clamp<double>(value, std::numeric_limits<int32_t>::min(),
                                                    std::numeric_limits<int32_t>::max()));
 }
@@ -117,7 +117,7 @@ std::string commentText(TargetLanguage language, std::string_view name) {
         // A backslash at the end, or before blanks there, joins the next line to the comment. A
         // second backslash would do no better.
         const size_t last = text.find_last_not_of(' ');
-        if (last != std::string::npos && text[last] == '\\') text.replace(last, 1, "\\134");
+        if (last != std::string::npos && text[last] == '\\') { text.replace(last, 1, "\\134"); }
     }
     return text;
 }

@@ -60,9 +60,9 @@ class SourceTemplate {
         const Placeholder expected[] = {placeholderFor<Args>()..., Placeholder::Text};
         size_t used = 0;
         for (size_t i = 0; i < m_text.size(); ++i) {
-            if (m_text[i] != '%') continue;
+            if (m_text[i] != '%') { continue; }
             ++i;
-            if (m_text.substr(i, 1) == "%") continue;
+            if (m_text.substr(i, 1) == "%") { continue; }
             Placeholder found = Placeholder::Text;
             if (m_text.substr(i, 1) == "d") {
                 found = Placeholder::Integer;
@@ -77,7 +77,7 @@ class SourceTemplate {
             }
             ++used;
         }
-        if (used != sizeof...(Args)) placeholdersDoNotMatchTheArguments();
+        if (used != sizeof...(Args)) { placeholdersDoNotMatchTheArguments(); }
     }
 
     std::string_view text() const { return m_text; }

@@ -142,7 +142,7 @@ void PCSwiftCodeProvider::beginSetupAndUseCompletionBlocksTable(bool) {
 }
 
 void PCSwiftCodeProvider::addLocalSetupVariablesIncludesLayer(bool includesLayers, bool andViews) {
-    if (includesLayers) append(code(), "\n\t\tvar layersByName: [String : CALayer] = [:]");
+    if (includesLayers) { append(code(), "\n\t\tvar layersByName: [String : CALayer] = [:]"); }
     if (andViews) {
         append(code(), "\n\t\tvar viewsByName: [String : %@] = [:]",
                generateForMac() ? "NSView" : "UIView");
@@ -227,7 +227,7 @@ void PCSwiftCodeProvider::setImageFromVariableNameOnButton(Text imageVariableNam
 }
 
 void PCSwiftCodeProvider::setCenterContentModeOnVariableNamed(Text variableName) {
-    if (generateForMac()) return;
+    if (generateForMac()) { return; }
     append(code(), "\n\t\t%@.contentMode = .Center;", variableName);
 }
 
@@ -281,7 +281,7 @@ void PCSwiftCodeProvider::setTransformWithZRotation(float zRotation, Text variab
 void PCSwiftCodeProvider::addElementWithName(Text variableName, bool isLayer,
                                              Text parentVariableName, bool parentIsLayer) {
     Text suffix;
-    if (isLayer && !parentIsLayer) suffix = generateForMac() ? ".layer!" : ".layer";
+    if (isLayer && !parentIsLayer) { suffix = generateForMac() ? ".layer!" : ".layer"; }
     append(code(), "\n\t\t%@%@.%@(%@)", parentVariableName, suffix,
            isLayer ? "addSublayer" : "addSubview", variableName);
 }
@@ -295,8 +295,8 @@ void PCSwiftCodeProvider::addElementToByNameDictionaryWithVariableName(Text vari
 
 void PCSwiftCodeProvider::endSetupIncludesLayers(bool includesLayers, bool includesViews) {
     append(code(), "\n");
-    if (includesLayers) append(code(), "\n\t\tself.layersByName = layersByName");
-    if (includesViews) append(code(), "\n\t\tself.viewsByName = viewsByName");
+    if (includesLayers) { append(code(), "\n\t\tself.layersByName = layersByName"); }
+    if (includesViews) { append(code(), "\n\t\tself.viewsByName = viewsByName"); }
     append(code(), "\n\t}");
 }
 
@@ -414,7 +414,7 @@ void PCSwiftCodeProvider::codeForAnimationWithVariableName(
         append(out, "\n\t\t%@.autoreverses = %@", variable,
                *animation.autoreverses ? "true" : "false");
     }
-    if (animation.repeatForever) append(out, "\n\t\t%@.repeatCount = HUGE", variable);
+    if (animation.repeatForever) { append(out, "\n\t\t%@.repeatCount = HUGE", variable); }
     append(out,
            "\n\t\t%@.beginTime = beginTime"
            "\n\t\t%@.fillMode = fillMode"
@@ -422,7 +422,7 @@ void PCSwiftCodeProvider::codeForAnimationWithVariableName(
            variable, variable, variable);
     std::string key;
     append(key, "\"%@\"", literal(animation.animationKey));
-    if (animation.animationKeySuffix) append(key, " + %@", *animation.animationKeySuffix);
+    if (animation.animationKeySuffix) { append(key, " + %@", *animation.animationKeySuffix); }
     const std::string elementName = literal(animation.elementUserName);
     if (generateForMac()) {
         append(out, "\n\t\tself.layersByName[\"%@\"]?.addAnimation(%@, forKey:%@)", elementName,

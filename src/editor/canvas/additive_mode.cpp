@@ -9,13 +9,13 @@ namespace tweenery {
 
 std::optional<QPointF> pivotOfEdit(const PCElement& element, bool additive,
                                    QPointF additiveAnchorPoint) {
-    if (!additive) return element.anchorPoint();
+    if (!additive) { return element.anchorPoint(); }
     const PCProject* project = element.project();
-    if (!project) return std::nullopt;
+    if (!project) { return std::nullopt; }
     const QPointF point = convertPoint(additiveAnchorPoint, *project->canvas(), element);
     const QSizeF size = element.size();
     const QPointF pivot(point.x() / size.width(), point.y() / size.height());
-    if (!std::isfinite(pivot.x()) || !std::isfinite(pivot.y())) return std::nullopt;
+    if (!std::isfinite(pivot.x()) || !std::isfinite(pivot.y())) { return std::nullopt; }
     return pivot;
 }
 

@@ -35,7 +35,7 @@ PCElement::Ptr PCElementSelectionManager::lastSelectedElement() const {
 }
 
 void PCElementSelectionManager::selectElement(const PCElement::Ptr& element) {
-    if (element->locked()) return;
+    if (element->locked()) { return; }
     assertContract(!elementIsSelected(*element), u"element is already selected"_s);
     const PCElement::Ptr selected = element;  // may be the entry of a list that a listener changes
     m_places.insert(selected.get(), m_selected.insert(m_selected.end(), selected));
@@ -63,14 +63,14 @@ void PCElementSelectionManager::selectElements(const Elements& elements) {
     const Elements wanted = elements;
     deselectAllElements();
     for (const PCElement::Ptr& element : wanted) {
-        if (!elementIsSelected(*element)) selectElement(element);
+        if (!elementIsSelected(*element)) { selectElement(element); }
     }
 }
 
 void PCElementSelectionManager::deselectAllElements() {
     for (const PCElement::Ptr& element : selectedElements()) {
         // A listener may have deselected it already.
-        if (elementIsSelected(*element)) deselectElement(element);
+        if (elementIsSelected(*element)) { deselectElement(element); }
     }
 }
 
@@ -88,7 +88,7 @@ void PCElementSelectionManager::removeSelectionListener(
 // Derived lists.
 
 void PCElementSelectionManager::updateNonOrPartiallyManagedElementsIfDirty() {
-    if (!m_managedElementsAreDirty) return;
+    if (!m_managedElementsAreDirty) { return; }
     m_nonManagedElements.clear();
     m_partiallyManagedElements.clear();
     const auto addChildren = [this](const PCElement& element) {
@@ -99,7 +99,7 @@ void PCElementSelectionManager::updateNonOrPartiallyManagedElementsIfDirty() {
         addChildren(*element);
     }
     const auto project = m_project.lock();
-    if (m_selected.empty() && project) addChildren(*project->canvas());
+    if (m_selected.empty() && project) { addChildren(*project->canvas()); }
     m_managedElementsAreDirty = false;
 }
 
@@ -120,7 +120,7 @@ PCElementSelectionManager::Elements PCElementSelectionManager::elementsToUpdate(
 
 PCElementSelectionManager::Elements PCElementSelectionManager::additiveSelectedElements() const {
     const bool isOneGroup = m_selected.size() == 1 && m_selected.front()->isGroup();
-    if (isOneGroup) return m_selected.front()->subelements();
+    if (isOneGroup) { return m_selected.front()->subelements(); }
     return {m_selected.rbegin(), m_selected.rend()};
 }
 

@@ -13,11 +13,11 @@ constexpr QPointF kNowhere(std::numeric_limits<double>::quiet_NaN(),
 }  // namespace
 
 QPointF convertPoint(QPointF point, const PCElement& from, const PCElement& to) {
-    if (&from == &to) return point;
+    if (&from == &to) { return point; }
     const PCLayer* fromLayer = PCLayer::of(from);
     const PCLayer* toLayer = PCLayer::of(to);
-    if (fromLayer && toLayer) return fromLayer->pointIn(toLayer, point).value_or(kNowhere);
-    if (to.elementToCanvasTransform().determinant() == 0) return kNowhere;
+    if (fromLayer && toLayer) { return fromLayer->pointIn(toLayer, point).value_or(kNowhere); }
+    if (to.elementToCanvasTransform().determinant() == 0) { return kNowhere; }
     return to.convertToElement(from.convertToCanvas(point));
 }
 

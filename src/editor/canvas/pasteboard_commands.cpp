@@ -18,7 +18,7 @@ struct Target {
 Target targetOfPaste(const PCProject& project, const PCElementSelectionManager& selection) {
     const PCElement::Ptr first = selection.firstSelectedElement();
     PCElement* parent = first ? first->parentElement() : nullptr;
-    if (!parent) return {project.canvas(), 0};
+    if (!parent) { return {project.canvas(), 0}; }
     return {parent->shared_from_this(), static_cast<size_t>(first->index()) + 1};
 }
 
@@ -59,8 +59,10 @@ void refuseUnlessTheyFit(const PCElement::Elements& elements, PCProject& project
             if (!isSafeFilename(identifier.toString())) {
                 refuse(u"holds an element whose identifier cannot name a directory"_s);
             }
-            if (!identifiers.insert(identifier).second || project.elementForIdentifier(identifier))
+            if (!identifiers.insert(identifier).second ||
+                project.elementForIdentifier(identifier)) {
                 refuse(u"holds an element whose identifier another one has"_s);
+            }
         }
     }
 }

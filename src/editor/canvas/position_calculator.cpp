@@ -25,9 +25,9 @@ void PCPositionCalculator::updateElements(const PCElement::Elements& elements, b
         const double share = shares.next();
         const PCElement* parent = element->parentElement();
         const PCProject* project = element->project();
-        if (!parent || !project) continue;
+        if (!parent || !project) { continue; }
         const QPointF moved = distanceInParent(share * delta, *project->canvas(), *parent);
-        if (!std::isfinite(moved.x()) || !std::isfinite(moved.y())) continue;
+        if (!std::isfinite(moved.x()) || !std::isfinite(moved.y())) { continue; }
         if (setupMode) {
             element->setPosition(element->position() + moved);
         } else {

@@ -33,7 +33,7 @@ void PCRotationCalculator::updateElements(const PCElement::Elements& elements, b
     for (const PCElement::Ptr& element : elements) {
         const double share = shares.next();
         const auto pivot = pivotOfEdit(*element, forAdditiveMode, additiveAnchorPoint);
-        if (!pivot) continue;
+        if (!pivot) { continue; }
         const QPointF anchorPoint = element->anchorPoint();
         installAnchor(*element, *pivot, setupMode, timeInMS);
         const double rotation = setupMode
@@ -58,7 +58,7 @@ double PCRotationCalculator::radiansBetweenStartPoint(QPointF startPoint, QPoint
     const QPointF end = endPoint - center;
     const double difference =
         std::fmod(std::atan2(end.y(), end.x()) - std::atan2(start.y(), start.x()), 2 * kPi);
-    if (difference < -kPi) return difference + 2 * kPi;
+    if (difference < -kPi) { return difference + 2 * kPi; }
     return difference > kPi ? difference - 2 * kPi : difference;
 }
 

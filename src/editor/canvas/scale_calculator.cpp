@@ -10,7 +10,7 @@ namespace {
 // Not finite where a locked ratio is to be kept that is none.
 QPointF scaledBy(QPointF scale, QPointF delta, bool keepsRatio) {
     const double ratio = scale.x() / scale.y();
-    if (keepsRatio && !std::isfinite(ratio)) return {ratio, ratio};
+    if (keepsRatio && !std::isfinite(ratio)) { return {ratio, ratio}; }
     if (std::abs(delta.x()) >= std::abs(delta.y())) {
         const double x = delta.x() + scale.x();
         return {x, keepsRatio ? x / ratio : scale.y()};
@@ -43,7 +43,7 @@ void PCScaleCalculator::updateElements(const PCElement::Elements& elements, bool
         const auto pivot = pivotOfEdit(*element, forAdditiveMode, additiveAP);
         const QPointF scale = setupMode ? element->scale() : element->scaleAtTimeInMS(timeInMS);
         const QPointF scaled = scaledBy(scale, share * delta, element->scalesLocked());
-        if (!pivot || !std::isfinite(scaled.x()) || !std::isfinite(scaled.y())) continue;
+        if (!pivot || !std::isfinite(scaled.x()) || !std::isfinite(scaled.y())) { continue; }
 
         const QPointF anchorPoint = element->anchorPoint();
         holdAt(*element, *pivot, setupMode, timeInMS);

@@ -24,7 +24,7 @@ std::span<const double> zoomValues() {
 int32_t indexInZoomScaleClosestToFloat(float factor) {
     int32_t closest = 0;
     for (int32_t i = 1; i <= kLastIndex; ++i) {
-        if (std::abs(zoomStep(i) - factor) < std::abs(zoomStep(closest) - factor)) closest = i;
+        if (std::abs(zoomStep(i) - factor) < std::abs(zoomStep(closest) - factor)) { closest = i; }
     }
     return closest;
 }
@@ -39,7 +39,7 @@ float zoomStepBefore(float factor) {
 
 double zoomToFill(QSizeF canvasSize, QSizeF viewSize) {
     constexpr double kFilledPart = 0.95;
-    if (std::floor(canvasSize.width()) == 0 || std::floor(canvasSize.height()) == 0) return 1;
+    if (std::floor(canvasSize.width()) == 0 || std::floor(canvasSize.height()) == 0) { return 1; }
     return std::min(viewSize.width() / canvasSize.width(),
                     viewSize.height() / canvasSize.height()) *
            kFilledPart;

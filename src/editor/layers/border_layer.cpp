@@ -171,18 +171,18 @@ void PCBorderLayer::shapeRotationBand() {
 }
 
 PCBorderLocation PCBorderLayer::borderLocationForPoint(QPointF point) const {
-    if (!m_borderedLayer.isSelected()) return PCBorderLocationNone;
+    if (!m_borderedLayer.isSelected()) { return PCBorderLocationNone; }
     for (size_t i = 0; i < kHandleCount; ++i) {
-        if (layerContains(*m_handles[i], point)) return locationOf(i);
+        if (layerContains(*m_handles[i], point)) { return locationOf(i); }
     }
     // What a press on the mark means is settled without the border.
-    if (layerContains(m_anchorPointLayer, point)) return PCBorderLocationNone;
-    if (m_rotationBand.shape()->path.contains(point)) return PCBorderLocationRotate;
+    if (layerContains(m_anchorPointLayer, point)) { return PCBorderLocationNone; }
+    if (m_rotationBand.shape()->path.contains(point)) { return PCBorderLocationRotate; }
     return containsPoint(point) ? PCBorderLocationDrag : PCBorderLocationNone;
 }
 
 Layer* PCBorderLayer::hitTest(QPointF point) {
-    if (!m_borderedLayer.isSelected()) return nullptr;
+    if (!m_borderedLayer.isSelected()) { return nullptr; }
     const auto own = fromSuperlayer(point);
     return own && m_rotationBand.shape()->path.contains(*own) ? &m_borderedLayer : nullptr;
 }

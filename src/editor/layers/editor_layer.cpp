@@ -84,7 +84,7 @@ std::optional<int32_t> alignedLine(double boxStart, double boxLength, double can
     };
     const auto boxLines = lines(boxStart, boxLength);
     for (const int32_t line : lines(canvasStart, canvasLength)) {
-        if (std::find(boxLines.begin(), boxLines.end(), line) != boxLines.end()) return line;
+        if (std::find(boxLines.begin(), boxLines.end(), line) != boxLines.end()) { return line; }
     }
     return std::nullopt;
 }
@@ -121,7 +121,7 @@ PCEditorLayer::PCEditorLayer()
 }
 
 PCEditorLayer::~PCEditorLayer() {
-    if (m_canvasLayer) m_canvasLayer->m_editor = nullptr;
+    if (m_canvasLayer) { m_canvasLayer->m_editor = nullptr; }
 }
 
 void PCEditorLayer::canvasLayerGoes() {
@@ -140,7 +140,7 @@ void PCEditorLayer::setCanvasLayer(PCLayer& canvas) {
     canvas.Layer::addSublayer(*m_verticalSnapGuideline);
     canvas.Layer::addSublayer(*m_horizontalSnapGuideline);
     canvas.Layer::addSublayer(m_selectionLayer);
-    if (m_showsAnchorPoint) canvas.Layer::addSublayer(m_anchorPointLayer);
+    if (m_showsAnchorPoint) { canvas.Layer::addSublayer(m_anchorPointLayer); }
     addSublayer(static_cast<Layer&>(canvas));
 }
 
@@ -149,8 +149,8 @@ void PCEditorLayer::setCanvasLayer(PCLayer& canvas) {
 PCLayer* PCEditorLayer::layerAtLocationOnEditor(QPointF point, bool isDirect) {
     layoutIfNeeded();
     auto* hit = dynamic_cast<PCLayer*>(hitTest(toSuperlayer().map(point)));
-    if (!hit || hit == m_canvasLayer) return nullptr;
-    if (isDirect) return hit;
+    if (!hit || hit == m_canvasLayer) { return nullptr; }
+    if (isDirect) { return hit; }
     const PCElement* element = hit->element();
     while (element->parentElement() && !element->parentElement()->isCanvas()) {
         element = element->parentElement();
@@ -166,7 +166,7 @@ PCLayer* PCEditorLayer::layerAtLocationInEditor(QPointF point,
     bool isOnHandle = false;
     for (const PCElement::Ptr& element : currentSelection) {
         PCLayer* layer = PCLayer::of(*element);
-        if (!layer || !layer->containsPoint(convertPointTo(point, layer))) continue;
+        if (!layer || !layer->containsPoint(convertPointTo(point, layer))) { continue; }
         selected = layer;
         const PCBorderLayer* border = layer->borderLayer();
         const PCBorderLocation location =
@@ -174,13 +174,13 @@ PCLayer* PCEditorLayer::layerAtLocationInEditor(QPointF point,
                    : PCBorderLocationNone;
         isOnHandle = isOnHandle || location > PCBorderLocationDrag;
     }
-    if (selected && (isOnHandle || !isDirect)) return selected;
+    if (selected && (isOnHandle || !isDirect)) { return selected; }
     return layerAtLocationOnEditor(point, isDirect);
 }
 
 PCEditorLocation PCEditorLayer::locationAtPosition(QPointF point, const PCLayer* layer,
                                                    size_t numberOfSelectedElements) const {
-    if (!m_canvasLayer) return PCEditorLocationNone;
+    if (!m_canvasLayer) { return PCEditorLocationNone; }
     const auto onMark = m_anchorPointLayer.fromSuperlayer(point);
     const bool marksAnchorPoint = m_showsAnchorPoint || numberOfSelectedElements == 1;
     if (marksAnchorPoint && onMark && m_anchorPointLayer.containsPoint(*onMark)) {
@@ -190,11 +190,11 @@ PCEditorLocation PCEditorLayer::locationAtPosition(QPointF point, const PCLayer*
     const PCBorderLocation location =
         border ? border->borderLocationForPoint(m_canvasLayer->convertPointTo(point, border))
                : PCBorderLocationNone;
-    if (location == PCBorderLocationDrag) return PCEditorLocationDrag;
-    if (location > PCBorderLocationDrag) return editorLocationOf(location);
+    if (location == PCBorderLocationDrag) { return PCEditorLocationDrag; }
+    if (location > PCBorderLocationDrag) { return editorLocationOf(location); }
     if (numberOfSelectedElements == 0) {
         const auto edge = canvasEdgeAt(point, m_canvasLayer->bounds().size());
-        if (edge != PCEditorLocationNone) return edge;
+        if (edge != PCEditorLocationNone) { return edge; }
     }
     return layer ? PCEditorLocationDrag : PCEditorLocationNone;
 }
@@ -225,17 +225,17 @@ void PCEditorLayer::updateSelectionRect(const QRectF& rect) {
 
 PCElement::Elements PCEditorLayer::elementsHitInSelectionRect(const QRectF& rect) const {
     PCElement::Elements hit;
-    if (!m_canvasLayer || !m_canvasLayer->element()) return hit;
+    if (!m_canvasLayer || !m_canvasLayer->element()) { return hit; }
     const Quadrilateral marquee = cornersOf(rect.normalized());
     for (const PCElement::Ptr& element : m_canvasLayer->element()->children()) {
         const PCLayer* layer = PCLayer::of(*element);
-        if (!layer) continue;
+        if (!layer) { continue; }
         const Affine toCanvas = layer->toSuperlayer();
         Quadrilateral outline = cornersOf(layer->presented().bounds);
         for (QPointF& corner : outline) {
             corner = toCanvas.map(corner);
         }
-        if (touch(outline, marquee)) hit.push_back(element);
+        if (touch(outline, marquee)) { hit.push_back(element); }
     }
     return hit;
 }
@@ -249,7 +249,7 @@ void PCEditorLayer::hideGuides() {
 
 void PCEditorLayer::layoutGuidesForBoundingBox(const QRectF& box) {
     hideGuides();
-    if (!m_canvasLayer) return;
+    if (!m_canvasLayer) { return; }
     const QRectF& canvas = m_canvasLayer->bounds();
     if (const auto x = alignedLine(box.x(), box.width(), canvas.x(), canvas.width())) {
         m_verticalSnapGuideline->setXPosition(*x);
@@ -312,7 +312,7 @@ void PCEditorLayer::showAxes(bool shows) {
 void PCEditorLayer::refreshBounds(const QRectF& bounds, float magnificationFactor) {
     setBounds(bounds);
     setPosition(superlayer() ? superlayer()->bounds().center() : bounds.center());
-    if (!m_canvasLayer || !m_canvasLayer->element()) return;
+    if (!m_canvasLayer || !m_canvasLayer->element()) { return; }
     const QSizeF canvasSize = m_canvasLayer->element()->size();
     const auto magnification = static_cast<double>(magnificationFactor);
     const QPointF centre(bounds.width() / 2, bounds.height() / 2);

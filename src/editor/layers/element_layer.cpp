@@ -25,13 +25,11 @@ QPointF placeOrZero(QPointF place) {
 // The artwork of one pixel a point; null when there is none that can be read.
 QImage artworkOf(const PCElement& element) {
     PCProject* project = element.project();
-    if (!project) return {};
+    if (!project) { return {}; }
     try {
         const auto set = project->imageSetManager().imageSetWithName(element.imageName());
         return set ? set->originalImageWithAppropriateScaling() : QImage();
-    } catch (const InputError&) {
-        return {};
-    }
+    } catch (const InputError&) { return {}; }
 }
 
 }  // namespace
@@ -41,7 +39,7 @@ PCLayer::PCLayer() {
 }
 
 PCLayer::~PCLayer() {
-    if (m_editor) m_editor->canvasLayerGoes();
+    if (m_editor) { m_editor->canvasLayerGoes(); }
 }
 
 PCLayer* PCLayer::of(const PCElement& element) {
@@ -59,7 +57,7 @@ PCLayer* PCLayer::canvasLayer() const {
 
 void PCLayer::setElement(PCElement* element) {
     m_element = element;
-    if (!element) return;
+    if (!element) { return; }
     if (element->isCanvas()) {
         syncBoundsWithModel();
     } else {
@@ -70,7 +68,7 @@ void PCLayer::setElement(PCElement* element) {
 // Setup state.
 
 void PCLayer::syncWithModel() {
-    if (!m_element || isCanvasLayer()) return;
+    if (!m_element || isCanvasLayer()) { return; }
     setZPosition(0);
     setBounds({QPointF(), m_element->size()});
     setPosition(m_element->position());
@@ -137,21 +135,19 @@ void PCLayer::showImage(const QString& name, double backingScale) {
         setContents(project && !name.isEmpty()
                         ? project->imageSetManager().imageWithName(name, backingScale)
                         : QImage());
-    } catch (const InputError&) {
-        setContents({});
-    }
+    } catch (const InputError&) { setContents({}); }
 }
 
 // State at a time.
 
 void PCLayer::syncWithModelAtTimeInMS(int32_t timeInMS) {
-    if (!m_element || isCanvasLayer()) return;
+    if (!m_element || isCanvasLayer()) { return; }
     PCProject* project = m_element->project();
-    if (!project || project->isSetupMode()) return;
+    if (!project || project->isSetupMode()) { return; }
     const ElementValues values = m_element->valuesAtTimeInMS(std::max(timeInMS, 0));
     setTransform({values.scale, static_cast<double>(values.rotation), {}});
     setPosition(placeOrZero(m_element->position() + values.translation));
-    if (!m_element->isGroup()) showImage(*values.image, project->backingScale());
+    if (!m_element->isGroup()) { showImage(*values.image, project->backingScale()); }
     setOpacity(m_element->hidden() ? 0 : static_cast<double>(values.opacity));
     syncBorder();
 }
@@ -163,9 +159,9 @@ void PCLayer::syncHiddenWithModelAtTimeInMS(int32_t timeInMS) {
 }
 
 void PCLayer::syncZIndexWithModelAtTimeInMS(int32_t timeInMS) {
-    if (!m_element || isCanvasLayer() || !m_element->parentElement()) return;
+    if (!m_element || isCanvasLayer() || !m_element->parentElement()) { return; }
     const auto timeline = m_element->parentElement()->childrenZPositionsTimeline();
-    if (!timeline) return;
+    if (!timeline) { return; }
     const auto place = timeline->arrayValueAtTimeInMS(std::max(timeInMS, 0))
                            .indexOf(m_element->identifier().toString());
     setZPosition(place < 0 ? m_element->index() : static_cast<double>(place));
@@ -174,25 +170,27 @@ void PCLayer::syncZIndexWithModelAtTimeInMS(int32_t timeInMS) {
 // Border.
 
 void PCLayer::syncBorder() {
-    if (m_borderLayer) m_borderLayer->syncWithBorderedLayer();
+    if (m_borderLayer) { m_borderLayer->syncWithBorderedLayer(); }
     // The borders of elements within a group follow before the next drawing.
-    if (sublayers().empty()) return;
-    if (PCLayer* canvas = canvasLayer()) canvas->setNeedsLayout();
+    if (sublayers().empty()) { return; }
+    if (PCLayer* canvas = canvasLayer()) { canvas->setNeedsLayout(); }
 }
 
 void PCLayer::layoutSublayers() {
-    if (!isCanvasLayer()) return;
+    if (!isCanvasLayer()) { return; }
     for (Layer* sublayer : sublayers()) {
-        if (auto* border = dynamic_cast<PCBorderLayer*>(sublayer)) border->syncWithBorderedLayer();
+        if (auto* border = dynamic_cast<PCBorderLayer*>(sublayer)) {
+            border->syncWithBorderedLayer();
+        }
     }
 }
 
 void PCLayer::setSelected(bool selected) {
     m_selected = selected;
-    if (!m_element) return;
+    if (!m_element) { return; }
     setPosition(m_element->position());
     m_borderLayer.reset();
-    if (selected) showBorder();
+    if (selected) { showBorder(); }
 }
 
 void PCLayer::showBorder() {
@@ -202,22 +200,24 @@ void PCLayer::showBorder() {
     const bool isSetupMode = !project || project->isSetupMode();
     m_borderLayer->setColorOfBorder(isSetupMode ? TweeneryStyle::setupBorderColor()
                                                 : TweeneryStyle::keyedBorderColor());
-    if (PCLayer* canvas = canvasLayer()) canvas->addSublayer(static_cast<Layer&>(*m_borderLayer));
+    if (PCLayer* canvas = canvasLayer()) {
+        canvas->addSublayer(static_cast<Layer&>(*m_borderLayer));
+    }
     m_borderLayer->syncWithBorderedLayer();
 }
 
 // Tree.
 
 void PCLayer::addSublayer(ElementViewLayer& sublayer) {
-    if (auto* layer = dynamic_cast<PCLayer*>(&sublayer)) Layer::addSublayer(*layer);
+    if (auto* layer = dynamic_cast<PCLayer*>(&sublayer)) { Layer::addSublayer(*layer); }
 }
 
 void PCLayer::insertSublayer(ElementViewLayer& sublayer, uint32_t index) {
-    if (auto* layer = dynamic_cast<PCLayer*>(&sublayer)) Layer::insertSublayer(*layer, index);
+    if (auto* layer = dynamic_cast<PCLayer*>(&sublayer)) { Layer::insertSublayer(*layer, index); }
 }
 
 void PCLayer::removeFromSuperlayer() {
-    if (m_borderLayer) m_borderLayer->removeFromSuperlayer();
+    if (m_borderLayer) { m_borderLayer->removeFromSuperlayer(); }
     Layer::removeFromSuperlayer();
 }
 
@@ -230,7 +230,7 @@ void PCLayer::addAnimationForProperty(int32_t type) {
     removeAnimationForKey(key);
     PCProject* project = m_element->project();
     const auto timeline = m_element->timeline(type);
-    if (!project || !timeline) return;
+    if (!project || !timeline) { return; }
     if (auto animation = TimelineAnimations(*project).animation(*timeline)) {
         addAnimation(std::move(*animation), key);
     }
@@ -243,14 +243,14 @@ void PCLayer::addAllPropertyAnimations() {
 
 void PCLayer::addAllPropertyAnimationsExceptZIndex() {
     for (const PCPropertyType type : elementTimelineTypes()) {
-        if (type != PCPropertyTypeChildrenZPositions) addAnimationForProperty(type);
+        if (type != PCPropertyTypeChildrenZPositions) { addAnimationForProperty(type); }
     }
 }
 
 // Hits.
 
 bool PCLayer::isOwnedByBorder(QPointF point) const {
-    if (!m_selected || !m_borderLayer) return false;
+    if (!m_selected || !m_borderLayer) { return false; }
     const PCBorderLocation location =
         m_borderLayer->borderLocationForPoint(convertPointTo(point, m_borderLayer.get()));
     return location > PCBorderLocationDrag;
@@ -258,20 +258,20 @@ bool PCLayer::isOwnedByBorder(QPointF point) const {
 
 bool PCLayer::imageCovers(QPointF point) const {
     const QImage artwork = artworkOf(*m_element);
-    if (!rectHolds(artwork.rect(), point)) return false;
+    if (!rectHolds(artwork.rect(), point)) { return false; }
     const QPoint pixel(static_cast<int>(point.x()), static_cast<int>(point.y()));
     return qAlpha(artwork.pixel(pixel)) >= kLeastVisibleAlpha;
 }
 
 bool PCLayer::coversPoint(QPointF point) const {
-    if (!m_element) return false;
-    if (isOwnedByBorder(point)) return true;
-    if (m_element->locked() || !Layer::containsPoint(point)) return false;
+    if (!m_element) { return false; }
+    if (isOwnedByBorder(point)) { return true; }
+    if (m_element->locked() || !Layer::containsPoint(point)) { return false; }
     return !m_element->isGroup() && !isCanvasLayer() && imageCovers(point);
 }
 
 bool PCLayer::containsPoint(QPointF point) const {
-    if (coversPoint(point)) return true;
+    if (coversPoint(point)) { return true; }
     if (!m_element || m_element->locked() || isCanvasLayer() || !Layer::containsPoint(point)) {
         return false;
     }
@@ -295,7 +295,7 @@ namespace {
 template <typename Sync>
 void syncBelow(PCElement& element, const Sync& sync) {
     for (const PCElement::Ptr& child : element.children()) {
-        if (PCLayer* layer = PCLayer::of(*child)) sync(*layer);
+        if (PCLayer* layer = PCLayer::of(*child)) { sync(*layer); }
         syncBelow(*child, sync);
     }
 }
@@ -310,13 +310,13 @@ void stackChildren(PCElement& parent, const QStringList& order) {
     for (const PCElement::Ptr& child : parent.children()) {
         const auto found = placeOf.find(child->identifier());
         PCLayer* layer = PCLayer::of(*child);
-        if (layer) layer->setZPosition(found == placeOf.end() ? index : found->second);
+        if (layer) { layer->setZPosition(found == placeOf.end() ? index : found->second); }
         ++index;
     }
 }
 
 void stackBelow(PCElement& parent, int32_t timeInMS) {
-    if (parent.children().empty()) return;
+    if (parent.children().empty()) { return; }
     const auto timeline = parent.childrenZPositionsTimeline();
     const bool isKeyed = timeline && !timeline->isEmpty();
     stackChildren(parent, isKeyed ? timeline->arrayValueAtTimeInMS(timeInMS) : QStringList());
@@ -332,7 +332,7 @@ void syncLayersWithModel(PCProject& project) {
 }
 
 void syncLayersWithModelAtTimeInMS(PCProject& project, int32_t timeInMS) {
-    if (project.isSetupMode()) return;
+    if (project.isSetupMode()) { return; }
     syncBelow(*project.canvas(),
               [timeInMS](PCLayer& layer) { layer.syncWithModelAtTimeInMS(timeInMS); });
     stackBelow(*project.canvas(), std::max(timeInMS, 0));

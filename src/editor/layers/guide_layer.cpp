@@ -31,7 +31,7 @@ std::unique_ptr<PCGuideLayer> PCGuideLayer::horizontalGuideAtPoint(double y) {
 }
 
 void PCGuideLayer::layoutSublayers() {
-    if (superlayer()) setTransform(inverseScale(superlayer()->transform().scale));
+    if (superlayer()) { setTransform(inverseScale(superlayer()->transform().scale)); }
 }
 
 }  // namespace tweenery

@@ -23,7 +23,7 @@ bool edgeSeparates(const Quadrilateral& edges, const Quadrilateral& other) {
         const QPointF axis(-edge.y(), edge.x());
         const auto [ownLeast, ownGreatest] = projection(edges, axis);
         const auto [otherLeast, otherGreatest] = projection(other, axis);
-        if (ownGreatest < otherLeast || otherGreatest < ownLeast) return true;
+        if (ownGreatest < otherLeast || otherGreatest < ownLeast) { return true; }
     }
     return false;
 }

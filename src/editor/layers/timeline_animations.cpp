@@ -31,10 +31,10 @@ std::vector<Entry> entriesOf(const Timeline& timeline) {
     const size_t count = timeline.keyframesCount();
     const int32_t duration = timeline.durationInMS();
     // Nothing moves: the last keyframe holds from the beginning.
-    if (duration <= 0) return {{count - 1}};
+    if (duration <= 0) { return {{count - 1}}; }
     std::vector<Entry> entries;
     entries.reserve(2 * count + 1);
-    if (timeline.timeOfKeyframe(0) > 0) entries.push_back({});
+    if (timeline.timeOfKeyframe(0) > 0) { entries.push_back({}); }
     for (size_t i = 0; i < count; ++i) {
         const int32_t time = timeline.timeOfKeyframe(i);
         const int64_t easing = timeline.easingModeOfKeyframe(i);
@@ -70,7 +70,9 @@ KeyframeAnimation animationWithEntries(const Timeline& timeline, LayerProperty p
         lastKeyTime = std::max(lastKeyTime, entry.keyTime);
         animation.keyTimes.push_back(lastKeyTime);
         const bool isFirst = &entry == &entries.front();
-        if (isFirst) continue;  // nothing leads up to it
+        if (isFirst) {
+            continue;  // nothing leads up to it
+        }
         animation.timingFunctions.push_back(timingFunctionForEasingMode(entry.easingMode));
     }
     animation.duration =
@@ -96,11 +98,11 @@ KeyframeAnimation numberAnimation(const Timeline& timeline, LayerProperty proper
 
 std::optional<KeyframeAnimation> TimelineAnimations::animation(const Timeline& timeline) {
     const PCElement* element = timeline.element();
-    if (!element || !element->parentElement()) return std::nullopt;
+    if (!element || !element->parentElement()) { return std::nullopt; }
     auto animation = timeline.propertyType() == PCPropertyTypeChildrenZPositions
                          ? stackingAnimation(*element)
                          : ownAnimation(timeline, *element);
-    if (!animation) return std::nullopt;
+    if (!animation) { return std::nullopt; }
     animation->repeatCount = static_cast<double>(timeline.repeatCountFromCurrentRepeatBehavior());
     animation->autoreverses = timeline.autoreversesFromCurrentRepeatBehavior();
     return animation;
@@ -110,8 +112,8 @@ std::optional<KeyframeAnimation> TimelineAnimations::ownAnimation(const Timeline
                                                                   const PCElement& element) {
     const int32_t type = timeline.propertyType();
     const auto property = layerPropertyForKeyPath(keyPathForPropertyType(type));
-    if (!property || timeline.isEmpty()) return std::nullopt;
-    if (type == PCPropertyTypeImageContents) return imageAnimation(timeline, element);
+    if (!property || timeline.isEmpty()) { return std::nullopt; }
+    if (type == PCPropertyTypeImageContents) { return imageAnimation(timeline, element); }
     const float setupValue = floatOfValue(element.setupValueForPropertyType(type));
     return numberAnimation(timeline, *property, static_cast<double>(setupValue), [&](size_t i) {
         return static_cast<double>(timeline.floatValueOfKeyframeAtIndex(i));
@@ -121,7 +123,7 @@ std::optional<KeyframeAnimation> TimelineAnimations::ownAnimation(const Timeline
 std::optional<KeyframeAnimation> TimelineAnimations::stackingAnimation(const PCElement& element) {
     const PCElement& parent = *element.parentElement();
     const auto order = parent.childrenZPositionsTimeline();
-    if (!order || order->isEmpty()) return std::nullopt;
+    if (!order || order->isEmpty()) { return std::nullopt; }
     const PlacesOfChildren& all = placesOfChildren(parent, *order);
     const std::vector<double>& places = *all.constFind(element.identifier().toString());
     return numberAnimation(*order, LayerProperty::ZPosition, element.index(),
@@ -133,17 +135,18 @@ const TimelineAnimations::PlacesOfChildren& TimelineAnimations::placesOfChildren
     const PCElement& parent, const Timeline& order) {
     const auto [entry, isNew] = m_placesByParent.try_emplace(&parent);
     PlacesOfChildren& places = entry->second;
-    if (!isNew) return places;
+    if (!isNew) { return places; }
     double own = 0;
-    for (const PCElement::Ptr& child : parent.children())
+    for (const PCElement::Ptr& child : parent.children()) {
         places.insert(child->identifier().toString(),
                       std::vector<double>(order.keyframesCount(), own++));
+    }
     for (size_t i = 0; i < order.keyframesCount(); ++i) {
         const QStringList stored = arrayOfValue(order.storedValueOfKeyframe(i));
         // Backwards: an identifier that is there twice counts where it comes first.
         for (qsizetype place = stored.size(); place-- > 0;) {
             const auto child = places.find(stored[place]);
-            if (child != places.end()) (*child)[i] = static_cast<double>(place);
+            if (child != places.end()) { (*child)[i] = static_cast<double>(place); }
         }
     }
     return places;
@@ -165,7 +168,7 @@ KeyframeAnimation TimelineAnimations::imageAnimation(const Timeline& timeline,
 
 QImage TimelineAnimations::imageWithName(const QString& name) {
     const auto known = m_images.constFind(name);
-    if (known != m_images.constEnd()) return *known;
+    if (known != m_images.constEnd()) { return *known; }
     QImage image;
     try {
         image = m_project.imageSetManager().imageWithName(name, m_project.backingScale());
@@ -183,7 +186,7 @@ QString TimelineAnimations::animationKeyForTimelineOnAnimationName(const Timelin
 
 QString TimelineAnimations::animationQualifierForPropertyType(int32_t type) {
     const char* qualifier = propertyTypeRow(type).playbackQualifier;
-    if (!qualifier) failContract(u"* propertype not supported for animationqualifier"_s);
+    if (!qualifier) { failContract(u"* propertype not supported for animationqualifier"_s); }
     return QString::fromLatin1(qualifier);
 }
 

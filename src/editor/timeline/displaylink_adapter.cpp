@@ -16,7 +16,7 @@ void PCDisplaylinkAdapter::setFrameInterval(int64_t refreshes) {
 
 void PCDisplaylinkAdapter::setPaused(bool paused) {
     m_isPaused = paused;
-    if (paused) return;
+    if (paused) { return; }
     m_internalFrameCount = 0;
     m_hasTicked = false;
     m_refreshPeriod = 0;
@@ -28,19 +28,19 @@ void PCDisplaylinkAdapter::invalidate() {
 }
 
 void PCDisplaylinkAdapter::tick() {
-    if (m_isPaused) return;
+    if (m_isPaused) { return; }
     measureRefresh();
     ++m_internalFrameCount;
-    if (m_internalFrameCount < m_frameInterval) return;
+    if (m_internalFrameCount < m_frameInterval) { return; }
     m_internalFrameCount = 0;
-    if (!m_target) return;
+    if (!m_target) { return; }
     const Target target = m_target;  // which may invalidate
     target();
 }
 
 void PCDisplaylinkAdapter::measureRefresh() {
     const double now = m_clock.now();
-    if (m_hasTicked) m_refreshPeriod = now - m_lastRefresh;
+    if (m_hasTicked) { m_refreshPeriod = now - m_lastRefresh; }
     m_lastRefresh = now;
     m_hasTicked = true;
 }

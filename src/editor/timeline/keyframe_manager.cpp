@@ -24,7 +24,7 @@ PCKeyframeManager::~PCKeyframeManager() {
 // Keyframes.
 
 void PCKeyframeManager::selectKeyframe(const Keyframe& keyframe) {
-    if (!keyframe || !m_selectedKeyframes.insert(keyframe).second) return;
+    if (!keyframe || !m_selectedKeyframes.insert(keyframe).second) { return; }
     m_selectionListeners.tell([&](auto& listener) {
         listener.keyframeSelectionManagerDidSelectKeyframe(*this, keyframe);
     });
@@ -40,46 +40,50 @@ void PCKeyframeManager::deselectKeyframe(const Keyframe& keyframe) {
 
 void PCKeyframeManager::deselectAllKeyframes() {
     const KeyframeSet all = m_selectedKeyframes;
-    for (const Keyframe& keyframe : all)
+    for (const Keyframe& keyframe : all) {
         deselectKeyframe(keyframe);
+    }
 }
 
 void PCKeyframeManager::setSelectionToSingleKeyframe(const Keyframe& keyframe) {
     deselectAllTweens();
-    if (keyframeIsSelected(keyframe)) return;
+    if (keyframeIsSelected(keyframe)) { return; }
     deselectAllKeyframes();
     selectKeyframe(keyframe);
 }
 
 void PCKeyframeManager::selectKeyframeByExtendingSelection(const Keyframe& keyframe) {
     deselectAllTweens();
-    if (!keyframe || keyframeIsSelected(keyframe)) return;
+    if (!keyframe || keyframeIsSelected(keyframe)) { return; }
     selectKeyframe(keyframe);
-    if (!keyframe->isInTimeline()) return;
+    if (!keyframe->isInTimeline()) { return; }
     const auto timeline = keyframe->timeline();
     size_t first = keyframe->index();
     size_t last = first;
     for (const Keyframe& selected : m_selectedKeyframes) {
-        if (!selected->isInTimeline() || selected->timeline() != timeline) continue;
+        if (!selected->isInTimeline() || selected->timeline() != timeline) { continue; }
         first = std::min(first, selected->index());
         last = std::max(last, selected->index());
     }
-    for (size_t i = first; i <= last; ++i)
+    for (size_t i = first; i <= last; ++i) {
         selectKeyframe(timeline->existingKeyframeAtKeyframeIndex(i));
+    }
 }
 
 void PCKeyframeManager::selectKeyframes(const KeyframeSet& keyframes) {
     const KeyframeSet before = m_selectedKeyframes;
     for (const Keyframe& keyframe : before) {
-        if (!keyframes.contains(keyframe)) deselectKeyframe(keyframe);
+        if (!keyframes.contains(keyframe)) { deselectKeyframe(keyframe); }
     }
-    for (const Keyframe& keyframe : keyframes)
+    for (const Keyframe& keyframe : keyframes) {
         selectKeyframe(keyframe);
+    }
 }
 
 void PCKeyframeManager::selectAllKeyframesForTimeline(const PCKeyedPropertyTimeline& timeline) {
-    for (const Keyframe& keyframe : timeline.keyframesSortedByTime())
+    for (const Keyframe& keyframe : timeline.keyframesSortedByTime()) {
         selectKeyframe(keyframe);
+    }
 }
 
 PCKeyframeManager::Keyframes PCKeyframeManager::selectedKeyframesSortedByTimeInMS() const {
@@ -92,32 +96,34 @@ PCKeyframeManager::Keyframes PCKeyframeManager::selectedKeyframesSortedByTimeInM
 void PCKeyframeManager::shiftSelectedKeyframesBy(int32_t deltaInMS) {
     std::map<PCKeyedPropertyTimeline::Ptr, std::vector<int32_t>> timesByTimeline;
     for (const Keyframe& keyframe : m_selectedKeyframes) {
-        if (!keyframe->isInTimeline()) continue;
+        if (!keyframe->isInTimeline()) { continue; }
         timesByTimeline[keyframe->timeline()].push_back(keyframe->timeInMS());
     }
-    for (const auto& [timeline, times] : timesByTimeline)
+    for (const auto& [timeline, times] : timesByTimeline) {
         timeline->shiftKeyframesAtTimesInMS(times, deltaInMS);
+    }
 }
 
 // Tweens.
 
 void PCKeyframeManager::selectTween(const Keyframe& endKeyframe) {
-    if (!endKeyframe || !m_selectedTweens.insert(endKeyframe).second) return;
+    if (!endKeyframe || !m_selectedTweens.insert(endKeyframe).second) { return; }
     m_selectionListeners.tell(
         [&](auto& listener) { listener.keyframeManagerDidSelectTween(*this, endKeyframe); });
 }
 
 void PCKeyframeManager::deselectTween(const Keyframe& endKeyframe) {
     const Keyframe deselected = endKeyframe;  // which may be the member that goes
-    if (m_selectedTweens.erase(deselected) == 0) return;
+    if (m_selectedTweens.erase(deselected) == 0) { return; }
     m_selectionListeners.tell(
         [&](auto& listener) { listener.keyframeManagerDidDeselectTween(*this, deselected); });
 }
 
 void PCKeyframeManager::deselectAllTweens() {
     const KeyframeSet all = m_selectedTweens;
-    for (const Keyframe& endKeyframe : all)
+    for (const Keyframe& endKeyframe : all) {
         deselectTween(endKeyframe);
+    }
 }
 
 // Listeners.

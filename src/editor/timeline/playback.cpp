@@ -19,8 +19,9 @@ Playback::Playback(const std::shared_ptr<PCProject>& project, PCProjectTimeManag
 Playback::~Playback() {
     m_timeManager.removePlayheadTimeListener(this);
     m_timeManager.removePlaybackStateListener(this);
-    if (const auto project = m_project.lock())
+    if (const auto project = m_project.lock()) {
         project->animationsManager().removeChangeListener(this);
+    }
 }
 
 void Playback::togglePlayPause() {
@@ -47,7 +48,7 @@ void Playback::restoreSelection() {
 
 void Playback::timeManagerDidChangePlaybackState(PCProjectTimeManager& manager) {
     const auto project = m_project.lock();
-    if (!project) return;
+    if (!project) { return; }
     if (manager.isPlayingBack()) {
         attachAnimations(*project);
     } else {
@@ -58,20 +59,20 @@ void Playback::timeManagerDidChangePlaybackState(PCProjectTimeManager& manager) 
 
 void Playback::attachAnimations(PCProject& project) {
     const PCAnimation::Ptr animation = project.animationsManager().selectedAnimation();
-    if (!animation) return;
+    if (!animation) { return; }
     TimelineAnimations animations(project);
     for (const auto& [identifier, group] : animation->timelineGroups()) {
         const PCElement::Ptr element = project.elementForIdentifier(identifier);
         PCLayer* layer = element ? PCLayer::of(*element) : nullptr;
-        if (!layer) continue;
+        if (!layer) { continue; }
         layer->syncWithModel();
         m_animatedElements.push_back(element);
         for (const PCKeyedPropertyTimeline::Ptr& timeline : group->allTimelines()) {
             // A hidden element is a layer of opacity 0, and stays one.
             const bool isOpacity = timeline->propertyType() == PCPropertyTypeOpacity;
-            if (isOpacity && element->hidden()) continue;
+            if (isOpacity && element->hidden()) { continue; }
             auto played = animations.animation(*timeline);
-            if (!played) continue;
+            if (!played) { continue; }
             layer->addAnimation(std::move(*played),
                                 TimelineAnimations::animationKeyForTimelineOnAnimationName(
                                     *timeline, animation->name()));
@@ -87,20 +88,22 @@ void Playback::removeAnimations() {
 }
 
 void Playback::timeManagerDidUpdatePlayhead(PCProjectTimeManager& manager) {
-    if (!manager.isPlayingBack()) syncLayersAtTimeInMS(manager.playheadPositionInMS());
+    if (!manager.isPlayingBack()) { syncLayersAtTimeInMS(manager.playheadPositionInMS()); }
 }
 
 void Playback::timeManagerDidUpdateSkimPlayhead(PCProjectTimeManager& manager) {
-    if (!manager.isPlayingBack()) syncLayersAtTimeInMS(manager.skimPositionInMS());
+    if (!manager.isPlayingBack()) { syncLayersAtTimeInMS(manager.skimPositionInMS()); }
 }
 
 void Playback::syncLayersAtTimeInMS(int32_t timeInMS) {
-    if (const auto project = m_project.lock()) syncLayersWithModelAtTimeInMS(*project, timeInMS);
+    if (const auto project = m_project.lock()) {
+        syncLayersWithModelAtTimeInMS(*project, timeInMS);
+    }
 }
 
 void Playback::animationManagerDidSelectAnimation(PCAnimationsManager&, const PCAnimation::Ptr&) {
     const auto project = m_project.lock();
-    if (!project) return;
+    if (!project) { return; }
     m_selectionManager.deselectAllElements();
     if (m_timeManager.isPlayingBack()) {
         m_timeManager.setPlayback(false);

@@ -36,7 +36,7 @@ int32_t nearestTime(int64_t timeInMS) {
 }
 
 int32_t wholeMilliseconds(double timeInMS) {
-    if (std::isnan(timeInMS)) return 0;
+    if (std::isnan(timeInMS)) { return 0; }
     return static_cast<int32_t>(std::clamp<double>(timeInMS, INT32_MIN, INT32_MAX));
 }
 
@@ -62,7 +62,7 @@ void PCProjectTimeManager::prepareToAnimateLayer(Layer& layer) {
 
 void PCProjectTimeManager::setPlayheadPositionInMS(int32_t timeInMS) {
     const int32_t position = std::max(timeInMS, 0);
-    if (position == m_playheadPositionInMS) return;
+    if (position == m_playheadPositionInMS) { return; }
     m_playheadPositionInMS = position;
     m_timePlayheadListeners.tell(
         [this](auto& listener) { listener.timeManagerDidUpdatePlayhead(*this); });
@@ -71,7 +71,7 @@ void PCProjectTimeManager::setPlayheadPositionInMS(int32_t timeInMS) {
 
 void PCProjectTimeManager::setSkimPositionInMS(int32_t timeInMS) {
     const int32_t position = std::max(timeInMS, 0);
-    if (position == m_skimPositionInMS) return;
+    if (position == m_skimPositionInMS) { return; }
     m_skimPositionInMS = position;
     m_timePlayheadListeners.tell(
         [this](auto& listener) { listener.timeManagerDidUpdateSkimPlayhead(*this); });
@@ -79,7 +79,7 @@ void PCProjectTimeManager::setSkimPositionInMS(int32_t timeInMS) {
 }
 
 void PCProjectTimeManager::scrubToTimeInMS(int32_t timeInMS) {
-    if (!m_animationController) return;
+    if (!m_animationController) { return; }
     m_animationController->scrubToAnimationTime(static_cast<float>(timeInMS) / 1000.0F);
 }
 
@@ -95,16 +95,16 @@ void PCProjectTimeManager::setPlayback(bool playback) {
 void PCProjectTimeManager::startPlayback() {
     m_playbackStartTimeInMS = m_playheadPositionInMS;
     m_playbackStartMediaTimeInSeconds = m_clock.now();
-    if (m_displaylinkAdapter) m_displaylinkAdapter->setPaused(false);
+    if (m_displaylinkAdapter) { m_displaylinkAdapter->setPaused(false); }
 }
 
 void PCProjectTimeManager::stopPlayback() {
-    if (m_displaylinkAdapter) m_displaylinkAdapter->setPaused(true);
+    if (m_displaylinkAdapter) { m_displaylinkAdapter->setPaused(true); }
     setPlayheadPositionInMS(m_playbackStartTimeInMS);
 }
 
 void PCProjectTimeManager::updatePlayheadDuringPlayback() {
-    if (!m_playback) return;
+    if (!m_playback) { return; }
     const double elapsedInMS = (m_clock.now() - m_playbackStartMediaTimeInSeconds) * 1000.0;
     setPlayheadPositionInMS(
         wholeMilliseconds(elapsedInMS + static_cast<double>(m_playbackStartTimeInMS)));
@@ -160,7 +160,7 @@ int32_t PCProjectTimeManager::msFromPointValue(double points) const {
 
 int32_t PCProjectTimeManager::segmentStartInMSNotAfterTimeInMS(int32_t timeInMS) const {
     const int64_t towardZero = timeInMS - timeInMS % m_segmentWidthInMS;
-    if (timeInMS >= 0) return nearestTime(towardZero);
+    if (timeInMS >= 0) { return nearestTime(towardZero); }
     return nearestTime(int64_t{timeInMS} - m_segmentWidthInMS - timeInMS % m_segmentWidthInMS);
 }
 
@@ -172,7 +172,7 @@ int32_t PCProjectTimeManager::zoomSpecificTickClosestToTimeInMS(int32_t timeInMS
 
 int32_t PCProjectTimeManager::zoomSpecificTickBeforeTimeInMS(int32_t timeInMS) const {
     const int32_t rest = timeInMS % m_subsegmentWidthInMS;
-    if (rest != 0) return timeInMS - rest;
+    if (rest != 0) { return timeInMS - rest; }
     return nearestTime(int64_t{timeInMS} - m_subsegmentWidthInMS);
 }
 
@@ -186,7 +186,7 @@ QString PCProjectTimeManager::displayStringForTimeInMS(int32_t timeInMS) {
     const int32_t minutes = time / 60000;
     const int32_t seconds = time / 1000 % 60;
     const auto hundredths = static_cast<int32_t>((static_cast<double>(time % 1000) + 0.5) / 10.0);
-    if (minutes == 0) return u"%1.%2"_s.arg(QString::number(seconds), twoDigits(hundredths));
+    if (minutes == 0) { return u"%1.%2"_s.arg(QString::number(seconds), twoDigits(hundredths)); }
     return u"%1:%2.%3"_s.arg(QString::number(minutes), twoDigits(seconds), twoDigits(hundredths));
 }
 

@@ -53,8 +53,8 @@ QString PCImage::basename() const {
 QString PCImage::extension() const {
     QString extension = pathExtension(m_filename);
     const QString lower = extension.toLower();
-    if (lower == u"png") return u"png"_s;
-    if (lower == u"jpg" || lower == u"jpeg") return u"jpg"_s;
+    if (lower == u"png") { return u"png"_s; }
+    if (lower == u"jpg" || lower == u"jpeg") { return u"jpg"_s; }
     return extension;
 }
 
@@ -64,8 +64,8 @@ QString PCImage::keyname() const {
 
 std::optional<ImageFormat> PCImage::format() const {
     const QString text = extension();
-    if (text == u"png") return ImageFormat::Png;
-    if (text == u"jpg") return ImageFormat::Jpeg;
+    if (text == u"png") { return ImageFormat::Png; }
+    if (text == u"jpg") { return ImageFormat::Jpeg; }
     return std::nullopt;
 }
 
@@ -75,7 +75,7 @@ QByteArray PCImage::dataRepresentation() const {
 }
 
 QVariantMap PCImage::pasteboardPropertyListForType(const QString& type) const {
-    if (type != pasteboardType) return {};
+    if (type != pasteboardType) { return {}; }
     return {{dataKey, dataRepresentation()}, {filenameKey, m_filename}};
 }
 

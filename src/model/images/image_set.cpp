@@ -73,12 +73,12 @@ void PCImageSet::makePreviews() {
 void PCImageSet::writeAll() {
     std::array<QByteArray, Count> encoded;
     for (size_t i = 0; i < Count; ++i) {
-        if (!m_renditions[i]) continue;
+        if (!m_renditions[i]) { continue; }
         encoded[i] = m_renditions[i]->dataRepresentation();
         assertContract(!encoded[i].isNull(), u"an image set needs a PNG or JPEG image"_s);
     }
     for (size_t i = 0; i < Count; ++i) {
-        if (!m_renditions[i]) continue;
+        if (!m_renditions[i]) { continue; }
         m_fileWrapper->pc_replaceSubFileWrapperNamed(m_renditions[i]->filename(), encoded[i]);
     }
 }
@@ -111,7 +111,7 @@ QImage PCImageSet::originalImageWithAppropriateScaling() const {
 
 PCImageSet::Rendition PCImageSet::rendition(Index index) const {
     Rendition& kept = m_renditions[index];
-    if (kept) return kept;
+    if (kept) { return kept; }
     if (const auto file = fileForIndex(index)) {
         kept = std::make_shared<PCImage>(decodeImage(file->contents(), entryOf(*file)),
                                          file->filename());
@@ -122,7 +122,7 @@ PCImageSet::Rendition PCImageSet::rendition(Index index) const {
 FileWrapper::Ptr PCImageSet::fileForIndex(Index index) const {
     for (const QString& extension : {u".png"_s, u".jpg"_s}) {
         auto file = m_fileWrapper->child(basenames()[index] + extension);
-        if (file && file->isRegularFile()) return file;
+        if (file && file->isRegularFile()) { return file; }
     }
     return nullptr;
 }
@@ -135,7 +135,7 @@ QByteArray PCImageSet::dataForIndex(Index index) const {
 /// Artwork of a higher density counts only in the format of the 1x artwork.
 bool PCImageSet::hasArtwork(Index index) const {
     const auto original = fileForIndex(Original);
-    if (!original) return false;
+    if (!original) { return false; }
     const auto file =
         m_fileWrapper->child(basenames()[index] + u'.' + pathExtension(original->filename()));
     return file && file->isRegularFile();

@@ -11,7 +11,7 @@ PCImageSetManager::PCImageSetManager(const FileWrapper::Ptr& projectFileWrapper)
     : m_imagesFileWrapper(
           projectFileWrapper->pc_ensureSubfileWrapperDirectoryExistsWithName(u"images"_s)) {
     for (const auto& [name, node] : m_imagesFileWrapper->fileWrappers()) {
-        if (node->isDirectory()) m_imageSets.emplace(name, std::make_shared<PCImageSet>(node));
+        if (node->isDirectory()) { m_imageSets.emplace(name, std::make_shared<PCImageSet>(node)); }
     }
 }
 
@@ -31,10 +31,12 @@ PCImageSetManager::ImageSet PCImageSetManager::addOrReplaceImageSetWithPCImage(
 std::vector<PCImageSetManager::ImageSet> PCImageSetManager::addOrReplaceImageSetsWithPCImages(
     const std::vector<std::shared_ptr<PCImage>>& images) {
     std::vector<ImageSet> sets;
-    for (const auto& image : images)
+    for (const auto& image : images) {
         sets.push_back(makeSet(image));
-    for (const ImageSet& set : sets)
+    }
+    for (const ImageSet& set : sets) {
         replace(set);
+    }
     return sets;
 }
 
@@ -48,7 +50,7 @@ PCImageSetManager::ImageSet PCImageSetManager::makeSet(
     const std::shared_ptr<const PCImage>& image) const {
     const auto refuse = [&](const QString& reason) { throw InputError(image->filename(), reason); };
     const QString name = image->keyname();
-    if (!image->format()) refuse(u"is not named as a PNG or JPEG image"_s);
+    if (!image->format()) { refuse(u"is not named as a PNG or JPEG image"_s); }
     if (image->basename().isEmpty() || !isSafeFilename(name)) {
         refuse(u"gives no name for an image set"_s);
     }
@@ -68,7 +70,7 @@ PCImageSetManager::ImageSet PCImageSetManager::store(const ImageSet& set) {
 
 PCImageSetManager::ImageSet PCImageSetManager::deleteImageSetWithName(const QString& name) {
     const auto found = m_imageSets.find(name);
-    if (found == m_imageSets.end()) return nullptr;
+    if (found == m_imageSets.end()) { return nullptr; }
     ImageSet set = found->second;
     m_imagesFileWrapper->removeFileWrapper(set->fileWrapper());
     m_imageSets.erase(found);
@@ -79,8 +81,9 @@ PCImageSetManager::ImageSet PCImageSetManager::deleteImageSetWithName(const QStr
 std::vector<PCImageSetManager::ImageSet> PCImageSetManager::allImageSets() const {
     std::vector<ImageSet> sets;
     sets.reserve(m_imageSets.size());
-    for (const auto& [name, set] : m_imageSets)
+    for (const auto& [name, set] : m_imageSets) {
         sets.push_back(set);
+    }
     return sets;
 }
 
@@ -91,7 +94,7 @@ PCImageSetManager::ImageSet PCImageSetManager::imageSetWithName(const QString& n
 
 QImage PCImageSetManager::imageWithName(const QString& name, double backingScale) const {
     const ImageSet set = imageSetWithName(name);
-    if (!set) return {};
+    if (!set) { return {}; }
     const bool wants2x = backingScale == 2.0 && set->has2XArtwork();
     const auto image = wants2x ? set->original2xImage() : set->originalImage();
     return image ? image->image() : QImage();

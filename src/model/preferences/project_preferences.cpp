@@ -90,39 +90,47 @@ void PCProjectPreferences::encodeWithCoder(KeyedEncoder& coder) const {
 }
 
 void PCProjectPreferences::setWindowSize(QSizeF size) {
-    if (change(m_windowSize, size)) PCAppPreferences::setlastWindowSize(size);
+    if (change(m_windowSize, size)) { PCAppPreferences::setlastWindowSize(size); }
 }
 
 void PCProjectPreferences::setGeneratedCodeUsesViews(bool value) {
-    if (change(m_generatedCodeUsesViews, value)) PCAppPreferences::setGeneratedCodeUsesViews(value);
+    if (change(m_generatedCodeUsesViews, value)) {
+        PCAppPreferences::setGeneratedCodeUsesViews(value);
+    }
 }
 
 void PCProjectPreferences::setGeneratedCodeIsIOS(bool value) {
-    if (change(m_generatedCodeIsIOS, value)) PCAppPreferences::setGeneratedCodeIsIOS(value);
+    if (change(m_generatedCodeIsIOS, value)) { PCAppPreferences::setGeneratedCodeIsIOS(value); }
 }
 
 void PCProjectPreferences::setGeneratedCodeUsesSwift(bool value) {
-    if (change(m_generatedCodeUsesSwift, value)) PCAppPreferences::setGeneratedCodeUsesSwift(value);
+    if (change(m_generatedCodeUsesSwift, value)) {
+        PCAppPreferences::setGeneratedCodeUsesSwift(value);
+    }
 }
 
 void PCProjectPreferences::setGeneratedCodeIncludesImages(bool value) {
-    if (change(m_generatedCodeIncludesImages, value))
+    if (change(m_generatedCodeIncludesImages, value)) {
         PCAppPreferences::setGeneratedCodeIncludesImages(value);
+    }
 }
 
 void PCProjectPreferences::setGeneratedCodeClipsToBounds(bool value) {
-    if (change(m_generatedCodeClipsToBounds, value))
+    if (change(m_generatedCodeClipsToBounds, value)) {
         PCAppPreferences::setGeneratedCodeClipsToBounds(value);
+    }
 }
 
 void PCProjectPreferences::setGeneratedCodeCleansImageDirectory(bool value) {
-    if (change(m_generatedCodeCleansImageDirectory, value))
+    if (change(m_generatedCodeCleansImageDirectory, value)) {
         PCAppPreferences::setGeneratedCodeCleansImageDirectory(value);
+    }
 }
 
 void PCProjectPreferences::setGeneratedCodeTakesParameters(bool value) {
-    if (change(m_generatedCodeTakesParameters, value))
+    if (change(m_generatedCodeTakesParameters, value)) {
         PCAppPreferences::setGeneratedCodeTakesParameters(value);
+    }
 }
 
 }  // namespace tweenery

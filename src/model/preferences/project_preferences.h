@@ -107,7 +107,7 @@ class PCProjectPreferences : public Archivable {
     /// True when the value differed.
     template <typename T>
     bool change(T& field, const T& value) {
-        if (isSame(field, value)) return false;
+        if (isSame(field, value)) { return false; }
         field = value;
         m_modified = true;
         return true;

@@ -11,7 +11,7 @@ std::shared_ptr<PCProjectVersion> PCProjectVersion::decode(const KeyedDecoder& c
 }
 
 void PCProjectVersion::setModelVersion(int32_t version) {
-    if (m_modelVersion == version) return;
+    if (m_modelVersion == version) { return; }
     m_modelVersion = version;
     m_modified = true;
 }

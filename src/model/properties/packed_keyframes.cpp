@@ -47,7 +47,7 @@ void NumberSpan::moveTo(const PackedKeyframes& keyframes, size_t start, int32_t 
     m_atFrom = hasStart ? toAbsolute.absolute(keys[start].number) : setup;
     const bool stays = end == keyframes.count || keys[end].has(PackedKeyframe::kInstant);
     m_length = stays ? 0 : static_cast<float>(int64_t{m_until} - m_from);
-    if (stays) return;
+    if (stays) { return; }
 
     float endValue = toAbsolute.absolute(keys[end].number);
     m_start = m_atFrom;
@@ -57,7 +57,7 @@ void NumberSpan::moveTo(const PackedKeyframes& keyframes, size_t start, int32_t 
     }
     m_change = endValue - m_start;
     m_curve = singlePrecisionTimingTable(keys[end].easingMode);
-    if (!hasStart) m_atFrom = m_start + m_change * easedProgress(0, m_length, m_curve);
+    if (!hasStart) { m_atFrom = m_start + m_change * easedProgress(0, m_length, m_curve); }
 }
 
 }  // namespace tweenery

@@ -55,8 +55,8 @@ struct FactorAndOffset {
 /// to them stay finite.
 inline float parsedByThreshold(float value) {
     constexpr float kNear = 0.05F;
-    if (value > -kNear && value < 0) return -kNear;
-    if (value >= 0 && value < kNear) return kNear;
+    if (value > -kNear && value < 0) { return -kNear; }
+    if (value >= 0 && value < kNear) { return kNear; }
     return value;
 }
 /// Of a float property with that setup value.
@@ -79,8 +79,8 @@ inline FactorAndOffset factorAndOffset(int32_t propertyType, float setup) {
 inline float easedProgress(float elapsed, float length, const SinglePrecisionTable* curve) {
     const float progress = elapsed / length;
     const double frame = static_cast<double>(1000.0F * progress) + 0.5;
-    if (!(frame < 1000)) return 1;
-    if (!curve) return progress;
+    if (!(frame < 1000)) { return 1; }
+    if (!curve) { return progress; }
     return (*curve)[frame > 0 ? static_cast<size_t>(frame) : 0];
 }
 
@@ -96,7 +96,7 @@ class NumberSpan {
     /// True for the times, in ms, that this span answers.
     bool holds(int32_t timeInMS) const { return timeInMS >= m_from && timeInMS < m_until; }
     float valueAt(int32_t timeInMS) const {
-        if (timeInMS == m_from || m_length == 0) return m_atFrom;
+        if (timeInMS == m_from || m_length == 0) { return m_atFrom; }
         const auto elapsed = static_cast<float>(int64_t{timeInMS} - m_from);
         return m_start + m_change * easedProgress(elapsed, m_length, m_curve);
     }

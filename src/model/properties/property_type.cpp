@@ -43,7 +43,7 @@ constexpr std::array<PCPropertyType, kElementTimelineCount> kElementTypes{
 
 const PropertyTypeRow* rowForString(const QString& string) {
     for (const PropertyTypeRow& row : kRows) {
-        if (row.storedName && string == QLatin1StringView(row.storedName)) return &row;
+        if (row.storedName && string == QLatin1StringView(row.storedName)) { return &row; }
     }
     return nullptr;
 }
@@ -51,19 +51,19 @@ const PropertyTypeRow* rowForString(const QString& string) {
 }  // namespace
 
 const PropertyTypeRow& propertyTypeRow(int32_t type) {
-    if (type < 0 || type >= kPropertyTypeCount) failContract(u"* Property not supported"_s);
+    if (type < 0 || type >= kPropertyTypeCount) { failContract(u"* Property not supported"_s); }
     return kRows[static_cast<size_t>(type)];
 }
 
 QString stringFromPropertyType(int32_t type) {
     const char* name = propertyTypeRow(type).storedName;
-    if (!name) failContract(u"* Property not supported"_s);
+    if (!name) { failContract(u"* Property not supported"_s); }
     return QString::fromLatin1(name);
 }
 
 PCPropertyType propertyTypeFromString(const QString& string) {
     const PropertyTypeRow* row = rowForString(string);
-    if (!row) failContract(u"no known property for string '%1'"_s.arg(string));
+    if (!row) { failContract(u"no known property for string '%1'"_s.arg(string)); }
     return row->type;
 }
 
@@ -73,7 +73,7 @@ bool isKnownPropertyString(const QString& string) {
 
 QString keyPathForPropertyType(int32_t type) {
     const char* path = propertyTypeRow(type).keyPath;
-    if (!path) failContract(u"* property type not supported"_s);
+    if (!path) { failContract(u"* property type not supported"_s); }
     return QString::fromLatin1(path);
 }
 

@@ -67,9 +67,10 @@ bool isStringProperty(int32_t type);
 std::span<const PCPropertyType, kElementTimelineCount> elementTimelineTypes();
 /// The place of a type among those eight (0 to 7), or -1.
 constexpr int elementTimelineSlot(int32_t type) {
-    if (type >= PCPropertyTypeImageContents && type <= PCPropertyTypeChildrenZPositions)
+    if (type >= PCPropertyTypeImageContents && type <= PCPropertyTypeChildrenZPositions) {
         return type;
-    if (type >= PCPropertyTypeScaleX && type <= PCPropertyTypeTranslationY) return type - 2;
+    }
+    if (type >= PCPropertyTypeScaleX && type <= PCPropertyTypeTranslationY) { return type - 2; }
     return -1;
 }
 

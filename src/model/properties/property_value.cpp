@@ -37,12 +37,12 @@ bool valuesEqual(const PropertyValue& a, const PropertyValue& b) {
     const QPointF* first = std::get_if<QPointF>(&a);
     const QPointF* second = std::get_if<QPointF>(&b);
     // The point type's own operator compares fuzzily.
-    if (first && second) return first->x() == second->x() && first->y() == second->y();
+    if (first && second) { return first->x() == second->x() && first->y() == second->y(); }
     return a == b;
 }
 
 QString describeValue(const PropertyValue& value) {
-    if (const float* number = std::get_if<float>(&value)) return numberText(*number);
+    if (const float* number = std::get_if<float>(&value)) { return numberText(*number); }
     if (const QPointF* point = std::get_if<QPointF>(&value)) {
         return u"{%1, %2}"_s.arg(numberText(point->x()), numberText(point->y()));
     }

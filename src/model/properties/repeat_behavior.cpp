@@ -18,8 +18,8 @@ QString stringFromRepeatBehavior(int64_t behavior) {
 }
 
 int64_t repeatBehaviorFromString(const QString& string) {
-    if (string == u"forever"_s) return PCRepeatBehaviorForever;
-    if (string == u"forever_autoreverse"_s) return PCRepeatBehaviorForeverAutoreverse;
+    if (string == u"forever"_s) { return PCRepeatBehaviorForever; }
+    if (string == u"forever_autoreverse"_s) { return PCRepeatBehaviorForeverAutoreverse; }
     return PCRepeatBehaviorNever;
 }
 

@@ -12,8 +12,8 @@ namespace {
 // To four decimals; what is then nearer than 0.001 to an end is the end.
 double tableEntry(double height) {
     const double rounded = std::round(height * 10000) / 10000;
-    if (std::abs(rounded) < 0.001) return 0;
-    if (std::abs(rounded - 1) < 0.001) return 1;
+    if (std::abs(rounded) < 0.001) { return 0; }
+    if (std::abs(rounded - 1) < 0.001) { return 1; }
     return rounded;
 }
 
@@ -51,13 +51,13 @@ SinglePrecisionTables roundAllTables() {
 }  // namespace
 
 const TimingTable* timingTableForEasingMode(int64_t mode) {
-    if (mode < 1 || mode > 6) return nullptr;
+    if (mode < 1 || mode > 6) { return nullptr; }
     static const Tables tables = sampleAllCurves();
     return &tables[static_cast<size_t>(mode - 1)];
 }
 
 const SinglePrecisionTable* singlePrecisionTimingTable(int64_t mode) {
-    if (mode < 1 || mode > 6) return nullptr;
+    if (mode < 1 || mode > 6) { return nullptr; }
     static const SinglePrecisionTables tables = roundAllTables();
     return &tables[static_cast<size_t>(mode - 1)];
 }

@@ -28,7 +28,7 @@ struct Scene {
     PCElement::Ptr canvas = project->canvas();
 
     explicit Scene(bool isSetup) : setup(isSetup) {
-        if (!setup) selectNewAnimation(*project, u"Bounce"_s);
+        if (!setup) { selectNewAnimation(*project, u"Bounce"_s); }
     }
     QPointF position(const PCElement& e) const {
         return setup ? e.position() : e.positionAtTimeInMS(kTime);
@@ -118,7 +118,7 @@ TEST_P(Calculators, SharesGrowInAdditiveMode) {
             EXPECT_NEAR(scene.scale(target).x(), 1 + shares[i] * 0.25, 1e-6);
             EXPECT_NEAR(scene.rotation(target), 1 - shares[i] * 0.25, 1e-6);
             EXPECT_NEAR(scene.opacity(target), 0.25 + shares[i] * 0.125, 1e-6);
-            if (!additive) EXPECT_NEAR_POINT(scene.position(target), QPointF(10, 4), 1e-5);
+            if (!additive) { EXPECT_NEAR_POINT(scene.position(target), QPointF(10, 4), 1e-5); }
         }
         PCOpacityCalculator::updateElementsWithValue(targets, additive, 0.75, setup, kTime, anchor);
         for (size_t i = 0; i < 3; ++i) {
@@ -171,7 +171,7 @@ TEST_P(Calculators, AdditiveEditsTurnAboutTheAdditiveAnchor) {
         EXPECT_GT(QLineF(scene.shown(*leaf, {0, 0}), leaf->position()).length(), 1);
         EXPECT_EQ(leaf->anchorPoint().x(), 0.25);
         EXPECT_EQ(leaf->anchorPoint().y(), 1);
-        if (!scene.setup) EXPECT_NEAR_POINT(leaf->position(), look.position, 1e-9);
+        if (!scene.setup) { EXPECT_NEAR_POINT(leaf->position(), look.position, 1e-9); }
     };
     expectPivot([&](const PCElement::Elements& targets) {
         PCScaleCalculator::updateElements(targets, true, {0.5, 0}, scene.setup, kTime, anchor);

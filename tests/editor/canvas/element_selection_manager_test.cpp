@@ -123,9 +123,7 @@ TEST_F(ElementSelection, FailsForCallersThatDoNotLook) {
     const auto messageOf = [](const std::function<void()>& call) {
         try {
             call();
-        } catch (const AssertionFailure& failure) {
-            return failure.message();
-        }
+        } catch (const AssertionFailure& failure) { return failure.message(); }
         return u"none"_s;
     };
     selection.selectElement(the("A"));

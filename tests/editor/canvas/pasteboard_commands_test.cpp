@@ -20,7 +20,7 @@ class MemoryPasteboard : public PasteboardPort {
     QVariantList read(const QString& type) const override {
         QVariantList lists;
         for (const PasteboardItem& item : items) {
-            if (item.type == type) lists.append(QVariant(item.propertyList));
+            if (item.type == type) { lists.append(QVariant(item.propertyList)); }
         }
         return lists;
     }

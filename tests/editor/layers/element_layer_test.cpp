@@ -26,7 +26,7 @@ std::string layerNames(const Layer& layer) {
             continue;
         }
         names += elementLayer->element()->name().toStdString();
-        if (elementLayer->element()->isGroup()) names += '{' + layerNames(*elementLayer) + '}';
+        if (elementLayer->element()->isGroup()) { names += '{' + layerNames(*elementLayer) + '}'; }
     }
     return names;
 }
@@ -112,8 +112,9 @@ TEST(ElementLayer, CarriesItsTimelinesAsAnimations) {
     PCLayer& layer = scene.layer(element);
     const auto keys = [&layer] {
         QStringList all;
-        for (const QString& key : layer.animationKeys())
+        for (const QString& key : layer.animationKeys()) {
             all << key;
+        }
         all.sort();
         return all.join(u' ').toStdString();
     };
@@ -136,8 +137,9 @@ TEST(ElementLayer, StacksByTheChildrenOrderOfTheTime) {
     selectNewAnimation(*scene.project, u"Shuffle"_s);
     const auto order = [](const PCElement::Elements& elements) {
         QStringList identifiers;
-        for (const auto& element : elements)
+        for (const auto& element : elements) {
             identifiers << element->identifier().toString();
+        }
         return identifiers;
     };
     scene.canvas->setChildrenZPositions(order({c, a, b}), 500);

@@ -88,8 +88,9 @@ TEST_F(TimelineAnimationsTest, ASpanHasTheEasingOfItsEnd) {
                                            "0:1(easeIn) 100:2(overshoot) 200:3!(easeOut) 300:4"));
     ASSERT_TRUE(animation);
     std::vector<double> firstControls;
-    for (const TimingFunction& function : animation->timingFunctions)
+    for (const TimingFunction& function : animation->timingFunctions) {
         firstControls.insert(firstControls.end(), {function.x2, function.y2});
+    }
     EXPECT_THAT(firstControls, ElementsAre(0.58, 1.3, 0.58, 1, 0.58, 1, 1, 1));
 }
 
@@ -132,8 +133,9 @@ TEST_F(TimelineAnimationsTest, AStackingIsThePlaceInTheParentsOrder) {
     order->setArrayPropertyValue({id(u"b"_s), id(u"a"_s), id(u"hero"_s)}, 100);
     // Somebody who is gone has a place; who is named twice counts first; b is not named.
     order->setArrayPropertyValue({u"gone"_s, id(u"a"_s), id(u"hero"_s), id(u"a"_s)}, 200);
-    for (const auto& keyframe : order->keyframesSortedByTime())
+    for (const auto& keyframe : order->keyframesSortedByTime()) {
         keyframe->setInstantTransition(true);
+    }
     project->canvas()->setTimeline(order);
     TimelineAnimations animations(*project);
     const auto values = [&](const QString& name) {
@@ -152,7 +154,7 @@ TEST_F(TimelineAnimationsTest, AnInstantKeyframeShowsInItsMillisecond) {
         SCOPED_TRACE(duration);
         for (int32_t step = 1; step < 50; ++step) {
             const int32_t time = duration * step / 50;
-            if (time == 0) continue;
+            if (time == 0) { continue; }
             const std::string keys =
                 "0:0 " + std::to_string(time) + ":1! " + std::to_string(duration) + ":1";
             const auto timeline = attach(hero, PCPropertyTypeTranslationX, keys.c_str(),
@@ -248,8 +250,9 @@ TEST_F(TimelineAnimationsTest, AThousandChildrenAndAThousandOrdersAreOrdinary) {
     constexpr int kCount = 1000;
     const UndoRegistrationPause pause(project->undoManager());
     const auto group = addGroup(project->canvas(), u"group"_s);
-    for (int i = 1; i <= kCount; ++i)
+    for (int i = 1; i <= kCount; ++i) {
         addElement(group, QString::number(i));
+    }
     QStringList children = PCProject::sortedSubelementIdentifiers(*group);
     const auto order =
         PCKeyedPropertyTimeline::initForElement(group, PCPropertyTypeChildrenZPositions);

@@ -20,8 +20,9 @@ class DisplaylinkAdapterTest : public testing::Test {
 
     int callsOfTicks(int ticks) {
         const int before = calls;
-        for (int i = 0; i < ticks; ++i)
+        for (int i = 0; i < ticks; ++i) {
             adapter.tick();
+        }
         return calls - before;
     }
 };

@@ -20,7 +20,7 @@ namespace {
 /// The text between `before` and `after` on a line; null when the line has no such form.
 QString between(const QString& line, const QString& before, const QString& after) {
     const qsizetype from = line.indexOf(before);
-    if (from < 0) return {};
+    if (from < 0) { return {}; }
     const qsizetype begin = from + before.size();
     const qsizetype end = line.indexOf(after, begin);
     return end < 0 ? QString() : line.mid(begin, end - begin);
@@ -29,8 +29,9 @@ QString between(const QString& line, const QString& before, const QString& after
 std::vector<double> numbers(const QString& list) {
     static const QRegularExpression pattern(u"@\\(([-.\\d]+)\\)"_s);
     std::vector<double> found;
-    for (const auto& match : pattern.globalMatch(list))
+    for (const auto& match : pattern.globalMatch(list)) {
         found.push_back(match.captured(1).toDouble());
+    }
     return found;
 }
 
@@ -57,8 +58,9 @@ TimingFunction timingFunction(const QString& call) {
 
 ExportedAnimations::ExportedAnimations(const PCProject::Ptr& project) : m_project(project) {
     const ExportTarget target{.language = TargetLanguage::ObjectiveC, .generateForMac = true};
-    for (const auto& bundle : planExport(*project, target).standardAnimationExportBundles)
+    for (const auto& bundle : planExport(*project, target).standardAnimationExportBundles) {
         m_standard << bundle.animation->name();
+    }
     PCProjectCodeGenerator generator;
     generator.setProject(project);
     generator.setGenerateForMac(true);
@@ -67,7 +69,7 @@ ExportedAnimations::ExportedAnimations(const PCProject::Ptr& project) : m_projec
     generator.loadFileContentsByName();
     m_diagnostics = generator.diagnostics();
     for (const auto& [name, pieces] : generator.fileContentsByName()) {
-        if (!name.endsWith(u".m")) continue;
+        if (!name.endsWith(u".m")) { continue; }
         read(QString::fromStdString(std::accumulate(pieces.begin(), pieces.end(), std::string())));
     }
 }
@@ -94,8 +96,9 @@ void ExportedAnimations::read(const QString& text) {
         } else if (line.contains(u".values = @[")) {
             current.values = numbers(line);
             static const QRegularExpression image(u"imageNamed:@\"([^\"]*)\""_s);
-            for (const auto& match : image.globalMatch(line))
+            for (const auto& match : image.globalMatch(line)) {
                 current.images.push_back(imageWithStem(match.captured(1)));
+            }
         } else if (line.contains(u".timingFunctions = @[")) {
             const QString list = between(line, u"@["_s, u"]"_s);
             for (const QString& name : list.split(u", "_s, Qt::SkipEmptyParts)) {
@@ -117,8 +120,9 @@ QImage ExportedAnimations::imageWithStem(const QString& stem) const {
     PCImageSetManager& sets = m_project->imageSetManager();
     for (const auto& set : sets.allImageSets()) {
         const QString name = set->name();
-        if (name.left(name.lastIndexOf(u'.')) == stem)
+        if (name.left(name.lastIndexOf(u'.')) == stem) {
             return sets.imageWithName(name, m_project->backingScale());
+        }
     }
     ADD_FAILURE() << "no image is called " << qPrintable(stem);
     return {};
@@ -143,7 +147,7 @@ std::optional<KeyframeAnimation> ExportedAnimations::find(const QString& animati
         element.name(), animationName,
         QString::fromLatin1(qualifier.data(), static_cast<qsizetype>(qualifier.size())));
     const auto found = m_animations.constFind(key);
-    if (found == m_animations.constEnd()) return std::nullopt;
+    if (found == m_animations.constEnd()) { return std::nullopt; }
     return *found;
 }
 

@@ -37,18 +37,20 @@ class KeyframeManagerTest : public testing::Test, public PCKeyframeManagerSelect
         return timeline;
     }
     std::string name(const Keyframe& keyframe) const {
-        if (!keyframe) return "null";
+        if (!keyframe) { return "null"; }
         return (keyframe->timeline() == x ? "x" : "y") + std::to_string(keyframe->timeInMS());
     }
     void select(const std::string& names) {
-        for (const Keyframe& keyframe : keyframes(names))
+        for (const Keyframe& keyframe : keyframes(names)) {
             manager->selectKeyframe(keyframe);
+        }
         told.clear();
     }
     PCKeyframeManager::KeyframeSet keyframes(const std::string& names) const {
         PCKeyframeManager::KeyframeSet found;
-        for (const QString& text : QString::fromStdString(names).split(u' ', Qt::SkipEmptyParts))
+        for (const QString& text : QString::fromStdString(names).split(u' ', Qt::SkipEmptyParts)) {
             found.insert(keyframe(text.toStdString()));
+        }
         return found;
     }
     Keyframe keyframe(const std::string& text) const {
@@ -58,8 +60,9 @@ class KeyframeManagerTest : public testing::Test, public PCKeyframeManagerSelect
     std::vector<std::string> selection() const { return names(manager->selectedKeyframes()); }
     std::vector<std::string> names(const PCKeyframeManager::KeyframeSet& set) const {
         std::vector<std::string> all;
-        for (const Keyframe& keyframe : set)
+        for (const Keyframe& keyframe : set) {
             all.push_back(name(keyframe));
+        }
         return all;
     }
     std::vector<std::string> takeTold() { return std::exchange(told, {}); }
@@ -149,8 +152,9 @@ TEST_F(KeyframeManagerTest, AWholeTimelineIsAddedInTheOrderOfTime) {
     manager->selectAllKeyframesForTimeline(*y);
     EXPECT_THAT(takeTold(), ElementsAre("+y0", "+y150", "+y250"));
     std::vector<std::string> sorted;
-    for (const Keyframe& keyframe : manager->selectedKeyframesSortedByTimeInMS())
+    for (const Keyframe& keyframe : manager->selectedKeyframesSortedByTimeInMS()) {
         sorted.push_back(name(keyframe));
+    }
     EXPECT_THAT(sorted, ElementsAre("y0", "y150", "x200", "y250", "x300"));
 }
 
@@ -215,9 +219,7 @@ TEST_F(KeyframeManagerTest, ListenersComeAndGoOnce) {
     const auto message = [](const auto& act) {
         try {
             act();
-        } catch (const AssertionFailure& failure) {
-            return failure.message();
-        }
+        } catch (const AssertionFailure& failure) { return failure.message(); }
         return QString();
     };
     EXPECT_EQ(message([this] { manager->addSelectionListener(this); }),
@@ -233,8 +235,9 @@ TEST_F(KeyframeManagerTest, AHundredThousandKeyframesAreOrdinary) {
     PCKeyedPropertyTimeline::Keyframes many;
     KeyframeRecord record;
     record.value = 0.0F;
-    for (; record.timeInMS < kCount; ++record.timeInMS)
+    for (; record.timeInMS < kCount; ++record.timeInMS) {
         many.push_back(PCPropertyKeyframe::initWithRecord(x, record));
+    }
     x->setKeyframes(many);
     manager->selectKeyframe(many.front());
     manager->selectKeyframeByExtendingSelection(many.back());

@@ -61,13 +61,14 @@ struct Segment {
 /// Images are compared as numbers, one for each.
 double numberOfImage(const QImage& image) {
     static std::map<qint64, double> numbers;
-    if (image.isNull()) return -1;
+    if (image.isNull()) { return -1; }
     return numbers.try_emplace(image.cacheKey(), static_cast<double>(numbers.size())).first->second;
 }
 
 double valueAt(const KeyframeAnimation& animation, double seconds) {
-    if (animation.property == LayerProperty::Contents)
+    if (animation.property == LayerProperty::Contents) {
         return numberOfImage(animation.imageAt(seconds));
+    }
     return animation.valueAt(seconds);
 }
 
@@ -101,9 +102,10 @@ class Track {
     }
 
     double modelValue(int32_t timeInMS) const {
-        if (isStacking()) return placeIn(keys().arrayValueAtTimeInMS(timeInMS));
-        if (m_type == PCPropertyTypeImageContents)
+        if (isStacking()) { return placeIn(keys().arrayValueAtTimeInMS(timeInMS)); }
+        if (m_type == PCPropertyTypeImageContents) {
             return image(keys().stringValueAtTimeInMS(timeInMS));
+        }
         return static_cast<double>(keys().floatValueAtTimeInMS(timeInMS));
     }
 
@@ -181,13 +183,13 @@ class Track {
     }
     double keyframeValue(size_t index) const {
         const PropertyValue value = keys().valueOfKeyframeAtIndex(index);
-        if (isStacking()) return placeIn(arrayOfValue(value));
-        if (m_type == PCPropertyTypeImageContents) return image(stringOfValue(value));
+        if (isStacking()) { return placeIn(arrayOfValue(value)); }
+        if (m_type == PCPropertyTypeImageContents) { return image(stringOfValue(value)); }
         return static_cast<double>(floatOfValue(value));
     }
     double setupValue() const {
-        if (isStacking()) return m_element->index();
-        if (m_type == PCPropertyTypeImageContents) return image(m_element->imageName());
+        if (isStacking()) { return m_element->index(); }
+        if (m_type == PCPropertyTypeImageContents) { return image(m_element->imageName()); }
         return static_cast<double>(floatOfValue(m_element->setupValueForPropertyType(m_type)));
     }
     /// Some times from `first` to `last`, and all keys between them: no extreme is missed but the
@@ -195,10 +197,11 @@ class Track {
     std::vector<double> timesWithin(double first, double last) const {
         constexpr int kSteps = 8;
         std::vector<double> times;
-        for (int i = 0; i <= kSteps; ++i)
+        for (int i = 0; i <= kSteps; ++i) {
             times.push_back(first + (last - first) * i / kSteps);
+        }
         const double pass = m_animation.duration;
-        if (!(pass > 0)) return times;
+        if (!(pass > 0)) { return times; }
         for (double n = std::floor(first / pass); n <= last / pass; ++n) {
             for (const double key : m_animation.keyTimes) {
                 for (const double time : {(n + key) * pass, (n + 1 - key) * pass}) {
@@ -271,13 +274,13 @@ std::vector<Track> OneTruth::tracksOf(PCProject& project, const PCAnimation& ani
     TimelineAnimations animations(project);
     for (const auto& [identifier, group] : animation.timelineGroups()) {
         const auto element = project.elementForIdentifier(identifier);
-        if (!element) continue;
+        if (!element) { continue; }
         for (const auto& timeline : group->allTimelines()) {
             auto made = animations.animation(*timeline);
-            if (!made) continue;
+            if (!made) { continue; }
             const int32_t type = timeline->propertyType();
             Track& track = tracks.emplace_back(project, element, type, std::move(*made));
-            if (!exported.has(animation.name())) continue;
+            if (!exported.has(animation.name())) { continue; }
             track.exported = exported.find(animation.name(), *element, type);
             EXPECT_TRUE(track.exported)
                 << animation.name().toStdString() << ", " << track.elementName() << ", "
@@ -294,26 +297,29 @@ void OneTruth::compare(Track& track, int32_t timeInMS) {
     ++comparisons;
     if (!track.isEndOfFirstPass(timeInMS)) {
         const double difference = std::abs(track.modelValue(timeInMS) - shown);
-        if (segment.range() > 0)
+        if (segment.range() > 0) {
             seen.modelOfRange = std::max(seen.modelOfRange, difference / segment.range());
+        }
         EXPECT_LE(difference, segment.allowed())
             << track.elementName() << ", " << track.property() << " at " << timeInMS
             << " ms: the model says " << track.modelValue(timeInMS) << ", the layer " << shown
             << " on a segment " << segment.easing << " from " << segment.start << " to "
             << segment.end;
     }
-    if (!track.exported) return;
+    if (!track.exported) { return; }
     const double seconds = static_cast<double>(static_cast<float>(timeInMS) / 1000.0F);
     const double printed = valueAt(*track.exported, seconds);
     const double difference = std::abs(printed - shown);
     seen.exported = std::max(seen.exported, difference);
-    if (segment.range() > 0)
+    if (segment.range() > 0) {
         seen.exportedOfRange = std::max(seen.exportedOfRange, difference / segment.range());
-    if (difference <= kPrinted) return;
+    }
+    if (difference <= kPrinted) { return; }
     const double costOfValues = kPrinted * kOverreach;
-    if (segment.range() > 0)
+    if (segment.range() > 0) {
         track.costOfKeyTimes =
             std::max(track.costOfKeyTimes, (difference - costOfValues) / segment.range());
+    }
     EXPECT_LE(track.excessOfExported(seconds, printed), costOfValues)
         << track.elementName() << ", " << track.property() << " at " << timeInMS << " ms: exported "
         << printed << ", the layer shows " << shown;
@@ -333,12 +339,15 @@ void OneTruth::checkPackage(const QString& name) {
         auto tracks = tracksOf(*stage.project, *animation, exported);
         for (int32_t time = 0; time <= std::min(2 * period, kLongestRunInMS); ++time) {
             stage.showFrameAt(time);
-            for (Track& track : tracks)
+            for (Track& track : tracks) {
                 compare(track, time);
-            if (HasFailure()) break;  // one is enough to read
+            }
+            if (HasFailure()) {
+                break;  // one is enough to read
+            }
         }
         for (const Track& track : tracks) {
-            if (track.costOfKeyTimes <= kNoticeableCost) continue;
+            if (track.costOfKeyTimes <= kNoticeableCost) { continue; }
             EXPECT_TRUE(exported.saysKeyTimesAreCoarse(animation->name(), track.owner()))
                 << track.elementName() << ", " << track.property() << ": the printed key times "
                 << "cost " << track.costOfKeyTimes << " of a segment's range";
@@ -365,8 +374,9 @@ void OneTruth::report() {
 
 TEST_F(OneTruth, ModelLayersAndExportAgreeInEveryMillisecond) {
     const QDir packages(sourcePath(u"tests/packages"_s));
-    for (const QString& entry : packages.entryList({u"*.tweenery"_s}, QDir::Dirs, QDir::Name))
+    for (const QString& entry : packages.entryList({u"*.tweenery"_s}, QDir::Dirs, QDir::Name)) {
         checkPackage(entry.chopped(9));
+    }
     report();
     EXPECT_GT(comparisons, 100000U);
 }

@@ -40,8 +40,9 @@ class PlaybackTest : public testing::Test, protected LayerScene {
     void TearDown() override { playback.reset(); }
     static QStringList idsOf(const PCElement::Elements& elements) {
         QStringList ids;
-        for (const auto& element : elements)
+        for (const auto& element : elements) {
             ids << element->identifier().toString();
+        }
         return ids;
     }
     void frameAfter(double seconds) {

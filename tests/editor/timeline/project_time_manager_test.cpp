@@ -122,8 +122,9 @@ TEST_F(TimeManagerTest, PointsAndMillisecondsConvert) {
         int32_t time;
     };
     const Case cases[] = {{100.19, 1001}, {-0.19, -1}, {1e12, INT32_MAX}, {-1e12, INT32_MIN}};
-    for (const Case& c : cases)
+    for (const Case& c : cases) {
         EXPECT_EQ(manager.msFromPointValue(c.points), c.time) << c.points;
+    }
     manager.setZoomInPointsPerMillisecond(0);
     EXPECT_EQ(manager.msFromPointValue(5), INT32_MAX);
     EXPECT_EQ(manager.msFromPointValue(0), 0);
@@ -170,8 +171,9 @@ TEST(TimeDisplay, CutsHundredths) {
         {999, "0.99"},      {1234, "1.23"},        {59999, "59.99"},      {60000, "1:00.00"},
         {61005, "1:01.00"}, {3599999, "59:59.99"}, {3600000, "60:00.00"},
     };
-    for (const auto& [time, text] : cases)
+    for (const auto& [time, text] : cases) {
         EXPECT_EQ(PCProjectTimeManager::displayStringForTimeInMS(time).toStdString(), text);
+    }
 }
 
 TEST_F(TimeManagerTest, PlayheadsTellFirstAndScrubThen) {

@@ -225,8 +225,9 @@ TEST_F(ImageSetTest, ReadsWhatADirectoryHoldsAndDecodesOnDemand) {
 TEST_F(ImageSetTest, OpensTheArtworkOfAStoredPackage) {
     PCImageSetManager stored(readPackage(packagePath(u"Bounce"_s)));
     std::vector<QString> names;
-    for (const auto& set : stored.allImageSets())
+    for (const auto& set : stored.allImageSets()) {
         names.push_back(set->name());
+    }
     EXPECT_THAT(names, ElementsAre(u"ball.png"_s, u"shadow.png"_s, u"sky.jpg"_s));
     const auto ball = stored.imageSetWithName(u"ball.png"_s);
     EXPECT_TRUE(ball->has3XArtwork());

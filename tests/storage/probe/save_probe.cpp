@@ -9,7 +9,7 @@
 using namespace Qt::StringLiterals;
 
 int main(int argc, char** argv) {
-    if (argc != 2) return 2;
+    if (argc != 2) { return 2; }
     try {
         const QString path = QString::fromUtf8(argv[1]);
         const auto root = tweenery::readPackage(path);
