@@ -118,16 +118,16 @@ void selectAndDeselectAll(Scene& scene, const Elements& elements) {
     selection.deselectAllElements();
 }
 void position(Scene&, const Elements& elements) {
-    PCPositionCalculator::updateElements(elements, false, {10, 5}, true, 0);
+    PCPositionCalculator::updateElements(elements, false, {10, 5}, EditTime::setup());
 }
 void scale(Scene&, const Elements& elements) {
-    PCScaleCalculator::updateElements(elements, true, {0.01, 0}, true, 0, {50, 50});
+    PCScaleCalculator::updateElements(elements, true, {0.01, 0}, EditTime::setup(), {50, 50});
 }
 void rotation(Scene&, const Elements& elements) {
-    PCRotationCalculator::updateElements(elements, true, 0.01, true, 0, {50, 50});
+    PCRotationCalculator::updateElements(elements, true, 0.01, EditTime::setup(), {50, 50});
 }
 void opacity(Scene&, const Elements& elements) {
-    PCOpacityCalculator::updateElementsWithDelta(elements, false, -0.5, true, 0, {});
+    PCOpacityCalculator::updateElementsWithDelta(elements, false, -0.5, EditTime::setup(), {});
 }
 
 constexpr int64_t kElements = 10000;

@@ -1,38 +1,26 @@
 #include "editor/canvas/opacity_calculator.h"
 
 #include "editor/canvas/additive_mode.h"
+#include "editor/canvas/timed_element.h"
 
 namespace tweenery {
-namespace {
-
-void write(double opacity, PCElement& element, bool setupMode, int32_t timeInMS) {
-    if (setupMode) {
-        element.setOpacity(opacity);
-    } else {
-        element.setOpacity(static_cast<float>(opacity), timeInMS);
-    }
-}
-
-}  // namespace
 
 void PCOpacityCalculator::updateElementsWithValue(const PCElement::Elements& elements,
-                                                  bool forAdditiveMode, double value,
-                                                  bool setupMode, int32_t timeInMS, QPointF) {
+                                                  bool forAdditiveMode, double value, EditTime when,
+                                                  QPointF) {
     AdditiveShare shares(forAdditiveMode);
     for (const PCElement::Ptr& element : elements) {
-        write(value / shares.next(), *element, setupMode, timeInMS);
+        TimedElement(*element, when).setOpacity(value / shares.next());
     }
 }
 
 void PCOpacityCalculator::updateElementsWithDelta(const PCElement::Elements& elements,
-                                                  bool forAdditiveMode, double delta,
-                                                  bool setupMode, int32_t timeInMS, QPointF) {
+                                                  bool forAdditiveMode, double delta, EditTime when,
+                                                  QPointF) {
     AdditiveShare shares(forAdditiveMode);
     for (const PCElement::Ptr& element : elements) {
-        const double opacity = setupMode
-                                   ? element->opacity()
-                                   : static_cast<double>(element->opacityAtTimeInMS(timeInMS));
-        write(opacity + shares.next() * delta, *element, setupMode, timeInMS);
+        TimedElement timed(*element, when);
+        timed.setOpacity(timed.opacity() + shares.next() * delta);
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include "editor/canvas/additive_mode.h"
 #include "editor/canvas/element_space.h"
+#include "editor/canvas/timed_element.h"
 #include "model/project.h"
 
 namespace tweenery {
@@ -19,7 +20,7 @@ QPointF distanceInParent(QPointF distance, const PCElement& canvas, const PCElem
 }  // namespace
 
 void PCPositionCalculator::updateElements(const PCElement::Elements& elements, bool forAdditiveMode,
-                                          QPointF delta, bool setupMode, int32_t timeInMS) {
+                                          QPointF delta, EditTime when) {
     AdditiveShare shares(forAdditiveMode);
     for (const PCElement::Ptr& element : elements) {
         const double share = shares.next();
@@ -28,33 +29,21 @@ void PCPositionCalculator::updateElements(const PCElement::Elements& elements, b
         if (!parent || !project) { continue; }
         const QPointF moved = distanceInParent(share * delta, *project->canvas(), *parent);
         if (!std::isfinite(moved.x()) || !std::isfinite(moved.y())) { continue; }
-        if (setupMode) {
-            element->setPosition(element->position() + moved);
-        } else {
-            element->setTranslation(element->translationAtTimeInMS(timeInMS) + moved, timeInMS);
-        }
+        TimedElement(*element, when).moveBy(moved);
     }
 }
 
 void PCPositionCalculator::setXPosition(float x, const PCElement::Elements& elements,
-                                        bool setupMode, int32_t timeInMS) {
+                                        EditTime when) {
     for (const PCElement::Ptr& element : elements) {
-        if (setupMode) {
-            element->setPosition({static_cast<double>(x), element->position().y()});
-        } else {
-            element->setXTranslation(x, timeInMS);
-        }
+        TimedElement(*element, when).setX(x);
     }
 }
 
 void PCPositionCalculator::setYPosition(float y, const PCElement::Elements& elements,
-                                        bool setupMode, int32_t timeInMS) {
+                                        EditTime when) {
     for (const PCElement::Ptr& element : elements) {
-        if (setupMode) {
-            element->setPosition({element->position().x(), static_cast<double>(y)});
-        } else {
-            element->setYTranslation(y, timeInMS);
-        }
+        TimedElement(*element, when).setY(y);
     }
 }
 

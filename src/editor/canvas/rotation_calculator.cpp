@@ -4,30 +4,12 @@
 #include <numbers>
 
 #include "editor/canvas/additive_mode.h"
+#include "editor/canvas/timed_element.h"
 
 namespace tweenery {
-namespace {
-
-void installAnchor(PCElement& element, QPointF anchorPoint, bool setupMode, int32_t timeInMS) {
-    if (setupMode) {
-        element.setAnchorPoint(anchorPoint);
-    } else {
-        element.setAnchorPoint(anchorPoint, timeInMS);
-    }
-}
-
-void turnTo(double radians, PCElement& element, bool setupMode, int32_t timeInMS) {
-    if (setupMode) {
-        element.setZRotation(radians);
-    } else {
-        element.setZRotation(static_cast<float>(radians), timeInMS);
-    }
-}
-
-}  // namespace
 
 void PCRotationCalculator::updateElements(const PCElement::Elements& elements, bool forAdditiveMode,
-                                          double delta, bool setupMode, int32_t timeInMS,
+                                          double delta, EditTime when,
                                           QPointF additiveAnchorPoint) {
     AdditiveShare shares(forAdditiveMode);
     for (const PCElement::Ptr& element : elements) {
@@ -35,19 +17,17 @@ void PCRotationCalculator::updateElements(const PCElement::Elements& elements, b
         const auto pivot = pivotOfEdit(*element, forAdditiveMode, additiveAnchorPoint);
         if (!pivot) { continue; }
         const QPointF anchorPoint = element->anchorPoint();
-        installAnchor(*element, *pivot, setupMode, timeInMS);
-        const double rotation = setupMode
-                                    ? element->zRotation()
-                                    : static_cast<double>(element->zRotationAtTimeInMS(timeInMS));
-        turnTo(rotation - share * delta, *element, setupMode, timeInMS);
-        installAnchor(*element, anchorPoint, setupMode, timeInMS);
+        TimedElement timed(*element, when);
+        timed.setAnchorPoint(*pivot);
+        timed.setZRotation(timed.zRotation() - share * delta);
+        timed.setAnchorPoint(anchorPoint);
     }
 }
 
 void PCRotationCalculator::setRotation(double radians, const PCElement::Elements& elements,
-                                       bool setupMode, int32_t timeInMS) {
+                                       EditTime when) {
     for (const PCElement::Ptr& element : elements) {
-        turnTo(radians, *element, setupMode, timeInMS);
+        TimedElement(*element, when).setZRotation(radians);
     }
 }
 

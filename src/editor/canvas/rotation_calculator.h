@@ -1,14 +1,13 @@
 #pragma once
 
 #include <QPointF>
-#include <cstdint>
 
+#include "model/edit_time.h"
 #include "model/element.h"
 
 namespace tweenery {
 
-/// Turns elements: in setup mode their own rotations, otherwise those at a time in milliseconds of
-/// the selected animation. Angles are radians.
+/// Turns elements, at setup or at a time of the selected animation. Angles are radians.
 class PCRotationCalculator {
  public:
     PCRotationCalculator() = delete;
@@ -17,10 +16,8 @@ class PCRotationCalculator {
     /// mode about `additiveAnchorPoint` in canvas points. An element that has no such point, being
     /// without an area on the canvas, keeps its rotation.
     static void updateElements(const PCElement::Elements& elements, bool forAdditiveMode,
-                               double delta, bool setupMode, int32_t timeInMS,
-                               QPointF additiveAnchorPoint);
-    static void setRotation(double radians, const PCElement::Elements& elements, bool setupMode,
-                            int32_t timeInMS);
+                               double delta, EditTime when, QPointF additiveAnchorPoint);
+    static void setRotation(double radians, const PCElement::Elements& elements, EditTime when);
     /// The angle at `center` from `startPoint` to `endPoint`, the short way, from -pi to pi.
     static double radiansBetweenStartPoint(QPointF startPoint, QPointF endPoint, QPointF center);
 };

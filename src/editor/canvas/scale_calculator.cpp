@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "editor/canvas/additive_mode.h"
+#include "editor/canvas/timed_element.h"
 
 namespace tweenery {
 namespace {
@@ -19,11 +20,11 @@ QPointF scaledBy(QPointF scale, QPointF delta, bool keepsRatio) {
     return {keepsRatio ? ratio * y : scale.x(), y};
 }
 
-void holdAt(PCElement& element, QPointF anchorPoint, bool setupMode, int32_t timeInMS) {
-    if (setupMode) {
+void holdAt(PCElement& element, QPointF anchorPoint, EditTime when) {
+    if (when.isSetup()) {
         element.setAnchorPoint(anchorPoint);
     } else {
-        PCScaleCalculator::setTimelineAnchorPoint(anchorPoint, element, timeInMS);
+        PCScaleCalculator::setTimelineAnchorPoint(anchorPoint, element, when.timeInMS());
     }
 }
 
@@ -35,46 +36,33 @@ float factorBetween(double anchor, double start, double end) {
 }  // namespace
 
 void PCScaleCalculator::updateElements(const PCElement::Elements& elements, bool forAdditiveMode,
-                                       QPointF delta, bool setupMode, int32_t timeInMS,
-                                       QPointF additiveAP) {
+                                       QPointF delta, EditTime when, QPointF additiveAP) {
     AdditiveShare shares(forAdditiveMode);
     for (const PCElement::Ptr& element : elements) {
         const double share = shares.next();
         const auto pivot = pivotOfEdit(*element, forAdditiveMode, additiveAP);
-        const QPointF scale = setupMode ? element->scale() : element->scaleAtTimeInMS(timeInMS);
-        const QPointF scaled = scaledBy(scale, share * delta, element->scalesLocked());
+        TimedElement timed(*element, when);
+        const QPointF scaled = scaledBy(timed.scale(), share * delta, element->scalesLocked());
         if (!pivot || !std::isfinite(scaled.x()) || !std::isfinite(scaled.y())) { continue; }
 
         const QPointF anchorPoint = element->anchorPoint();
-        holdAt(*element, *pivot, setupMode, timeInMS);
-        if (setupMode) {
-            element->setScale(scaled);
-        } else {
-            element->setScale(scaled, timeInMS);
-        }
-        holdAt(*element, anchorPoint, setupMode, timeInMS);
+        holdAt(*element, *pivot, when);
+        timed.setScale(scaled);
+        holdAt(*element, anchorPoint, when);
     }
 }
 
 void PCScaleCalculator::setXScale(double factor, const PCElement::Elements& elements,
-                                  bool setupMode, int32_t timeInMS) {
+                                  EditTime when) {
     for (const PCElement::Ptr& element : elements) {
-        if (setupMode) {
-            element->setScale({factor, element->scale().y()});
-        } else {
-            element->setXScale(static_cast<float>(factor), timeInMS);
-        }
+        TimedElement(*element, when).setXScale(factor);
     }
 }
 
 void PCScaleCalculator::setYScale(double factor, const PCElement::Elements& elements,
-                                  bool setupMode, int32_t timeInMS) {
+                                  EditTime when) {
     for (const PCElement::Ptr& element : elements) {
-        if (setupMode) {
-            element->setScale({element->scale().x(), factor});
-        } else {
-            element->setYScale(static_cast<float>(factor), timeInMS);
-        }
+        TimedElement(*element, when).setYScale(factor);
     }
 }
 

@@ -1,14 +1,14 @@
 #pragma once
 
 #include <QPointF>
-#include <cstdint>
 
+#include "model/edit_time.h"
 #include "model/element.h"
 
 namespace tweenery {
 
-/// Scales elements: in setup mode their own scales, otherwise those at a time in milliseconds of
-/// the selected animation. An instance follows one resize of a rectangle with the pointer.
+/// Scales elements, at setup or at a time of the selected animation. An instance follows one resize
+/// of a rectangle with the pointer.
 class PCScaleCalculator {
  public:
     /// Adds each element's share of `delta`, in scale factors, along the axis on which it is
@@ -16,12 +16,10 @@ class PCScaleCalculator {
     /// about its anchor point, in additive mode about `additiveAP` in canvas points. An element for
     /// which that is nowhere, or the ratio not a number, keeps its scale.
     static void updateElements(const PCElement::Elements& elements, bool forAdditiveMode,
-                               QPointF delta, bool setupMode, int32_t timeInMS, QPointF additiveAP);
+                               QPointF delta, EditTime when, QPointF additiveAP);
     /// One factor, about the anchor point, whatever `scalesLocked` says.
-    static void setXScale(double factor, const PCElement::Elements& elements, bool setupMode,
-                          int32_t timeInMS);
-    static void setYScale(double factor, const PCElement::Elements& elements, bool setupMode,
-                          int32_t timeInMS);
+    static void setXScale(double factor, const PCElement::Elements& elements, EditTime when);
+    static void setYScale(double factor, const PCElement::Elements& elements, EditTime when);
     /// Moves the anchor point, in unit coordinates, and the translation at the time with it, so
     /// that the state at that time stays where it is up to the shift of `position` that the setup
     /// state gets. For use in pairs: moving the anchor back takes that shift back.

@@ -33,6 +33,7 @@ struct Scene {
     QPointF position(const PCElement& e) const {
         return setup ? e.position() : e.positionAtTimeInMS(kTime);
     }
+    EditTime when() const { return setup ? EditTime::setup() : EditTime::at(kTime); }
     QPointF scale(const PCElement& e) const { return setup ? e.scale() : e.scaleAtTimeInMS(kTime); }
     double rotation(const PCElement& e) const {
         return setup ? e.zRotation() : static_cast<double>(e.zRotationAtTimeInMS(kTime));
@@ -90,10 +91,10 @@ TEST_P(Calculators, APositionDeltaIsInCanvasPoints) {
         const auto outer = addGroup(scene.canvas, u"outer"_s, c.outer);
         const auto inner = addGroup(outer, u"inner"_s, c.inner);
         const auto leaf = addElement(inner, u"leaf"_s, {{7, 9}});
-        PCPositionCalculator::updateElements({leaf}, false, c.delta, scene.setup, kTime);
+        PCPositionCalculator::updateElements({leaf}, false, c.delta, scene.when());
         EXPECT_NEAR_POINT(scene.position(*leaf), QPointF(7, 9) + c.moved, 1e-5);
     }
-    PCPositionCalculator::updateElements({scene.canvas}, false, {5, 5}, scene.setup, kTime);
+    PCPositionCalculator::updateElements({scene.canvas}, false, {5, 5}, scene.when());
     EXPECT_EQ(scene.position(*scene.canvas).x(), 0);
 }
 
@@ -105,12 +106,11 @@ TEST_P(Calculators, SharesGrowInAdditiveMode) {
             targets.push_back(addElement(scene.canvas, u"leaf"_s, {{0, 0}, {1, 1}, 1}));
             targets.back()->setOpacity(0.25);
         }
-        const bool setup = scene.setup;
         const QPointF anchor(5, 5);
-        PCPositionCalculator::updateElements(targets, additive, {10, 4}, setup, kTime);
-        PCScaleCalculator::updateElements(targets, additive, {0.25, 0}, setup, kTime, anchor);
-        PCRotationCalculator::updateElements(targets, additive, 0.25, setup, kTime, anchor);
-        PCOpacityCalculator::updateElementsWithDelta(targets, additive, 0.125, setup, kTime,
+        PCPositionCalculator::updateElements(targets, additive, {10, 4}, scene.when());
+        PCScaleCalculator::updateElements(targets, additive, {0.25, 0}, scene.when(), anchor);
+        PCRotationCalculator::updateElements(targets, additive, 0.25, scene.when(), anchor);
+        PCOpacityCalculator::updateElementsWithDelta(targets, additive, 0.125, scene.when(),
                                                      anchor);
         for (size_t i = 0; i < 3; ++i) {
             SCOPED_TRACE(i);
@@ -120,7 +120,7 @@ TEST_P(Calculators, SharesGrowInAdditiveMode) {
             EXPECT_NEAR(scene.opacity(target), 0.25 + shares[i] * 0.125, 1e-6);
             if (!additive) { EXPECT_NEAR_POINT(scene.position(target), QPointF(10, 4), 1e-5); }
         }
-        PCOpacityCalculator::updateElementsWithValue(targets, additive, 0.75, setup, kTime, anchor);
+        PCOpacityCalculator::updateElementsWithValue(targets, additive, 0.75, scene.when(), anchor);
         for (size_t i = 0; i < 3; ++i) {
             EXPECT_NEAR(scene.opacity(*targets[i]), 0.75 / shares[i], 1e-6) << i;
         }
@@ -130,7 +130,7 @@ TEST_P(Calculators, SharesGrowInAdditiveMode) {
 
     const PCElement::Elements moved{addElement(scene.canvas, u"a"_s),
                                     addElement(scene.canvas, u"b"_s)};
-    PCPositionCalculator::updateElements(moved, true, {10, 4}, scene.setup, kTime);
+    PCPositionCalculator::updateElements(moved, true, {10, 4}, scene.when());
     EXPECT_NEAR_POINT(scene.position(*moved[1]), QPointF(20, 8), 1e-5);
 }
 
@@ -151,7 +151,7 @@ TEST_P(Calculators, AScaleDeltaTakesItsLargerAxis) {
     for (const Case& c : cases) {
         const auto leaf = addElement(scene.canvas, u"leaf"_s, {{30, 20}, c.scale, 1});
         leaf->setScalesLocked(c.locked);
-        PCScaleCalculator::updateElements({leaf}, false, c.delta, scene.setup, kTime, {});
+        PCScaleCalculator::updateElements({leaf}, false, c.delta, scene.when(), {});
         SCOPED_TRACE(testing::Message() << c.scale.x() << ' ' << c.delta.x() << ' ' << c.delta.y());
         EXPECT_NEAR_POINT(scene.scale(*leaf), c.scaled, 1e-6);
         EXPECT_EQ(scene.position(*leaf).x(), 30);
@@ -174,11 +174,11 @@ TEST_P(Calculators, AdditiveEditsTurnAboutTheAdditiveAnchor) {
         if (!scene.setup) { EXPECT_NEAR_POINT(leaf->position(), look.position, 1e-9); }
     };
     expectPivot([&](const PCElement::Elements& targets) {
-        PCScaleCalculator::updateElements(targets, true, {0.5, 0}, scene.setup, kTime, anchor);
+        PCScaleCalculator::updateElements(targets, true, {0.5, 0}, scene.when(), anchor);
         EXPECT_NEAR(scene.scale(*targets[0]).x(), 2.5, 1e-6);
     });
     expectPivot([&](const PCElement::Elements& targets) {
-        PCRotationCalculator::updateElements(targets, true, 0.5, scene.setup, kTime, anchor);
+        PCRotationCalculator::updateElements(targets, true, 0.5, scene.when(), anchor);
         EXPECT_NEAR(scene.rotation(*targets[0]), 0.25, 1e-6);
     });
 }
@@ -186,13 +186,13 @@ TEST_P(Calculators, AdditiveEditsTurnAboutTheAdditiveAnchor) {
 // Without an area, or a ratio, there is nothing to compute with.
 TEST_P(Calculators, TargetsOfNoAreaKeepTheirValues) {
     const auto additive = [this](const PCElement::Elements& targets) {
-        PCScaleCalculator::updateElements(targets, true, {0.5, 0}, scene.setup, kTime, {5, 5});
-        PCRotationCalculator::updateElements(targets, true, 0.5, scene.setup, kTime, {5, 5});
+        PCScaleCalculator::updateElements(targets, true, {0.5, 0}, scene.when(), {5, 5});
+        PCRotationCalculator::updateElements(targets, true, 0.5, scene.when(), {5, 5});
     };
     const auto locked = [this](const PCElement::Elements& targets) {
         targets[0]->setScalesLocked(true);
-        PCScaleCalculator::updateElements(targets, false, {0.5, 0}, scene.setup, kTime, {});
-        PCScaleCalculator::updateElements(targets, false, {1e300, 0}, scene.setup, kTime, {});
+        PCScaleCalculator::updateElements(targets, false, {0.5, 0}, scene.when(), {});
+        PCScaleCalculator::updateElements(targets, false, {1e300, 0}, scene.when(), {});
     };
     struct Case {
         const char* what;
@@ -216,7 +216,7 @@ TEST_P(Calculators, TargetsOfNoAreaKeepTheirValues) {
     }
     // One that is locked to nothing can still be scaled up along one axis.
     const auto flat = addElement(scene.canvas, u"flat"_s, {{3, 4}, {0, 2}});
-    PCScaleCalculator::updateElements({flat}, false, {0.5, 0}, true, kTime, {});
+    PCScaleCalculator::updateElements({flat}, false, {0.5, 0}, EditTime::setup(), {});
     EXPECT_EQ(flat->scale().x(), 0.5);
 }
 
@@ -227,12 +227,12 @@ TEST_P(Calculators, SetOneValueOfAll) {
     const auto other = addElement(group, u"other"_s, {{1, 1}});
     leaf->setScalesLocked(true);
     const PCElement::Elements targets{leaf, other};
-    PCPositionCalculator::setXPosition(20, targets, setup, kTime);
-    PCPositionCalculator::setYPosition(30, {leaf}, setup, kTime);
-    PCScaleCalculator::setXScale(3, targets, setup, kTime);
-    PCScaleCalculator::setYScale(5, {leaf}, setup, kTime);
-    PCRotationCalculator::setRotation(0.25, targets, setup, kTime);
-    PCOpacityCalculator::updateElementsWithValue(targets, false, 7, setup, kTime, {});
+    PCPositionCalculator::setXPosition(20, targets, scene.when());
+    PCPositionCalculator::setYPosition(30, {leaf}, scene.when());
+    PCScaleCalculator::setXScale(3, targets, scene.when());
+    PCScaleCalculator::setYScale(5, {leaf}, scene.when());
+    PCRotationCalculator::setRotation(0.25, targets, scene.when());
+    PCOpacityCalculator::updateElementsWithValue(targets, false, 7, scene.when(), {});
     // Outside setup mode the value is the translation.
     const QPointF from = setup ? QPointF() : QPointF(7, 9);
     EXPECT_NEAR_POINT(scene.position(*leaf), from + QPointF(20, 30), 1e-5);
@@ -248,11 +248,17 @@ TEST(SetupEdits, AreUndoneToTheBit) {
     const auto group = addGroup(scene.canvas, u"group"_s, {{100, 50}, {3, 0.1}, 1});
     const auto leaf = addElement(group, u"leaf"_s, {{7, 9}, {1, 2}, 0.5, {10, 10}, {0.1, 0.7}});
     UndoWalk walk(*scene.project, [&] { return exactState(*scene.canvas); });
-    walk.edit([&] { PCPositionCalculator::updateElements({leaf}, false, {1, 7}, true, 0); });
-    walk.edit([&] { PCScaleCalculator::updateElements({leaf}, false, {1, 7}, true, 0, {}); });
-    walk.edit([&] { PCRotationCalculator::updateElements({leaf}, false, 0.1, true, 0, {}); });
     walk.edit([&] {
-        PCOpacityCalculator::updateElementsWithDelta({leaf, group}, false, -0.1, true, 0, {});
+        PCPositionCalculator::updateElements({leaf}, false, {1, 7}, EditTime::setup());
+    });
+    walk.edit([&] {
+        PCScaleCalculator::updateElements({leaf}, false, {1, 7}, EditTime::setup(), {});
+    });
+    walk.edit(
+        [&] { PCRotationCalculator::updateElements({leaf}, false, 0.1, EditTime::setup(), {}); });
+    walk.edit([&] {
+        PCOpacityCalculator::updateElementsWithDelta({leaf, group}, false, -0.1, EditTime::setup(),
+                                                     {});
     });
     walk.check();
 }
@@ -271,15 +277,15 @@ TEST(KeyedEdits, TouchOnlyTheTimelinesThatChange) {
         }
         return text;
     };
-    PCPositionCalculator::updateElements({leaf}, false, {0.7, 0}, false, 10);
+    PCPositionCalculator::updateElements({leaf}, false, {0.7, 0}, EditTime::at(10));
     EXPECT_EQ(keys(), "100000");
-    PCPositionCalculator::updateElements({leaf}, false, {0, 0.7}, false, 20);
+    PCPositionCalculator::updateElements({leaf}, false, {0, 0.7}, EditTime::at(20));
     EXPECT_EQ(keys(), "110000");
-    PCRotationCalculator::updateElements({leaf}, false, 0.7, false, 30, {});
+    PCRotationCalculator::updateElements({leaf}, false, 0.7, EditTime::at(30), {});
     EXPECT_EQ(keys(), "110010");
-    PCScaleCalculator::updateElements({leaf}, false, {0.7, 0}, false, 40, {});
+    PCScaleCalculator::updateElements({leaf}, false, {0.7, 0}, EditTime::at(40), {});
     EXPECT_EQ(keys(), "111010");
-    PCOpacityCalculator::updateElementsWithDelta({leaf}, false, -0.25, false, 50, {});
+    PCOpacityCalculator::updateElementsWithDelta({leaf}, false, -0.25, EditTime::at(50), {});
     EXPECT_EQ(keys(), "111011");
 }
 
@@ -291,14 +297,16 @@ TEST(KeyedEdits, ReachTheLayer) {
     using Edit = std::function<void(const PCElement::Elements&)>;
     const std::vector<Edit> edits = {
         [](const auto& e) {
-            PCPositionCalculator::updateElements(e, false, {1, 1}, false, 7);
+            PCPositionCalculator::updateElements(e, false, {1, 1}, EditTime::at(7));
         },
         [](const auto& e) {
-            PCScaleCalculator::updateElements(e, false, {1, 1}, false, 7, {});
+            PCScaleCalculator::updateElements(e, false, {1, 1}, EditTime::at(7), {});
         },
-        [](const auto& e) { PCRotationCalculator::updateElements(e, false, 1, false, 7, {}); },
         [](const auto& e) {
-            PCOpacityCalculator::updateElementsWithValue(e, false, 0.5, false, 7, {});
+            PCRotationCalculator::updateElements(e, false, 1, EditTime::at(7), {});
+        },
+        [](const auto& e) {
+            PCOpacityCalculator::updateElementsWithValue(e, false, 0.5, EditTime::at(7), {});
         }};
     for (size_t i = 0; i < edits.size(); ++i) {
         factory.calls.clear();
@@ -311,7 +319,7 @@ TEST(KeyedEdits, ReachTheLayer) {
 TEST(Rotations, AreBroughtIntoATurn) {
     Scene scene(true);
     const auto leaf = addElement(scene.canvas, u"leaf"_s);
-    PCRotationCalculator::updateElements({leaf}, false, 0.1, true, 0, {});
+    PCRotationCalculator::updateElements({leaf}, false, 0.1, EditTime::setup(), {});
     EXPECT_NEAR(leaf->zRotation(), 2 * pi - 0.1, 1e-12);
 }
 
