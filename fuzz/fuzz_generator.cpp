@@ -38,7 +38,7 @@ void addElements(fuzz::FuzzInput& input, PCElement& parent, int depth) {
     }
 }
 
-PropertyValue keyframeValue(fuzz::FuzzInput& input, const PCElement& element, int32_t type) {
+PropertyValue keyframeValue(fuzz::FuzzInput& input, const PCElement& element, PCPropertyType type) {
     if (type == PCPropertyTypeImageContents) { return fuzz::structuredName(input, 12); }
     if (type != PCPropertyTypeChildrenZPositions) {
         return static_cast<float>(input.below(4000)) / 7 - 200;

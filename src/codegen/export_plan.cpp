@@ -198,7 +198,7 @@ void Planner::listElementsOfBundle(size_t bundle) {
         if (element != m_elementByIdentifier.end()) {
             directories.emplace_back(element->second, directory.get());
         } else if (holdsTimelines(*directory)) {
-            m_plan.leftOutTimelines.push_back({animation, name, {}, 0});
+            m_plan.leftOutTimelines.push_back({animation, name, {}, PCPropertyTypeImageContents});
         }
     }
     std::sort(directories.begin(), directories.end());

@@ -40,7 +40,7 @@ struct LeftOutTimelines {
     PCAnimation::Ptr animation;
     QString elementIdentifier;
     PCElement::Ptr element;  // null: deleted
-    int32_t propertyType = 0;
+    PCPropertyType propertyType = PCPropertyTypeImageContents;
 };
 
 /// Everything that a run decides before it writes: names, what each element becomes, what each

@@ -41,7 +41,7 @@ std::string threeDecimals(double value) {
 }
 
 /// The table holds places in the parent, not offsets.
-std::string_view playbackKeyPath(int32_t propertyType) {
+std::string_view playbackKeyPath(PCPropertyType propertyType) {
     if (propertyType == PCPropertyTypeTranslationX) { return "position.x"; }
     if (propertyType == PCPropertyTypeTranslationY) { return "position.y"; }
     return animationKeyPathForPropertyType(propertyType);

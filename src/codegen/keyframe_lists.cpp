@@ -2,7 +2,7 @@
 
 namespace tweenery {
 
-void KeyframeLists::appendTime(float fraction, int64_t easing, bool isLast) {
+void KeyframeLists::appendTime(float fraction, PCEasingMode easing, bool isLast) {
     // The first value has no timing function: a function governs the span that arrives at a value.
     const bool isFirst = m_times.empty();
     m_provider.codeForBoxedNumber(m_times, fraction);

@@ -31,7 +31,7 @@ class KeyframeLists {
 
  private:
     /// Completes an entry whose value has just been appended.
-    void appendTime(float fraction, int64_t easing, bool isLast);
+    void appendTime(float fraction, PCEasingMode easing, bool isLast);
 
     const PCLanguageCodeProvider& m_provider;
     std::string m_values;
@@ -54,14 +54,14 @@ void KeyframeLists::populate(const PCKeyedPropertyTimeline& timeline, AppendValu
     };
     if (count > 0 && timeline.timeOfKeyframe(0) > 0) {
         appendStartValue();
-        appendTime(0, 0, false);
+        appendTime(0, PCEasingModeLinear, false);
         if (timeline.keyframeIsInstant(0)) {
             appendStartValue();
             appendTime(justBefore(0), timeline.easingModeOfKeyframe(0), false);
         }
     }
     for (size_t i = 0; i < count; ++i) {
-        const int64_t easing = timeline.easingModeOfKeyframe(i);
+        const PCEasingMode easing = timeline.easingModeOfKeyframe(i);
         if (i > 0 && timeline.keyframeIsInstant(i)) {
             appendValue(i - 1);
             appendTime(justBefore(i), easing, false);

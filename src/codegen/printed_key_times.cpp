@@ -23,7 +23,7 @@ double printed(float keyTime) {
 }
 
 /// By the tables that the model evaluates with, which is close enough to judge by.
-double heightOfEasing(int64_t mode, double progress) {
+double heightOfEasing(PCEasingMode mode, double progress) {
     const TimingTable* table = timingTableForEasingMode(mode);
     if (!table) { return progress; }
     const auto frame = static_cast<size_t>(progress * static_cast<double>(table->size()) + 0.5);
@@ -34,7 +34,7 @@ double heightOfEasing(int64_t mode, double progress) {
 struct Span {
     double start = 0;
     double end = 0;
-    int64_t easing = PCEasingModeLinear;
+    PCEasingMode easing = PCEasingModeLinear;
 
     /// The share of the change that has happened at a fraction.
     double heightAt(double fraction) const {
@@ -73,7 +73,7 @@ class LossFinder {
         return timeInMS / static_cast<double>(m_duration);
     }
     float startFraction(size_t index) const { return index > 0 ? fraction(index - 1) : 0; }
-    int64_t easing(size_t index) const { return m_timeline.easingModeOfKeyframe(index); }
+    PCEasingMode easing(size_t index) const { return m_timeline.easingModeOfKeyframe(index); }
     /// Where the value before a jump is shown for the last time.
     double holdEnd(size_t index) const {
         return fractionOfTime(m_timeline.timeOfKeyframe(index) - 0.5);

@@ -13,7 +13,7 @@ namespace tweenery {
 
 namespace {
 
-const PropertyTypeRow& generatedRow(int32_t propertyType, const QString& complaint) {
+const PropertyTypeRow& generatedRow(PCPropertyType propertyType, const QString& complaint) {
     const PropertyTypeRow& row = propertyTypeRow(propertyType);
     if (!row.qualifier) { failContract(complaint); }
     return row;
@@ -34,14 +34,14 @@ size_t estimatedSize(const PCAnimationExportBundle& bundle) {
 
 }  // namespace
 
-std::string_view animationQualifierForPropertyType(int32_t propertyType) {
+std::string_view animationQualifierForPropertyType(PCPropertyType propertyType) {
     return generatedRow(propertyType,
                         u"keyall, translation, scale, childZPosition timelines should NOT be used "
                         "in code generation"_s)
         .qualifier;
 }
 
-std::string_view animationKeyPathForPropertyType(int32_t propertyType) {
+std::string_view animationKeyPathForPropertyType(PCPropertyType propertyType) {
     return generatedRow(propertyType,
                         u"should NOT be generating code using keyall, scale, translation, or "
                         "childrenZPositions types directly"_s)
@@ -68,7 +68,8 @@ class StandardAnimationCode::BundleCode {
                                  const PCKeyedPropertyTimeline& timeline);
     void generateCodeForChildrenOrder(const PCElement& parent,
                                       const PCKeyedPropertyTimeline& timeline);
-    void generateCodeForAnimatingTimeline(const PlannedElement& planned, int32_t propertyType,
+    void generateCodeForAnimatingTimeline(const PlannedElement& planned,
+                                          PCPropertyType propertyType,
                                           const PCKeyedPropertyTimeline& timeline);
 
     const ExportPlan& m_plan;
@@ -108,7 +109,7 @@ void StandardAnimationCode::addStandardAnimations() {
 void StandardAnimationCode::addDefinitionCodeForTimingFunctionsWithEasingModes(EasingModes modes) {
     for (size_t mode = 0; mode < modes.size(); ++mode) {
         if (!modes.test(mode)) { continue; }
-        const TimingFunctionCode& function = timingFunctionCode(static_cast<int64_t>(mode));
+        const TimingFunctionCode& function = timingFunctionCode(easingModes()[mode].mode);
         if (function.builtInName.empty()) {
             m_provider.addTimingFunctionDefinitionWithControlPoints(
                 function.variable, function.controlPoint1, function.controlPoint2);
@@ -195,7 +196,8 @@ void StandardAnimationCode::BundleCode::generateCodeForChildrenOrder(
 }
 
 void StandardAnimationCode::BundleCode::generateCodeForAnimatingTimeline(
-    const PlannedElement& planned, int32_t propertyType, const PCKeyedPropertyTimeline& timeline) {
+    const PlannedElement& planned, PCPropertyType propertyType,
+    const PCKeyedPropertyTimeline& timeline) {
     const std::string_view qualifier = animationQualifierForPropertyType(propertyType);
     m_variable.clear();
     append(m_variable, "%@%@Animation", planned.variable, qualifier);

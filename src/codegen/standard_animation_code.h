@@ -27,7 +27,7 @@ class StandardAnimationCode {
 
 /// The qualifier in names and the layer key path of a property. Throws AssertionFailure for the
 /// children order and the combined types, which never stand in generated code as such.
-std::string_view animationQualifierForPropertyType(int32_t propertyType);
-std::string_view animationKeyPathForPropertyType(int32_t propertyType);
+std::string_view animationQualifierForPropertyType(PCPropertyType propertyType);
+std::string_view animationKeyPathForPropertyType(PCPropertyType propertyType);
 
 }  // namespace tweenery

@@ -4,7 +4,7 @@
 
 namespace tweenery {
 
-const TimingFunctionCode& timingFunctionCode(int64_t easingMode) {
+const TimingFunctionCode& timingFunctionCode(PCEasingMode easingMode) {
     static const std::array<TimingFunctionCode, EasingModes().size()> functions{{
         {"linearTiming", "kCAMediaTimingFunctionLinear"},
         {"easeInTiming", "kCAMediaTimingFunctionEaseIn"},

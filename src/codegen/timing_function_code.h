@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "model/properties/easing.h"
+
 namespace tweenery {
 
 /// Easing modes, 0 to 6, that a piece of generated code uses.
@@ -20,6 +22,6 @@ struct TimingFunctionCode {
 };
 
 /// The function of an easing mode; linear for modes that there are not.
-const TimingFunctionCode& timingFunctionCode(int64_t easingMode);
+const TimingFunctionCode& timingFunctionCode(PCEasingMode easingMode);
 
 }  // namespace tweenery

@@ -160,7 +160,7 @@ void PCAnimation::saveGroup(const Identifier& element, PCPropertyTimelineGroup& 
     }
 }
 
-void PCAnimation::saveTimeline(const PCKeyedPropertyTimeline& timeline, int32_t type,
+void PCAnimation::saveTimeline(const PCKeyedPropertyTimeline& timeline, PCPropertyType type,
                                const Identifier& element) {
     const QString directoryName = element.toString();
     if (!isSafeFilename(directoryName)) {
@@ -174,7 +174,7 @@ void PCAnimation::saveTimeline(const PCKeyedPropertyTimeline& timeline, int32_t 
 }
 
 // The directory stays as long as it holds anything, or the element exists with timelines attached.
-void PCAnimation::removeTimelineFile(int32_t type, const Identifier& element) {
+void PCAnimation::removeTimelineFile(PCPropertyType type, const Identifier& element) {
     const FileWrapper::Ptr directory = m_fileWrapper->child(element.toString());
     if (!directory || !directory->isDirectory()) { return; }
     directory->pc_deleteSubFileWrapperNamed(filenameOfTimelineType(type));

@@ -80,9 +80,9 @@ class PCAnimation : public std::enable_shared_from_this<PCAnimation> {
     void readMasterTimeline();
     void saveMasterTimeline();
     void saveGroup(const Identifier& element, PCPropertyTimelineGroup& group);
-    void saveTimeline(const PCKeyedPropertyTimeline& timeline, int32_t type,
+    void saveTimeline(const PCKeyedPropertyTimeline& timeline, PCPropertyType type,
                       const Identifier& element);
-    void removeTimelineFile(int32_t type, const Identifier& element);
+    void removeTimelineFile(PCPropertyType type, const Identifier& element);
 };
 
 /// An animation's entries that are no element directories.

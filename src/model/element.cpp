@@ -347,12 +347,12 @@ QPointF PCElement::scaleOnCanvas() const {
 
 // Timelines.
 
-PCKeyedPropertyTimeline::Ptr PCElement::timeline(int32_t type) const {
+PCKeyedPropertyTimeline::Ptr PCElement::timeline(PCPropertyType type) const {
     PCKeyedPropertyTimeline* attached = attachedTimeline(type);
     return attached ? attached->shared_from_this() : nullptr;
 }
 
-PCKeyedPropertyTimeline* PCElement::attachedTimeline(int32_t type) const {
+PCKeyedPropertyTimeline* PCElement::attachedTimeline(PCPropertyType type) const {
     const int slot = elementTimelineSlot(type);
     if (slot < 0) { return nullptr; }
     if (m_timelines) {
@@ -363,7 +363,7 @@ PCKeyedPropertyTimeline* PCElement::attachedTimeline(int32_t type) const {
 }
 
 // The empty timelines of a new element, made as they are asked for.
-PCKeyedPropertyTimeline* PCElement::makeFreshTimeline(int32_t type) const {
+PCKeyedPropertyTimeline* PCElement::makeFreshTimeline(PCPropertyType type) const {
     if (!m_timelines) { m_timelines = std::make_unique<Timelines>(); }
     auto* self = const_cast<PCElement*>(this);
     auto& timeline = (*m_timelines)[static_cast<size_t>(elementTimelineSlot(type))];
@@ -375,7 +375,7 @@ void PCElement::setTimeline(const PCKeyedPropertyTimeline::Ptr& timeline) {
     setTimeline(timeline, timeline->propertyType());
 }
 
-void PCElement::setTimeline(const PCKeyedPropertyTimeline::Ptr& timeline, int32_t slotType) {
+void PCElement::setTimeline(const PCKeyedPropertyTimeline::Ptr& timeline, PCPropertyType slotType) {
     const int slot = elementTimelineSlot(slotType);
     if (slot < 0) {
         failContract(u"type not supported: %1"_s.arg(stringFromPropertyType(slotType)));

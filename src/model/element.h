@@ -197,11 +197,11 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
 
     // Timelines of the selected animation; null in setup mode.
 
-    PCKeyedPropertyTimeline::Ptr timeline(int32_t type) const;
+    PCKeyedPropertyTimeline::Ptr timeline(PCPropertyType type) const;
     /// Into the slot of its property type; AssertionFailure "type not supported: %@" without one.
     void setTimeline(const PCKeyedPropertyTimeline::Ptr& timeline);
     /// Into the slot of `slotType`, whatever its own type (old files hold others).
-    void setTimeline(const PCKeyedPropertyTimeline::Ptr& timeline, int32_t slotType);
+    void setTimeline(const PCKeyedPropertyTimeline::Ptr& timeline, PCPropertyType slotType);
     void clearTimelines();
     /// True until timelines are attached or cleared: it has the empty ones that it was made with.
     bool hasFreshTimelines() const { return m_timelinesAreFresh; }
@@ -229,9 +229,9 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
 
     // State at a time in milliseconds, through the attached timelines; zero or null without them.
 
-    PropertyValue setupValueForPropertyType(int32_t type) const;
+    PropertyValue setupValueForPropertyType(PCPropertyType type) const;
     /// Of a float property; 0 for others.
-    float setupNumberForPropertyType(int32_t type) const;
+    float setupNumberForPropertyType(PCPropertyType type) const;
     /// All of them at once, which is faster than one after the other.
     ElementValues valuesAtTimeInMS(int32_t timeInMS) const;
     float zRotationAtTimeInMS(int32_t timeInMS) const;
@@ -319,11 +319,11 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     QSizeF m_size{0, 0};
 
     static Ptr make();
-    PCKeyedPropertyTimeline* attachedTimeline(int32_t type) const;
+    PCKeyedPropertyTimeline* attachedTimeline(PCPropertyType type) const;
     ElementSampler& sampler() const;
     void forgetSamples() const;
     void forgetSamplesOf(const PCKeyedPropertyTimeline& timeline) const;
-    PCKeyedPropertyTimeline* makeFreshTimeline(int32_t type) const;
+    PCKeyedPropertyTimeline* makeFreshTimeline(PCPropertyType type) const;
     static Ptr decodeTree(const KeyedUnarchiver& archive, const KeyedDecoder& coder, int depth,
                           std::vector<bool>& seen);
     static Ptr pasteTree(const QVariantMap& plist, const std::shared_ptr<PCProject>& project,
@@ -351,10 +351,11 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     void collectReversed(Elements& into);
     QTransform scaleThenRotate() const;
     PCKeyedPropertyTimeline::KeyframePtr keyInstantly(const PropertyValue& value, int32_t timeInMS,
-                                                      int32_t type);
-    PCKeyedPropertyTimeline::KeyframePtr setSyncedFloat(float value, int32_t timeInMS, int32_t type,
+                                                      PCPropertyType type);
+    PCKeyedPropertyTimeline::KeyframePtr setSyncedFloat(float value, int32_t timeInMS,
+                                                        PCPropertyType type,
                                                         const QString& notification);
-    PCKeyedPropertyTimeline::Ptr editableTimeline(int32_t type) const;
+    PCKeyedPropertyTimeline::Ptr editableTimeline(PCPropertyType type) const;
     template <typename Read, typename Write>
     void pinNeighbours(int32_t timeInMS, Read read, Write write);
 };

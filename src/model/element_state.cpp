@@ -39,7 +39,7 @@ Neighbours masterNeighbours(const PCElement& element, int32_t timeInMS) {
 
 }  // namespace
 
-PropertyValue PCElement::setupValueForPropertyType(int32_t type) const {
+PropertyValue PCElement::setupValueForPropertyType(PCPropertyType type) const {
     switch (type) {
         case PCPropertyTypeImageContents:
             return m_imageName;
@@ -68,7 +68,7 @@ PropertyValue PCElement::setupValueForPropertyType(int32_t type) const {
     }
 }
 
-float PCElement::setupNumberForPropertyType(int32_t type) const {
+float PCElement::setupNumberForPropertyType(PCPropertyType type) const {
     switch (type) {
         case PCPropertyTypeOpacity:
             return static_cast<float>(m_opacity);
@@ -179,12 +179,12 @@ KeyframePtr PCElement::setFloatValue(float value, int32_t timeInMS, const Timeli
 }
 
 // Null in setup mode, and where a damaged or very old package filed a timeline of another type.
-TimelinePtr PCElement::editableTimeline(int32_t type) const {
+TimelinePtr PCElement::editableTimeline(PCPropertyType type) const {
     TimelinePtr attached = timeline(type);
     return attached && attached->propertyType() == type ? attached : nullptr;
 }
 
-KeyframePtr PCElement::setSyncedFloat(float value, int32_t timeInMS, int32_t type,
+KeyframePtr PCElement::setSyncedFloat(float value, int32_t timeInMS, PCPropertyType type,
                                       const QString& notification) {
     KeyframePtr keyframe = setFloatValue(value, timeInMS, editableTimeline(type));
     viewLayer().syncWithModelAtTimeInMS(timeInMS);
@@ -239,7 +239,8 @@ void PCElement::setTranslation(QPointF translation, int32_t timeInMS) {
 }
 
 // Images and children orders only jump: every keyframe written is instant.
-KeyframePtr PCElement::keyInstantly(const PropertyValue& value, int32_t timeInMS, int32_t type) {
+KeyframePtr PCElement::keyInstantly(const PropertyValue& value, int32_t timeInMS,
+                                    PCPropertyType type) {
     const TimelinePtr target = editableTimeline(type);
     if (!target) { return nullptr; }
     const auto write = [&target](const PropertyValue& written, int32_t time) {

@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 
 PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::initForElement(
-    const std::shared_ptr<PCElement>& element, int32_t type) {
+    const std::shared_ptr<PCElement>& element, PCPropertyType type) {
     auto timeline = std::make_shared<PCKeyedPropertyTimeline>(Passkey(), type);
     timeline->setElement(element);
     return timeline;
@@ -42,12 +42,12 @@ UndoManager* PCKeyedPropertyTimeline::undoManager() const {
     return owner ? &owner->undoManager() : nullptr;
 }
 
-int64_t PCKeyedPropertyTimeline::currentRepeatBehavior() const {
-    if (m_propertyType != PCPropertyTypeChildrenZPositions) { return m_repeatBehavior; }
+PCRepeatBehavior PCKeyedPropertyTimeline::currentRepeatBehavior() const {
+    if (m_propertyType != PCPropertyTypeChildrenZPositions) { return repeatBehavior(); }
     const PCElement* owner = element();
     const PCElement* parent = owner ? owner->parentElement() : nullptr;
     const Ptr decisive = parent ? parent->childrenZPositionsTimeline() : nullptr;
-    return decisive ? decisive->repeatBehavior() : int64_t{PCRepeatBehaviorNever};
+    return decisive ? decisive->repeatBehavior() : PCRepeatBehaviorNever;
 }
 
 bool PCKeyedPropertyTimeline::autoreversesFromCurrentRepeatBehavior() const {
@@ -55,7 +55,7 @@ bool PCKeyedPropertyTimeline::autoreversesFromCurrentRepeatBehavior() const {
 }
 
 float PCKeyedPropertyTimeline::repeatCountFromCurrentRepeatBehavior() const {
-    const int64_t behavior = currentRepeatBehavior();
+    const PCRepeatBehavior behavior = currentRepeatBehavior();
     const bool repeats =
         behavior == PCRepeatBehaviorForever || behavior == PCRepeatBehaviorForeverAutoreverse;
     return repeats ? std::numeric_limits<float>::infinity() : 0;
@@ -81,7 +81,7 @@ float PCKeyedPropertyTimeline::interpolateFloatForEffectiveTimeInMS(int32_t effe
                                                                     int32_t startTime,
                                                                     float startValue,
                                                                     int32_t endTime, float endValue,
-                                                                    int64_t easing) {
+                                                                    PCEasingMode easing) {
     const auto elapsed = static_cast<float>(static_cast<int64_t>(effectiveTime) - startTime);
     const auto length = static_cast<float>(static_cast<int64_t>(endTime) - startTime);
     return startValue + (endValue - startValue) *
@@ -266,11 +266,11 @@ QString PCKeyedPropertyTimeline::debugDescription() const {
     for (size_t i = 0; i < m_keys.size(); ++i) {
         parts += u"<%1%2%3|%4-->%5>"_s.arg(
             QString::number(m_times[i]), m_keys[i].has(kInstant) ? u"(INSTANT)"_s : QString(),
-            easingSuffix(m_keys[i].easingMode), describeValue(storedValueOfKeyframe(i)),
+            easingSuffix(easingModeOfKeyframe(i)), describeValue(storedValueOfKeyframe(i)),
             describeValue(valueOfKeyframeAtIndex(i)));
     }
     text +=
-        parts.join(u", "_s) + u"] repeatBehavior:"_s + stringFromRepeatBehavior(m_repeatBehavior);
+        parts.join(u", "_s) + u"] repeatBehavior:"_s + stringFromRepeatBehavior(repeatBehavior());
     if (autoreversesFromCurrentRepeatBehavior()) { text += u" (AUTOREVERSES)"_s; }
     return text;
 }

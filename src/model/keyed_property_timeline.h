@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/weak_ref.h"
+#include "model/properties/easing.h"
 #include "model/properties/packed_keyframes.h"
 #include "model/properties/property_type.h"
 #include "model/properties/repeat_behavior.h"
@@ -28,7 +29,7 @@ class PCKeyedPropertyTimelineChangeListener {
 
 /// What a timeline's archive says of it without its keyframes being decoded.
 struct TimelineSummary {
-    int64_t repeatBehavior = PCRepeatBehaviorNever;
+    PCRepeatBehavior repeatBehavior = PCRepeatBehaviorNever;
     int32_t durationInMS = 0;
     size_t keyframesCount = 0;
 };
@@ -52,7 +53,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     static constexpr size_t kNotFound = static_cast<size_t>(-1);
 
     /// An empty timeline. `element` may be null (the master keyframes timeline).
-    static Ptr initForElement(const std::shared_ptr<PCElement>& element, int32_t type);
+    static Ptr initForElement(const std::shared_ptr<PCElement>& element, PCPropertyType type);
     /// Reads an archived timeline. Throws InputError when it is none. The result counts as changed.
     static Ptr initWithArchive(const KeyedUnarchiver& archive);
     static Ptr unarchive(const QByteArray& data, const QString& entry);
@@ -61,7 +62,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     static Ptr EXPORT_unarchive(const QByteArray& data, const QString& entry);
     static TimelineSummary summaryOfArchive(const QByteArray& data, const QString& entry);
     /// For the factories only: the passkey is private.
-    PCKeyedPropertyTimeline(Passkey, int32_t type) : m_propertyType(type) {}
+    PCKeyedPropertyTimeline(Passkey, PCPropertyType type) : m_propertyType(type) {}
     /// An independent timeline with the same type, behaviour, keyframes and element.
     Ptr copy() const;
     ~PCKeyedPropertyTimeline() override;
@@ -71,7 +72,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     ArchiveClass archiveClass() const override { return {"PCKeyedPropertyTimeline"}; }
     void encodeWithCoder(KeyedEncoder& coder) const override;
 
-    int32_t propertyType() const { return m_propertyType; }
+    PCPropertyType propertyType() const { return m_propertyType; }
     /// Null for a timeline just loaded, for the master timeline, and once the element has gone.
     PCElement* element() const { return m_element.get(); }
     void setElement(const std::shared_ptr<PCElement>& element);
@@ -90,9 +91,11 @@ class PCKeyedPropertyTimeline : public Archivable,
     /// True when nothing has changed since the timeline was read or written. A timeline that was
     /// read counts as unsaved all the same.
     bool isAsStored() const { return m_isAsStored; }
-    int64_t repeatBehavior() const { return m_repeatBehavior; }
+    PCRepeatBehavior repeatBehavior() const {
+        return static_cast<PCRepeatBehavior>(m_repeatBehavior);
+    }
     /// Stores, marks as changed, tells the listener.
-    void setRepeatBehavior(int64_t behavior);
+    void setRepeatBehavior(PCRepeatBehavior behavior);
     /// For children orders the parent element's children-order timeline decides.
     bool autoreversesFromCurrentRepeatBehavior() const;
     /// Infinity, or 0 when the timeline plays once; decided likewise.
@@ -138,7 +141,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     /// endValue), all in milliseconds, by the end's easing mode.
     static float interpolateFloatForEffectiveTimeInMS(int32_t effectiveTime, int32_t startTime,
                                                       float startValue, int32_t endTime,
-                                                      float endValue, int64_t easing);
+                                                      float endValue, PCEasingMode easing);
 
     // Keyframe lookup. Binary searches but for keyframeClosestToTimeInMS.
 
@@ -166,7 +169,9 @@ class PCKeyedPropertyTimeline : public Archivable,
         return m_otherValues ? m_otherValues->data() : nullptr;
     }
     int32_t timeOfKeyframe(size_t index) const { return m_times[index]; }
-    int64_t easingModeOfKeyframe(size_t index) const { return m_keys[index].easingMode; }
+    PCEasingMode easingModeOfKeyframe(size_t index) const {
+        return static_cast<PCEasingMode>(m_keys[index].easingMode);
+    }
     bool keyframeIsInstant(size_t index) const { return m_keys[index].has(kInstant); }
     PropertyValue storedValueOfKeyframe(size_t index) const;
     KeyframeRecord recordOfKeyframe(size_t index) const;
@@ -222,7 +227,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     using Handles = std::vector<PCPropertyKeyframe*>;
     using OtherValues = std::vector<PropertyValue>;
 
-    int32_t m_propertyType;
+    PCPropertyType m_propertyType;
     int8_t m_repeatBehavior = PCRepeatBehaviorNever;
     bool m_hasUnsavedChanges = false;
     bool m_isAsStored = false;
@@ -237,9 +242,10 @@ class PCKeyedPropertyTimeline : public Archivable,
 
     enum class Fields { All, Exported };
     static Ptr decode(const KeyedUnarchiver& archive, Fields fields);
-    static void encodeKeyframe(KeyedEncoder& coder, const KeyframeRecord& record, int32_t type);
+    static void encodeKeyframe(KeyedEncoder& coder, const KeyframeRecord& record,
+                               PCPropertyType type);
 
-    int64_t currentRepeatBehavior() const;
+    PCRepeatBehavior currentRepeatBehavior() const;
     FactorAndOffset factorAndOffset() const;
     float setupNumber() const;
     const PropertyValue* otherValueAt(int32_t timeInMS) const;

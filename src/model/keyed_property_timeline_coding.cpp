@@ -18,7 +18,7 @@ bool isLegacyScaleString(const QString& string) {
     return string == u"xScale"_s || string == u"yScale"_s;
 }
 
-int32_t decodePropertyType(const KeyedDecoder& coder, const KeyedUnarchiver& archive) {
+PCPropertyType decodePropertyType(const KeyedDecoder& coder, const KeyedUnarchiver& archive) {
     const QString string = coder.decodeString("property_type");
     if (isLegacyScaleString(string)) { return PCPropertyTypeScale; }
     if (!isKnownPropertyString(string)) {
@@ -64,7 +64,7 @@ Identifier decodeIdentifier(const RecordDecoder& coder) {
     return identifier.isNull() ? Identifier::generate() : identifier;
 }
 
-int64_t decodeEasingMode(const RecordDecoder& coder) {
+PCEasingMode decodeEasingMode(const RecordDecoder& coder) {
     const auto ascii = coder.decodeAscii(kEasingKey);
     return ascii ? easingModeFromName(*ascii)
                  : easingModeFromString(coder.decodeString(kEasingKey));
@@ -100,7 +100,7 @@ void decodeOtherFields(const RecordDecoder& coder, KeyframeRecord& record) {
     record.identifier = decodeIdentifier(coder);
 }
 
-void encodeValue(KeyedEncoder& coder, const PropertyValue& value, int32_t type) {
+void encodeValue(KeyedEncoder& coder, const PropertyValue& value, PCPropertyType type) {
     const bool isImage = type == PCPropertyTypeImageContents;
     if (const float* number = std::get_if<float>(&value)) {
         isImage ? coder.encodeNumberObject("imageName", *number)
@@ -119,7 +119,7 @@ void encodeValue(KeyedEncoder& coder, const PropertyValue& value, int32_t type) 
 }  // namespace
 
 void PCKeyedPropertyTimeline::encodeKeyframe(KeyedEncoder& coder, const KeyframeRecord& record,
-                                             int32_t type) {
+                                             PCPropertyType type) {
     assertContract(type != PCPropertyTypeZPosition,
                    u"* should NOT be encoding timeline of type zPosition"_s);
     coder.encodeInt("time", record.timeInMS);
@@ -134,7 +134,7 @@ void PCKeyedPropertyTimeline::encodeKeyframe(KeyedEncoder& coder, const Keyframe
 }
 
 void PCKeyedPropertyTimeline::encodeWithCoder(KeyedEncoder& coder) const {
-    coder.encodeString("repeat_behavior", stringFromRepeatBehavior(m_repeatBehavior));
+    coder.encodeString("repeat_behavior", stringFromRepeatBehavior(repeatBehavior()));
     coder.encodeString("property_type", stringFromPropertyType(m_propertyType));
     coder.encodeRecords("keyframes", {"PCPropertyKeyframe"}, m_keys.size(),
                         [this](size_t index, KeyedEncoder& item) {

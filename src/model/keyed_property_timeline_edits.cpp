@@ -31,7 +31,7 @@ KeyframeRecord PCKeyedPropertyTimeline::recordOfKeyframe(size_t index) const {
     const Key& key = m_keys[index];
     KeyframeRecord record;
     record.timeInMS = m_times[index];
-    record.easingMode = key.easingMode;
+    record.easingMode = easingModeOfKeyframe(index);
     record.instantTransition = key.has(kInstant);
     record.keyall = key.has(kKeyall);
     record.liveRecorded = key.has(kRecorded);
@@ -182,7 +182,7 @@ void PCKeyedPropertyTimeline::didChange() {
     if (m_listener) { m_listener->keyedPropertyTimelineDidChange(*this); }
 }
 
-void PCKeyedPropertyTimeline::setRepeatBehavior(int64_t behavior) {
+void PCKeyedPropertyTimeline::setRepeatBehavior(PCRepeatBehavior behavior) {
     m_isAsStored = false;
     m_repeatBehavior = static_cast<int8_t>(std::clamp<int64_t>(behavior, INT8_MIN, INT8_MAX));
     forgetSamples();
@@ -195,8 +195,9 @@ KeyframeRecord PCKeyedPropertyTimeline::newKeyframeRecord(int32_t timeInMS) cons
     record.identifier = Identifier::generate();
     record.instantTransition = !PCAppPreferences::tweenOn();
     PCProject* owner = project();
-    const int64_t easing = owner ? owner->preferences().defaultEasingMode() : 0;
-    if (easing == -1) {
+    const PCEasingMode easing =
+        owner ? owner->preferences().defaultEasingMode() : PCEasingModeLinear;
+    if (easing == easingModeInstant) {
         record.instantTransition = true;
     } else {
         record.easingMode = packedEasingMode(easing);

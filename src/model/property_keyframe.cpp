@@ -60,7 +60,7 @@ int32_t PCPropertyKeyframe::timeInMS() const {
 bool PCPropertyKeyframe::instantTransition() const {
     return record().instantTransition;
 }
-int64_t PCPropertyKeyframe::easingMode() const {
+PCEasingMode PCPropertyKeyframe::easingMode() const {
     return record().easingMode;
 }
 bool PCPropertyKeyframe::keyall() const {
@@ -108,7 +108,7 @@ void PCPropertyKeyframe::storeInstantTransition(bool instant) {
     change([instant](KeyframeRecord& record) { record.instantTransition = instant; });
 }
 
-void PCPropertyKeyframe::setEasingMode(int64_t mode) {
+void PCPropertyKeyframe::setEasingMode(PCEasingMode mode) {
     if (UndoManager* undo = undoManager()) {
         undo->registerUndo([self = shared_from_this(), old = easingMode()] {
             self->standing()->setEasingMode(old);
@@ -179,11 +179,11 @@ QString PCPropertyKeyframe::description() const {
                                 easingSuffix(fields.easingMode), describeValue(fields.value));
 }
 
-int32_t packedEasingMode(int64_t mode) {
-    return static_cast<int32_t>(std::clamp<int64_t>(mode, INT16_MIN, INT16_MAX));
+PCEasingMode packedEasingMode(PCEasingMode mode) {
+    return static_cast<PCEasingMode>(std::clamp<int64_t>(mode, INT16_MIN, INT16_MAX));
 }
 
-QString easingSuffix(int64_t mode) {
+QString easingSuffix(PCEasingMode mode) {
     const QString name = stringFromEasingMode(mode);
     return name == u"linear"_s ? QString() : u"(%1)"_s.arg(name);
 }

@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "base/identifier.h"
+#include "model/properties/easing.h"
 #include "model/properties/property_value.h"
 
 namespace tweenery {
@@ -17,7 +18,7 @@ class UndoManager;
 /// The stored fields of one keyframe. A timeline keeps them packed; see PCKeyedPropertyTimeline.
 struct KeyframeRecord {
     int32_t timeInMS = 0;
-    int32_t easingMode = 0;
+    PCEasingMode easingMode = PCEasingModeLinear;
     bool instantTransition = false;
     bool keyall = false;
     bool liveRecorded = false;
@@ -28,9 +29,9 @@ struct KeyframeRecord {
 };
 
 /// The mode as a timeline can keep it: all modes that mean something, and others as others.
-int32_t packedEasingMode(int64_t mode);
+PCEasingMode packedEasingMode(PCEasingMode mode);
 /// "(easeIn)" for descriptions; empty for linear.
-QString easingSuffix(int64_t mode);
+QString easingSuffix(PCEasingMode mode);
 
 /// One value of one property at one time: a handle with identity on a keyframe that its timeline
 /// keeps packed. A keyframe taken out of its timeline, or made without one, keeps its fields
@@ -59,7 +60,7 @@ class PCPropertyKeyframe : public std::enable_shared_from_this<PCPropertyKeyfram
     /// Whole milliseconds from the start of the animation.
     int32_t timeInMS() const;
     bool instantTransition() const;
-    int64_t easingMode() const;
+    PCEasingMode easingMode() const;
     bool keyall() const;
     bool liveRecorded() const;
     bool liveRecordedStart() const;
@@ -67,7 +68,7 @@ class PCPropertyKeyframe : public std::enable_shared_from_this<PCPropertyKeyfram
 
     /// Register the old value for undo, store, and report the change, even when the value is equal.
     void setInstantTransition(bool instant);
-    void setEasingMode(int64_t mode);
+    void setEasingMode(PCEasingMode mode);
     /// Reports the change only when the keyframe has a value. No undo step; the timeline's order is
     /// broken until PCKeyedPropertyTimeline::updateKeyframeSort().
     void setTimeInMS(int32_t timeInMS);

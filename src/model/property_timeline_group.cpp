@@ -20,7 +20,7 @@ constexpr std::array<PCPropertyType, kElementTimelineCount> kGroupOrder{
     PCPropertyTypeChildrenZPositions,
     PCPropertyTypeImageContents};
 
-size_t slotOf(int32_t type) {
+size_t slotOf(PCPropertyType type) {
     const int slot = elementTimelineSlot(type);
     if (slot < 0) { failContract(u"type not supported: %1"_s.arg(stringFromPropertyType(type))); }
     return static_cast<size_t>(slot);
@@ -32,7 +32,7 @@ std::span<const PCPropertyType, kElementTimelineCount> timelineGroupOrder() {
     return kGroupOrder;
 }
 
-QString filenameOfTimelineType(int32_t type) {
+QString filenameOfTimelineType(PCPropertyType type) {
     const char* stem = propertyTypeRow(type).fileStem;
     if (!stem) { failContract(u"type not supported: %1"_s.arg(stringFromPropertyType(type))); }
     return QString::fromLatin1(stem) + u".data"_s;
@@ -66,7 +66,7 @@ std::shared_ptr<PCPropertyTimelineGroup> PCPropertyTimelineGroup::fromElement(PC
 }
 
 PCKeyedPropertyTimeline::Ptr PCPropertyTimelineGroup::propertyTimelineFromParentFileWrapper(
-    int32_t type) const {
+    PCPropertyType type) const {
     const QString filename = filenameOfTimelineType(type);
     const FileWrapper::Ptr file = m_directory ? m_directory->child(filename) : nullptr;
     if (!file) { return PCKeyedPropertyTimeline::initForElement(nullptr, type); }
@@ -75,17 +75,17 @@ PCKeyedPropertyTimeline::Ptr PCPropertyTimelineGroup::propertyTimelineFromParent
     return PCKeyedPropertyTimeline::unarchive(file->contents(), entry);
 }
 
-PCKeyedPropertyTimeline::Ptr PCPropertyTimelineGroup::timeline(int32_t type) {
+PCKeyedPropertyTimeline::Ptr PCPropertyTimelineGroup::timeline(PCPropertyType type) {
     PCKeyedPropertyTimeline::Ptr& timeline = m_timelines[slotOf(type)];
     if (!timeline) { timeline = propertyTimelineFromParentFileWrapper(type); }
     return timeline;
 }
 
-PCKeyedPropertyTimeline::Ptr PCPropertyTimelineGroup::timelineIfLoaded(int32_t type) const {
+PCKeyedPropertyTimeline::Ptr PCPropertyTimelineGroup::timelineIfLoaded(PCPropertyType type) const {
     return m_timelines[slotOf(type)];
 }
 
-PCKeyedPropertyTimeline::Ptr PCPropertyTimelineGroup::storedTimeline(int32_t type) {
+PCKeyedPropertyTimeline::Ptr PCPropertyTimelineGroup::storedTimeline(PCPropertyType type) {
     const bool isLoaded = m_timelines[slotOf(type)] != nullptr;
     const bool hasFile = m_directory && m_directory->child(filenameOfTimelineType(type));
     return isLoaded || hasFile ? timeline(type) : nullptr;

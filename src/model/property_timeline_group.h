@@ -27,11 +27,11 @@ class PCPropertyTimelineGroup {
 
     /// The timeline of one of the eight element types, decoded if it was not yet. Throws InputError
     /// when its file cannot be read, AssertionFailure for a type without a slot.
-    PCKeyedPropertyTimeline::Ptr timeline(int32_t type);
+    PCKeyedPropertyTimeline::Ptr timeline(PCPropertyType type);
     /// The same, but null unless the timeline is in memory.
-    PCKeyedPropertyTimeline::Ptr timelineIfLoaded(int32_t type) const;
+    PCKeyedPropertyTimeline::Ptr timelineIfLoaded(PCPropertyType type) const;
     /// The same, but null where there is neither a file nor a timeline in memory.
-    PCKeyedPropertyTimeline::Ptr storedTimeline(int32_t type);
+    PCKeyedPropertyTimeline::Ptr storedTimeline(PCPropertyType type);
     /// Translation x, y, scale x, y, rotation, opacity, children z positions, image contents.
     std::vector<PCKeyedPropertyTimeline::Ptr> allTimelines();
     /// Those of them that are in memory.
@@ -47,14 +47,14 @@ class PCPropertyTimelineGroup {
     QString m_parentPath;  // shared by all groups of an animation
     Timelines m_timelines;
 
-    PCKeyedPropertyTimeline::Ptr propertyTimelineFromParentFileWrapper(int32_t type) const;
+    PCKeyedPropertyTimeline::Ptr propertyTimelineFromParentFileWrapper(PCPropertyType type) const;
 };
 
 /// The order of allTimelines(), by type.
 std::span<const PCPropertyType, kElementTimelineCount> timelineGroupOrder();
 
 /// "<stem>.data" of a timeline type. Throws AssertionFailure "type not supported: %@".
-QString filenameOfTimelineType(int32_t type);
+QString filenameOfTimelineType(PCPropertyType type);
 /// The type whose timelines that file holds; nothing for any other name.
 std::optional<PCPropertyType> timelineTypeOfFilename(const QString& filename);
 

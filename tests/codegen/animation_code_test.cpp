@@ -145,8 +145,8 @@ TEST(StandardAnimationCode, ExpandsAChildrenOrder) {
 }
 
 TEST(StandardAnimationCode, RefusesCombinedProperties) {
-    for (const int32_t type : {PCPropertyTypeChildrenZPositions, PCPropertyTypeScale,
-                               PCPropertyTypeTranslation, PCPropertyTypeKeyAll}) {
+    for (const PCPropertyType type : {PCPropertyTypeChildrenZPositions, PCPropertyTypeScale,
+                                      PCPropertyTypeTranslation, PCPropertyTypeKeyAll}) {
         EXPECT_THROW(animationQualifierForPropertyType(type), AssertionFailure);
         EXPECT_THROW(animationKeyPathForPropertyType(type), AssertionFailure);
     }
@@ -215,7 +215,7 @@ TEST(FrameSlicedAnimationCode, MeetsRotationAndScaleInOneStatement) {
 
 TEST(FrameSlicedAnimationCode, StopsTheRunWhenNoTableCanHoldIt) {
     struct Case {
-        int32_t type;
+        PCPropertyType type;
         std::vector<Key> keys;
         QString name;
         const char* message;

@@ -158,7 +158,8 @@ TEST(ExportDiagnostics, TellWhatWillNotCompileOrSurprises) {
     };
     const RunTarget swift{.language = TargetLanguage::Swift};
     const RunTarget mac{.mac = true};
-    const auto animate = [](Scene& scene, const QString& name, int32_t type, const Key& key) {
+    const auto animate = [](Scene& scene, const QString& name, PCPropertyType type,
+                            const Key& key) {
         const auto element = scene.project()->canvas()->children().front();
         scene.store(scene.addAnimation(name), element, type, {key});
     };
@@ -213,7 +214,7 @@ TEST(ExportDiagnostics, TellWhatWillNotCompileOrSurprises) {
              animate(s, u"old"_s, PCPropertyTypeOpacity, {9, 0.5F});
              const auto& animation = s.project()->animationsManager().animations().front();
              s.store(animation, s.project()->canvas()->children().front(), PCPropertyTypeScale,
-                     {{9, QPointF(2, 2)}}, 0, u"xScale.data"_s);
+                     {{9, QPointF(2, 2)}}, PCRepeatBehaviorNever, u"xScale.data"_s);
              s.store(animation, u"GONE"_s, PCPropertyTypeOpacity, {{9, 0.5F}});
          },
          {},

@@ -35,13 +35,14 @@ PCAnimation::Ptr Scene::addAnimation(const QString& name) {
     return animation;
 }
 
-void Scene::store(const PCAnimation::Ptr& animation, const QString& elementIdentifier, int32_t type,
-                  const std::vector<Key>& keys, int64_t repeatBehavior, const QString& fileName) {
+void Scene::store(const PCAnimation::Ptr& animation, const QString& elementIdentifier,
+                  PCPropertyType type, const std::vector<Key>& keys,
+                  PCRepeatBehavior repeatBehavior, const QString& fileName) {
     const auto timeline = PCKeyedPropertyTimeline::initForElement(nullptr, type);
     timeline->setRepeatBehavior(repeatBehavior);
     for (const Key& key : keys) {
         const auto keyframe = timeline->setStoredPropertyValue(key.value, key.timeInMS);
-        keyframe->setEasingMode(key.easing);
+        keyframe->setEasingMode(static_cast<PCEasingMode>(key.easing));
         keyframe->setInstantTransition(key.instant);
     }
     animation->fileWrapper()

@@ -39,11 +39,13 @@ class Scene {
     PCAnimation::Ptr addAnimation(const QString& name);
     /// Stores a timeline in the animation's directory, under the file name of its type unless
     /// `fileName` says otherwise.
-    void store(const PCAnimation::Ptr& animation, const QString& elementIdentifier, int32_t type,
-               const std::vector<Key>& keys, int64_t repeatBehavior = PCRepeatBehaviorNever,
+    void store(const PCAnimation::Ptr& animation, const QString& elementIdentifier,
+               PCPropertyType type, const std::vector<Key>& keys,
+               PCRepeatBehavior repeatBehavior = PCRepeatBehaviorNever,
                const QString& fileName = {});
-    void store(const PCAnimation::Ptr& animation, const PCElement::Ptr& element, int32_t type,
-               const std::vector<Key>& keys, int64_t repeatBehavior = PCRepeatBehaviorNever,
+    void store(const PCAnimation::Ptr& animation, const PCElement::Ptr& element,
+               PCPropertyType type, const std::vector<Key>& keys,
+               PCRepeatBehavior repeatBehavior = PCRepeatBehaviorNever,
                const QString& fileName = {}) {
         store(animation, element->identifier().toString(), type, keys, repeatBehavior, fileName);
     }

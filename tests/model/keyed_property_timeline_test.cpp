@@ -23,7 +23,7 @@ TEST(KeyedPropertyTimeline, AnswersTheValueAtATime) {
     struct Case {
         const char* what;
         PCElement::Ptr element;
-        int32_t type;
+        PCPropertyType type;
         const char* keys;
         int64_t repeat;
         const char* values;  // time:value
@@ -64,7 +64,8 @@ TEST(KeyedPropertyTimeline, AnswersTheValueAtATime) {
     };
     // clang-format on
     for (const Case& c : cases) {
-        const auto timeline = timelineWithKeys(c.element, c.type, c.keys, c.repeat);
+        const auto timeline =
+            timelineWithKeys(c.element, c.type, c.keys, static_cast<PCRepeatBehavior>(c.repeat));
         for (const QString& pair : QString::fromLatin1(c.values).split(u' ')) {
             const int32_t time = pair.section(u':', 0, 0).toInt();
             const float value = timeline->floatValueAtTimeInMS(time);
@@ -209,7 +210,8 @@ TEST(KeyedPropertyTimeline, DescribesItself) {
     const auto element = elementWith(0.5, 1, 0);
     element->setName(u"Ball %1"_s);
     const auto timeline =
-        timelineWithKeys(element, PCPropertyTypeOpacity, "100:1.5(easeIn) 200:0.1!", 2);
+        timelineWithKeys(element, PCPropertyTypeOpacity, "100:1.5(easeIn) 200:0.1!",
+                         PCRepeatBehaviorForeverAutoreverse);
     EXPECT_EQ(timeline->debugDescription().toStdString(),
               "[timeline (Ball %1) opacity (count:2): 0.5 (from element 'Ball %1')"
               "<100(easeIn)|1.5-->0.75>, <200(INSTANT)|0.1-->0.05>] "

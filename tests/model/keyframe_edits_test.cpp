@@ -132,13 +132,14 @@ TEST_F(KeyframeEdits, UndoOfADeletionRestoresValueAndTime) {
 TEST_F(KeyframeEdits, NewKeyframesFollowThePreferences) {
     struct Case {
         bool tweenOn;
-        int64_t defaultEasing;
+        PCEasingMode defaultEasing;
         const char* keys;
     };
     for (const Case& c :
          {Case{true, PCEasingModeLinear, "5:1"},
-          Case{true, PCEasingModeOvershoot, "5:1(overshoot)"}, Case{true, -1, "5:1!"},
-          Case{false, PCEasingModeEaseIn, "5:1!(easeIn)"}, Case{false, -1, "5:1!"}}) {
+          Case{true, PCEasingModeOvershoot, "5:1(overshoot)"},
+          Case{true, easingModeInstant, "5:1!"}, Case{false, PCEasingModeEaseIn, "5:1!(easeIn)"},
+          Case{false, easingModeInstant, "5:1!"}}) {
         timeline->removeAllKeyframes();
         PCAppPreferences::setTweenOn(c.tweenOn);
         project->preferences().setDefaultEasingMode(c.defaultEasing);
@@ -186,14 +187,14 @@ TEST_F(KeyframeEdits, ReportTheirChanges) {
         [&] {
             key({100, 200});
         },
-        [&] { at(100)->setEasingMode(1); },
+        [&] { at(100)->setEasingMode(PCEasingModeEaseIn); },
         [&] { at(100)->setInstantTransition(false); },
         [&] { at(100)->setTimeInMS(50); },
         [&] { at(50)->setFloatPropertyValue(4); },
         [&] { timeline->moveKeyframeAtTimeInMS(50, 60); },
         [&] { timeline->duplicateKeyframe(at(60)); },
         [&] { timeline->deleteKeyframe(at(61)); },
-        [&] { timeline->setRepeatBehavior(1); },
+        [&] { timeline->setRepeatBehavior(PCRepeatBehaviorForever); },
         [&] { timeline->removeAllKeyframes(); },
     };
     for (size_t i = 0; i < edits.size(); ++i) {
@@ -235,10 +236,9 @@ TEST_F(KeyframeEdits, RegisterStepsByTheElement) {
 }
 
 TEST_F(KeyframeEdits, CompareWithinTheirProperty) {
-    const auto equal = [this](int32_t a, const PropertyValue& x, int32_t b,
-                              const PropertyValue& y) {
-        const auto one = PCKeyedPropertyTimeline::initForElement(element, a);
-        const auto two = PCKeyedPropertyTimeline::initForElement(element, b);
+    const auto equal = [this](int a, const PropertyValue& x, int b, const PropertyValue& y) {
+        const auto one = PCKeyedPropertyTimeline::initForElement(element, PCPropertyType{a});
+        const auto two = PCKeyedPropertyTimeline::initForElement(element, PCPropertyType{b});
         return one->setStoredPropertyValue(x, 0)->valueIsEqualToKeyframeValue(
             *two->setStoredPropertyValue(y, 0));
     };

@@ -39,7 +39,7 @@ PCElement::Ptr reread(const PCElement& element) {
 }
 
 TEST(TimelineCoding, KeepsEveryField) {
-    const std::vector<std::pair<int32_t, std::vector<PropertyValue>>> cases = {
+    const std::vector<std::pair<PCPropertyType, std::vector<PropertyValue>>> cases = {
         {PCPropertyTypeOpacity, {1.1F, -2.0F, {}}},
         {PCPropertyTypeImageContents, {u"a.png"_s, {}, 3.5F}},
         {PCPropertyTypeChildrenZPositions, {QStringList{u"a"_s, u"b"_s}, QStringList()}},
@@ -62,7 +62,7 @@ TEST(TimelineCoding, KeepsEveryField) {
         int32_t time = 0;
         for (const PropertyValue& value : values) {
             const auto keyframe = timeline->setStoredPropertyValue(value, time += 10);
-            keyframe->setEasingMode(time % 7);
+            keyframe->setEasingMode(easingModes()[static_cast<size_t>(time % 7)].mode);
             keyframe->setKeyall(true);
             keyframe->setInstantTransition(time == 10);
             keyframe->setLiveRecorded(time == 20);
@@ -76,7 +76,7 @@ TEST(TimelineCoding, KeepsEveryField) {
         EXPECT_EQ(fields(*copy), fields(*timeline));
     }
     const auto odd = PCKeyedPropertyTimeline::initForElement(nullptr, PCPropertyTypeOpacity);
-    odd->setFloatPropertyValue(1, 0)->setEasingMode(7);
+    odd->setFloatPropertyValue(1, 0)->setEasingMode(PCEasingMode{7});
     EXPECT_EQ(reread(*odd)->keyframesSortedByTime()[0]->easingMode(), PCEasingModeLinear);
     const auto z = PCKeyedPropertyTimeline::initForElement(nullptr, PCPropertyTypeZPosition);
     z->setStoredPropertyValue(1.0F, 0);

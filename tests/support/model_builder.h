@@ -47,8 +47,9 @@ std::string exactState(const PCElement& root);
 /// when it is not linear, and "k" when Key All set it.
 std::string keysText(const PCKeyedPropertyTimeline& timeline);
 /// A timeline with the keyframes in that notation; their values are stored as they stand.
-PCKeyedPropertyTimeline::Ptr timelineWithKeys(const PCElement::Ptr& element, int32_t type,
-                                              const char* keys, int64_t repeat = 0);
+PCKeyedPropertyTimeline::Ptr timelineWithKeys(const PCElement::Ptr& element, PCPropertyType type,
+                                              const char* keys,
+                                              PCRepeatBehavior repeat = PCRepeatBehaviorNever);
 
 /// Walks what was done back and forth: the state after every undo and redo has to be the one that
 /// was seen when it was done.
@@ -199,8 +200,9 @@ inline std::string keysText(const PCKeyedPropertyTimeline& timeline) {
     return text;
 }
 
-inline PCKeyedPropertyTimeline::Ptr timelineWithKeys(const PCElement::Ptr& element, int32_t type,
-                                                     const char* keys, int64_t repeat) {
+inline PCKeyedPropertyTimeline::Ptr timelineWithKeys(const PCElement::Ptr& element,
+                                                     PCPropertyType type, const char* keys,
+                                                     PCRepeatBehavior repeat) {
     auto timeline = PCKeyedPropertyTimeline::initForElement(element, type);
     for (const QString& text : QString::fromLatin1(keys).split(u' ', Qt::SkipEmptyParts)) {
         static const QRegularExpression pattern(

@@ -223,7 +223,7 @@ void PCLayer::removeFromSuperlayer() {
 
 // Animations.
 
-void PCLayer::addAnimationForProperty(int32_t type) {
+void PCLayer::addAnimationForProperty(PCPropertyType type) {
     assertContract(elementTimelineSlot(type) >= 0,
                    u"* propertytype not supported for generating animations"_s);
     const QString key = keyPathForPropertyType(type);

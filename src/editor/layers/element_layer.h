@@ -60,7 +60,7 @@ class PCLayer : public Layer, public ElementViewLayer {
     /// Puts the element's timeline of that type on this layer as an animation, under the type's key
     /// path, in place of the one there. An empty timeline leaves none. Playback has keys of its
     /// own. Throws AssertionFailure for a type without an animation.
-    void addAnimationForProperty(int32_t type);
+    void addAnimationForProperty(PCPropertyType type);
     /// Opacity, rotation, image, stacking, scale and translation.
     void addAllPropertyAnimations();
     void addAllPropertyAnimationsExceptZIndex();

@@ -20,7 +20,7 @@ constexpr size_t kSetup = Timeline::kNotFound;
 struct Entry {
     size_t keyframe = kSetup;
     double keyTime = 0;
-    int64_t easingMode = PCEasingModeLinear;  // of the span that ends here
+    PCEasingMode easingMode = PCEasingModeLinear;  // of the span that ends here
 };
 
 /// Half a millisecond before an instant keyframe its predecessor's value is shown for the last
@@ -37,7 +37,7 @@ std::vector<Entry> entriesOf(const Timeline& timeline) {
     if (timeline.timeOfKeyframe(0) > 0) { entries.push_back({}); }
     for (size_t i = 0; i < count; ++i) {
         const int32_t time = timeline.timeOfKeyframe(i);
-        const int64_t easing = timeline.easingModeOfKeyframe(i);
+        const PCEasingMode easing = timeline.easingModeOfKeyframe(i);
         if (timeline.keyframeIsInstant(i) && !entries.empty()) {
             const double holdEnd = static_cast<double>(time) - kHoldEndsBeforeInMS;
             entries.push_back({entries.back().keyframe, holdEnd / duration, easing});
@@ -48,11 +48,10 @@ std::vector<Entry> entriesOf(const Timeline& timeline) {
     return entries;
 }
 
-TimingFunction timingFunctionForEasingMode(int64_t mode) {
+TimingFunction timingFunctionForEasingMode(PCEasingMode mode) {
     const auto modes = easingModes();
     const bool isKnown = mode >= 0 && mode < static_cast<int64_t>(modes.size());
-    const EasingMode& row =
-        modes[static_cast<size_t>(isKnown ? mode : int64_t{PCEasingModeLinear})];
+    const EasingMode& row = modes[static_cast<size_t>(isKnown ? mode : PCEasingModeLinear)];
     return {row.x1, row.y1, row.x2, row.y2};
 }
 
@@ -110,7 +109,7 @@ std::optional<KeyframeAnimation> TimelineAnimations::animation(const Timeline& t
 
 std::optional<KeyframeAnimation> TimelineAnimations::ownAnimation(const Timeline& timeline,
                                                                   const PCElement& element) {
-    const int32_t type = timeline.propertyType();
+    const PCPropertyType type = timeline.propertyType();
     const auto property = layerPropertyForKeyPath(keyPathForPropertyType(type));
     if (!property || timeline.isEmpty()) { return std::nullopt; }
     if (type == PCPropertyTypeImageContents) { return imageAnimation(timeline, element); }
@@ -184,7 +183,7 @@ QString TimelineAnimations::animationKeyForTimelineOnAnimationName(const Timelin
                           animationQualifierForPropertyType(timeline.propertyType()));
 }
 
-QString TimelineAnimations::animationQualifierForPropertyType(int32_t type) {
+QString TimelineAnimations::animationQualifierForPropertyType(PCPropertyType type) {
     const char* qualifier = propertyTypeRow(type).playbackQualifier;
     if (!qualifier) { failContract(u"* propertype not supported for animationqualifier"_s); }
     return QString::fromLatin1(qualifier);

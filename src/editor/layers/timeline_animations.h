@@ -34,7 +34,7 @@ class TimelineAnimations {
     static QString animationKeyForTimelineOnAnimationName(const PCKeyedPropertyTimeline& timeline,
                                                           const QString& animationName);
     /// Throws AssertionFailure for the Key All type.
-    static QString animationQualifierForPropertyType(int32_t type);
+    static QString animationQualifierForPropertyType(PCPropertyType type);
 
  private:
     using Timeline = PCKeyedPropertyTimeline;

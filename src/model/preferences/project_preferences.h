@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "model/preferences/app_preferences.h"
+#include "model/properties/easing.h"
 #include "storage/keyed_archiver.h"
 #include "storage/keyed_unarchiver.h"
 
@@ -97,8 +98,8 @@ class PCProjectPreferences : public Archivable {
     void setGeneratedCodeTakesParameters(bool value);
 
     /// The easing of new keyframes; easingModeInstant makes them jump, but is stored as linear.
-    int64_t defaultEasingMode() const { return m_defaultEasingMode; }
-    void setDefaultEasingMode(int64_t mode) { change(m_defaultEasingMode, mode); }
+    PCEasingMode defaultEasingMode() const { return m_defaultEasingMode; }
+    void setDefaultEasingMode(PCEasingMode mode) { change(m_defaultEasingMode, mode); }
 
     ArchiveClass archiveClass() const override { return {"PCProjectPreferences"}; }
     void encodeWithCoder(KeyedEncoder& coder) const override;
@@ -144,7 +145,7 @@ class PCProjectPreferences : public Archivable {
     bool m_generatedCodeCleansImageDirectory =
         PCAppPreferences::generatedCodeCleansImageDirectory();
     bool m_generatedCodeTakesParameters = PCAppPreferences::generatedCodeTakesParameters();
-    int64_t m_defaultEasingMode = 0;
+    PCEasingMode m_defaultEasingMode = PCEasingModeLinear;
 };
 
 }  // namespace tweenery

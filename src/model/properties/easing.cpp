@@ -22,23 +22,23 @@ std::span<const EasingMode> easingModes() {
     return table;
 }
 
-std::string_view nameOfEasingMode(int64_t mode) {
+std::string_view nameOfEasingMode(PCEasingMode mode) {
     const bool isKnown = mode >= 0 && mode < static_cast<int64_t>(table.size());
     return table[isKnown ? static_cast<size_t>(mode) : 0].name;
 }
 
-int64_t easingModeFromName(std::string_view name) {
+PCEasingMode easingModeFromName(std::string_view name) {
     const auto* row = std::find_if(table.begin(), table.end(),
                                    [name](const EasingMode& mode) { return mode.name == name; });
     return row == table.end() ? PCEasingModeLinear : row->mode;
 }
 
-QString stringFromEasingMode(int64_t mode) {
+QString stringFromEasingMode(PCEasingMode mode) {
     const std::string_view name = nameOfEasingMode(mode);
     return QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
 }
 
-int64_t easingModeFromString(const QString& name) {
+PCEasingMode easingModeFromString(const QString& name) {
     return easingModeFromName(name.toStdString());
 }
 

@@ -20,7 +20,7 @@ enum PCEasingMode : int64_t {
 };
 
 /// As a project's default easing mode only: new keyframes jump.
-constexpr int64_t easingModeInstant = -1;
+constexpr PCEasingMode easingModeInstant{-1};
 
 /// One row for each easing mode: everything that is known of it.
 struct EasingMode {
@@ -36,13 +36,13 @@ struct EasingMode {
 std::span<const EasingMode> easingModes();
 
 /// The mode's name; "linear" for any number that is none. Lasts as long as the program.
-std::string_view nameOfEasingMode(int64_t mode);
+std::string_view nameOfEasingMode(PCEasingMode mode);
 /// The mode of that name; linear for any other text.
-int64_t easingModeFromName(std::string_view name);
+PCEasingMode easingModeFromName(std::string_view name);
 
 /// The mode's name; "linear" for any number that is none.
-QString stringFromEasingMode(int64_t mode);
+QString stringFromEasingMode(PCEasingMode mode);
 /// The mode of that name; linear for any other text, a null string included.
-int64_t easingModeFromString(const QString& name);
+PCEasingMode easingModeFromString(const QString& name);
 
 }  // namespace tweenery

@@ -56,7 +56,7 @@ void NumberSpan::moveTo(const PackedKeyframes& keyframes, size_t start, int32_t 
         endValue = std::clamp(endValue, 0.0F, 1.0F);
     }
     m_change = endValue - m_start;
-    m_curve = singlePrecisionTimingTable(keys[end].easingMode);
+    m_curve = singlePrecisionTimingTable(static_cast<PCEasingMode>(keys[end].easingMode));
     if (!hasStart) { m_atFrom = m_start + m_change * easedProgress(0, m_length, m_curve); }
 }
 

@@ -50,12 +50,12 @@ const PropertyTypeRow* rowForString(const QString& string) {
 
 }  // namespace
 
-const PropertyTypeRow& propertyTypeRow(int32_t type) {
+const PropertyTypeRow& propertyTypeRow(PCPropertyType type) {
     if (type < 0 || type >= kPropertyTypeCount) { failContract(u"* Property not supported"_s); }
     return kRows[static_cast<size_t>(type)];
 }
 
-QString stringFromPropertyType(int32_t type) {
+QString stringFromPropertyType(PCPropertyType type) {
     const char* name = propertyTypeRow(type).storedName;
     if (!name) { failContract(u"* Property not supported"_s); }
     return QString::fromLatin1(name);
@@ -71,19 +71,19 @@ bool isKnownPropertyString(const QString& string) {
     return rowForString(string) != nullptr;
 }
 
-QString keyPathForPropertyType(int32_t type) {
+QString keyPathForPropertyType(PCPropertyType type) {
     const char* path = propertyTypeRow(type).keyPath;
     if (!path) { failContract(u"* property type not supported"_s); }
     return QString::fromLatin1(path);
 }
 
-bool isPointProperty(int32_t type) {
+bool isPointProperty(PCPropertyType type) {
     return propertyTypeRow(type).valueKind == Kind::Point;
 }
-bool isArrayProperty(int32_t type) {
+bool isArrayProperty(PCPropertyType type) {
     return propertyTypeRow(type).valueKind == Kind::Array;
 }
-bool isStringProperty(int32_t type) {
+bool isStringProperty(PCPropertyType type) {
     return propertyTypeRow(type).valueKind == Kind::String;
 }
 

@@ -44,29 +44,29 @@ struct PropertyTypeRow {
 };
 
 /// The row of `type`, 0 to 11; throws AssertionFailure for others.
-const PropertyTypeRow& propertyTypeRow(int32_t type);
+const PropertyTypeRow& propertyTypeRow(PCPropertyType type);
 
 /// Throws AssertionFailure "* Property not supported" for the Key All type.
-QString stringFromPropertyType(int32_t type);
+QString stringFromPropertyType(PCPropertyType type);
 /// Throws AssertionFailure "no known property for string '%@'".
 PCPropertyType propertyTypeFromString(const QString& string);
 bool isKnownPropertyString(const QString& string);
 /// Throws AssertionFailure "* property type not supported" for the Key All type.
-QString keyPathForPropertyType(int32_t type);
+QString keyPathForPropertyType(PCPropertyType type);
 
 /// Opacity, rotation, and the halves of scale and translation.
-constexpr bool isFloatProperty(int32_t type) {
+constexpr bool isFloatProperty(PCPropertyType type) {
     return type == PCPropertyTypeOpacity || type == PCPropertyTypeZRotation ||
            (type >= PCPropertyTypeScaleX && type <= PCPropertyTypeTranslationY);
 }
-bool isPointProperty(int32_t type);
-bool isArrayProperty(int32_t type);
-bool isStringProperty(int32_t type);
+bool isPointProperty(PCPropertyType type);
+bool isArrayProperty(PCPropertyType type);
+bool isStringProperty(PCPropertyType type);
 
 /// The eight types of an element's timelines, in the order of their numbers.
 std::span<const PCPropertyType, kElementTimelineCount> elementTimelineTypes();
 /// The place of a type among those eight (0 to 7), or -1.
-constexpr int elementTimelineSlot(int32_t type) {
+constexpr int elementTimelineSlot(PCPropertyType type) {
     if (type >= PCPropertyTypeImageContents && type <= PCPropertyTypeChildrenZPositions) {
         return type;
     }

@@ -4,7 +4,7 @@ using namespace Qt::StringLiterals;
 
 namespace tweenery {
 
-QString stringFromRepeatBehavior(int64_t behavior) {
+QString stringFromRepeatBehavior(PCRepeatBehavior behavior) {
     switch (behavior) {
         case PCRepeatBehaviorNever:
             return u"never"_s;
@@ -17,7 +17,7 @@ QString stringFromRepeatBehavior(int64_t behavior) {
     }
 }
 
-int64_t repeatBehaviorFromString(const QString& string) {
+PCRepeatBehavior repeatBehaviorFromString(const QString& string) {
     if (string == u"forever"_s) { return PCRepeatBehaviorForever; }
     if (string == u"forever_autoreverse"_s) { return PCRepeatBehaviorForeverAutoreverse; }
     return PCRepeatBehaviorNever;

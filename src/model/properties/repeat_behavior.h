@@ -12,8 +12,8 @@ enum PCRepeatBehavior : int64_t {
 };
 
 /// "never", "forever", "forever_autoreverse"; null for any other number.
-QString stringFromRepeatBehavior(int64_t behavior);
+QString stringFromRepeatBehavior(PCRepeatBehavior behavior);
 /// PCRepeatBehaviorNever for any text that is none of the three.
-int64_t repeatBehaviorFromString(const QString& string);
+PCRepeatBehavior repeatBehaviorFromString(const QString& string);
 
 }  // namespace tweenery

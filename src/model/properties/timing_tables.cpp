@@ -41,7 +41,7 @@ using SinglePrecisionTables = std::array<SinglePrecisionTable, 6>;
 SinglePrecisionTables roundAllTables() {
     SinglePrecisionTables tables{};
     for (size_t i = 0; i < tables.size(); ++i) {
-        const TimingTable& exact = *timingTableForEasingMode(static_cast<int64_t>(i) + 1);
+        const TimingTable& exact = *timingTableForEasingMode(easingModes()[i + 1].mode);
         std::transform(exact.begin(), exact.end(), tables[i].begin(),
                        [](double height) { return static_cast<float>(height); });
     }
@@ -50,13 +50,13 @@ SinglePrecisionTables roundAllTables() {
 
 }  // namespace
 
-const TimingTable* timingTableForEasingMode(int64_t mode) {
+const TimingTable* timingTableForEasingMode(PCEasingMode mode) {
     if (mode < 1 || mode > 6) { return nullptr; }
     static const Tables tables = sampleAllCurves();
     return &tables[static_cast<size_t>(mode - 1)];
 }
 
-const SinglePrecisionTable* singlePrecisionTimingTable(int64_t mode) {
+const SinglePrecisionTable* singlePrecisionTimingTable(PCEasingMode mode) {
     if (mode < 1 || mode > 6) { return nullptr; }
     static const SinglePrecisionTables tables = roundAllTables();
     return &tables[static_cast<size_t>(mode - 1)];

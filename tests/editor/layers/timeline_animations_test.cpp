@@ -24,8 +24,9 @@ class TimelineAnimationsTest : public testing::Test {
         hero = addElement(project->canvas(), u"hero"_s, {.opacity = 0.5});
         selectNewAnimation(*project, u"walk"_s);
     }
-    PCKeyedPropertyTimeline::Ptr attach(const PCElement::Ptr& element, int32_t type,
-                                        const char* keys, int64_t repeat = 0) const {
+    PCKeyedPropertyTimeline::Ptr attach(const PCElement::Ptr& element, PCPropertyType type,
+                                        const char* keys,
+                                        PCRepeatBehavior repeat = PCRepeatBehaviorNever) const {
         const auto timeline = timelineWithKeys(element, type, keys, repeat);
         element->setTimeline(timeline);
         return timeline;
@@ -96,7 +97,7 @@ TEST_F(TimelineAnimationsTest, ASpanHasTheEasingOfItsEnd) {
 
 TEST_F(TimelineAnimationsTest, RepeatsAsTheTimelineDoes) {
     struct Case {
-        int64_t behavior;
+        PCRepeatBehavior behavior;
         double count;
         bool autoreverses;
     };
@@ -215,7 +216,7 @@ TEST_F(TimelineAnimationsTest, KeyTimesRiseHoursFromTheStart) {
 
 TEST_F(TimelineAnimationsTest, KeysNameTheAnimationAndTheProperty) {
     struct Case {
-        int32_t type;
+        PCPropertyType type;
         const char* key;
     };
     const Case cases[] = {

@@ -139,7 +139,7 @@ bool ExportedAnimations::saysKeyTimesAreCoarse(const QString& animationName,
 
 std::optional<KeyframeAnimation> ExportedAnimations::find(const QString& animationName,
                                                           const PCElement& element,
-                                                          int32_t propertyType) const {
+                                                          PCPropertyType propertyType) const {
     const bool isStacking = propertyType == PCPropertyTypeChildrenZPositions;
     const std::string_view qualifier =
         animationQualifierForPropertyType(isStacking ? PCPropertyTypeZPosition : propertyType);

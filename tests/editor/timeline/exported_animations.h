@@ -23,7 +23,7 @@ class ExportedAnimations {
     bool has(const QString& animationName) const { return m_standard.contains(animationName); }
     /// The animation of one property of an element; nothing when the text has none.
     std::optional<KeyframeAnimation> find(const QString& animationName, const PCElement& element,
-                                          int32_t propertyType) const;
+                                          PCPropertyType propertyType) const;
     /// Whether the run has told that the key times of the element's animations cost something.
     bool saysKeyTimesAreCoarse(const QString& animationName, const PCElement& element) const;
 

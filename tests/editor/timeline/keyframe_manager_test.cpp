@@ -31,7 +31,7 @@ class KeyframeManagerTest : public testing::Test, public PCKeyframeManagerSelect
         manager = std::make_unique<PCKeyframeManager>(project);
         manager->addSelectionListener(this);
     }
-    PCKeyedPropertyTimeline::Ptr attach(int32_t type, const char* keys) {
+    PCKeyedPropertyTimeline::Ptr attach(PCPropertyType type, const char* keys) {
         const auto timeline = timelineWithKeys(element, type, keys);
         element->setTimeline(timeline);
         return timeline;

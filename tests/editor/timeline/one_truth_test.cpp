@@ -75,7 +75,7 @@ double valueAt(const KeyframeAnimation& animation, double seconds) {
 /// One property of one element, seen in three ways.
 class Track {
  public:
-    Track(PCProject& project, const PCElement::Ptr& element, int32_t type,
+    Track(PCProject& project, const PCElement::Ptr& element, PCPropertyType type,
           KeyframeAnimation animation)
         : m_project(project), m_element(element), m_type(type), m_animation(std::move(animation)) {}
 
@@ -83,7 +83,7 @@ class Track {
     std::optional<KeyframeAnimation> exported;
 
     std::string property() const {
-        const int32_t type = isStacking() ? PCPropertyTypeZPosition : m_type;
+        const PCPropertyType type = isStacking() ? PCPropertyTypeZPosition : m_type;
         return TimelineAnimations::animationQualifierForPropertyType(type).toStdString();
     }
     std::string elementName() const { return m_element->name().toStdString(); }
@@ -142,7 +142,7 @@ class Track {
         }
         segment.start = end == 0 ? setupValue() : keyframeValue(end - 1);
         segment.end = keyframeValue(end);
-        const int64_t mode = keys().easingModeOfKeyframe(end);
+        const PCEasingMode mode = keys().easingModeOfKeyframe(end);
         const bool isInstant = keys().keyframeIsInstant(end) || keys().isInstantTransition();
         segment.easing = isInstant ? "instant" : std::string(nameOfEasingMode(mode));
         segment.tolerance = isInstant ? kInstant : mode == 0 ? kLinear : kEased;
@@ -166,7 +166,7 @@ class Track {
  private:
     PCProject& m_project;
     PCElement::Ptr m_element;
-    int32_t m_type;
+    PCPropertyType m_type;
     KeyframeAnimation m_animation;
 
     bool isStacking() const { return m_type == PCPropertyTypeChildrenZPositions; }
@@ -278,7 +278,7 @@ std::vector<Track> OneTruth::tracksOf(PCProject& project, const PCAnimation& ani
         for (const auto& timeline : group->allTimelines()) {
             auto made = animations.animation(*timeline);
             if (!made) { continue; }
-            const int32_t type = timeline->propertyType();
+            const PCPropertyType type = timeline->propertyType();
             Track& track = tracks.emplace_back(project, element, type, std::move(*made));
             if (!exported.has(animation.name())) { continue; }
             track.exported = exported.find(animation.name(), *element, type);

@@ -261,15 +261,17 @@ TEST_F(PreferencesTest, WrongTypesAndClassesAreRefused) {
 }
 
 TEST_F(PreferencesTest, InstantDoesNotSurviveStorageAndUnknownModesAreLinear) {
-    for (int64_t mode = -2; mode <= 8; ++mode) {
-        SCOPED_TRACE(mode);
+    for (int64_t number = -2; number <= 8; ++number) {
+        SCOPED_TRACE(number);
+        const PCEasingMode mode{number};
         PCProjectPreferences preferences;
         preferences.setDefaultEasingMode(mode);
         EXPECT_EQ(preferences.defaultEasingMode(), mode);
-        EXPECT_EQ(reread(preferences)->defaultEasingMode(), mode >= 0 && mode <= 6 ? mode : 0);
+        EXPECT_EQ(reread(preferences)->defaultEasingMode(),
+                  mode >= 0 && mode <= 6 ? mode : PCEasingModeLinear);
     }
     EXPECT_EQ(stringFromEasingMode(PCEasingModeAnticOver), u"anticOver"_s);
-    EXPECT_EQ(stringFromEasingMode(7), u"linear"_s);
+    EXPECT_EQ(stringFromEasingMode(PCEasingMode{7}), u"linear"_s);
     EXPECT_EQ(easingModeFromString({}), PCEasingModeLinear);
     for (size_t i = 0; i < easingModes().size(); ++i) {
         EXPECT_EQ(easingModes()[i].mode, static_cast<int64_t>(i)) << "rows stand by number";

@@ -19,10 +19,10 @@ TEST(TimingTables, HoldTheKnownEntries) {
                                    {{0, 0.2038, 0.8165, 1.0422, 1}, 0, 1.0449},
                                    {{0, -0.0376, 0.5, 1.0376, 1}, -0.0377, 1.0377}}};
     constexpr double lastDigit = 0.000101;  // a matter of the solver
-    for (int64_t mode = 1; mode <= 6; ++mode) {
-        SCOPED_TRACE(mode);
-        const Row& row = rows[static_cast<size_t>(mode - 1)];
-        const TimingTable& table = *timingTableForEasingMode(mode);
+    for (const EasingMode& mode : easingModes().subspan(1)) {
+        SCOPED_TRACE(mode.mode);
+        const Row& row = rows[static_cast<size_t>(mode.mode - 1)];
+        const TimingTable& table = *timingTableForEasingMode(mode.mode);
         for (size_t i = 0; i < row.entries.size(); ++i) {
             const size_t place = std::array<size_t, 5>{0, 100, 500, 900, 999}[i];
             EXPECT_NEAR(table[place], row.entries[i], lastDigit) << "entry " << place;
@@ -32,10 +32,10 @@ TEST(TimingTables, HoldTheKnownEntries) {
         EXPECT_NEAR(*greatest, row.greatest, lastDigit);
     }
     // Rounded to four decimals before it is compared with the ends: 0.00097 is 0.001, which stays.
-    EXPECT_EQ((*timingTableForEasingMode(1))[23], 0.001);
-    EXPECT_EQ((*timingTableForEasingMode(2))[977], 0.999);
-    EXPECT_EQ((*timingTableForEasingMode(1))[22], 0);
-    for (const int64_t mode : {-1, 0, 7}) {
+    EXPECT_EQ((*timingTableForEasingMode(PCEasingModeEaseIn))[23], 0.001);
+    EXPECT_EQ((*timingTableForEasingMode(PCEasingModeEaseOut))[977], 0.999);
+    EXPECT_EQ((*timingTableForEasingMode(PCEasingModeEaseIn))[22], 0);
+    for (const PCEasingMode mode : {easingModeInstant, PCEasingModeLinear, PCEasingMode{7}}) {
         EXPECT_EQ(timingTableForEasingMode(mode), nullptr) << mode;
     }
 }
