@@ -6,7 +6,7 @@
 
 namespace tweenery {
 
-struct NotificationCentre::Subscription::Entry {
+struct NotificationCentre::Entry {
     using List = std::list<std::shared_ptr<Entry>>;
 
     /// The subscriptions to one name, in the order in which they were made. One that ends during a
@@ -52,7 +52,6 @@ struct NotificationCentre::Subscription::Entry {
 };
 
 struct NotificationCentre::State {
-    using Entry = Subscription::Entry;
     QHash<QString, std::shared_ptr<Entry::Topic>> topics;
 };
 
@@ -75,41 +74,21 @@ class Delivery {
 
 }  // namespace
 
-NotificationCentre::Subscription::Subscription(Subscription&& other) noexcept
-    : m_entry(std::exchange(other.m_entry, {})) {}
-
-NotificationCentre::Subscription& NotificationCentre::Subscription::operator=(
-    Subscription&& other) noexcept {
-    if (this == &other) { return *this; }
-    end();
-    m_entry = std::exchange(other.m_entry, {});
-    return *this;
-}
-
-NotificationCentre::Subscription::~Subscription() {
-    end();
-}
-
-void NotificationCentre::Subscription::end() {
-    if (const auto entry = std::exchange(m_entry, {}).lock()) { entry->end(); }
-}
-
 NotificationCentre::NotificationCentre() : m_state(std::make_shared<State>()) {}
 NotificationCentre::~NotificationCentre() = default;
 
-NotificationCentre::Subscription NotificationCentre::subscribe(const QString& name,
-                                                               const void* object,
-                                                               Handler handler) {
+Subscription NotificationCentre::subscribe(const QString& name, const void* object,
+                                           Handler handler) {
     auto& topic = m_state->topics[name];
-    if (!topic) { topic = std::make_shared<Subscription::Entry::Topic>(); }
-    const auto entry = std::make_shared<Subscription::Entry>();
+    if (!topic) { topic = std::make_shared<Entry::Topic>(); }
+    const auto entry = std::make_shared<Entry>();
     entry->topic = topic.get();
     entry->object = object;
     entry->handler = std::move(handler);
     entry->position = topic->entries.insert(topic->entries.end(), entry);
-    Subscription subscription;
-    subscription.m_entry = entry;
-    return subscription;
+    return Subscription([weak = std::weak_ptr<Entry>(entry)] {
+        if (const auto present = weak.lock()) { present->end(); }
+    });
 }
 
 void NotificationCentre::post(const QString& name, const void* object) {

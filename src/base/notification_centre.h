@@ -4,6 +4,8 @@
 #include <functional>
 #include <memory>
 
+#include "base/subscription.h"
+
 namespace tweenery {
 
 /// Delivers named notifications about an object, synchronously, to whoever subscribed.
@@ -13,30 +15,16 @@ class NotificationCentre {
  public:
     using Handler = std::function<void(const void* object)>;
 
-    /// Ends the subscription when it goes; harmless after the centre has gone.
-    class Subscription {
-     public:
-        Subscription() = default;
-        Subscription(Subscription&&) noexcept;
-        Subscription& operator=(Subscription&&) noexcept;
-        ~Subscription();
-        void end();
-
-     private:
-        friend class NotificationCentre;
-        struct Entry;
-        std::weak_ptr<Entry> m_entry;
-    };
-
     NotificationCentre();
     ~NotificationCentre();
 
     /// `object` null subscribes to the notification from every object.
-    [[nodiscard]] Subscription subscribe(const QString& name, const void* object, Handler handler);
+    Subscription subscribe(const QString& name, const void* object, Handler handler);
     /// Cost is in the number of subscriptions to `name`; nothing without one.
     void post(const QString& name, const void* object);
 
  private:
+    struct Entry;
     struct State;
     std::shared_ptr<State> m_state;
 };

@@ -100,8 +100,10 @@ void UndoManager::setLevelsOfUndo(size_t levels) {
     dropOldSteps();
 }
 
-void UndoManager::setChangeHandler(std::function<void()> handler) {
-    m_changed = std::move(handler);
+Subscription UndoManager::addChangeHandler(std::function<void()> handler) {
+    const auto owned = std::make_shared<std::function<void()>>(std::move(handler));
+    const auto membership = std::make_shared<Subscription>(m_changeHandlers.add(owned.get()));
+    return Subscription([owned, membership] { membership->end(); });
 }
 
 void UndoManager::closeStep() {
@@ -154,7 +156,7 @@ void UndoManager::dropOldSteps() {
 }
 
 void UndoManager::changed() {
-    if (m_changed) { m_changed(); }
+    m_changeHandlers.tell([](const auto& handler) { handler(); });
 }
 
 }  // namespace tweenery

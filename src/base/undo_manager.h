@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 
+#include "base/listener_set.h"
 #include "base/undo_action.h"
 
 namespace tweenery {
@@ -60,8 +61,9 @@ class UndoManager {
     /// 0 keeps all steps. Older steps are dropped first.
     void setLevelsOfUndo(size_t levels);
 
-    /// Called after every change of what can be undone or redone; for menus and the edited state.
-    void setChangeHandler(std::function<void()> handler);
+    /// Called after every change of what can be undone or redone, as long as the subscription is
+    /// kept; for menus and the edited state.
+    Subscription addChangeHandler(std::function<void()> handler);
     /// The state that the steps have led to: goes up with each new step, back with undo and forth
     /// with redo. The document is unedited when it equals the count remembered at the save. A
     /// number is never used twice, so that an edit after an undo is no return to a saved state.
@@ -86,7 +88,7 @@ class UndoManager {
     std::optional<Step> m_open;
     std::deque<Step> m_undoStack;
     std::deque<Step> m_redoStack;
-    std::function<void()> m_changed;
+    ListenerSet<std::function<void()>> m_changeHandlers;
 
     void closeStep();
     void play(std::deque<Step>& from, std::deque<Step>& to, State state);

@@ -29,23 +29,12 @@ PCAnimation::Ptr PCAnimationsManager::makeAnimation(const FileWrapper::Ptr& dire
     return PCAnimation::initWithAnimationFileWrapper(directory, m_project.lock());
 }
 
-template <typename Call>
-void PCAnimationsManager::tellListeners(Call call) {
-    const auto listeners = m_listeners;  // a listener may take itself or another away
-    for (PCAnimationsManagerChangeListener* listener : listeners) {
-        const bool isStillThere =
-            std::find(m_listeners.begin(), m_listeners.end(), listener) != m_listeners.end();
-        if (isStillThere) { call(*listener); }
-    }
-}
-
-void PCAnimationsManager::addChangeListener(PCAnimationsManagerChangeListener* listener) {
-    removeChangeListener(listener);
-    m_listeners.push_back(listener);
+Subscription PCAnimationsManager::addChangeListener(PCAnimationsManagerChangeListener* listener) {
+    return m_listeners.add(listener);
 }
 
 void PCAnimationsManager::removeChangeListener(PCAnimationsManagerChangeListener* listener) {
-    std::erase(m_listeners, listener);
+    m_listeners.remove(listener);
 }
 
 void PCAnimationsManager::insertByName(const PCAnimation::Ptr& animation) {
@@ -69,7 +58,7 @@ void PCAnimationsManager::addAnimation(const PCAnimation::Ptr& animation) {
     insertByName(animation);
     m_hasUnsavedChanges = true;
     project()->undoManager().registerUndo([this, animation] { deleteAnimation(animation); });
-    tellListeners(
+    m_listeners.tell(
         [&](auto& listener) { listener.animationManagerDidAddAnimation(*this, animation); });
 }
 
@@ -120,7 +109,7 @@ PCAnimation::Ptr PCAnimationsManager::renameAnimation(PCAnimation::Ptr animation
         project()->undoManager().registerUndo(
             [this, animation, oldName] { renameAnimation(animation, oldName); });
     }
-    tellListeners(
+    m_listeners.tell(
         [&](auto& listener) { listener.animationManagerDidRenameAnimation(*this, animation); });
     return animation;
 }
@@ -132,7 +121,7 @@ void PCAnimationsManager::deleteAnimation(PCAnimation::Ptr animation) {
     m_fileWrapper->removeFileWrapper(animation->fileWrapper());
     m_hasUnsavedChanges = true;
     project()->undoManager().registerUndo([this, animation] { addAnimation(animation); });
-    tellListeners(
+    m_listeners.tell(
         [&](auto& listener) { listener.animationManagerDidDeleteAnimation(*this, animation); });
 }
 
@@ -147,7 +136,7 @@ void PCAnimationsManager::setSelectedAnimation(PCAnimation::Ptr animation) {
         element->removeAllTimelines();
     }
     if (animation) { animation->applyAnimationWithRootElement(*owner->canvas()); }
-    tellListeners(
+    m_listeners.tell(
         [&](auto& listener) { listener.animationManagerDidSelectAnimation(*this, animation); });
     owner->undoManager().registerUndo([this, oldSelection] { setSelectedAnimation(oldSelection); });
 }

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "base/listener_set.h"
 #include "model/animation.h"
 
 namespace tweenery {
@@ -62,13 +63,13 @@ class PCAnimationsManager {
     /// Saving is the animation's: does nothing.
     void saveChangesToFileWrapper() {}
     /// Not owned; whoever registers takes itself away before it goes.
-    void addChangeListener(PCAnimationsManagerChangeListener* listener);
+    Subscription addChangeListener(PCAnimationsManagerChangeListener* listener);
     void removeChangeListener(PCAnimationsManagerChangeListener* listener);
     QString debugDescription() const;
 
  private:
     Animations m_animations;
-    std::vector<PCAnimationsManagerChangeListener*> m_listeners;
+    ListenerSet<PCAnimationsManagerChangeListener> m_listeners;
     bool m_hasUnsavedChanges = false;
     std::weak_ptr<PCProject> m_project;
     PCAnimation::Ptr m_selectedAnimation;
@@ -80,8 +81,6 @@ class PCAnimationsManager {
     void nameWithoutUndo(const PCAnimation::Ptr& animation, const QString& name);
     QString freeName(const QString& name) const;
     void putBackDirectory(const PCAnimation& animation);
-    template <typename Call>
-    void tellListeners(Call call);
 };
 
 /// "Bounce" becomes "Bounce 2", "Bounce 2" becomes "Bounce 3", "Take 0" becomes "Take 0 2".

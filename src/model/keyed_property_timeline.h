@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "base/listener_set.h"
 #include "base/weak_ref.h"
 #include "model/properties/easing.h"
 #include "model/properties/packed_keyframes.h"
@@ -78,10 +79,8 @@ class PCKeyedPropertyTimeline : public Archivable,
     void setElement(const std::shared_ptr<PCElement>& element);
     PCProject* project() const;
     void setProject(const std::weak_ptr<PCProject>& project) { m_project = project; }
-    /// Not owned; the listener takes itself away before it goes.
-    void setChangeListener(PCKeyedPropertyTimelineChangeListener* listener) {
-        m_listener = listener;
-    }
+    /// Not owned; told as long as the subscription is kept.
+    Subscription addChangeListener(PCKeyedPropertyTimelineChangeListener* listener);
     bool hasUnsavedChanges() const { return m_hasUnsavedChanges; }
     /// Clearing says that the timeline has just been written.
     void setHasUnsavedChanges(bool unsaved) {
@@ -94,7 +93,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     PCRepeatBehavior repeatBehavior() const {
         return static_cast<PCRepeatBehavior>(m_repeatBehavior);
     }
-    /// Stores, marks as changed, tells the listener.
+    /// Stores, marks as changed, tells the listeners.
     void setRepeatBehavior(PCRepeatBehavior behavior);
     /// For children orders the parent element's children-order timeline decides.
     bool autoreversesFromCurrentRepeatBehavior() const;
@@ -238,7 +237,8 @@ class PCKeyedPropertyTimeline : public Archivable,
     std::unique_ptr<OtherValues> m_otherValues;  // only when one is no number
     mutable std::unique_ptr<Handles> m_handles;  // once one was asked for
     std::weak_ptr<PCProject> m_project;          // of a timeline without an element
-    PCKeyedPropertyTimelineChangeListener* m_listener = nullptr;
+    std::unique_ptr<ListenerSet<PCKeyedPropertyTimelineChangeListener>>
+        m_listeners;  // once one came
 
     enum class Fields { All, Exported };
     static Ptr decode(const KeyedUnarchiver& archive, Fields fields);

@@ -177,9 +177,18 @@ void PCKeyedPropertyTimeline::forgetSamples() const {
     if (const PCElement* owner = element()) { owner->forgetSamplesOf(*this); }
 }
 
+Subscription PCKeyedPropertyTimeline::addChangeListener(
+    PCKeyedPropertyTimelineChangeListener* listener) {
+    if (!m_listeners) {
+        m_listeners = std::make_unique<ListenerSet<PCKeyedPropertyTimelineChangeListener>>();
+    }
+    return m_listeners->add(listener);
+}
+
 void PCKeyedPropertyTimeline::didChange() {
     m_hasUnsavedChanges = true;
-    if (m_listener) { m_listener->keyedPropertyTimelineDidChange(*this); }
+    if (!m_listeners) { return; }
+    m_listeners->tell([this](auto& listener) { listener.keyedPropertyTimelineDidChange(*this); });
 }
 
 void PCKeyedPropertyTimeline::setRepeatBehavior(PCRepeatBehavior behavior) {
@@ -369,7 +378,8 @@ void PCKeyedPropertyTimeline::setKeyframes(const Keyframes& keyframes) {
         const bool isOurs = keyframes[i]->m_owner == nullptr;
         insertRecord(i, records[i], isOurs ? keyframes[i].get() : nullptr);
     }
-    if (m_listener) { m_listener->keyedPropertyTimelineDidChange(*this); }
+    if (!m_listeners) { return; }
+    m_listeners->tell([this](auto& listener) { listener.keyedPropertyTimelineDidChange(*this); });
 }
 
 std::vector<size_t> PCKeyedPropertyTimeline::indicesByTime() const {

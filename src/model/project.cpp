@@ -66,7 +66,8 @@ PCProject::Ptr PCProject::build(FileWrapper::Ptr root) {
             .root());
     project->m_canvas = PCElement::makeCanvas();
     project->m_animationsManager = std::make_unique<PCAnimationsManager>(project);
-    project->m_animationsManager->addChangeListener(project.get());
+    project->m_selectionSubscription =
+        project->m_animationsManager->addChangeListener(project.get());
     project->m_imageSetManager = std::make_unique<PCImageSetManager>(project->m_fileWrapper);
     const KeyedUnarchiver canvasArchive(requireFile(package, kCanvasEntry).contents(),
                                         kCanvasEntry);

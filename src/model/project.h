@@ -154,6 +154,7 @@ class PCProject : public PCAnimationsManagerChangeListener,
     std::unique_ptr<PCImageSetManager> m_imageSetManager;
     PCElement::Ptr m_canvas;
     std::unique_ptr<PCAnimationsManager> m_animationsManager;
+    Subscription m_selectionSubscription;
     ProjectIndex m_index;
     QImage m_previewImage;
     QString m_projectName;

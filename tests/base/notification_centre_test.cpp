@@ -7,7 +7,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
-using Subscription = NotificationCentre::Subscription;
 
 class NotificationCentreTest : public testing::Test {
  protected:

@@ -213,7 +213,8 @@ TEST_F(UndoManagerTest, RefusesUnbalancedCalls) {
 
 TEST_F(UndoManagerTest, TellsTheHandlerOfEveryChange) {
     std::vector<bool> canUndo;
-    undo.setChangeHandler([&] { canUndo.push_back(undo.canUndo()); });
+    const Subscription subscription =
+        undo.addChangeHandler([&] { canUndo.push_back(undo.canUndo()); });
     set("a");
     set("b");
     EXPECT_THAT(canUndo, testing::ElementsAre(true));

@@ -110,8 +110,8 @@ TEST_F(AnimationsManager, ListsByNameUntilRenamed) {
 
 TEST_F(AnimationsManager, TellsItsListeners) {
     Listener first, second;
-    manager.addChangeListener(&first);
-    manager.addChangeListener(&first);  // once is enough
+    const Subscription once = manager.addChangeListener(&first);
+    const Subscription again = manager.addChangeListener(&first);  // once is enough
     const auto animation = add(u"Bounce"_s);
     EXPECT_THAT(first.calls, ElementsAre("renamed Untitled Animation", "added Untitled Animation",
                                          "renamed Bounce"));
@@ -121,7 +121,7 @@ TEST_F(AnimationsManager, TellsItsListeners) {
     EXPECT_THAT(first.calls, ElementsAre("renamed Bounce"));
     EXPECT_FALSE(project->undoManager().canUndo());
     first.calls.clear();
-    manager.addChangeListener(&second);
+    const Subscription other = manager.addChangeListener(&second);
     first.removes = &second;
     manager.setSelectedAnimation(animation);
     manager.deleteAnimation(animation);

@@ -182,7 +182,7 @@ TEST_F(KeyframeEdits, ALoopNeedsSomethingToLoopOver) {
 
 TEST_F(KeyframeEdits, ReportTheirChanges) {
     Listener listener;
-    timeline->setChangeListener(&listener);
+    Subscription subscription = timeline->addChangeListener(&listener);
     const std::vector<std::function<void()>> edits = {
         [&] {
             key({100, 200});
@@ -217,7 +217,7 @@ TEST_F(KeyframeEdits, ReportTheirChanges) {
     timeline->setKeyframes({silent});
     EXPECT_EQ(listener.calls, 1);
     EXPECT_FALSE(timeline->hasUnsavedChanges());
-    timeline->setChangeListener(nullptr);
+    subscription.end();
 }
 
 TEST_F(KeyframeEdits, RegisterStepsByTheElement) {

@@ -210,7 +210,8 @@ TEST(ChildrenOrders, ComeIntoLineWithTheTree) {
         EXPECT_EQ(childrenOrderInLine(l(c.stored), l(c.present)), l(c.order)) << c.stored;
     }
     const auto project = PCProject::init();
-    project->animationsManager().addChangeListener(project.get());
+    // As of a project that was opened; a new one does not listen.
+    const auto listening = project->animationsManager().addChangeListener(project.get());
     buildTree(*project, "A B");
     const auto canvas = project->canvas();
     const auto animation = selectNewAnimation(*project, u"Bounce"_s);

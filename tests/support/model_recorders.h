@@ -75,7 +75,7 @@ class NotificationRecorder {
 
  private:
     static constexpr qsizetype prefixLength = sizeof("com.lumenfold.tweenery.") - 1;
-    std::vector<NotificationCentre::Subscription> m_subscriptions;
+    std::vector<Subscription> m_subscriptions;
 };
 
 /// Answers with the buttons given, in order, and keeps the alerts that were shown. One alert more

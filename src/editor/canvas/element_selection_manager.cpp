@@ -76,8 +76,10 @@ void PCElementSelectionManager::deselectAllElements() {
 
 // Listeners.
 
-void PCElementSelectionManager::addSelectionListener(PCElementSelectionManagerListener* listener) {
-    assertContract(m_listeners.add(listener), u"listener was already added"_s);
+Subscription PCElementSelectionManager::addSelectionListener(
+    PCElementSelectionManagerListener* listener) {
+    assertContract(!m_listeners.contains(listener), u"listener was already added"_s);
+    return m_listeners.add(listener);
 }
 
 void PCElementSelectionManager::removeSelectionListener(

@@ -61,7 +61,7 @@ class PCElementSelectionManager {
     /// Not owned; whoever is added takes itself away before it goes. Listeners may be added and
     /// removed while one is called. Throw AssertionFailure "listener was already added" and
     /// "listener was not already added".
-    void addSelectionListener(PCElementSelectionManagerListener* listener);
+    Subscription addSelectionListener(PCElementSelectionManagerListener* listener);
     void removeSelectionListener(PCElementSelectionManagerListener* listener);
 
     /// The selected elements.
@@ -90,7 +90,7 @@ class PCElementSelectionManager {
     std::weak_ptr<PCProject> m_project;
     ElementSet m_nonManagedElements;
     ElementSet m_partiallyManagedElements;
-    NotificationCentre::Subscription m_hierarchySubscription;
+    Subscription m_hierarchySubscription;
 
     void hierarchyChanged();
 };

@@ -11,15 +11,8 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 
 PCKeyframeManager::PCKeyframeManager(const std::shared_ptr<PCProject>& project)
-    : m_project(project) {
-    project->animationsManager().addChangeListener(this);
-}
-
-PCKeyframeManager::~PCKeyframeManager() {
-    if (const auto project = m_project.lock()) {
-        project->animationsManager().removeChangeListener(this);
-    }
-}
+    : m_project(project),
+      m_animationSubscription(project->animationsManager().addChangeListener(this)) {}
 
 // Keyframes.
 
@@ -128,8 +121,9 @@ void PCKeyframeManager::deselectAllTweens() {
 
 // Listeners.
 
-void PCKeyframeManager::addSelectionListener(PCKeyframeManagerSelectionListener* listener) {
-    assertContract(m_selectionListeners.add(listener), u"listener was already added"_s);
+Subscription PCKeyframeManager::addSelectionListener(PCKeyframeManagerSelectionListener* listener) {
+    assertContract(!m_selectionListeners.contains(listener), u"listener was already added"_s);
+    return m_selectionListeners.add(listener);
 }
 
 void PCKeyframeManager::removeSelectionListener(PCKeyframeManagerSelectionListener* listener) {

@@ -40,7 +40,6 @@ class PCKeyframeManager : public PCAnimationsManagerChangeListener {
 
     /// Both selections are empty.
     explicit PCKeyframeManager(const std::shared_ptr<PCProject>& project);
-    ~PCKeyframeManager() override;
     PCKeyframeManager(const PCKeyframeManager&) = delete;
     PCKeyframeManager& operator=(const PCKeyframeManager&) = delete;
 
@@ -81,7 +80,7 @@ class PCKeyframeManager : public PCAnimationsManagerChangeListener {
     const KeyframeSet& selectedTweens() const { return m_selectedTweens; }
 
     /// Not owned. Throws AssertionFailure "listener was already added".
-    void addSelectionListener(PCKeyframeManagerSelectionListener* listener);
+    Subscription addSelectionListener(PCKeyframeManagerSelectionListener* listener);
     /// Throws AssertionFailure "listener was not already added".
     void removeSelectionListener(PCKeyframeManagerSelectionListener* listener);
 
@@ -93,6 +92,7 @@ class PCKeyframeManager : public PCAnimationsManagerChangeListener {
     KeyframeSet m_selectedTweens;
     KeyframeSet m_selectedKeyframes;
     ListenerSet<PCKeyframeManagerSelectionListener> m_selectionListeners;
+    Subscription m_animationSubscription;
 };
 
 }  // namespace tweenery

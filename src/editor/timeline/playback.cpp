@@ -11,17 +11,9 @@ namespace tweenery {
 Playback::Playback(const std::shared_ptr<PCProject>& project, PCProjectTimeManager& timeManager,
                    PCElementSelectionManager& selectionManager)
     : m_project(project), m_timeManager(timeManager), m_selectionManager(selectionManager) {
-    m_timeManager.addPlayheadTimeListener(this);
-    m_timeManager.addPlaybackStateListener(this);
-    project->animationsManager().addChangeListener(this);
-}
-
-Playback::~Playback() {
-    m_timeManager.removePlayheadTimeListener(this);
-    m_timeManager.removePlaybackStateListener(this);
-    if (const auto project = m_project.lock()) {
-        project->animationsManager().removeChangeListener(this);
-    }
+    m_subscriptions = {m_timeManager.addPlayheadTimeListener(this),
+                       m_timeManager.addPlaybackStateListener(this),
+                       project->animationsManager().addChangeListener(this)};
 }
 
 void Playback::togglePlayPause() {

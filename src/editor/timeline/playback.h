@@ -21,7 +21,6 @@ class Playback : public PCProjectTimeManagerPlayheadListener,
     /// The managers must outlive it; the project is not kept alive.
     Playback(const std::shared_ptr<PCProject>& project, PCProjectTimeManager& timeManager,
              PCElementSelectionManager& selectionManager);
-    ~Playback() override;
     Playback(const Playback&) = delete;
     Playback& operator=(const Playback&) = delete;
 
@@ -44,6 +43,7 @@ class Playback : public PCProjectTimeManagerPlayheadListener,
     PCElementSelectionManager& m_selectionManager;
     PCElement::Elements m_selectionBeforePlayback;
     PCElement::Elements m_animatedElements;  // whose layers carry animations
+    std::array<Subscription, 3> m_subscriptions;
 
     void attachAnimations(PCProject& project);
     void removeAnimations();

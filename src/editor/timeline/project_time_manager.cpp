@@ -192,8 +192,9 @@ QString PCProjectTimeManager::displayStringForTimeInMS(int32_t timeInMS) {
 
 // Listeners.
 
-void PCProjectTimeManager::addPlayheadTimeListener(PCProjectTimeManagerPlayheadListener* listener) {
-    m_timePlayheadListeners.add(listener);
+Subscription PCProjectTimeManager::addPlayheadTimeListener(
+    PCProjectTimeManagerPlayheadListener* listener) {
+    return m_timePlayheadListeners.add(listener);
 }
 
 void PCProjectTimeManager::removePlayheadTimeListener(
@@ -201,17 +202,17 @@ void PCProjectTimeManager::removePlayheadTimeListener(
     m_timePlayheadListeners.remove(listener);
 }
 
-void PCProjectTimeManager::addZoomTimeListener(PCProjectTimeManagerZoomListener* listener) {
-    m_timeZoomListeners.add(listener);
+Subscription PCProjectTimeManager::addZoomTimeListener(PCProjectTimeManagerZoomListener* listener) {
+    return m_timeZoomListeners.add(listener);
 }
 
 void PCProjectTimeManager::removeZoomTimeListener(PCProjectTimeManagerZoomListener* listener) {
     m_timeZoomListeners.remove(listener);
 }
 
-void PCProjectTimeManager::addPlaybackStateListener(
+Subscription PCProjectTimeManager::addPlaybackStateListener(
     PCProjectTimeManagerPlaybackStateListener* listener) {
-    m_playbackStateListeners.add(listener);
+    return m_playbackStateListeners.add(listener);
 }
 
 void PCProjectTimeManager::removePlaybackStateListener(

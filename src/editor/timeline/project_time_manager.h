@@ -120,11 +120,11 @@ class PCProjectTimeManager {
 
     // Listeners.
 
-    void addPlayheadTimeListener(PCProjectTimeManagerPlayheadListener* listener);
+    Subscription addPlayheadTimeListener(PCProjectTimeManagerPlayheadListener* listener);
     void removePlayheadTimeListener(PCProjectTimeManagerPlayheadListener* listener);
-    void addZoomTimeListener(PCProjectTimeManagerZoomListener* listener);
+    Subscription addZoomTimeListener(PCProjectTimeManagerZoomListener* listener);
     void removeZoomTimeListener(PCProjectTimeManagerZoomListener* listener);
-    void addPlaybackStateListener(PCProjectTimeManagerPlaybackStateListener* listener);
+    Subscription addPlaybackStateListener(PCProjectTimeManagerPlaybackStateListener* listener);
     void removePlaybackStateListener(PCProjectTimeManagerPlaybackStateListener* listener);
     /// Tells the zoom to its listeners, then the playhead to its.
     void notifyAllTimeListeners();

@@ -62,11 +62,12 @@ class ElementSelection : public testing::Test {
     PCProject::Ptr project = PCProject::init();
     PCElementSelectionManager selection{project};
     SelectionRecorder recorder;
+    Subscription subscription;
 
     ElementSelection() {
         buildTree(*project, "A B G{C D} H{E} L");
         named(*project, u"L"_s)->setLocked(true);
-        selection.addSelectionListener(&recorder);
+        subscription = selection.addSelectionListener(&recorder);
     }
     PCElement::Ptr the(const char* name) { return named(*project, QString::fromLatin1(name)); }
     PCElement::Elements all(const char* list) {
@@ -131,7 +132,7 @@ TEST_F(ElementSelection, FailsForCallersThatDoNotLook) {
               u"element is already selected"_s);
     EXPECT_EQ(messageOf([this] { selection.deselectElement(the("B")); }),
               u"element was not already selected"_s);
-    EXPECT_EQ(messageOf([this] { selection.addSelectionListener(&recorder); }),
+    EXPECT_EQ(messageOf([this] { const auto again = selection.addSelectionListener(&recorder); }),
               u"listener was already added"_s);
     selection.removeSelectionListener(&recorder);
     EXPECT_EQ(messageOf([this] { selection.removeSelectionListener(&recorder); }),
@@ -141,7 +142,7 @@ TEST_F(ElementSelection, FailsForCallersThatDoNotLook) {
 
 TEST_F(ElementSelection, ListenersMayChangeListenersAndSelection) {
     SelectionRecorder second;
-    selection.addSelectionListener(&second);
+    const Subscription other = selection.addSelectionListener(&second);
     recorder.onNextChange = [&] { selection.removeSelectionListener(&second); };
     selection.selectElements(all("A B"));
     EXPECT_EQ(second.changes, "");

@@ -22,6 +22,7 @@ class KeyframeManagerTest : public testing::Test, public PCKeyframeManagerSelect
     PCKeyedPropertyTimeline::Ptr y;
     std::unique_ptr<PCKeyframeManager> manager;
     std::vector<std::string> told;
+    Subscription subscription;
 
     void SetUp() override {
         element = addElement(project->canvas(), u"hero"_s);
@@ -29,7 +30,7 @@ class KeyframeManagerTest : public testing::Test, public PCKeyframeManagerSelect
         x = attach(PCPropertyTypeTranslationX, "0:0 100:1 200:2 300:3 400:4");
         y = attach(PCPropertyTypeTranslationY, "0:0 150:1 250:2");
         manager = std::make_unique<PCKeyframeManager>(project);
-        manager->addSelectionListener(this);
+        subscription = manager->addSelectionListener(this);
     }
     PCKeyedPropertyTimeline::Ptr attach(PCPropertyType type, const char* keys) {
         const auto timeline = timelineWithKeys(element, type, keys);
@@ -222,7 +223,7 @@ TEST_F(KeyframeManagerTest, ListenersComeAndGoOnce) {
         } catch (const AssertionFailure& failure) { return failure.message(); }
         return QString();
     };
-    EXPECT_EQ(message([this] { manager->addSelectionListener(this); }),
+    EXPECT_EQ(message([this] { const auto again = manager->addSelectionListener(this); }),
               u"listener was already added"_s);
     manager->removeSelectionListener(this);
     EXPECT_EQ(message([this] { manager->removeSelectionListener(this); }),

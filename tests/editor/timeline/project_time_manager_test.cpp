@@ -25,13 +25,14 @@ class TimeManagerTest : public testing::Test,
     Layer layer;
     PCProjectTimeManager manager{clock, log};
     std::vector<std::string> told;
+    std::vector<Subscription> subscriptions;
 
     void SetUp() override {
         layer.setSpeed(0);
         manager.prepareToAnimateLayer(layer);
-        manager.addPlayheadTimeListener(this);
-        manager.addZoomTimeListener(this);
-        manager.addPlaybackStateListener(this);
+        subscriptions.push_back(manager.addPlayheadTimeListener(this));
+        subscriptions.push_back(manager.addZoomTimeListener(this));
+        subscriptions.push_back(manager.addPlaybackStateListener(this));
     }
     std::vector<std::string> takeTold() { return std::exchange(told, {}); }
     void frameAt(double seconds) {
@@ -222,8 +223,8 @@ TEST_F(TimeManagerTest, PlaybackFollowsTheClockAndReturns) {
 }
 
 TEST_F(TimeManagerTest, ListenersAreMembersOnce) {
-    manager.addPlayheadTimeListener(this);
-    manager.addZoomTimeListener(this);
+    subscriptions.push_back(manager.addPlayheadTimeListener(this));
+    subscriptions.push_back(manager.addZoomTimeListener(this));
     manager.notifyAllTimeListeners();
     EXPECT_THAT(takeTold(), ElementsAre("zoom", "playhead 0 (layer at 0)"));
     manager.removeAllListeners();
@@ -247,8 +248,8 @@ TEST_F(TimeManagerTest, AListenerMayLeaveWhileListenersAreTold) {
     } leaver;
     leaver.other = this;
     manager.removeZoomTimeListener(this);
-    manager.addZoomTimeListener(&leaver);
-    manager.addZoomTimeListener(this);
+    const Subscription first = manager.addZoomTimeListener(&leaver);
+    const Subscription second = manager.addZoomTimeListener(this);
     manager.setZoomInPointsPerMillisecond(1);
     EXPECT_THAT(told, IsEmpty());
 }
