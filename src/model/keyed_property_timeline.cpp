@@ -69,7 +69,7 @@ float PCKeyedPropertyTimeline::effectiveTimeForTimeInMS(int32_t timeInMS) const 
     if (duration <= 0) { return 0; }
     const int32_t rest = timeInMS % duration;
     const bool isOddPass = (timeInMS / duration) % 2 != 0;
-    const bool isBackward = isOddPass && autoreversesFromCurrentRepeatBehavior();
+    const bool isBackward = isOddPass && m_repeatBehavior == PCRepeatBehaviorForeverAutoreverse;
     return static_cast<float>(isBackward ? duration - rest : rest);
 }
 

@@ -95,7 +95,9 @@ class PCKeyedPropertyTimeline : public Archivable,
     }
     /// Stores, marks as changed, tells the listeners.
     void setRepeatBehavior(PCRepeatBehavior behavior);
-    /// For children orders the parent element's children-order timeline decides.
+    /// For the layer animation that shows the element's own place among its siblings: for children
+    /// orders the parent element's children-order timeline decides. Values at a time go by the
+    /// timeline's own behaviour, as playing and the export do.
     bool autoreversesFromCurrentRepeatBehavior() const;
     /// Infinity, or 0 when the timeline plays once; decided likewise.
     float repeatCountFromCurrentRepeatBehavior() const;

@@ -158,7 +158,24 @@ TEST(KeyedPropertyTimeline, HoldsWhatCannotTween) {
     EXPECT_EQ(images->stringValueAtTimeInMS(350), u"one.png"_s);
 }
 
-// Whether a children order plays backward is the matter of its parent's children order.
+TEST(KeyedPropertyTimeline, ScrubsAReversingOrderBackAsItPlays) {
+    const auto canvas = PCElement::makeGroup();
+    const auto group = addGroup(canvas, u"group"_s);
+    const auto order = group->childrenZPositionsTimeline();
+    for (const int32_t time : {0, 100, 200}) {
+        order->setArrayPropertyValue({QString::number(time)}, time);
+    }
+    const auto shownAt = [&](int32_t time) { return order->arrayValueAtTimeInMS(time).front(); };
+    canvas->childrenZPositionsTimeline()->setRepeatBehavior(PCRepeatBehaviorForeverAutoreverse);
+    order->setRepeatBehavior(PCRepeatBehaviorForever);
+    EXPECT_EQ(shownAt(250), u"0"_s);
+    canvas->childrenZPositionsTimeline()->setRepeatBehavior(PCRepeatBehaviorNever);
+    order->setRepeatBehavior(PCRepeatBehaviorForeverAutoreverse);
+    EXPECT_EQ(shownAt(250), u"100"_s);
+    EXPECT_EQ(shownAt(350), u"0"_s);
+}
+
+// Which way the layer animation of an element's place plays is the matter of its parent's order.
 TEST(KeyedPropertyTimeline, TakesTheAutoreverseOfChildrenFromTheParent) {
     const auto parent = PCElement::makeGroup();
     const auto child = addGroup(parent, u"child"_s);
