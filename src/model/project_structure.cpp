@@ -36,12 +36,14 @@ Elements sortedByRow(const Elements& elements, const Elements& rows) {
     return sorted;
 }
 
+// By their layers' frames, which are upright in the parent: under a turned parent they reach beyond
+// the elements.
 QRectF boundsOnCanvas(const Elements& elements) {
     QRectF bounds;
     bool isFirst = true;
     for (const PCElement::Ptr& element : elements) {
         const QRectF frame =
-            element->elementToCanvasTransform().mapRect(QRectF(QPointF(), element->size()));
+            parentOf(*element)->elementToCanvasTransform().mapRect(element->frame());
         const QPointF topLeft(std::min(bounds.left(), frame.left()),
                               std::min(bounds.top(), frame.top()));
         const QPointF bottomRight(std::max(bounds.right(), frame.right()),

@@ -196,6 +196,19 @@ TEST(StructureEdits, GroupsFitTheirChildren) {
     EXPECT_NEAR(frame.center().y(), 9 + 15, 1e-9);
 }
 
+// The frame of a square turned by 45 degrees is upright in its parent; turned with the parent by 45
+// degrees it reaches beyond the square, which is upright again.
+TEST(StructureEdits, GroupsSpanTheFramesOfTurnedChildren) {
+    const auto project = PCProject::init();
+    const auto outer =
+        addGroup(project->canvas(), u"outer"_s, {{0, 0}, {1, 1}, pi / 4, {0, 0}, {0, 0}});
+    addElement(outer, u"A"_s, {{0, 0}, {1, 1}, pi / 4, {10, 10}, {0.5, 0.5}});
+    project->groupElements(outer->subelements());
+    const auto made = named(*project, u"Untitled"_s);
+    EXPECT_NEAR(made->size().width(), 20, 1e-9);
+    EXPECT_NEAR(made->size().height(), 20, 1e-9);
+}
+
 TEST(ChildrenOrders, ComeIntoLineWithTheTree) {
     const auto l = [](const char* text) {
         return QString::fromLatin1(text).split(u' ', Qt::SkipEmptyParts);
