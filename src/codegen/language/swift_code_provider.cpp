@@ -151,7 +151,7 @@ void PCSwiftCodeProvider::addLocalSetupVariablesIncludesLayer(bool includesLayer
 }
 
 void PCSwiftCodeProvider::addScalingContainerWithSize(QSizeF size, bool, bool clippedToBounds) {
-    append(code(), "\n\n\t\tlet __scaling__ = %@()", generateForMac() ? "CALayer" : "UIView");
+    append(code(), "\n\t\tlet __scaling__ = %@()", generateForMac() ? "CALayer" : "UIView");
     append(code(), "\n\t\t__scaling__.bounds = CGRect(x:0, y:0, width:%d, height:%d)",
            cutToInt32(size.width()), cutToInt32(size.height()));
     append(code(), "\n\t\t__scaling__.%@ = CGPoint(x:%0.1f, y:%0.1f)",

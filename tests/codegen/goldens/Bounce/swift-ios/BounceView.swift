@@ -61,7 +61,6 @@ class BounceView : UIView {
 	func setupHierarchy() {
 		var viewsByName: [String : UIView] = [:]
 		let bundle = NSBundle(forClass:self.dynamicType)
-
 		let __scaling__ = UIView()
 		__scaling__.bounds = CGRect(x:0, y:0, width:480, height:320)
 		__scaling__.center = CGPoint(x:240.0, y:160.0)

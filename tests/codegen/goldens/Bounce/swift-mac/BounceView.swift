@@ -65,7 +65,6 @@ class BounceView : NSView {
 		var layersByName: [String : CALayer] = [:]
 		var viewsByName: [String : NSView] = [:]
 		let bundle = NSBundle(forClass:self.dynamicType)
-
 		let __scaling__ = CALayer()
 		__scaling__.bounds = CGRect(x:0, y:0, width:480, height:320)
 		__scaling__.position = CGPoint(x:240.0, y:160.0)

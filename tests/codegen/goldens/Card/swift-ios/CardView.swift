@@ -61,7 +61,6 @@ class CardView : UIView {
 	func setupHierarchy() {
 		var viewsByName: [String : UIView] = [:]
 		let bundle = NSBundle(forClass:self.dynamicType)
-
 		let __scaling__ = UIView()
 		__scaling__.bounds = CGRect(x:0, y:0, width:640, height:480)
 		__scaling__.center = CGPoint(x:320.0, y:240.0)

@@ -59,7 +59,6 @@ class MinimalView : UIView {
 	func setupHierarchy() {
 		var viewsByName: [String : UIView] = [:]
 		let bundle = NSBundle(forClass:self.dynamicType)
-
 		let __scaling__ = UIView()
 		__scaling__.bounds = CGRect(x:0, y:0, width:400, height:300)
 		__scaling__.center = CGPoint(x:200.0, y:150.0)

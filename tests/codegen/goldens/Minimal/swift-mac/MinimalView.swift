@@ -63,7 +63,6 @@ class MinimalView : NSView {
 		var layersByName: [String : CALayer] = [:]
 		var viewsByName: [String : NSView] = [:]
 		let bundle = NSBundle(forClass:self.dynamicType)
-
 		let __scaling__ = CALayer()
 		__scaling__.bounds = CGRect(x:0, y:0, width:400, height:300)
 		__scaling__.position = CGPoint(x:200.0, y:150.0)

@@ -63,7 +63,6 @@ class TagsView : UIView {
 		var layersByName: [String : CALayer] = [:]
 		var viewsByName: [String : UIView] = [:]
 		let bundle = NSBundle(forClass:self.dynamicType)
-
 		let __scaling__ = UIView()
 		__scaling__.bounds = CGRect(x:0, y:0, width:320, height:480)
 		__scaling__.center = CGPoint(x:160.0, y:240.0)

@@ -65,7 +65,6 @@ class TagsView : NSView {
 		var layersByName: [String : CALayer] = [:]
 		var viewsByName: [String : NSView] = [:]
 		let bundle = NSBundle(forClass:self.dynamicType)
-
 		let __scaling__ = CALayer()
 		__scaling__.bounds = CGRect(x:0, y:0, width:320, height:480)
 		__scaling__.position = CGPoint(x:160.0, y:240.0)
