@@ -4,6 +4,7 @@
 
 #include "base/number_text.h"
 #include "model/keyed_property_timeline.h"
+#include "model/preferences/app_preferences.h"
 
 using namespace Qt::StringLiterals;
 
@@ -23,6 +24,7 @@ void PCKeyedPropertyTimeline::EXPORT_setDurationInTimeInMS(int32_t duration) {
     const auto [factor, offset] = factorAndOffset();
     KeyframeRecord record;
     record.timeInMS = duration;
+    record.instantTransition = !PCAppPreferences::tweenOn();
     const float* number = std::get_if<float>(&held);
     record.value =
         number && !isInstantTransition() ? PropertyValue(*number / factor - offset) : held;

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QScopeGuard>
+
 #include "base/errors.h"
 #include "codegen/scene.h"
+#include "model/preferences/app_preferences.h"
 
 using namespace Qt::StringLiterals;
 
@@ -184,6 +187,24 @@ TEST(ExportPlan, MakesFiniteTimelinesAsLongAsTheAnimation) {
 
 TEST(ExportPlan, LeavesLegacyTimelinesOut) {
     Scene scene;
+TEST(ExportPlan, LengthensWithAJumpWhileTweeningIsOff) {
+    const auto tweenAgain = qScopeGuard([] { PCAppPreferences::setTweenOn(true); });
+    for (const bool tweenOn : {true, false}) {
+        PCAppPreferences::setTweenOn(tweenOn);
+        Scene scene;
+        const auto a = scene.add(u"a"_s);
+        const auto animation = scene.addAnimation(u"move"_s);
+        scene.store(animation, a, PCPropertyTypeTranslationX, {{500, 7.0F}});
+        scene.store(animation, a, PCPropertyTypeTranslationY, {{2000, 7.0F}});
+        const ExportPlan plan = scene.plan();
+        const auto& bundle = plan.standardAnimationExportBundles.front();
+        const auto& lengthened = *bundle.timelinesByElement.front().xPosition;
+        ASSERT_EQ(lengthened.durationInMS(), 2000);
+        EXPECT_EQ(lengthened.keyframeIsInstant(1), !tweenOn);
+        EXPECT_FALSE(lengthened.keyframeIsInstant(0));
+    }
+}
+
     const auto a = scene.add(u"a"_s);
     const auto animation = scene.addAnimation(u"old"_s);
     scene.store(animation, a, PCPropertyTypeScale, {{5000, QPointF(2, 3)}}, PCRepeatBehaviorForever,
