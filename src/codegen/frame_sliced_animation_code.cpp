@@ -277,8 +277,9 @@ void FrameSlicedAnimationCode::generateCodeToApplyTranslation(const PlannedEleme
                                                               bool nonChanging) {
     if (!transform.xTranslation && !transform.yTranslation) { return; }
     const auto value = [&](const Timeline* timeline, double position) -> std::string {
-        if (timeline && !nonChanging) {
-            return "frameValues." + structVariableName(planned, *timeline);
+        if (!nonChanging) {
+            return timeline ? "frameValues." + structVariableName(planned, *timeline)
+                            : threeDecimals(position);
         }
         const float offset = timeline ? timeline->floatValueAtTimeInMS(0) : 0;
         return threeDecimals(position + static_cast<double>(offset));

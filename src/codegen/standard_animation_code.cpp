@@ -168,27 +168,28 @@ void StandardAnimationCode::BundleCode::generateCodeForTimeline(
     generateCodeForAnimatingTimeline(planned, timeline.propertyType(), timeline);
 }
 
-/// A stacking change becomes a number animation of each child's place.
+/// A stacking change becomes a number animation of each child's place in the stored order, in which
+/// deleted children keep theirs; one that the order lacks stays at its own.
 void StandardAnimationCode::BundleCode::generateCodeForChildrenOrder(
     const PCElement& parent, const PCKeyedPropertyTimeline& timeline) {
     const QStringList children = PCProject::sortedSubelementIdentifiers(parent);
     std::vector<QHash<QString, float>> placeByKeyframe(timeline.keyframesCount());
     for (size_t i = 0; i < placeByKeyframe.size(); ++i) {
-        const QStringList order =
-            childrenOrderInLine(arrayOfValue(timeline.storedValueOfKeyframe(i)), children);
+        const QStringList order = arrayOfValue(timeline.storedValueOfKeyframe(i));
         // An identifier that is there twice counts where it comes first.
         for (qsizetype place = order.size(); place-- > 0;) {
             placeByKeyframe[i][order[place]] = static_cast<float>(place);
         }
     }
     for (qsizetype child = 0; child < children.size(); ++child) {
+        const auto own = static_cast<float>(child);
         m_lists.populate(
             timeline,
             [&](size_t i) {
                 m_provider.codeForBoxedNumber(m_lists.values(),
-                                              placeByKeyframe[i].value(children[child]));
+                                              placeByKeyframe[i].value(children[child], own));
             },
-            [&] { m_provider.codeForBoxedNumber(m_lists.values(), static_cast<float>(child)); });
+            [&] { m_provider.codeForBoxedNumber(m_lists.values(), own); });
         const PCElement& element = *parent.children()[static_cast<size_t>(child)];
         generateCodeForAnimatingTimeline(m_plan.planned(element), PCPropertyTypeZPosition,
                                          timeline);

@@ -210,7 +210,8 @@ class PCKeyedPropertyTimeline : public Archivable,
     // Export queries. Only ever called on the export's private copies.
 
     void EXPORT_setDurationInTimeInMS(int32_t durationInMS);
-    /// True when every stored value equals the value at time 0; true for an empty timeline.
+    /// True when every stored value equals the value at time 0 and the value at every other time
+    /// does as well; true for an empty timeline.
     bool EXPORT_isNonChanging() const;
     bool EXPORT_allKeyframeValuesEqual(const PropertyValue& value) const;
     QString EXPORT_propertyTypeAsString() const;
@@ -273,6 +274,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     KeyframeRecord newKeyframeRecord(int32_t timeInMS) const;
     UndoManager* undoManager() const;
     PropertyValue heldValueAt(int32_t effectiveTime) const;
+    bool staysAt(const PropertyValue& value) const;
 };
 
 }  // namespace tweenery

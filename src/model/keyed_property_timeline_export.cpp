@@ -32,7 +32,16 @@ void PCKeyedPropertyTimeline::EXPORT_setDurationInTimeInMS(int32_t duration) {
 }
 
 bool PCKeyedPropertyTimeline::EXPORT_isNonChanging() const {
-    return EXPORT_allKeyframeValuesEqual(valueAtTimeInMS(0));
+    const PropertyValue atStart = valueAtTimeInMS(0);
+    return EXPORT_allKeyframeValuesEqual(atStart) && staysAt(atStart);
+}
+
+// What changes in a span shows at its keyframe, or in the millisecond before.
+bool PCKeyedPropertyTimeline::staysAt(const PropertyValue& value) const {
+    return std::all_of(m_times.begin(), m_times.end(), [&](int32_t time) {
+        return valuesEqual(valueAtTimeInMS(time), value) &&
+               valuesEqual(valueAtTimeInMS(std::max(time - 1, 0)), value);
+    });
 }
 
 bool PCKeyedPropertyTimeline::EXPORT_allKeyframeValuesEqual(const PropertyValue& value) const {
