@@ -63,6 +63,13 @@ void lengthenTimelines(const PCAnimationExportBundle& bundle) {
     }
 }
 
+/// Puts a name into the entry of a map. What it replaces there is free again.
+void replaceName(QString& entry, const QString& name, TakenNames& taken) {
+    if (!entry.isNull()) { taken.erase(entry); }
+    taken.insert(name);
+    entry = name;
+}
+
 class Planner {
  public:
     Planner(PCProject& project, ExportPlan& plan) : m_project(project), m_plan(plan) {}
@@ -86,15 +93,16 @@ class Planner {
     void readTimelines(ElementJob& job) const;
     void takeTimelines(ElementJob& job);
     void classify(PCAnimationExportBundle& bundle);
-    void enterSpeedName(const AnimationTag& tag, const QString& animationName);
-    QString baseMethodNameFromSpecialNameComponents(const QString& rest) const;
-    QString tellApart(TakenNames& stems, const QString& stem) const;
+    void enterBaseName(const QString& animationName, const QString& name);
+    QString baseNameFromSpecialNameComponents(const QString& rest) const;
+    QString tellApart(TakenNames& stems, const QString& name) const;
     void file(PCAnimationExportBundle&& bundle);
 
     PCProject& m_project;
     ExportPlan& m_plan;
     std::unordered_map<Identifier, size_t> m_elementByIdentifier;
-    TakenNames m_baseNames;  // with a lower first letter
+    std::unordered_map<QString, QString> m_baseNameByAnimationName;  // with a lower first letter
+    TakenNames m_baseNames;                                          // those in the map
     TakenNames m_slicedStems;
     TakenNames m_pngStems;
     std::unordered_set<std::string> m_completionNames;
@@ -153,9 +161,9 @@ PCCodeGeneratorType Planner::takeTypeTag(PlannedElement& planned, PCCodeGenerato
 void Planner::buildElementCodeVariableNamesMap() {
     std::unordered_map<QString, QString> variableByName;
     for (const PlannedElement& planned : m_plan.elements) {
-        const QString variable = codeFriendlyNameFromName(planned.name, &m_plan.elementVariables);
-        m_plan.elementVariables.insert(variable);
-        variableByName[planned.name] = variable;
+        replaceName(variableByName[planned.name],
+                    codeFriendlyNameFromName(planned.name, &m_plan.elementVariables),
+                    m_plan.elementVariables);
     }
     for (PlannedElement& planned : m_plan.elements) {
         planned.variable = variableByName.at(planned.name).toStdString();
@@ -164,11 +172,13 @@ void Planner::buildElementCodeVariableNamesMap() {
 
 void Planner::createAnimationsBaseNameMap() {
     for (const PCAnimation::Ptr& animation : m_project.animationsManager().animations()) {
-        const QString name = codeFriendlyNameFromName(animation->name(), &m_baseNames);
-        m_baseNames.insert(name);
-        m_plan.baseMethodNameByAnimationName[animation->name()] =
-            pc_stringByUppercasingFirstLetter(name);
+        enterBaseName(animation->name(), codeFriendlyNameFromName(animation->name(), &m_baseNames));
     }
+}
+
+void Planner::enterBaseName(const QString& animationName, const QString& name) {
+    replaceName(m_baseNameByAnimationName[animationName], name, m_baseNames);
+    m_plan.baseMethodNameByAnimationName[animationName] = pc_stringByUppercasingFirstLetter(name);
 }
 
 void Planner::createAnimationExportBundles() {
@@ -251,38 +261,29 @@ void Planner::classify(PCAnimationExportBundle& bundle) {
     if (tag.word == u"sliced" && tag.number > 0) {
         bundle.type = AnimationExportType::frameSlicedAnimation;
         bundle.numberOfFrameSlices = tag.number;
-        baseMethodName =
-            tellApart(m_slicedStems, baseMethodNameFromSpecialNameComponents(tag.rest));
+        baseMethodName = tellApart(m_slicedStems, baseNameFromSpecialNameComponents(tag.rest));
     } else if (tag.word == u"pngs" && tag.number > 0) {
         bundle.type = AnimationExportType::pngGeneratorAnimation;
         bundle.generatePNGsDeltaTimeInMS = static_cast<float>(tag.number);
-        baseMethodName = tellApart(m_pngStems, baseMethodNameFromSpecialNameComponents(tag.rest));
+        baseMethodName = tellApart(m_pngStems, baseNameFromSpecialNameComponents(tag.rest));
     } else {
         if (tag.word == u"speed" && tag.number > 0) {
             bundle.timeScalar = static_cast<float>(tag.number) / 100.0F;
-            enterSpeedName(tag, name);
+            // Into the map, because standard animations are named from there.
+            enterBaseName(name, baseNameFromSpecialNameComponents(tag.rest));
         }
         baseMethodName = m_plan.baseMethodNameByAnimationName.at(name);
     }
     bundle.baseMethodName = baseMethodName.toStdString();
 }
 
-/// A "speed" animation's name goes into the map, because standard animations are named from there.
-void Planner::enterSpeedName(const AnimationTag& tag, const QString& animationName) {
-    QString& entry = m_plan.baseMethodNameByAnimationName.at(animationName);
-    const QString name = baseMethodNameFromSpecialNameComponents(tag.rest);
-    m_baseNames.erase(pc_stringByLowercasingFirstLetter(entry));
-    m_baseNames.insert(pc_stringByLowercasingFirstLetter(name));
-    entry = name;
+QString Planner::baseNameFromSpecialNameComponents(const QString& rest) const {
+    return codeFriendlyNameFromName(rest, &m_baseNames);
 }
 
-QString Planner::baseMethodNameFromSpecialNameComponents(const QString& rest) const {
-    return pc_stringByUppercasingFirstLetter(codeFriendlyNameFromName(rest, &m_baseNames));
-}
-
-/// Numbers a stem until no other animation of its kind and no base name has it.
-QString Planner::tellApart(TakenNames& stems, const QString& stem) const {
-    QString candidate = pc_stringByLowercasingFirstLetter(stem);
+/// The stem of a name, numbered until no other animation of its kind and no base name has it.
+QString Planner::tellApart(TakenNames& stems, const QString& name) const {
+    QString candidate = name;
     while (stems.contains(candidate) || m_baseNames.contains(candidate)) {
         candidate = stems.firstFree(candidate);
         candidate = m_baseNames.firstFree(candidate);

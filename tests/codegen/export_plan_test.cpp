@@ -88,6 +88,8 @@ TEST(ExportPlan, TellsStemsApart) {
         {{u"_ignore_draft"_s, u"ignore draft"_s}, {u"IgnoreDraft2"_s}},
         {{u"walk"_s, u"walk_speed_150"_s}, {u"Walk"_s, u"Walk2"_s}},
         {{u"walk_speed_150"_s, u"walk_speed_50"_s}, {u"Walk"_s, u"Walk2"_s}},
+        // The second "walk" takes the entry of the first, whose stem is free again.
+        {{u"walk"_s, u"walk"_s, u"walk_speed_200"_s}, {u"Walk2"_s, u"Walk2"_s, u"Walk"_s}},
         {{u"a_speed_9"_s, u"aSpeed9_speed_8"_s}, {u"A"_s, u"ASpeed9"_s}},
         {{u"walk_sliced_10"_s, u"walk_sliced_20"_s}, {u"Walk"_s, u"Walk2"_s}},
         {{u"walk"_s, u"walk_sliced_10"_s, u"walk_sliced_20"_s},
@@ -185,8 +187,6 @@ TEST(ExportPlan, MakesFiniteTimelinesAsLongAsTheAnimation) {
     EXPECT_EQ(plan.leftOutTimelines.front().elementIdentifier, u"NO-SUCH-ELEMENT"_s);
 }
 
-TEST(ExportPlan, LeavesLegacyTimelinesOut) {
-    Scene scene;
 TEST(ExportPlan, LengthensWithAJumpWhileTweeningIsOff) {
     const auto tweenAgain = qScopeGuard([] { PCAppPreferences::setTweenOn(true); });
     for (const bool tweenOn : {true, false}) {
@@ -205,6 +205,8 @@ TEST(ExportPlan, LengthensWithAJumpWhileTweeningIsOff) {
     }
 }
 
+TEST(ExportPlan, LeavesLegacyTimelinesOut) {
+    Scene scene;
     const auto a = scene.add(u"a"_s);
     const auto animation = scene.addAnimation(u"old"_s);
     scene.store(animation, a, PCPropertyTypeScale, {{5000, QPointF(2, 3)}}, PCRepeatBehaviorForever,

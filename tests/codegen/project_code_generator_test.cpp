@@ -17,67 +17,13 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-TEST(Hierarchy, WritesOnlyWhatDiffersFromTheDefault) {
-    struct Case {
-        const char* what;
-        std::function<void(PCElement&)> change;
-        std::string line;  // empty: none
-    };
-    const Case cases[] = {
-        {"anchor",
-         [](PCElement& e) {
-             e.setAnchorPoint({0.5, 0.50001});
-         },
-         "\n\thero.layer.anchorPoint = CGPointMake(0.500, 0.500);"},
-        {"opacity within 0.0001", [](PCElement& e) { e.setOpacity(0.99995); }, ""},
-        {"opacity", [](PCElement& e) { e.setOpacity(0.9998); }, "\n\thero.alpha = 1.00;"},
-        {"scale",
-         [](PCElement& e) {
-             e.setScale({1, 2.005});
-         },
-         "\n\thero.transform = CGAffineTransformMakeScale(1.00, 2.01);"},
-        {"rotation", [](PCElement& e) { e.setZRotation(0.5); },
-         "\n\thero.transform = CGAffineTransformMakeRotation(0.500);"},
-        {"both",
-         [](PCElement& e) {
-             e.setScale({-1, 1});
-             e.setZRotation(0.5);
-         },
-         "\n\thero.transform = CGAffineTransformScale(CGAffineTransformMakeRotation(0.50), -1.00, "
-         "1.00);"},
-        {"nothing", [](PCElement&) {}, ""},
-    };
-    for (const Case& c : cases) {
-        Scene scene;
-        const auto hero = scene.add(u"hero"_s);
-        hero->setSize({10.25, 10.75});
-        c.change(*hero);
-        EXPECT_THAT(scene.source(u".m"_s),
-                    HasSubstr("\n\n\tUIImageView *hero = [UIImageView new];"
-                              "\n\thero.bounds = CGRectMake(0, 0, 10.2, 10.8);" +
-                              (c.line.find("anchor") != std::string::npos ? c.line : "") +
-                              "\n\thero.layer.position = CGPointMake(0.000, 0.000);" +
-                              (c.line.find("anchor") == std::string::npos ? c.line : "") +
-                              "\n\t[__scaling__ addSubview:hero];"))
-            << c.what;
-    }
-}
-
-TEST(Hierarchy, LoadsEachImageOnceAndTellsVariablesApart) {
+TEST(Hierarchy, GivesAnImageTheNameThatNoElementHasAnyMore) {
     Scene scene;
-    scene.add(u"one"_s)->setImageName(u"a-b.png"_s);
-    scene.add(u"two"_s)->setImageName(u"a-b.png"_s);
-    scene.add(u"three"_s)->setImageName(u"a_b.png"_s);
-    scene.add(u"imgC"_s)->setImageName(u"c.png"_s);
-    scene.add(u"spark_layer"_s)->setImageName(u"c.png"_s);
-    const std::string code = scene.source(u".m"_s);
-    for (const char* line :
-         {"\n\tUIImage *imgAB = ", "\n\tUIImage *imgAB2 = ", "\n\tUIImage *imgC2 = ",
-          "\n\ttwo.image = imgAB;\n\ttwo.contentMode", "\n\tthree.image = imgAB2;",
-          "\n\tspark.contents = (__bridge id)imgC2.CGImage;\n\tspark.position"}) {
-        EXPECT_THAT(code, HasSubstr(line));
-        EXPECT_EQ(code.find(line), code.rfind(line)) << line;
-    }
+    scene.add(u"imgA"_s);
+    const auto twin = scene.add(u"twin"_s);
+    twin->setName(u"imgA"_s);
+    twin->setImageName(u"a.png"_s);  // both are imgA2 now
+    EXPECT_THAT(scene.source(u".m"_s), HasSubstr("\n\timgA2.image = imgA;"));
 }
 
 TEST(ProjectCodeGenerator, NeedsAProject) {
