@@ -5,6 +5,8 @@
 #include "base/number_text.h"
 #include "base/parallel_for.h"
 #include "codegen/frame_sliced_animation_code.h"
+#include "codegen/language/platform_classes.h"
+#include "codegen/preview_likeness.h"
 #include "codegen/printed_key_times.h"
 
 using namespace Qt::StringLiterals;
@@ -34,19 +36,13 @@ const char* const kKindNames[] = {
     "recordable-needs-import",
     "no-pictures-drawn",
     "coarse-key-times",
+    "puppet-is-mobile-code",
+    "no-image-view",
+    "empty-image",
+    "image-not-found-on-device",
+    "opacity-out-of-range",
+    "order-ends-early",
 };
-
-/// Classes that the generated code names itself.
-const QSet<QString>& frameworkClasses() {
-    static const QSet<QString> classes = {u"UIView"_s,
-                                          u"UIImageView"_s,
-                                          u"NSView"_s,
-                                          u"NSImageView"_s,
-                                          u"LFTPuppetView"_s,
-                                          u"LFTRecordableView"_s,
-                                          u"LFTRecordableImageView"_s};
-    return classes;
-}
 
 /// An element whose animation loses by printed key times.
 struct CoarseElement {
@@ -68,6 +64,10 @@ CoarseElements elementsWithCoarseKeyTimes(const PCAnimationExportBundle& bundle)
         if (worst.durationInMS > 0) { found.push_back(worst); }
     }
     return found;
+}
+
+bool hasNoElement(const ExportPlan& plan) {
+    return plan.elements.size() == 1;
 }
 
 class Collector {
@@ -114,7 +114,12 @@ class Collector {
     void checkPartsAnimated(const PCAnimationExportBundle& bundle);
     void checkSlicedAnimation(const PCAnimationExportBundle& bundle);
     void checkPngAnimation(const PCAnimationExportBundle& bundle);
+    void checkStem(const PCAnimationExportBundle& bundle);
+    void checkMethodNames(const PCAnimationExportBundle& bundle);
     void checkImages(const PCAnimationExportBundle& bundle);
+    void checkImagesAskedFor(const PCAnimationExportBundle& bundle);
+    void checkSlicedImages(const PCAnimationExportBundle& bundle);
+    void checkLikeness(const PCAnimationExportBundle& bundle);
     void noteKeyTimes(const PCAnimation& animation, const CoarseElements& elements);
 
     bool imageIsMissing(const QString& name) const {
@@ -146,16 +151,23 @@ void Collector::checkProject() {
         default:
             break;
     }
-    if (frameworkClasses().contains(className)) {
-        addForProject(
-            Kind::CollidingNames, Severity::Warning,
-            u"The generated class would be called %1, as a class that it uses; rename the project."_s
-                .arg(className));
+    if (isPlatformClass(className)) {
+        addForProject(Kind::CollidingNames, Severity::Warning,
+                      u"The generated class would be called %1, as a class of the platform; rename "
+                      "the project."_s.arg(className));
     }
-    if (m_plan.elements.size() == 1) {
+    if (m_plan.isLFTPuppetView && m_plan.target.generateForMac) {
+        addForProject(Kind::PuppetIsMobileCode, Severity::Warning,
+                      u"Puppets are mobile code, and the class does not compile on the desktop; "
+                      "export for the mobile platform, or take the tag \"_LFT_\" away."_s);
+    }
+    if (const auto obstacle = obstacleToExport(m_plan)) {
+        addForProject(Kind::EmptyProject, Severity::Error,
+                      u"The export stops: %1; add an element."_s.arg(*obstacle));
+    } else if (hasNoElement(m_plan)) {
         addForProject(Kind::EmptyProject, Severity::Warning,
-                      u"The project has no element, and the generated class shows nothing (on the "
-                      "desktop it does not compile); add an element."_s);
+                      u"The project has no element, and the generated class shows nothing; add an "
+                      "element."_s);
     }
 }
 
@@ -196,6 +208,13 @@ void Collector::checkElement(const PlannedElement& planned) {
             u"No image set is called '%1'; import the image, or choose another."_s.arg(
                 element.imageName()));
     }
+    const bool isImageView = planned.type == PCCodeGeneratorType::View ||
+                             planned.type == PCCodeGeneratorType::RecordableView;
+    if (isImageView && element.isGroup() && !element.imageName().isEmpty()) {
+        add(Kind::NoImageView, Severity::Warning, element,
+            u"It is a group and has an image, which a plain view cannot show, and does not "
+            "compile; take the image away, or ungroup it."_s);
+    }
     if (planned.type == PCCodeGeneratorType::RecordableView) {
         add(Kind::RecordableNeedsImport, Severity::Note, element,
             u"It becomes a recordable view, whose header the generated files do not import; import "
@@ -230,14 +249,30 @@ void Collector::checkStandardAnimations() {
 }
 
 void Collector::checkStandardAnimation(const PCAnimationExportBundle& bundle) {
+    checkMethodNames(bundle);
+    checkImages(bundle);
+    checkImagesAskedFor(bundle);
+    checkPartsAnimated(bundle);
+    checkLikeness(bundle);
+}
+
+/// The words before the stem keep it from all other faults of a name.
+void Collector::checkStem(const PCAnimationExportBundle& bundle) {
+    const QString stem = QString::fromStdString(bundle.baseMethodName);
+    if (faultOfIdentifier(m_language, u"add"_s + stem) == IdentifierFault::None) { return; }
+    add(Kind::UnusableCharacter, Severity::Warning, *bundle.animation,
+        u"Its methods would be called after %1, which holds a character that the compiler refuses; "
+        "rename the animation."_s.arg(stem));
+}
+
+void Collector::checkMethodNames(const PCAnimationExportBundle& bundle) {
+    checkStem(bundle);
     const QString stem = QString::fromStdString(methodStem(bundle.baseMethodName));
     if (m_methodStems.contains(stem)) {
         add(Kind::CollidingNames, Severity::Warning, *bundle.animation,
             u"Another animation has methods called add%1 as well; rename one of them."_s.arg(stem));
     }
     m_methodStems.insert(stem);
-    checkImages(bundle);
-    checkPartsAnimated(bundle);
 }
 
 /// Animations reach the parts that have a name in the dictionary which the code looks into: not the
@@ -285,8 +320,11 @@ void Collector::checkSlicedAnimation(const PCAnimationExportBundle& bundle) {
             u"for "
             "the mobile platform, or take the tag \"sliced\" away."_s);
     }
+    checkStem(bundle);
     checkImages(bundle);
-    if (!m_plan.target.generateForMac) { checkPartsAnimated(bundle); }
+    if (m_plan.target.generateForMac) { return; }
+    checkSlicedImages(bundle);
+    checkPartsAnimated(bundle);
 }
 
 void Collector::checkPngAnimation(const PCAnimationExportBundle& bundle) {
@@ -310,6 +348,63 @@ void Collector::checkImages(const PCAnimationExportBundle& bundle) {
                     u"It shows the image '%1' on the element '%2', which no image set has; import "
                     "the image, or choose another."_s.arg(name, record.element->name()));
             }
+        }
+    }
+}
+
+/// Every image that a standard animation shows is loaded by name when it is added, and the code
+/// stops where there is none.
+void Collector::checkImagesAskedFor(const PCAnimationExportBundle& bundle) {
+    for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
+        if (!record.contents) { continue; }
+        for (const QString& name : imagesShown(*record.contents)) {
+            if (name.isEmpty()) {
+                add(Kind::EmptyImage, Severity::Warning, *bundle.animation,
+                    u"The element '%1' shows no image at some time, and the generated code stops "
+                    "when it is run; choose an image for the element and for each keyframe."_s.arg(
+                        record.element->name()));
+            } else if (!m_plan.target.generateForMac && !name.endsWith(u".png")) {
+                add(Kind::ImageNotFoundOnDevice, Severity::Warning, *bundle.animation,
+                    u"It asks for the image '%1' on the element '%2' without its extension, by "
+                    "which a device finds PNG only, and the generated code stops when it is run; "
+                    "import the image as PNG."_s.arg(name, record.element->name()));
+            }
+        }
+    }
+}
+
+/// The state of a frame-sliced animation takes each element with an image for an image view.
+void Collector::checkSlicedImages(const PCAnimationExportBundle& bundle) {
+    for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
+        const PlannedElement& planned = m_plan.planned(*record.element);
+        if (!record.contents || planned.isLayer()) { continue; }
+        if (planned.type != PCCodeGeneratorType::Button && !record.element->isGroup()) { continue; }
+        add(Kind::NoImageView, Severity::Warning, *bundle.animation,
+            u"It gives an image to the element '%1', which is a group or a button and no image "
+            "view, and the generated code stops when it is run; delete these keyframes, or take "
+            "the tag \"sliced\" away."_s.arg(record.element->name()));
+    }
+}
+
+/// Where a device shows something else than the preview.
+void Collector::checkLikeness(const PCAnimationExportBundle& bundle) {
+    for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
+        const QString name = record.element->name();
+        if (record.opacity && tweensBeyondOpacities(*record.opacity)) {
+            add(Kind::OpacityOutOfRange, Severity::Warning, *bundle.animation,
+                u"The opacity of the element '%1' goes beyond 0 to 1, where a device fades at "
+                "another pace than the preview; key its opacity anew."_s.arg(name));
+        }
+        const bool endsEarly = record.zPosition &&
+                               record.zPosition->repeatBehavior() == PCRepeatBehaviorNever &&
+                               record.zPosition->durationInMS() < bundle.durationInMS;
+        if (endsEarly) {
+            add(Kind::OrderEndsEarly, Severity::Warning, *bundle.animation,
+                u"The order of the children of '%1' is keyed for the last time at %2 ms of %3 ms, "
+                "and a device that removes the animation on completion drops it there; key the "
+                "order at the end as well."_s.arg(name)
+                    .arg(record.zPosition->durationInMS())
+                    .arg(bundle.durationInMS));
         }
     }
 }
@@ -343,6 +438,11 @@ QString nameOf(ExportDiagnostic::Severity severity) {
             return u"error"_s;
     }
     return {};
+}
+
+std::optional<QString> obstacleToExport(const ExportPlan& plan) {
+    if (!plan.target.generateForMac || !hasNoElement(plan)) { return {}; }
+    return u"the project has no element, without which the class does not compile on the desktop"_s;
 }
 
 std::vector<ExportDiagnostic> exportDiagnostics(PCProject& project, const ExportPlan& plan) {

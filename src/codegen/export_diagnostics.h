@@ -1,17 +1,18 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 #include <vector>
 
 #include "codegen/export_plan.h"
 
 namespace tweenery {
 
-/// Something that will not compile, is missing from an export, or surprises its reader.
+/// Something that will not compile or run, is missing from an export, or surprises its reader.
 struct ExportDiagnostic {
     enum class Severity {
         Note,     // works, but not as one may think
-        Warning,  // does not compile, or misses something
+        Warning,  // does not compile or run, misses something, or looks otherwise than the preview
         Error,    // stops the export
     };
     enum class Kind {
@@ -30,6 +31,12 @@ struct ExportDiagnostic {
         RecordableNeedsImport,
         NoPicturesDrawn,
         CoarseKeyTimes,
+        PuppetIsMobileCode,
+        NoImageView,
+        EmptyImage,
+        ImageNotFoundOnDevice,
+        OpacityOutOfRange,
+        OrderEndsEarly,
     };
     enum class Subject { Project, Element, Animation };
 
@@ -44,6 +51,9 @@ struct ExportDiagnostic {
 /// A stable word for each, for output that other programs read.
 QString nameOf(ExportDiagnostic::Kind kind);
 QString nameOf(ExportDiagnostic::Severity severity);
+
+/// Why the plan cannot become source text at all; nothing for most.
+std::optional<QString> obstacleToExport(const ExportPlan& plan);
 
 /// What a designer should know of a planned export: the project's first, then the elements' in tree
 /// order, then the animations' in their order.

@@ -1,6 +1,7 @@
 #include "codegen/project_code_generator.h"
 
 #include "base/errors.h"
+#include "codegen/export_error.h"
 #include "codegen/frame_sliced_animation_code.h"
 #include "codegen/hierarchy_code.h"
 #include "codegen/standard_animation_code.h"
@@ -25,6 +26,7 @@ void PCProjectCodeGenerator::loadFileContentsByName() {
         {m_languageProvider->language(), m_generateForMac, m_clipsCanvas, m_addAnimationSuffix},
         m_isLFTPuppetView);
     m_isLFTPuppetView = m_plan->isLFTPuppetView;
+    if (const auto obstacle = obstacleToExport(*m_plan)) { throw ExportError(*obstacle); }
     m_languageProvider->setGeneratedClassName(m_plan->generatedClassName.toStdString());
     m_languageProvider->setGenerateForMac(m_generateForMac);
     generateCodeForFileContentsByName(*m_plan);

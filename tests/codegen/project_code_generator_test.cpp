@@ -6,8 +6,8 @@
 #include <QRegularExpression>
 
 #include "base/errors.h"
+#include "codegen/export_error.h"
 #include "codegen/scene.h"
-#include "model/images/image.h"
 
 using namespace Qt::StringLiterals;
 
@@ -38,6 +38,7 @@ TEST(ProjectCodeGenerator, NeedsAProject) {
 
 TEST(ProjectCodeGenerator, DerivesFromThePuppetOnTheMobilePlatformOnly) {
     Scene scene(u"_LFT_Hero"_s);
+    scene.add(u"hero"_s);
     const std::string mobile = scene.source(u".h"_s);
     EXPECT_THAT(mobile, HasSubstr("#import <UIKit/UIKit.h>\n#import \"LFTPuppetView.h\"\n\n"
                                   "IB_DESIGNABLE\n@interface HeroView : LFTPuppetView\n\n\n@end"));
@@ -48,6 +49,20 @@ TEST(ProjectCodeGenerator, DerivesFromThePuppetOnTheMobilePlatformOnly) {
         scene.source(u".swift"_s, {.language = TargetLanguage::Swift}),
         HasSubstr("import UIKit\n\n@IBDesignable\nclass HeroView : LFTPuppetView {\n\n\n\t// "
                   "- MARK: Life Cycle"));
+}
+
+TEST(ProjectCodeGenerator, RefusesAnEmptyProjectForTheDesktop) {
+    const Scene scene;
+    PCProjectCodeGenerator run = scene.generator({.mac = true});
+    try {
+        run.loadFileContentsByName();
+        ADD_FAILURE() << "what does not compile was written";
+    } catch (const ExportError& error) { EXPECT_THAT(error.what(), HasSubstr("no element")); }
+    EXPECT_TRUE(run.fileContentsByName().empty());
+    ASSERT_EQ(run.diagnostics().size(), 1U);
+    EXPECT_EQ(run.diagnostics().front().kind, ExportDiagnostic::Kind::EmptyProject);
+    EXPECT_EQ(run.diagnostics().front().severity, ExportDiagnostic::Severity::Error);
+    EXPECT_FALSE(scene.source(u".m"_s).empty());
 }
 
 TEST(ProjectCodeGenerator, LeavesTheProjectAsItWas) {
@@ -118,9 +133,25 @@ TEST(ExportDiagnostics, TellWhatWillNotCompileOrSurprises) {
          {},
          {"reserved-word default", "reserved-word bundle"}},
         {[](Scene& s) { s.add(u"func"_s); }, swift, {"reserved-word func"}},
-        {[](Scene& s) { s.add(u"2 up"_s), s.add(u"a²"_s); },
+        {[](Scene& s) { s.add(u"2 up"_s), s.add(u"a²"_s); }, {}, {"leading-digit 2 up"}},
+        {[](Scene& s) {
+             for (const QString& name : {u"a²"_s, u"½"_s, u"①"_s, u"١٢٣"_s, u"ⅷ"_s}) {
+                 s.add(name);
+             }
+         },
          {},
-         {"leading-digit 2 up", "unusable-character a²"}},
+         {}},
+        {[](Scene& s) {
+             s.add(u"a\u2E2F"_s), s.add(u"\u0301b"_s);
+             s.addAnimation(u"\u2E2Fc"_s);
+         },
+         {},
+         {"unusable-character a\u2E2F", "unusable-character \u0301b",
+          "unusable-character \u2E2Fc"}},
+        {[](Scene& s) { s.add(u"errno"_s), s.add(u"assert"_s), s.add(u"stdin"_s); },
+         {},
+         {"reserved-word errno", "reserved-word assert", "reserved-word stdin"}},
+        {[](Scene& s) { s.add(u"errno"_s), s.add(u"assert"_s); }, swift, {}},
         {[](Scene& s) { s.add(u"play"_s), s.add(u"play_button"_s), s.add(u"__scaling__"_s); },
          {},
          {"colliding-names play_button", "colliding-names __scaling__"}},
@@ -128,6 +159,16 @@ TEST(ExportDiagnostics, TellWhatWillNotCompileOrSurprises) {
         {[](Scene& s) { s.project()->setProjectName(u"UI"_s), s.add(u"a"_s); },
          {},
          {"colliding-names UI"}},
+        {[](Scene& s) { s.project()->setProjectName(u"UI scroll"_s), s.add(u"a"_s); },
+         {},
+         {"colliding-names UI scroll"}},
+        {[](Scene& s) { s.project()->setProjectName(u"NSOutline"_s), s.add(u"a"_s); },
+         mac,
+         {"colliding-names NSOutline"}},
+        {[](Scene& s) { s.project()->setProjectName(u"_LFT_Hero"_s), s.add(u"a"_s); }, {}, {}},
+        {[](Scene& s) { s.project()->setProjectName(u"_LFT_Hero"_s), s.add(u"a"_s); },
+         mac,
+         {"puppet-is-mobile-code _LFT_Hero"}},
         {[](Scene& s) { s.project()->setProjectName(u"2 up"_s), s.add(u"a"_s); },
          {},
          {"leading-digit 2 up"}},
@@ -182,6 +223,113 @@ TEST(ExportDiagnostics, TellWhatWillNotCompileOrSurprises) {
         Scene scene;
         c.make(scene);
         EXPECT_EQ(listed(scene.diagnostics(c.target)), c.expected);
+    }
+}
+
+TEST(ExportDiagnostics, TellWhichImagesADeviceCannotShow) {
+    struct Case {
+        const char* what;
+        const char* element;  // its image
+        bool isGroup;
+        std::vector<Key> keys;
+        std::vector<std::string> mobile, desktop;
+    };
+    const Case cases[] = {
+        {"a group with an image", "a.png", true, {}, {"no-image-view a"}, {}},
+        {"an image from the start", "", false, {{0, u"a.png"_s}}, {}, {}},
+        {"one that comes later, from none",
+         "",
+         false,
+         {{9, u"a.png"_s}},
+         {"empty-image blink"},
+         {"empty-image blink"}},
+        {"none in the end",
+         "a.png",
+         false,
+         {{9, QString()}},
+         {"empty-image blink"},
+         {"empty-image blink"}},
+        {"a JPEG that stands still", "b.jpg", false, {}, {}, {}},
+        {"a JPEG from the start",
+         "b.jpg",
+         false,
+         {{9, u"a.png"_s}},
+         {"image-not-found-on-device blink"},
+         {}},
+        {"a JPEG in the end",
+         "a.png",
+         false,
+         {{9, u"b.jpg"_s}},
+         {"image-not-found-on-device blink"},
+         {}},
+    };
+    for (const Case& c : cases) {
+        Scene scene;
+        scene.addImage(u"a.png"_s);
+        scene.addImage(u"b.jpg"_s);
+        const auto element = scene.add(u"a"_s);
+        element->setGroup(c.isGroup);
+        element->setImageName(QString::fromLatin1(c.element));
+        if (!c.keys.empty()) {
+            scene.store(scene.addAnimation(u"blink"_s), element, PCPropertyTypeImageContents,
+                        c.keys);
+        }
+        for (const auto language : {TargetLanguage::ObjectiveC, TargetLanguage::Swift}) {
+            EXPECT_EQ(listed(scene.diagnostics({language})), c.mobile) << c.what;
+            EXPECT_EQ(listed(scene.diagnostics({language, true})), c.desktop) << c.what;
+        }
+    }
+}
+
+TEST(ExportDiagnostics, TellThatAFrameSlicedImageStopsAButton) {
+    Scene scene;
+    scene.addImage(u"a.png"_s);
+    const auto animation = scene.addAnimation(u"blink_sliced_2"_s);
+    for (const char* name : {"shot", "go_button"}) {
+        const auto element = scene.add(QString::fromLatin1(name));
+        element->setImageName(u"a.png"_s);
+        scene.store(animation, element, PCPropertyTypeImageContents, {{0, u"a.png"_s}});
+    }
+    const auto diagnostics = scene.diagnostics();
+    EXPECT_EQ(listed(diagnostics), std::vector<std::string>{"no-image-view blink_sliced_2"});
+    EXPECT_TRUE(diagnostics.front().sentence.contains(u"'go_button'"));
+}
+
+TEST(ExportDiagnostics, TellWhereADeviceShowsOtherThanThePreview) {
+    struct Case {
+        const char* what;
+        std::vector<Key> opacity, order;
+        PCRepeatBehavior repeat;
+        std::vector<std::string> expected;
+    };
+    const QStringList none;
+    const Case cases[] = {
+        {"within 0 to 1", {{0, 1.0F}, {90, 0.0F}}, {}, PCRepeatBehaviorNever, {}},
+        {"to 2", {{90, 2.0F}}, {}, PCRepeatBehaviorNever, {}},  // from 1, which looks the same
+        {"from 0 to 2",
+         {{0, 0.0F}, {90, 2.0F}},
+         {},
+         PCRepeatBehaviorNever,
+         {"opacity-out-of-range walk"}},
+        {"a jump to 2", {{0, 0.0F}, {90, 2.0F, 0, true}}, {}, PCRepeatBehaviorNever, {}},
+        {"order to the end", {{90, 1.0F}}, {{90, none}}, PCRepeatBehaviorNever, {}},
+        {"order that ends before",
+         {{90, 1.0F}},
+         {{80, none}},
+         PCRepeatBehaviorNever,
+         {"order-ends-early walk"}},
+        {"order that repeats", {{90, 1.0F}}, {{80, none}}, PCRepeatBehaviorForever, {}},
+    };
+    for (const Case& c : cases) {
+        Scene scene;
+        const auto group = scene.add(u"group"_s);
+        group->setGroup(true);
+        const auto animation = scene.addAnimation(u"walk"_s);
+        scene.store(animation, group, PCPropertyTypeOpacity, c.opacity);
+        if (!c.order.empty()) {
+            scene.store(animation, group, PCPropertyTypeChildrenZPositions, c.order, c.repeat);
+        }
+        EXPECT_EQ(listed(scene.diagnostics()), c.expected) << c.what;
     }
 }
 

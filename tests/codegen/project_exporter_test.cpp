@@ -11,7 +11,6 @@
 #include "base/errors.h"
 #include "codegen/export_error.h"
 #include "codegen/scene.h"
-#include "model/images/image.h"
 #include "support/directory_snapshot.h"
 #include "support/test_paths.h"
 
@@ -24,13 +23,6 @@ ExportOptions options(bool includesImages, bool cleans = false) {
     return {.includesImages = includesImages,
             .cleansImageDirectory = cleans,
             .stamp = {"1.0", "1/2/20"}};
-}
-
-void addImage(Scene& scene, const QString& filename) {
-    QImage bitmap(12, 6, QImage::Format_ARGB32_Premultiplied);
-    bitmap.fill(Qt::red);
-    scene.project()->imageSetManager().addImageSetWithPCImage(
-        std::make_shared<const PCImage>(bitmap, filename));
 }
 
 class ProjectExporter : public testing::Test {
@@ -52,7 +44,7 @@ class ProjectExporter : public testing::Test {
 TEST_F(ProjectExporter, CopiesTheArtworkInUseOnce) {
     Scene scene;
     for (const char* name : {"b@3x.png", "a.jpg", "shown@2x.png", "unused.png", "ofGroup.png"}) {
-        addImage(scene, QString::fromLatin1(name));
+        scene.addImage(QString::fromLatin1(name));
     }
     for (int i = 0; i < 3; ++i) {
         scene.add(u"element %1"_s.arg(i))->setImageName(u"b.png"_s);
@@ -106,7 +98,7 @@ TEST_F(ProjectExporter, TouchesImagesOnlyWhenAsked) {
 
 TEST_F(ProjectExporter, NeverWritesThroughALink) {
     Scene scene;
-    addImage(scene, u"a.png"_s);
+    scene.addImage(u"a.png"_s);
     scene.add(u"a"_s)->setImageName(u"a.png"_s);
     writeFile(u"outside/keep.png"_s, "keep");
     writeFile(u"outside.swift"_s, "keep");
@@ -130,8 +122,8 @@ TEST_F(ProjectExporter, NeverWritesThroughALink) {
 TEST_F(ProjectExporter, NotesFailuresAndGoesOn) {
     Scene scene;
     const QString longName = QString(250, u'n');
-    addImage(scene, longName + u"@2x.png"_s);  // "@2x" no longer fits in a file name
-    addImage(scene, u"z.png"_s);
+    scene.addImage(longName + u"@2x.png"_s);  // "@2x" no longer fits in a file name
+    scene.addImage(u"z.png"_s);
     scene.add(u"a"_s)->setImageName(longName + u".png"_s);
     scene.add(u"b"_s)->setImageName(u"z.png"_s);
     ASSERT_TRUE(QDir().mkpath(path(u"out/SceneView.swift/in the way"_s)));
@@ -163,6 +155,9 @@ TEST_F(ProjectExporter, WritesNothingWhenTheRunStops) {
             damaged.add(u"a"_s)->identifier().toString())
         ->pc_replaceSubFileWrapperNamed(u"opacity.data"_s, "noise");
     EXPECT_THROW(run(damaged, options(true), u"out"_s), InputError);
+    ExportOptions desktop = options(true);
+    desktop.generateForMac = true;
+    EXPECT_THROW(run(Scene(), desktop, u"out"_s), ExportError);
     EXPECT_FALSE(QDir(path(u"out"_s)).exists());
 }
 
@@ -172,9 +167,10 @@ TEST_F(ProjectExporter, HostileNamesCompile) {
     if (clang.isEmpty()) { GTEST_SKIP() << "there is no clang"; }
     Scene scene;
     int number = 0;
-    for (const QString& name : {u"quote \" and \\"_s, u"line\nbreak"_s, u"ends in \\"_s,
-                                u"blank after \\ "_s, u"/* comment */ // \u0001\u0085"_s,
-                                u"%@ %d \\u0041"_s, QString(u"nul \0 nul"_s), u"日本語 🎈"_s}) {
+    for (const QString& name :
+         {u"quote \" and \\"_s, u"line\nbreak"_s, u"ends in \\"_s, u"blank after \\ "_s,
+          u"/* comment */ // \u0001\u0085"_s, u"%@ %d \\u0041"_s, QString(u"nul \0 nul"_s),
+          u"日本語 🎈"_s, u"² ½ ① ⅷ ١٢٣"_s}) {
         ++number;
         const auto element = scene.add(name + u" e%1"_s.arg(number));
         element->setImageName(name + u".png"_s);

@@ -4,6 +4,7 @@
 
 #include "codegen/language/objc_code_provider.h"
 #include "codegen/language/swift_code_provider.h"
+#include "model/images/image.h"
 
 using namespace Qt::StringLiterals;
 
@@ -23,6 +24,13 @@ PCElement::Ptr Scene::add(const QString& name, const PCElement::Ptr& parent) {
     const auto& target = parent ? parent : m_project->canvas();
     target->insertSubelement(element, target->children().size());
     return element;
+}
+
+void Scene::addImage(const QString& filename) const {
+    QImage bitmap(12, 6, QImage::Format_ARGB32_Premultiplied);
+    bitmap.fill(Qt::red);
+    m_project->imageSetManager().addImageSetWithPCImage(
+        std::make_shared<const PCImage>(bitmap, filename));
 }
 
 PCAnimation::Ptr Scene::addAnimation(const QString& name) {

@@ -35,6 +35,8 @@ class Scene {
     const PCProject::Ptr& project() const { return m_project; }
     /// A new element, in front of its siblings; `parent` null is the canvas.
     PCElement::Ptr add(const QString& name, const PCElement::Ptr& parent = {});
+    /// A small image set with that file's artwork.
+    void addImage(const QString& filename) const;
     /// Animations stand in the order of their names.
     PCAnimation::Ptr addAnimation(const QString& name);
     /// Stores a timeline in the animation's directory, under the file name of its type unless

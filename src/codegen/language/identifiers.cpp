@@ -2,6 +2,7 @@
 
 #include <QChar>
 #include <QSet>
+#include <algorithm>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -19,8 +20,21 @@ bool isAlphanumeric(char32_t character) {
     return QChar::isLetterOrNumber(character) || QChar::isMark(character);
 }
 
-/// Names that a local variable of the generated methods cannot have: the language's own words, and
-/// the locals that stand there already.
+/// What no compiler takes of the characters that names keep. They know identifiers by ISO/IEC
+/// 9899:2011, Annex D, which of all letters, marks and digits leaves out this one.
+constexpr char32_t kVerticalTilde = 0x2E2F;
+
+/// Combining marks that no identifier may begin with, by the same annex (D.2).
+bool isDisallowedInitially(char32_t character) {
+    static constexpr std::pair<char32_t, char32_t> ranges[] = {
+        {0x0300, 0x036F}, {0x1DC0, 0x1DFF}, {0x20D0, 0x20FF}, {0xFE20, 0xFE2F}};
+    return std::any_of(std::begin(ranges), std::end(ranges), [character](const auto& range) {
+        return character >= range.first && character <= range.second;
+    });
+}
+
+/// Names that a local variable of the generated methods cannot have: the language's own words, what
+/// system headers define as macros, and the locals that stand there already.
 const QSet<QString>& reservedWords(TargetLanguage language) {
     static const auto words = [](QStringView text) {
         const QStringList list = text.toString().split(u' ');
@@ -30,6 +44,7 @@ const QSet<QString>& reservedWords(TargetLanguage language) {
         u"asm auto bool break case char const continue default do double else enum extern false "
         u"float for goto id if inline int long nil register restrict return self short signed "
         u"sizeof static struct super switch true typedef typeof union unsigned void volatile while "
+        u"alignas alignof assert complex errno noreturn stderr stdin stdout "
         u"bundle layersByName viewsByName");
     static const QSet<QString> swift = words(
         u"as associatedtype break case catch class continue default defer deinit do dynamicType "
@@ -107,14 +122,10 @@ IdentifierFault faultOfIdentifier(TargetLanguage language, const QString& identi
     if (reservedWords(language).contains(identifier)) { return IdentifierFault::ReservedWord; }
     const auto characters = identifier.toUcs4();
     if (characters.isEmpty()) { return IdentifierFault::UnusableCharacter; }
-    for (const char32_t character : characters) {
-        const auto category = QChar::category(character);
-        if (category == QChar::Number_Other || category == QChar::Mark_Enclosing) {
-            return IdentifierFault::UnusableCharacter;
-        }
-    }
-    if (!QChar::isLetter(characters.front()) && characters.front() != U'_') {
-        return IdentifierFault::LeadingDigit;
+    const char32_t first = characters.front();
+    if (first >= U'0' && first <= U'9') { return IdentifierFault::LeadingDigit; }
+    if (characters.contains(kVerticalTilde) || isDisallowedInitially(first)) {
+        return IdentifierFault::UnusableCharacter;
     }
     return IdentifierFault::None;
 }

@@ -84,7 +84,13 @@ TEST(Identifiers, FaultsAreFoundByLanguage) {
         {u"int"_s, ReservedWord, None},
         {u"bundle"_s, ReservedWord, ReservedWord},
         {u"2Up"_s, LeadingDigit, LeadingDigit},
-        {u"a½"_s, UnusableCharacter, UnusableCharacter},
+        {u"errno"_s, ReservedWord, None},
+        {u"a½"_s, None, None},
+        {u"②"_s, None, None},
+        {u"١٢٣"_s, None, None},
+        {u"\u20DDa"_s, UnusableCharacter, UnusableCharacter},
+        {u"a\u20DD"_s, None, None},
+        {u"a\u2E2F"_s, UnusableCharacter, UnusableCharacter},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(faultOfIdentifier(TargetLanguage::ObjectiveC, c.identifier), c.objectiveC)
