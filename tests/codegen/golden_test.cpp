@@ -206,8 +206,10 @@ QStringList compilerArguments(const GoldenCase& c, const QByteArray& code) {
         arguments << u"-target"_s << u"arm64-apple-ios15"_s << u"-isystem"_s << standIns + u"/ios"_s
                   << u"-isystem"_s << standIns + u"/ios/project"_s;
     }
-    // The local `bundle` stands in every class, also where no image is loaded from it.
-    if (!code.contains("[bundle path")) { arguments << u"-Wno-unused-variable"_s; }
+    // The local `bundle` stands in every class, also where no image is loaded from it, and a
+    // frame's values are taken from the table also where nothing changes.
+    const bool leavesLocalsUnused = !code.contains("[bundle path") || code.contains("\t{}\n");
+    if (leavesLocalsUnused) { arguments << u"-Wno-unused-variable"_s; }
     // Recordable views come from the application, which imports them for all files.
     if (code.contains("LFTRecordable")) { arguments << u"-include"_s << u"LFTRecordableView.h"_s; }
     if (code.contains("#pragma mark - FrameSlicedAnimations")) {
