@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "scene/parallelogram.h"
+#include "scene/touched_pixels.h"
 
 namespace tweenery {
 namespace {
@@ -25,10 +26,10 @@ QRect pixelsAround(const QRectF& rect, const QRect& limit) {
 // numbers.
 constexpr double kFarthest = 1 << 20;
 
-// The pixels that lie in the rectangle by more than half. Empty for numbers that are not finite.
-QRect wholePixels(const QRectF& rect, const QRect& limit) {
+// The pixels that a cut at the rectangle leaves. Empty for numbers that are not finite.
+QRect pixelsInside(const QRectF& rect, const QRect& limit) {
     const QRectF inside = rect & QRectF(limit);
-    return inside.isEmpty() ? QRect() : inside.toRect();
+    return inside.isEmpty() ? QRect() : touchedPixels(inside);
 }
 
 bool isNear(const QRectF& rect) {
@@ -249,7 +250,7 @@ class DisplayList::Builder {
             --m_groupDepth;
             return;
         }
-        const QRect pixels = wholePixels(node.toDevice.mapRect(bounds), m_limit);
+        const QRect pixels = pixelsInside(node.toDevice.mapRect(bounds), m_limit);
         if (pixels == m_limit) {
             addInside(node);
         } else {
@@ -277,16 +278,19 @@ class DisplayList::Builder {
 
     void addInside(const Node& node) {
         const LayerValues& values = node.values;
-        if (!values.contents.isNull()) {
-            const QRectF rect = contentsRect(node.layer, values);
-            append(node, rect.isEmpty() ? Extent() : extentOf(node, rect),
-                   ImageDrawing{values.contents, rect});
-        }
+        if (!values.contents.isNull()) { addImage(node, contentsRect(node.layer, values)); }
         if (const LayerShape* shape = node.layer.shape()) { addShape(node, *shape); }
         for (Layer* sublayer : node.layer.sublayersInDrawingOrderAt(node.time)) {
             const double time = sublayer->localTimeAt(node.time);
             add(*sublayer, sublayer->toSuperlayerAt(time).then(node.toDevice), time);
         }
+    }
+
+    void addImage(const Node& node, const QRectF& rect) {
+        const Extent extent = rect.isEmpty() ? Extent() : extentOf(node, rect);
+        if (extent.pixels.isEmpty()) { return; }
+        append(node, extent,
+               ImageDrawing{node.values.contents, rect});
     }
 
     void addShape(const Node& node, const LayerShape& shape) {
