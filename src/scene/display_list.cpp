@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "scene/parallelogram.h"
+#include "scene/reduced_images.h"
 #include "scene/touched_pixels.h"
 
 namespace tweenery {
@@ -50,6 +51,14 @@ QRectF contentsRect(const Layer& layer, const LayerValues& values) {
     const QPointF centre = values.bounds.center();
     return {centre.x() - size.width() / 2, centre.y() - size.height() / 2, size.width(),
             size.height()};
+}
+
+// The image, or a smaller one where it is drawn at half its size or less.
+QImage drawnImage(const QImage& image, const QRectF& rect, const Affine& toDevice) {
+    const Linear& linear = toDevice.linear;
+    const double x = std::hypot(linear.a, linear.b) * rect.width() / image.width();
+    const double y = std::hypot(linear.c, linear.d) * rect.height() / image.height();
+    return ReducedImages::shared().imageFor(image, x, y);
 }
 
 bool isVisible(const QColor& color) {
@@ -290,7 +299,7 @@ class DisplayList::Builder {
         const Extent extent = rect.isEmpty() ? Extent() : extentOf(node, rect);
         if (extent.pixels.isEmpty()) { return; }
         append(node, extent,
-               ImageDrawing{node.values.contents, rect});
+               ImageDrawing{drawnImage(node.values.contents, rect, node.toDevice), rect});
     }
 
     void addShape(const Node& node, const LayerShape& shape) {
