@@ -93,12 +93,16 @@ class ImageScene {
     std::vector<Layer> m_layers;
 };
 
-QSize pictureSize(int scale) {
+QSize pictureSize(double scale) {
     return (kCanvas * scale).toSize();
 }
 
+double scaleOf(const benchmark::State& state) {
+    return static_cast<double>(state.range(0)) / 100;
+}
+
 void frameOfLayers(benchmark::State& state) {
-    const int scale = static_cast<int>(state.range(0));
+    const double scale = scaleOf(state);
     ImageScene scene(kLayers);
     LayerRenderer renderer(static_cast<int>(state.range(1)));
     for (auto _ : state) {
@@ -108,7 +112,7 @@ void frameOfLayers(benchmark::State& state) {
     }
 }
 
-void paintImages(const QRect& area, int scale, std::vector<Layer>& layers, QImage& pixels) {
+void paintImages(const QRect& area, double scale, std::vector<Layer>& layers, QImage& pixels) {
     pixels.fill(Qt::transparent);
     QPainter painter(&pixels);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
@@ -123,7 +127,7 @@ void paintImages(const QRect& area, int scale, std::vector<Layer>& layers, QImag
 }
 
 void painterInStrips(benchmark::State& state) {
-    const int scale = static_cast<int>(state.range(0));
+    const double scale = scaleOf(state);
     const QSize size = pictureSize(scale);
     ImageScene scene(kLayers);
     QImage picture(size, QImage::Format_ARGB32_Premultiplied);
@@ -139,7 +143,7 @@ void painterInStrips(benchmark::State& state) {
 }
 
 void painterOnWhole(benchmark::State& state) {
-    const int scale = static_cast<int>(state.range(0));
+    const double scale = scaleOf(state);
     ImageScene scene(kLayers);
     QImage picture(pictureSize(scale), QImage::Format_ARGB32_Premultiplied);
     for (auto _ : state) {
@@ -355,11 +359,11 @@ void repeated(benchmark::internal::Benchmark* run) {
 }
 
 BENCHMARK(frameOfLayers)
-    ->ArgNames({"scale", "threads"})
-    ->ArgsProduct({{1, 2}, {0, 1}})
+    ->ArgNames({"percent", "threads"})
+    ->ArgsProduct({{28, 100, 200}, {0, 1}})
     ->Apply(repeated);
-BENCHMARK(painterInStrips)->ArgName("scale")->Arg(1)->Arg(2)->Apply(repeated);
-BENCHMARK(painterOnWhole)->ArgName("scale")->Arg(1)->Arg(2)->Apply(repeated);
+BENCHMARK(painterInStrips)->ArgName("percent")->Arg(28)->Arg(100)->Arg(200)->Apply(repeated);
+BENCHMARK(painterOnWhole)->ArgName("percent")->Arg(28)->Arg(100)->Arg(200)->Apply(repeated);
 BENCHMARK(frameInPart)->ArgName("moving")->Arg(1)->Arg(10)->Arg(50)->Arg(200)->Apply(repeated);
 BENCHMARK(hitTestAllMoved)->Apply(repeated);
 BENCHMARK(hitTestBareScan)->Apply(repeated);

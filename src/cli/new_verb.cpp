@@ -35,7 +35,7 @@ class ArtworkImport {
     explicit ArtworkImport(PCProject& project) : m_project(project) {}
 
     void add(const QString& path) {
-        const auto image = std::make_shared<PCImage>(decodeImage(readInputFile(path), path), path);
+        const auto image = PCImage::pcimageWithData(readInputFile(path), path);
         const QString name = image->keyname();
         if (m_paths.contains(name)) {
             throw InputError(path,

@@ -4,6 +4,8 @@
 #include <cmath>
 
 #include "scene/parallelogram.h"
+#include "scene/reduced_images.h"
+#include "scene/touched_pixels.h"
 
 namespace tweenery {
 namespace {
@@ -25,10 +27,10 @@ QRect pixelsAround(const QRectF& rect, const QRect& limit) {
 // numbers.
 constexpr double kFarthest = 1 << 20;
 
-// The pixels that lie in the rectangle by more than half. Empty for numbers that are not finite.
-QRect wholePixels(const QRectF& rect, const QRect& limit) {
+// The pixels that a cut at the rectangle leaves. Empty for numbers that are not finite.
+QRect pixelsInside(const QRectF& rect, const QRect& limit) {
     const QRectF inside = rect & QRectF(limit);
-    return inside.isEmpty() ? QRect() : inside.toRect();
+    return inside.isEmpty() ? QRect() : touchedPixels(inside);
 }
 
 bool isNear(const QRectF& rect) {
@@ -49,6 +51,14 @@ QRectF contentsRect(const Layer& layer, const LayerValues& values) {
     const QPointF centre = values.bounds.center();
     return {centre.x() - size.width() / 2, centre.y() - size.height() / 2, size.width(),
             size.height()};
+}
+
+// The image, or a smaller one where it is drawn at half its size or less.
+QImage drawnImage(const QImage& image, const QRectF& rect, const Affine& toDevice) {
+    const Linear& linear = toDevice.linear;
+    const double x = std::hypot(linear.a, linear.b) * rect.width() / image.width();
+    const double y = std::hypot(linear.c, linear.d) * rect.height() / image.height();
+    return ReducedImages::shared().imageFor(image, x, y);
 }
 
 bool isVisible(const QColor& color) {
@@ -249,7 +259,7 @@ class DisplayList::Builder {
             --m_groupDepth;
             return;
         }
-        const QRect pixels = wholePixels(node.toDevice.mapRect(bounds), m_limit);
+        const QRect pixels = pixelsInside(node.toDevice.mapRect(bounds), m_limit);
         if (pixels == m_limit) {
             addInside(node);
         } else {
@@ -277,16 +287,19 @@ class DisplayList::Builder {
 
     void addInside(const Node& node) {
         const LayerValues& values = node.values;
-        if (!values.contents.isNull()) {
-            const QRectF rect = contentsRect(node.layer, values);
-            append(node, rect.isEmpty() ? Extent() : extentOf(node, rect),
-                   ImageDrawing{values.contents, rect});
-        }
+        if (!values.contents.isNull()) { addImage(node, contentsRect(node.layer, values)); }
         if (const LayerShape* shape = node.layer.shape()) { addShape(node, *shape); }
         for (Layer* sublayer : node.layer.sublayersInDrawingOrderAt(node.time)) {
             const double time = sublayer->localTimeAt(node.time);
             add(*sublayer, sublayer->toSuperlayerAt(time).then(node.toDevice), time);
         }
+    }
+
+    void addImage(const Node& node, const QRectF& rect) {
+        const Extent extent = rect.isEmpty() ? Extent() : extentOf(node, rect);
+        if (extent.pixels.isEmpty()) { return; }
+        append(node, extent,
+               ImageDrawing{drawnImage(node.values.contents, rect, node.toDevice), rect});
     }
 
     void addShape(const Node& node, const LayerShape& shape) {

@@ -16,7 +16,8 @@
 
 namespace tweenery {
 
-/// Contents of a layer, stretched to `rect`. The pixels are the layer's own.
+/// Contents of a layer, stretched to `rect`. The pixels are the layer's own or, drawn at half
+/// their size or less, those of ReducedImages.
 struct ImageDrawing {
     QImage image;
     QRectF rect;

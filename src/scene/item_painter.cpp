@@ -3,6 +3,7 @@
 #include <QPainterPath>
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <type_traits>
 
 namespace tweenery {
@@ -96,6 +97,38 @@ QRect sourceOf(const QRectF& part, const QRectF& rect, const QRect& image) {
     return inside.adjusted(-kNeighbours, -kNeighbours, kNeighbours, kNeighbours) & image;
 }
 
+// The raster engine moves an image of its own size to whole pixels, also one that is turned by a
+// right angle. One that is stretched by next to nothing stays where it is and is smoothed.
+void drawAtItsPlace(QPainter& painter, const QRectF& target, const QImage& image,
+                    const QRectF& source) {
+    constexpr double kNextToNothing = 1 + 1e-9;
+    painter.drawImage(QRectF(target.topLeft(), target.size() * kNextToNothing), image, source);
+}
+
+// Where an image begins whose pixels each cover one pixel of the picture.
+std::optional<QPoint> wholePlaceOf(const DisplayItem& item, const ImageDrawing& drawing) {
+    constexpr double kLeastStep = 1.0 / 512;  // half of what the engine tells apart
+    const QPointF begin = item.toDevice.map(drawing.rect.topLeft());
+    const QPointF size = item.toDevice.map(drawing.rect.bottomRight()) - begin;
+    const QPointF place(std::round(begin.x()), std::round(begin.y()));
+    const QPointF off = begin - place;
+    const double furthestOff =
+        std::max({std::abs(off.x()), std::abs(off.y()), std::abs(size.x() - drawing.image.width()),
+                  std::abs(size.y() - drawing.image.height())});
+    if (!(furthestOff < kLeastStep)) { return std::nullopt; }
+    return place.toPoint();
+}
+
+void drawUpright(QPainter& painter, const DisplayItem& item, const ImageDrawing& drawing,
+                 QPoint origin) {
+    if (const auto place = wholePlaceOf(item, drawing)) {
+        painter.resetTransform();
+        painter.drawImage(*place - origin, drawing.image);
+    } else {
+        drawAtItsPlace(painter, drawing.rect, drawing.image, drawing.image.rect());
+    }
+}
+
 // The raster engine walks the whole outline of what it is given for each strip, also where it is
 // cut away: of a turned image it gets only the part that shows.
 void drawPart(QPainter& painter, const DisplayItem& item, const ImageDrawing& drawing,
@@ -107,7 +140,7 @@ void drawPart(QPainter& painter, const DisplayItem& item, const ImageDrawing& dr
     const double y = rect.height() / image.height();
     const QRectF target(rect.x() + source.x() * x, rect.y() + source.y() * y, source.width() * x,
                         source.height() * y);
-    painter.drawImage(target, drawing.image, source);
+    drawAtItsPlace(painter, target, drawing.image, source);
 }
 
 }  // namespace
@@ -188,7 +221,7 @@ void ItemPainter::step(const DisplayItem& item, const Drawing& drawing) {
     painter.setTransform(transformOf(item, top().area.topLeft()));
     painter.setOpacity(item.opacity);
     if constexpr (std::is_same_v<Drawing, ImageDrawing>) {
-        item.outline.isNull() ? painter.drawImage(drawing.rect, drawing.image)
+        item.outline.isNull() ? drawUpright(painter, item, drawing, top().area.topLeft())
                               : drawPart(painter, item, drawing, dirty());
     } else {
         draw(painter, drawing);

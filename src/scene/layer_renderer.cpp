@@ -1,11 +1,11 @@
 #include "scene/layer_renderer.h"
 
 #include <algorithm>
-#include <cmath>
 #include <new>
 #include <utility>
 
 #include "scene/display_list_changes.h"
+#include "scene/touched_pixels.h"
 
 namespace tweenery {
 namespace {
@@ -78,8 +78,8 @@ QImage renderLayer(Layer& root, double scale) {
     QImage picture;
     if (!(exact.width() > 0 && exact.height() > 0)) { return picture; }
     if (!(std::max(exact.width(), exact.height()) <= kGreatestSide)) { throw std::bad_alloc(); }
-    const QSize size(static_cast<int>(std::ceil(exact.width())),
-                     static_cast<int>(std::ceil(exact.height())));
+    const QSize size = touchedPixels({QPointF(), exact}).size();
+    if (size.isEmpty()) { return picture; }
     DisplayList list;
     list.build(root, {{scale, 0, 0, scale}, -bounds.topLeft() * scale}, size);
     LayerRenderer().paint(list, picture);

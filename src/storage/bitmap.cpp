@@ -1,10 +1,12 @@
 #include "storage/bitmap.h"
 
 #include <QBuffer>
+#include <QColorSpace>
 #include <QImageReader>
 #include <QImageWriter>
 #include <QPainter>
 #include <algorithm>
+#include <cmath>
 
 #include "base/errors.h"
 #include "storage/image_header.h"
@@ -42,8 +44,17 @@ QSize checkedSize(const QByteArray& data, ImageFormat format, const QString& ent
     return *size;
 }
 
+/// An image as its decoder gave it.
+struct DecodedImage {
+    QImage image;
+    bool wasTurned = false;
+};
+
+enum class Orientation { AsStored, Upright };
+
 /// Decodes with the decoder of `format` alone, so that no other one is ever asked.
-QImage decodeAs(ImageFormat format, const QByteArray& data, const QString& entry) {
+DecodedImage decodeAs(ImageFormat format, const QByteArray& data, const QString& entry,
+                      Orientation orientation) {
     static const bool isLimitSet = [] {
         QImageReader::setAllocationLimit(allocationLimit);
         return true;
@@ -54,19 +65,55 @@ QImage decodeAs(ImageFormat format, const QByteArray& data, const QString& entry
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer, nameOf(format));
     reader.setAutoDetectImageFormat(false);
+    reader.setAutoTransform(orientation == Orientation::Upright);
     QImage image = reader.read();
     if (image.isNull()) {
         throw InputError(entry, QStringLiteral("is damaged: %1").arg(reader.errorString()));
     }
-    return image;
+    const bool wasTurned =
+        reader.autoTransform() && reader.transformation() != QImageIOHandler::TransformationNone;
+    return {image, wasTurned};
+}
+
+DecodedImage decodeChecked(const QByteArray& data, const QString& entry, Orientation orientation) {
+    const ImageFormat format = requiredFormatOf(data, entry);
+    const QSize size = checkedSize(data, format, entry);
+    const QString reason = QStringLiteral("is damaged: data is missing or changed");
+    if (!isImageComplete(data, format)) { throw InputError(entry, reason); }
+    DecodedImage decoded = decodeAs(format, data, entry, orientation);
+    const QSize found = decoded.image.size();
+    if (found != size && !(decoded.wasTurned && found == size.transposed())) {
+        throw InputError(entry, reason);
+    }
+    return decoded;
+}
+
+bool hasDeepSamples(const QImage& image) {
+    return image.depth() > 32 || image.format() == QImage::Format_Grayscale16;
+}
+
+bool isNearlySrgb(const QColorSpace& space) {
+    constexpr float kGamma = 2.2F;  // written as 1 / 2.2 with five digits
+    return !space.isValid() || space == QColorSpace::SRgb ||
+           (space.primaries() == QColorSpace::Primaries::SRgb &&
+            space.transferFunction() == QColorSpace::TransferFunction::Gamma &&
+            std::abs(space.gamma() - kGamma) < 0.01F);
 }
 
 QImage overWhite(const QImage& image) {
     if (!image.hasAlphaChannel()) { return image; }
     QImage opaque(image.size(), QImage::Format_RGB32);
     opaque.fill(Qt::white);
+    opaque.setColorSpace(image.colorSpace());
     QPainter(&opaque).drawImage(QPoint(0, 0), image);
     return opaque;
+}
+
+/// The encoder writes gray as gray, and the format has no gray with a colour space of its own.
+QImage withColorsForSpace(const QImage& image) {
+    if (!image.colorSpace().isValid() || image.depth() > 16) { return image; }
+    return image.convertToFormat(hasDeepSamples(image) ? QImage::Format_RGBX64
+                                                       : QImage::Format_ARGB32);
 }
 
 // Quality -1 is the encoder's own choice.
@@ -90,20 +137,30 @@ QSize encodedImageSize(const QByteArray& data, const QString& entry) {
 }
 
 QImage decodeImage(const QByteArray& data, const QString& entry) {
-    const ImageFormat format = requiredFormatOf(data, entry);
-    const QSize size = checkedSize(data, format, entry);
-    const QString reason = QStringLiteral("is damaged: data is missing or changed");
-    if (!isImageComplete(data, format)) { throw InputError(entry, reason); }
-    QImage image = decodeAs(format, data, entry);
-    if (image.size() != size) { throw InputError(entry, reason); }
-    image.convertTo(QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(1);
-    return image;
+    return imageForDrawing(decodeChecked(data, entry, Orientation::AsStored).image);
+}
+
+Artwork decodeArtwork(const QByteArray& data, const QString& entry) {
+    const auto [image, wasTurned] = decodeChecked(data, entry, Orientation::Upright);
+    const bool canStay = !wasTurned && !isInterlaced(data, requiredFormatOf(data, entry));
+    return {image, canStay ? data : QByteArray()};
+}
+
+QImage imageForDrawing(const QImage& image) {
+    QImage drawn = image;
+    if (!isNearlySrgb(image.colorSpace())) {
+        drawn.convertTo(hasDeepSamples(image) ? QImage::Format_RGBA64 : QImage::Format_ARGB32);
+        drawn.convertToColorSpace(QColorSpace::SRgb);
+    }
+    drawn.convertTo(QImage::Format_ARGB32_Premultiplied);
+    drawn.setColorSpace({});
+    drawn.setDevicePixelRatio(1);
+    return drawn;
 }
 
 QByteArray encodeImage(const QImage& image, ImageFormat format, int quality) {
-    const bool isJpeg = format == ImageFormat::Jpeg;
-    return encodeAs(format, isJpeg ? overWhite(image) : image, isJpeg ? quality : -1);
+    if (format == ImageFormat::Jpeg) { return encodeAs(format, overWhite(image), quality); }
+    return encodeAs(format, withColorsForSpace(image), -1);
 }
 
 QByteArray encodePngQuickly(const QImage& image) {
@@ -126,7 +183,9 @@ QSize fittedSize(QSize source, QSizeF target) {
 }
 
 QImage imageFitted(const QImage& source, QSizeF target) {
-    return source.convertToFormat(QImage::Format_ARGB32_Premultiplied)
+    return source
+        .convertToFormat(hasDeepSamples(source) ? QImage::Format_RGBA64_Premultiplied
+                                                : QImage::Format_ARGB32_Premultiplied)
         .scaled(fittedSize(source.size(), target), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 

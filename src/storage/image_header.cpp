@@ -130,6 +130,12 @@ std::optional<QSize> imageHeaderSize(const QByteArray& data, ImageFormat format)
     return format == ImageFormat::Png ? pngSize(data) : jpegSize(data);
 }
 
+bool isInterlaced(const QByteArray& data, ImageFormat format) {
+    constexpr qsizetype interlaceMethod = 28;  // its place in the first chunk; 0 for none
+    return format == ImageFormat::Png && data.size() > interlaceMethod &&
+           byteAt(data, interlaceMethod) != 0;
+}
+
 bool isImageComplete(const QByteArray& data, ImageFormat format) {
     return format == ImageFormat::Png ? isPngComplete(data) : isJpegComplete(data);
 }

@@ -18,6 +18,9 @@ std::optional<ImageFormat> imageFormatOf(const QByteArray& data);
 /// The pixel size in the header; nullopt when there is none. Reads no further than the header.
 std::optional<QSize> imageHeaderSize(const QByteArray& data, ImageFormat format);
 
+/// True for a PNG whose rows come in several passes.
+bool isInterlaced(const QByteArray& data, ImageFormat format);
+
 /// True when the data is there from its start to its end mark and, in a PNG, the checksums of all
 /// that is needed for the pixels are right.
 bool isImageComplete(const QByteArray& data, ImageFormat format);

@@ -13,6 +13,7 @@
 #include <sstream>
 
 #include "cli/tweenc.h"
+#include "editor/layers/tweenery_style.h"
 #include "support/test_paths.h"
 #include "tweenc_runner.h"
 
@@ -258,6 +259,46 @@ TEST_F(Render, ASheetHoldsThePicturesThatItsListSays) {
         const QRect place(frame[u"x"_s].toInt(), frame[u"y"_s].toInt(), frame[u"width"_s].toInt(),
                           frame[u"height"_s].toInt());
         EXPECT_EQ(sheet.copy(place), imageAt(m_workshop.path(u"%1.png"_s.arg(i)))) << i;
+    }
+}
+
+TEST_F(Render, TheBackgroundReachesTheFreeCellsOfASheet) {
+    const QString path = m_workshop.path(u"s.png"_s);
+    const auto sheetWith = [&](const char* background) {
+        const Outcome run =
+            render(u"Card"_s,
+                   u"--animation Throw --at 0,300,600 --columns 2 --scale 0.25 --force "
+                   u"--background %1 --sheet %2"_s.arg(QLatin1StringView(background), path));
+        EXPECT_EQ(run.code, 0) << run.err;
+        return imageAt(path);
+    };
+    const QImage red = sheetWith("#ff0000");
+    const QSize cell = red.size() / 2;
+    const QRect free(QPoint(cell.width(), cell.height()), cell);
+    QImage allRed(cell, red.format());
+    allRed.fill(Qt::red);
+    EXPECT_EQ(red.copy(free), allRed);
+    const QImage chequered = sheetWith("checkerboard").copy(free);
+    const QImage pattern = TweeneryStyle::canvasPattern();
+    for (const QPoint pixel : {QPoint(0, 0), QPoint(1, 3), QPoint(20, 7), QPoint(31, 30)}) {
+        EXPECT_EQ(chequered.pixelColor(pixel),
+                  pattern.pixelColor(pixel.x() % pattern.width(), pixel.y() % pattern.height()));
+    }
+    QImage nothing(cell, red.format());
+    nothing.fill(Qt::transparent);
+    EXPECT_EQ(sheetWith("transparent").copy(free), nothing);
+}
+
+TEST_F(Render, ACutPictureIsFilledToItsLastRowAndColumn) {
+    for (const char* scale : {"0.1003", "0.3", "0.3331", "0.777", "1.0007"}) {
+        const Outcome run = render(u"Bounce"_s, out(u"a.png"_s) + u" --clip --force --scale "_s +
+                                                    QLatin1StringView(scale));
+        EXPECT_EQ(run.code, 0) << run.err;
+        const QImage picture = imageAt(m_workshop.path(u"a.png"_s));
+        const QPoint last(picture.width() - 1, picture.height() - 1);
+        for (const QPoint pixel : {last, QPoint(last.x(), 5), QPoint(5, last.y())}) {
+            EXPECT_GT(picture.pixelColor(pixel).alpha(), 0) << scale << ": " << pixel.x();
+        }
     }
 }
 

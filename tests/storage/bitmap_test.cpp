@@ -2,9 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <QBuffer>
+#include <QColorSpace>
+#include <QImageWriter>
 #include <QtEndian>
 
 #include "base/errors.h"
+#include "support/artwork_files.h"
 
 namespace tweenery::test {
 namespace {
@@ -27,14 +31,7 @@ QByteArray pngClaiming(quint32 width, quint32 height) {
     QByteArray png = encodeImage(picture(2, 2), ImageFormat::Png);
     qToBigEndian(width, png.data() + 16);
     qToBigEndian(height, png.data() + 20);
-    quint32 crc = ~quint32{0};
-    for (const char byte : png.mid(12, 17)) {
-        crc ^= static_cast<quint8>(byte);
-        for (int bit = 0; bit < 8; ++bit) {
-            crc = (crc >> 1) ^ (crc & 1 ? 0xedb88320U : 0);
-        }
-    }
-    qToBigEndian(~crc, png.data() + 29);
+    repairHeaderChecksum(png);
     return png;
 }
 
@@ -90,6 +87,97 @@ TEST(Bitmap, RefusesWhatIsNoSoundImage) {
                 << qPrintable(error.reason());
         }
     }
+}
+
+TEST(Bitmap, KeepsAllSamplesOfArtwork) {
+    QImage faint(4, 4, QImage::Format_ARGB32);
+    faint.fill(QColor(10, 200, 31, 3));
+    QImage gray(9, 9, QImage::Format_Grayscale16);
+    gray.fill(QColor::fromRgba64(0x1234, 0x1234, 0x1234));
+    QImage wide = deepArtwork(8, 8);
+    wide.setColorSpace(QColorSpace::DisplayP3);
+    QImage linearGray = picture(6, 6).convertToFormat(QImage::Format_Grayscale8);
+    linearGray.setColorSpace(QColorSpace::SRgbLinear);
+    for (const QImage& image : {faint, gray, wide, deepArtwork(31, 17)}) {
+        const QByteArray png = encodeImage(image, ImageFormat::Png);
+        const Artwork artwork = decodeArtwork(png, u"a.png"_s);
+        EXPECT_EQ(artwork.image, image) << image.format();
+        EXPECT_EQ(artwork.image.colorSpace(), image.colorSpace());
+        EXPECT_EQ(artwork.encoded, png);
+    }
+    const QImage colored =
+        decodeArtwork(encodeImage(linearGray, ImageFormat::Png), u"a.png"_s).image;
+    EXPECT_EQ(colored.colorSpace().transferFunction(), QColorSpace::TransferFunction::Linear);
+    EXPECT_EQ(colored.pixel(0, 0), linearGray.pixel(0, 0));
+
+    QImage flat(40, 20, QImage::Format_RGBA64);
+    flat.fill(QColor::fromRgba64(0x1234, 0x5678, 0x9abc));
+    flat.setColorSpace(QColorSpace::DisplayP3);
+    const QImage half = imageFitted(flat, {20, 10});
+    const Artwork stored = decodeArtwork(encodeImage(half, ImageFormat::Png), u"a.png"_s);
+    EXPECT_EQ(stored.image.pixelColor(9, 5), flat.pixelColor(9, 5)) << "scaled with 16 bits";
+    EXPECT_EQ(stored.image.colorSpace(), flat.colorSpace());
+}
+
+TEST(Bitmap, DrawsColorsOfOtherSpacesAsSrgb) {
+    struct Case {
+        const char* what;
+        QColorSpace space;
+        QColor stored, drawn;
+    };
+    const Case cases[] = {
+        {"of none", {}, {55, 55, 55, 100}, {55, 55, 55, 100}},
+        {"sRGB", QColorSpace::SRgb, {55, 128, 200}, {55, 128, 200}},
+        // 255 * (1.055 * (55 / 255)^(1 / 2.4) - 0.055) = 128
+        {"linear", QColorSpace::SRgbLinear, {55, 0, 255}, {128, 0, 255}},
+        {"linear with alpha", QColorSpace::SRgbLinear, {55, 0, 255, 51}, {128, 0, 255, 51}},
+        // What a file says that is meant as sRGB, but cannot say so.
+        {"gamma 2.2", {QColorSpace::Primaries::SRgb, 2.2F}, {12, 128, 200}, {12, 128, 200}},
+        // 255 * (1.055 * (128 / 255)^(1.8 / 2.4) - 0.055) = 146
+        {"gamma 1.8", {QColorSpace::Primaries::SRgb, 1.8F}, {128, 0, 255}, {146, 0, 255}},
+        {"gray of a wide gamut", QColorSpace::DisplayP3, {90, 90, 90}, {90, 90, 90}},
+        {"red that sRGB cannot show", QColorSpace::DisplayP3, {255, 0, 0}, {255, 0, 0}},
+    };
+    for (const Case& row : cases) {
+        for (const auto format : {QImage::Format_ARGB32, QImage::Format_RGBA64}) {
+            QImage image(3, 3, format);
+            image.fill(row.stored);
+            image.setColorSpace(row.space);
+            const QByteArray png = encodeImage(image, ImageFormat::Png);
+            const QImage drawn = decodeImage(png, u"a.png"_s);
+            EXPECT_EQ(drawn.format(), QImage::Format_ARGB32_Premultiplied);
+            EXPECT_FALSE(drawn.colorSpace().isValid());
+            const QColor found = drawn.pixelColor(1, 1);
+            EXPECT_EQ(found.alpha(), row.drawn.alpha()) << row.what;
+            EXPECT_NEAR(found.red(), row.drawn.red(), 3) << row.what;
+            EXPECT_NEAR(found.green(), row.drawn.green(), 3) << row.what;
+            EXPECT_NEAR(found.blue(), row.drawn.blue(), 3) << row.what;
+        }
+    }
+}
+
+TEST(Bitmap, APhotoStandsAsItsCameraWasHeld) {
+    // The quarters of a picture stored as "rgbw", once it is turned: mirrored, upside down, and
+    // from 5 on with rows and columns exchanged.
+    constexpr const char* kTurned[] = {"rgbw", "grwb", "wbgr", "bwrg",
+                                       "rbgw", "brwg", "wgbr", "gwrb"};
+    const QByteArray jpeg = encodeImage(quartered(64, 32), ImageFormat::Jpeg, 100);
+    for (char orientation = 1; orientation <= 8; ++orientation) {
+        SCOPED_TRACE(int{orientation});
+        const QByteArray photo = withOrientation(jpeg, orientation);
+        const Artwork artwork = decodeArtwork(photo, u"p.jpg"_s);
+        EXPECT_EQ(artwork.image.size(), orientation >= 5 ? QSize(32, 64) : QSize(64, 32));
+        EXPECT_EQ(artwork.encoded.isNull(), orientation != 1) << "the file shows it turned";
+        EXPECT_EQ(quartersOf(artwork.image), QLatin1StringView(kTurned[orientation - 1]));
+        EXPECT_EQ(decodeImage(photo, u"p.jpg"_s).size(), QSize(64, 32)) << "as it is stored";
+    }
+}
+
+TEST(Bitmap, InterlacedArtworkIsEncodedAgain) {
+    const QByteArray png = interlacedPng(QColor(1, 2, 3, 4));
+    const Artwork artwork = decodeArtwork(png, u"a.png"_s);
+    EXPECT_EQ(artwork.image.pixelColor(0, 0), QColor(1, 2, 3, 4));
+    EXPECT_TRUE(artwork.encoded.isNull());
 }
 
 TEST(Bitmap, ReadsASizeWithoutThePixels) {

@@ -1,6 +1,7 @@
 #include "cli/pictures/picture_run.h"
 
 #include <QFileInfo>
+#include <QPainter>
 #include <QSet>
 #include <cmath>
 
@@ -113,6 +114,10 @@ void PictureRun::makeSheet() {
                      QImage::Format_ARGB32_Premultiplied);
     if (m_sheet.isNull()) { throw std::bad_alloc(); }
     m_sheet.fill(Qt::transparent);
+    QPainter painter(&m_sheet);
+    for (int64_t free = count; free < columns * rows; ++free) {
+        m_scene.paintBackground(painter, cellOf(static_cast<size_t>(free)));
+    }
 }
 
 QRect PictureRun::cellOf(size_t index) const {

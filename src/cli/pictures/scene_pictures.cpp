@@ -5,28 +5,13 @@
 #include <cmath>
 
 #include "editor/layers/element_layer.h"
+#include "scene/touched_pixels.h"
 
 namespace tweenery {
 namespace {
 
 // The editor's document goes on for that many points on each side of the canvas.
 constexpr double kMarginInPoints = 600;
-
-// Edges that lie on a pixel but for a rounding error do not take the next one.
-constexpr double kRoundingError = 1e-6;
-
-// No picture is that large, and no sum of such numbers overflows.
-constexpr double kFarthestPixel = 1 << 28;
-
-QRect pixelsAround(const QRectF& rect) {
-    const auto pixel = [](double x) {
-        return static_cast<int>(std::clamp(x, -kFarthestPixel, kFarthestPixel));
-    };
-    return {QPoint(pixel(std::floor(rect.left() + kRoundingError)),
-                   pixel(std::floor(rect.top() + kRoundingError))),
-            QPoint(pixel(std::ceil(rect.right() - kRoundingError)) - 1,
-                   pixel(std::ceil(rect.bottom() - kRoundingError)) - 1)};
-}
 
 }  // namespace
 
@@ -81,7 +66,7 @@ void ScenePictures::setTime(int32_t timeInMS) {
 }
 
 QRect ScenePictures::canvasPixels() const {
-    return pixelsAround({QPointF(), m_project->canvas()->size() * m_look.scale});
+    return touchedPixels({QPointF(), m_project->canvas()->size() * m_look.scale});
 }
 
 QRect ScenePictures::pixels() {
@@ -95,7 +80,7 @@ QRect ScenePictures::pixels() {
         const auto* image = std::get_if<ImageDrawing>(&item.drawing);
         if (!image) { continue; }
         const QRectF place = item.toDevice.mapRect(image->rect).translated(reach.topLeft());
-        pixels |= pixelsAround(place & QRectF(reach));
+        pixels |= touchedPixels(place & QRectF(reach));
     }
     return pixels;
 }
@@ -104,6 +89,11 @@ void ScenePictures::list(const QRect& pixels, DisplayList& list) {
     m_stage.setBounds(pixels);
     const QPointF origin = pixels.topLeft();
     list.build(m_stage, {{}, -origin}, pixels.size());
+}
+
+void ScenePictures::paintBackground(QPainter& painter, const QRect& place) const {
+    painter.setBrushOrigin(place.topLeft());
+    painter.fillRect(place, m_look.background);
 }
 
 }  // namespace tweenery

@@ -2,6 +2,7 @@
 
 #include <QBrush>
 #include <QImage>
+#include <QPainter>
 #include <QRect>
 #include <QSize>
 
@@ -41,6 +42,8 @@ class ScenePictures {
     QRect pixels();
     /// What to draw for that part of the scene, now.
     void list(const QRect& pixels, DisplayList& list);
+    /// Paints a picture of nothing but the background in that place.
+    void paintBackground(QPainter& painter, const QRect& place) const;
 
  private:
     PCProject::Ptr m_project;

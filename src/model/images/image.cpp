@@ -2,6 +2,7 @@
 
 #include "base/errors.h"
 #include "base/path_name.h"
+#include "storage/image_header.h"
 
 namespace tweenery {
 
@@ -18,15 +19,18 @@ constexpr qsizetype densitySuffixLength = 3;
 const QString PCImage::pasteboardType = u"com.lumenfold.tweenery.pasteboardpcimage"_s;
 
 std::shared_ptr<PCImage> PCImage::pcimageWithData(const QByteArray& data, const QString& filename) {
-    return std::make_shared<PCImage>(decodeImage(data, filename), filename);
+    const Artwork artwork = decodeArtwork(data, filename);
+    auto image = std::make_shared<PCImage>(artwork.image, filename);
+    image->m_encoded = artwork.encoded;
+    return image;
 }
 
 PCImage::PCImage(const QImage& image, const QString& filename)
-    : m_image(image), m_filename(lastPathComponent(filename)) {}
+    : m_artwork(image), m_image(imageForDrawing(image)), m_filename(lastPathComponent(filename)) {}
 
 std::shared_ptr<PCImage> PCImage::imageByScalingImage(const PCImage& image, QSizeF size,
                                                       const QString& filename) {
-    return std::make_shared<PCImage>(imageFitted(image.m_image, size), filename);
+    return std::make_shared<PCImage>(imageFitted(image.m_artwork, size), filename);
 }
 
 QStringList PCImage::suppertedFileTypes() {
@@ -71,7 +75,9 @@ std::optional<ImageFormat> PCImage::format() const {
 
 QByteArray PCImage::dataRepresentation() const {
     const auto imageFormat = format();
-    return imageFormat ? encodeImage(m_image, *imageFormat) : QByteArray();
+    if (!imageFormat) { return {}; }
+    return imageFormatOf(m_encoded) == imageFormat ? m_encoded
+                                                   : encodeImage(m_artwork, *imageFormat);
 }
 
 QVariantMap PCImage::pasteboardPropertyListForType(const QString& type) const {

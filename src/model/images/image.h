@@ -13,12 +13,14 @@
 namespace tweenery {
 
 /// One bitmap with a file name. The name tells the pixel density ("logo@2x.png"), the format, and
-/// the image set that the bitmap belongs in.
+/// the image set that the bitmap belongs in. It is kept with all samples and in the colour space
+/// that it came with, to be scaled and encoded, and as it is drawn.
 class PCImage {
  public:
     static const QString pasteboardType;
 
-    /// Decodes PNG or JPEG bytes, by content, whatever the name's extension. Throws InputError.
+    /// Decodes PNG or JPEG bytes, by content, whatever the name's extension, and turns a photo the
+    /// way its camera was held. Throws InputError.
     static std::shared_ptr<PCImage> pcimageWithData(const QByteArray& data,
                                                     const QString& filename);
     PCImage(const QImage& image, const QString& filename);
@@ -45,11 +47,13 @@ class PCImage {
     /// The format of extension(); nullopt when that is neither "png" nor "jpg".
     std::optional<ImageFormat> format() const;
 
+    /// For drawing: ARGB32_Premultiplied in sRGB.
     const QImage& image() const { return m_image; }
     /// In pixels.
     QSize size() const { return m_image.size(); }
 
-    /// The bitmap encoded by format(); null without one.
+    /// The bitmap encoded by format(); null without one. The very bytes that it was decoded from
+    /// when they have that format and show the bitmap upright, row by row.
     QByteArray dataRepresentation() const;
 
     /// The keys "PCImage_Data" and "PCImage_Filename"; empty for another type.
@@ -61,7 +65,9 @@ class PCImage {
     static QStringList readableTypesForPasteboard();
 
  private:
-    QImage m_image;
+    QImage m_artwork;      // with all samples, in its own colour space
+    QImage m_image;        // shares the pixels of m_artwork when they can be drawn as they are
+    QByteArray m_encoded;  // null unless it can be stored as it is
     QString m_filename;
 };
 

@@ -9,6 +9,15 @@ namespace tweenery {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+// Without what only encoding needs.
+PCImage asDrawn(const PCImage& image) {
+    return {image.image(), image.filename()};
+}
+
+}  // namespace
+
 const std::array<QString, PCImageSet::Count>& PCImageSet::basenames() {
     static const std::array<QString, Count> names = {
         u"44x44"_s,    u"44x44@2x"_s,    u"100x100"_s,    u"100x100@2x"_s,
@@ -42,8 +51,9 @@ void PCImageSet::makeArtwork(const std::shared_ptr<const PCImage>& image) {
             PCImage::imageByScalingImage(*image, target, basenames()[index] + u'.' + extension);
     };
     const auto asItIs = [&](Index index) {
-        m_renditions[index] =
-            std::make_shared<PCImage>(image->image(), basenames()[index] + u'.' + extension);
+        const auto artwork = std::make_shared<PCImage>(*image);
+        artwork->setFilename(basenames()[index] + u'.' + extension);
+        m_renditions[index] = artwork;
     };
     if (image->is3X()) {
         asItIs(Original3x);
@@ -63,7 +73,7 @@ void PCImageSet::makePreviews() {
         int side;  // of the square that it fits in, in pixels
     };
     constexpr Preview previews[] = {{Small, 44}, {Small2x, 88}, {Medium, 100}, {Medium2x, 200}};
-    const PCImage& original = *m_renditions[Original];
+    const PCImage original = asDrawn(*m_renditions[Original]);
     for (const auto [index, side] : previews) {
         m_renditions[index] = PCImage::imageByScalingImage(
             original, QSizeF(side, side), basenames()[index] + u'.' + original.extension());
@@ -80,6 +90,7 @@ void PCImageSet::writeAll() {
     for (size_t i = 0; i < Count; ++i) {
         if (!m_renditions[i]) { continue; }
         m_fileWrapper->pc_replaceSubFileWrapperNamed(m_renditions[i]->filename(), encoded[i]);
+        m_renditions[i] = std::make_shared<PCImage>(asDrawn(*m_renditions[i]));
     }
 }
 

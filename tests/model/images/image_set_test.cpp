@@ -3,6 +3,7 @@
 #include "base/errors.h"
 #include "model/images/image_set_manager.h"
 #include "storage/package_store.h"
+#include "support/artwork_files.h"
 #include "support/test_paths.h"
 
 namespace tweenery::test {
@@ -11,26 +12,30 @@ namespace {
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
 
-QImage picture(int width, int height) {
-    QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
-    image.fill(QColor(20, 90, 160));
-    return image;
+std::shared_ptr<PCImage> named(const QString& filename, int width = 30, int height = 30) {
+    return std::make_shared<PCImage>(quartered(width, height), filename);
 }
 
-std::shared_ptr<PCImage> named(const QString& filename, int width = 30, int height = 30) {
-    return std::make_shared<PCImage>(picture(width, height), filename);
+std::shared_ptr<PCImage> imported(const QByteArray& data, const QString& filename) {
+    return PCImage::pcimageWithData(data, filename);
 }
 
 class ImageSetTest : public testing::Test {
  protected:
-    /// The files of a set with the sizes that their bytes hold.
+    /// The files of a set with the sizes that their bytes hold. All must show what was imported.
     QStringList filesOf(const QString& name) const {
         QStringList files;
         for (const auto& [file, node] : root->child(u"images"_s)->child(name)->fileWrappers()) {
             const QSize size = encodedImageSize(node->contents(), file);
             files << u"%1 %2x%3"_s.arg(file).arg(size.width()).arg(size.height());
+            const QImage shown = decodeImage(node->contents(), file);
+            EXPECT_EQ(quartersOf(shown), u"rgbw"_s) << qPrintable(file);
+            EXPECT_EQ(node->contents().startsWith("\x89PNG"), file.endsWith(u".png"_s));
         }
         return files;
+    }
+    QByteArray bytesOf(const QString& name, const QString& file) const {
+        return root->child(u"images"_s)->child(name)->child(file)->contents();
     }
     FileWrapper::Ptr addDirectory(const QString& name) {
         return root->child(u"images"_s)->pc_ensureSubfileWrapperDirectoryExistsWithName(name);
@@ -122,7 +127,55 @@ TEST_F(ImageSetTest, AnImportWritesTheRenditionsOfItsDensity) {
         EXPECT_EQ(set->has2XArtwork(), c.image->is2X() || c.image->is3X());
         EXPECT_EQ(set->has3XArtwork(), c.image->is3X());
         EXPECT_EQ(set->size(), set->originalImage()->size());
+        EXPECT_EQ(quartersOf(set->originalImage()->image()), u"rgbw"_s);
     }
+    const QImage stored = decodeImage(bytesOf(u"a.png"_s, u"Original.png"_s), u"a"_s);
+    EXPECT_EQ(stored, quartered(300, 150)) << "to the pixel";
+}
+
+TEST_F(ImageSetTest, ArtworkThatIsStoredAsItCameKeepsItsBytes) {
+    const QByteArray png = encodeImage(quartered(60, 30), ImageFormat::Png);
+    const QByteArray deep = encodeImage(deepArtwork(60, 30), ImageFormat::Png);
+    const QByteArray jpeg = encodeImage(quartered(60, 30), ImageFormat::Jpeg, 80);
+    struct Case {
+        const char* what;
+        QByteArray data;
+        QString filename, set, artwork;
+        bool keeps;
+    };
+    const std::vector<Case> cases = {
+        {"png", png, u"a.png"_s, u"a.png"_s, u"Original.png"_s, true},
+        {"16 bits", deep, u"b@2x.PNG"_s, u"b.png"_s, u"Original@2x.png"_s, true},
+        {"jpeg", jpeg, u"c@3x.jpeg"_s, u"c.jpg"_s, u"Original@3x.jpg"_s, true},
+        {"jpeg with a name of a png", jpeg, u"d.png"_s, u"d.png"_s, u"Original.png"_s, false},
+        {"turned photo", withOrientation(jpeg, 6), u"e.jpg"_s, u"e.jpg"_s, u"Original.jpg"_s,
+         false},
+        {"interlaced", interlacedPng(Qt::red), u"f.png"_s, u"f.png"_s, u"Original.png"_s, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        const auto image = imported(c.data, c.filename);
+        manager.addImageSetWithPCImage(image);
+        const QByteArray stored = bytesOf(c.set, c.artwork);
+        EXPECT_EQ(stored == c.data, c.keeps);
+        EXPECT_EQ(imported(stored, c.artwork)->size(), image->size());
+        const QVariantMap list = image->pasteboardPropertyListForType(PCImage::pasteboardType);
+        EXPECT_EQ(list[u"PCImage_Data"_s].toByteArray(), stored);
+    }
+    EXPECT_EQ(manager.imageSetWithName(u"e.jpg"_s)->size(), QSize(30, 60)) << "upright";
+    EXPECT_EQ(quartersOf(manager.imageWithName(u"e.jpg"_s, 1)), u"brwg"_s);
+}
+
+TEST_F(ImageSetTest, ArtworkOf16BitsKeepsThemInAllDensities) {
+    QImage flat(90, 60, QImage::Format_RGBA64);
+    flat.fill(QColor::fromRgba64(0x1234, 0x5678, 0x9abc));
+    manager.addImageSetWithPCImage(imported(encodeImage(flat, ImageFormat::Png), u"deep@3x.png"_s));
+    for (const QString& file : {u"Original.png"_s, u"Original@2x.png"_s, u"Original@3x.png"_s}) {
+        const QImage stored = decodeArtwork(bytesOf(u"deep.png"_s, file), file).image;
+        EXPECT_EQ(stored.pixelColor(5, 5), flat.pixelColor(5, 5)) << qPrintable(file);
+    }
+    EXPECT_EQ(manager.imageWithName(u"deep.png"_s, 2).format(),
+              QImage::Format_ARGB32_Premultiplied);
 }
 
 TEST_F(ImageSetTest, ScreensGetTwoDensitiesAndNeverTheThird) {
@@ -184,7 +237,7 @@ TEST_F(ImageSetTest, RefusesNamesThatGiveNoSetAndChangesNothing) {
 }
 
 TEST_F(ImageSetTest, ReadsWhatADirectoryHoldsAndDecodesOnDemand) {
-    const QByteArray png = encodeImage(picture(8, 4), ImageFormat::Png);
+    const QByteArray png = encodeImage(quartered(8, 4), ImageFormat::Png);
     const auto directory = addDirectory(u"odd.png"_s);
     directory->pc_replaceSubFileWrapperNamed(u"Original.png"_s, png.chopped(20));
     directory->pc_replaceSubFileWrapperNamed(u"Original@2x.jpg"_s, png);
