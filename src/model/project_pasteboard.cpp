@@ -55,16 +55,16 @@ std::vector<std::shared_ptr<PCImage>> PCProject::imagesForCopyingElements(
 
 void PCProject::insertPastedElements(const Elements& elements, const PCElement::Ptr& parent,
                                      size_t index) {
+    for (const PCElement::Ptr& element : elements) {
+        PCElement::requireRoomFor(*element, parent->depth());
+    }
     const UndoGroup undoGroup(m_undoManager);
     const PCAnimation::Ptr animation = m_animationsManager->selectedAnimation();
     // From the last to the first at one index keeps their order.
     for (auto element = elements.rbegin(); element != elements.rend(); ++element) {
         {
             const UndoRegistrationPause pause(m_undoManager);
-            const ElementPlacement placement = placementUnder(**element, *parent);
-            (*element)->setZRotation(placement.rotation);
-            (*element)->setScale(placement.scale);
-            (*element)->setPosition(placement.position);
+            (*element)->setPlacement(placementUnder(**element, *parent));
         }
         parent->insertSubelement(*element, index);
         for (const PCElement::Ptr& pasted : (*element)->elementAndAllDescendants()) {

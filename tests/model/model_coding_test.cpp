@@ -3,6 +3,7 @@
 #include <numbers>
 
 #include "base/errors.h"
+#include "model/element_placement.h"
 #include "model/properties/easing.h"
 #include "storage/package_store.h"
 #include "support/model_builder.h"
@@ -174,6 +175,9 @@ TEST(ElementCoding, KeepsTheTreeAndRoundsTo32Bits) {
     EXPECT_EQ(childCopy->position().x(), child->position().x());
     EXPECT_EQ(childCopy->position().y(), child->position().y());
     EXPECT_TRUE(childCopy->scaleTimelineSplit() && !childCopy->translationTimelineSplit());
+    // A rotation just below a full turn is stored as its negative angle, and is not lost.
+    child->setPlacement({{}, -0.001});
+    EXPECT_EQ(reread(*root)->children()[0]->zRotation(), static_cast<double>(-0.001F));
     // Rounded once, it stays.
     EXPECT_EQ(exactState(*reread(*copy)), exactState(*copy));
     EXPECT_NE(exactState(*copy), exactState(*root));
