@@ -63,9 +63,10 @@ class PCKeyedPropertyTimeline : public Archivable,
     static Ptr initWithArchive(const KeyedUnarchiver& archive);
     static Ptr unarchive(const QByteArray& data, const QString& entry);
     /// For one read from a file, when the property stored in it has no file today, such as the
-    /// "xScale" of old packages: it becomes `type`, for which the file's name stands.
+    /// "xScale" of old packages: it becomes `type`, for which the file's name stands, and of points
+    /// takes the x or the y.
     void takeTypeOfFile(PCPropertyType type);
-    /// True when it has.
+    /// True when it has, until it is written.
     bool isOfOlderVersion() const { return m_isOfOlderVersion; }
     /// For the export's private timelines: without the keyframes' identifiers and the marks of
     /// recording and Key All, which no export shows.
@@ -95,6 +96,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     void setHasUnsavedChanges(bool unsaved) {
         m_hasUnsavedChanges = unsaved;
         m_isAsStored = m_isAsStored || !unsaved;
+        m_isOfOlderVersion = m_isOfOlderVersion && unsaved;
     }
     /// True when nothing has changed since the timeline was read or written. A timeline that was
     /// read counts as unsaved all the same.

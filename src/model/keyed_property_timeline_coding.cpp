@@ -207,6 +207,12 @@ void PCKeyedPropertyTimeline::takeTypeOfFile(PCPropertyType type) {
     m_propertyType = type;
     m_isOfOlderVersion = true;
     m_isAsStored = false;
+    const bool isX = type == PCPropertyTypeScaleX || type == PCPropertyTypeTranslationX;
+    for (size_t i = 0; isFloatProperty(type) && i < m_keys.size(); ++i) {
+        const PropertyValue value = storedValueOfKeyframe(i);
+        const QPointF* point = std::get_if<QPointF>(&value);
+        if (point) { writeValue(i, static_cast<float>(isX ? point->x() : point->y())); }
+    }
 }
 
 PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::copy() const {

@@ -92,6 +92,7 @@ void PCPropertyKeyframe::change(Change changeRecord) {
     KeyframeRecord changed = m_owner->recordOfKeyframe(m_index);
     changeRecord(changed);
     m_owner->writeRecord(m_index, changed);
+    m_owner->m_hasUnsavedChanges = true;  // whether it is reported or not
 }
 
 void PCPropertyKeyframe::setInstantTransition(bool instant) {

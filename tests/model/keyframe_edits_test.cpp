@@ -249,7 +249,9 @@ TEST_F(KeyframeEdits, ReportTheirChanges) {
     const auto silent = timeline->retrieveOrCreateKeyframeAtTimeInMS(10);
     silent->setTimeInMS(20);  // it has no value yet
     silent->setPropertyValue(1.0F);
+    timeline->setHasUnsavedChanges(false);
     silent->setKeyall(true);
+    EXPECT_TRUE(timeline->hasUnsavedChanges()) << "or the mark would be lost";
     silent->setLiveRecordedStart(true);
     EXPECT_EQ(listener.calls, 0);
     timeline->setHasUnsavedChanges(false);

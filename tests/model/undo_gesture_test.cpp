@@ -167,11 +167,11 @@ class RandomEdits {
                 timeline->duplicateKeyframe(keyframe);
                 return;
             case 2:
-                return keyframe->setEasingMode(below(7));
+                return keyframe->setEasingMode(static_cast<PCEasingMode>(below(7)));
             case 3:
                 return keyframe->setInstantTransition(below(2) == 0);
             case 4:
-                return timeline->setRepeatBehavior(below(3));
+                return timeline->setRepeatBehavior(static_cast<PCRepeatBehavior>(below(3)));
             default:
                 return timeline->moveKeyframes({keyframe}, below(200));
         }
