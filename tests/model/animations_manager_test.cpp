@@ -156,7 +156,7 @@ TEST_F(AnimationsManager, WalksBackAndForth) {
 
 // To come into line with the tree is part of being selected, and undone after it.
 TEST_F(AnimationsManager, AnUndoneChildrenOrderIsSavedThoughItsAnimationIsNotSelected) {
-    manager.addChangeListener(project.get());
+    const Subscription told = manager.addChangeListener(project.get());
     const auto animation = add(u"Bounce"_s);
     addElement(project->canvas(), u"box"_s);
     manager.setSelectedAnimation(animation);

@@ -45,7 +45,6 @@ class RandomEdits {
     explicit RandomEdits(unsigned seed) : m_random(seed) {
         UserDefaults::useMemory();
         buildTree(*m_project, "A B G{C H{D E}} I+{J K}");
-        m_project->animationsManager().addChangeListener(m_project.get());
         for (const QString& name : {u"Bounce"_s, u"Slide"_s}) {
             m_animations.push_back(selectNewAnimation(*m_project, name));
         }
@@ -82,6 +81,7 @@ class RandomEdits {
  private:
     std::mt19937 m_random;
     PCProject::Ptr m_project = PCProject::init();
+    Subscription m_told = m_project->animationsManager().addChangeListener(m_project.get());
     std::vector<PCAnimation::Ptr> m_animations;
 
     double number() { return std::uniform_real_distribution(-2.0, 2.0)(m_random); }
