@@ -186,6 +186,12 @@ Subscription PCKeyedPropertyTimeline::addChangeListener(
     return m_listeners->add(listener);
 }
 
+void PCKeyedPropertyTimeline::didChange() {
+    m_hasUnsavedChanges = true;
+    if (!m_listeners) { return; }
+    m_listeners->tell([this](auto& listener) { listener.keyedPropertyTimelineDidChange(*this); });
+}
+
 void PCKeyedPropertyTimeline::setRepeatBehavior(PCRepeatBehavior behavior) {
     if (behavior != m_repeatBehavior) {
         registerUndo(
