@@ -1,6 +1,8 @@
 #include "base/undo_manager.h"
 
 #include <algorithm>
+#include <exception>
+#include <utility>
 
 #include "base/errors.h"
 
@@ -12,21 +14,35 @@ UndoManager::~UndoManager() = default;
 void UndoManager::registerUndo(Action action) {
     if (!isUndoRegistrationEnabled()) { return; }
     if (!m_open) {
-        m_open = Step{};
+        openStep();
         m_isEventOpen = true;
     }
     const bool isFirst = m_open->actions.empty();
     m_open->actions.push_back(std::move(action));
-    if (!isFirst || m_state != State::Normal) { return; }
+    noteEdit();
+    if (isFirst && m_state == State::Normal) { changed(); }
+}
 
+bool UndoManager::needsInverse(const UndoKey& key) {
+    if (!isUndoRegistrationEnabled()) { return false; }
+    if (!isInGesture() || m_gestures.back().keys.insert(key).second) { return true; }
+    noteEdit();
+    return false;
+}
+
+void UndoManager::openStep() {
+    m_open = Step{};
     m_open->countBefore = m_changeCount;
+}
+
+// Each edit counts, not each step: a save may come between two of one step.
+void UndoManager::noteEdit() {
+    if (m_state != State::Normal) { return; }
     m_open->countAfter = m_changeCount = ++m_lastCount;
-    m_redoStack.clear();
-    changed();
 }
 
 void UndoManager::beginUndoGrouping() {
-    if (m_groupLevel++ == 0 && !m_open) { m_open = Step{}; }
+    if (m_groupLevel++ == 0 && !m_open) { openStep(); }
 }
 
 void UndoManager::endUndoGrouping() {
@@ -41,6 +57,51 @@ void UndoManager::endEvent() {
     if (m_groupLevel == 0) { closeStep(); }
 }
 
+void UndoManager::beginGesture() {
+    assertContract(m_state == State::Normal,
+                   QStringLiteral("a gesture cannot begin within an action"));
+    beginUndoGrouping();
+    m_gestures.push_back({m_groupLevel, m_open->actions.size(), m_changeCount, {}});
+    changed();
+}
+
+UndoManager::Gesture UndoManager::takeGesture() {
+    assertContract(isInGesture() && m_gestures.back().groupLevel == m_groupLevel,
+                   QStringLiteral("a gesture ends where none is the innermost group"));
+    Gesture gesture = std::move(m_gestures.back());
+    m_gestures.pop_back();
+    return gesture;
+}
+
+void UndoManager::endGesture() {
+    Gesture gesture = takeGesture();
+    if (isInGesture()) { m_gestures.back().keys.merge(gesture.keys); }
+    endUndoGrouping();
+    changed();
+}
+
+void UndoManager::cancelGesture() {
+    const Gesture gesture = takeGesture();
+    std::deque<Action>& actions = m_open->actions;
+    try {
+        const UndoRegistrationPause pause(*this);
+        playActions(actions, gesture.firstAction, State::Undoing);
+    } catch (...) {
+        endUndoGrouping();
+        throw;
+    }
+    while (actions.size() > gesture.firstAction) {
+        actions.pop_back();
+    }
+    m_open->countAfter = m_changeCount = gesture.countBefore;
+    endUndoGrouping();
+    changed();
+}
+
+bool UndoManager::isWhole() const {
+    return m_state == State::Normal && m_groupLevel == static_cast<int>(m_gestures.size());
+}
+
 void UndoManager::disableUndoRegistration() {
     ++m_disabledCount;
 }
@@ -51,22 +112,28 @@ void UndoManager::enableUndoRegistration() {
     --m_disabledCount;
 }
 
+bool UndoManager::hasOpenActions() const {
+    return m_state == State::Normal && m_open && !m_open->actions.empty();
+}
+
 bool UndoManager::canUndo() const {
-    return !m_undoStack.empty() || (m_state == State::Normal && m_open && !m_open->actions.empty());
+    return !isInGesture() && (!m_undoStack.empty() || hasOpenActions());
 }
 
 bool UndoManager::canRedo() const {
-    return !m_redoStack.empty();
+    return !isInGesture() && !m_redoStack.empty() && !hasOpenActions();
 }
 
-void UndoManager::undo() {
+bool UndoManager::undo() {
+    if (isInGesture()) { return false; }
     endEvent();
-    play(m_undoStack, m_redoStack, State::Undoing);
+    return play(m_undoStack, m_redoStack, State::Undoing);
 }
 
-void UndoManager::redo() {
+bool UndoManager::redo() {
+    if (isInGesture()) { return false; }
     endEvent();
-    play(m_redoStack, m_undoStack, State::Redoing);
+    return play(m_redoStack, m_undoStack, State::Redoing);
 }
 
 void UndoManager::setActionName(const QString& name) {
@@ -79,18 +146,22 @@ void UndoManager::setActionName(const QString& name) {
 }
 
 QString UndoManager::undoActionName() const {
-    if (m_state == State::Normal && m_open && !m_open->actions.empty()) { return m_open->name; }
+    if (hasOpenActions()) { return m_open->name; }
     return m_undoStack.empty() ? QString() : m_undoStack.back().name;
 }
 
 QString UndoManager::redoActionName() const {
-    return m_redoStack.empty() ? QString() : m_redoStack.back().name;
+    return canRedo() ? m_redoStack.back().name : QString();
 }
 
 void UndoManager::removeAllActions() {
     m_undoStack.clear();
     m_redoStack.clear();
     if (m_open) { m_open->actions.clear(); }
+    for (Gesture& gesture : m_gestures) {
+        gesture.firstAction = 0;
+        gesture.keys.clear();
+    }
     endEvent();
     changed();
 }
@@ -111,43 +182,47 @@ void UndoManager::closeStep() {
     Step step = std::move(*m_open);
     m_open.reset();
     if (step.actions.empty()) { return; }
+    m_redoStack.clear();
     m_undoStack.push_back(std::move(step));
     dropOldSteps();
     changed();
 }
 
-void UndoManager::play(std::deque<Step>& from, std::deque<Step>& to, State state) {
+bool UndoManager::play(std::deque<Step>& from, std::deque<Step>& to, State state) {
     assertContract(m_state == State::Normal && m_groupLevel == 0,
                    QStringLiteral("undo or redo called from within a group or an action"));
-    if (from.empty()) { return; }
+    if (from.empty()) { return false; }
     const Step step = std::move(from.back());
     from.pop_back();
 
-    playActions(step, state);
+    m_open = Step{step.name, step.countBefore, step.countAfter, {}};
+    playActions(step.actions, 0, state);
 
     if (!m_open->actions.empty()) { to.push_back(std::move(*m_open)); }
     m_open.reset();
     m_changeCount = state == State::Undoing ? step.countBefore : step.countAfter;
     changed();
+    return true;
 }
 
-/// Runs the actions, last first, and leaves the step that they recorded in m_open.
-void UndoManager::playActions(const Step& step, State state) {
-    m_open = Step{step.name, step.countBefore, step.countAfter, {}};
+/// Runs the actions, last first, down to `first`. What they record goes to m_open.
+void UndoManager::playActions(const std::deque<Action>& actions, size_t first, State state) {
+    const int groupLevel = m_groupLevel;
     m_state = state;
-    m_groupLevel = 1;
+    ++m_groupLevel;
     try {
-        std::for_each(step.actions.rbegin(), step.actions.rend(),
-                      [](const Action& action) { action(); });
+        for (size_t i = actions.size(); i > first; --i) {
+            actions[i - 1]();
+        }
     } catch (...) {
         m_state = State::Normal;
-        m_groupLevel = 0;
+        m_groupLevel = groupLevel;
         m_changeCount = ++m_lastCount;
         removeAllActions();
         throw;
     }
     m_state = State::Normal;
-    m_groupLevel = 0;
+    m_groupLevel = groupLevel;
 }
 
 void UndoManager::dropOldSteps() {
@@ -157,6 +232,27 @@ void UndoManager::dropOldSteps() {
 
 void UndoManager::changed() {
     m_changeHandlers.tell([](const auto& handler) { handler(); });
+}
+
+UndoGesture::UndoGesture(UndoManager& manager)
+    : m_manager(&manager), m_exceptions(std::uncaught_exceptions()) {
+    manager.beginGesture();
+}
+
+UndoGesture::~UndoGesture() {
+    if (!m_manager) { return; }
+    if (std::uncaught_exceptions() == m_exceptions) {
+        m_manager->endGesture();
+        return;
+    }
+    try {
+        m_manager->cancelGesture();
+    } catch (...) {  // has dropped all steps; the exception under way says what went wrong
+    }
+}
+
+void UndoGesture::cancel() {
+    std::exchange(m_manager, nullptr)->cancelGesture();
 }
 
 }  // namespace tweenery

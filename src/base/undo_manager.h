@@ -5,15 +5,33 @@
 #include <deque>
 #include <functional>
 #include <optional>
+#include <unordered_set>
+#include <vector>
 
 #include "base/listener_set.h"
 #include "base/undo_action.h"
 
 namespace tweenery {
 
+/// What an edit sets: one property, by a number of the owner's own, of one object, by its address.
+struct UndoKey {
+    const void* object = nullptr;
+    int property = 0;
+    bool operator==(const UndoKey&) const = default;
+};
+
 /// Records the inverse of each edit and plays it back. While undoing, what is registered becomes
 /// the redo step, and the other way round. Steps registered within one group are undone together,
 /// last first. Groups nest: only the outermost makes a step. A step holds what it needs alive.
+///
+/// A gesture is a group that can be cancelled: everything is as it was before, and what could be
+/// redone still can be. However often its events set the same thing, one inverse stands for them
+/// all (see needsInverse()), so that memory and time go by what was touched. It is also how an edit
+/// that may fail half-way leaves nothing behind.
+///
+/// A save may come at any moment that isWhole(), also between two events of a gesture. What is
+/// saved then is what is on the screen; the changeCount() to remember is the one read with it, and
+/// every edit afterwards, of the same step too, makes it another.
 class UndoManager {
  public:
     using Action = UndoAction;
@@ -24,9 +42,14 @@ class UndoManager {
     UndoManager& operator=(const UndoManager&) = delete;
 
     /// Registers the inverse of an edit. Ignored while registration is disabled. Outside of any
-    /// group, actions gather in the current event's group, which endEvent() or undo() closes. A new
-    /// edit drops what could be redone.
+    /// group, actions gather in the current event's group, which endEvent() or undo() closes. A
+    /// step that is kept drops what could be redone.
     void registerUndo(Action action);
+    /// To be asked before a value is set whose inverse does nothing but store what was there, and
+    /// which no other inverse reads or writes. False when nothing is to be registered: while
+    /// registration is disabled, and when the gesture under way holds an inverse for `key` already,
+    /// which leads back further. The inverse that follows a true keeps the key's object alive.
+    bool needsInverse(const UndoKey& key);
 
     void beginUndoGrouping();
     /// Closes the innermost group; an empty outermost group leaves no step. Throws AssertionFailure
@@ -37,17 +60,35 @@ class UndoManager {
     /// so that a drag of many events is one step.
     void endEvent();
 
+    /// Begins a gesture. Within a group, also that of the current event, or another gesture it is
+    /// part of their step, and still can be cancelled by itself. Throws AssertionFailure from
+    /// within an action.
+    void beginGesture();
+    /// Ends the innermost gesture. One without edits leaves no step. Throws AssertionFailure
+    /// without an open gesture, and while a group that began within it is open; so does
+    /// cancelGesture().
+    void endGesture();
+    /// Ends it too and plays its edits back: no step, nothing to redo, the count as it was. When an
+    /// action throws, all steps are dropped, because they no longer fit.
+    void cancelGesture();
+    bool isInGesture() const { return !m_gestures.empty(); }
+    /// False in the middle of an edit: within a group, and while undoing or redoing. Who saves on a
+    /// timer waits for it to be true, which it is between the events of a gesture.
+    bool isWhole() const;
+
     /// Nested calls count: registration is on again after as many enables.
     void disableUndoRegistration();
     void enableUndoRegistration();
     bool isUndoRegistrationEnabled() const { return m_disabledCount == 0; }
 
+    /// Both are false during a gesture.
     bool canUndo() const;
     bool canRedo() const;
-    /// Plays the last step back; nothing without one. Throws AssertionFailure from within a group
-    /// or an action. When an action throws, all steps are dropped, because they no longer fit.
-    void undo();
-    void redo();
+    /// Play the last step back. False when there is none, and during a gesture, which has to end
+    /// first. Throw AssertionFailure from within a group or an action. When an action throws, all
+    /// steps are dropped, because they no longer fit.
+    bool undo();
+    bool redo();
     bool isUndoing() const { return m_state == State::Undoing; }
     bool isRedoing() const { return m_state == State::Redoing; }
 
@@ -64,9 +105,10 @@ class UndoManager {
     /// Called after every change of what can be undone or redone, as long as the subscription is
     /// kept; for menus and the edited state.
     Subscription addChangeHandler(std::function<void()> handler);
-    /// The state that the steps have led to: goes up with each new step, back with undo and forth
-    /// with redo. The document is unedited when it equals the count remembered at the save. A
-    /// number is never used twice, so that an edit after an undo is no return to a saved state.
+    /// The state that the edits have led to: goes up with each edit, back with undo and cancelling
+    /// and forth with redo. The document is unedited when it equals the count remembered at the
+    /// save. A number is never used twice, so that an edit after an undo, or after a save in the
+    /// middle of a step, is no return to a saved state.
     int64_t changeCount() const { return m_changeCount; }
 
  private:
@@ -77,6 +119,17 @@ class UndoManager {
         int64_t countAfter = 0;
         std::deque<Action> actions;  // of a big edit many, which are not to be copied as they grow
     };
+    struct KeyHash {
+        size_t operator()(const UndoKey& key) const {
+            return std::hash<const void*>()(key.object) ^ static_cast<size_t>(key.property);
+        }
+    };
+    struct Gesture {
+        int groupLevel = 0;
+        size_t firstAction = 0;
+        int64_t countBefore = 0;
+        std::unordered_set<UndoKey, KeyHash> keys;  // whose inverses it holds
+    };
 
     State m_state = State::Normal;
     int m_disabledCount = 0;
@@ -86,13 +139,18 @@ class UndoManager {
     int64_t m_changeCount = 0;
     int64_t m_lastCount = 0;
     std::optional<Step> m_open;
+    std::vector<Gesture> m_gestures;  // the innermost last
     std::deque<Step> m_undoStack;
     std::deque<Step> m_redoStack;
     ListenerSet<std::function<void()>> m_changeHandlers;
 
+    void openStep();
+    void noteEdit();
+    bool hasOpenActions() const;
     void closeStep();
-    void play(std::deque<Step>& from, std::deque<Step>& to, State state);
-    void playActions(const Step& step, State state);
+    Gesture takeGesture();
+    bool play(std::deque<Step>& from, std::deque<Step>& to, State state);
+    void playActions(const std::deque<Action>& actions, size_t first, State state);
     void dropOldSteps();
     void changed();
 };
@@ -107,6 +165,22 @@ class UndoGroup {
 
  private:
     UndoManager& m_manager;
+};
+
+/// A gesture for its life: ended, unless it was cancelled, or an exception leaves its scope.
+class UndoGesture {
+ public:
+    explicit UndoGesture(UndoManager& manager);
+    ~UndoGesture();
+    UndoGesture(const UndoGesture&) = delete;
+    UndoGesture& operator=(const UndoGesture&) = delete;
+
+    /// At most once.
+    void cancel();
+
+ private:
+    UndoManager* m_manager;  // null once cancelled
+    int m_exceptions;        // under way when it began
 };
 
 /// Keeps registration off during its life.

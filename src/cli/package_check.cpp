@@ -124,6 +124,19 @@ void requireEntries(const FileWrapper& root, PackageCheck& check) {
     if (!root.child(u"version"_s)) { check.notes.push_back({u"version"_s, u"is missing"_s}); }
 }
 
+void noteOldTimelines(const PCAnimation& animation, const QString& path, PackageCheck& check) {
+    for (const auto& [identifier, group] : animation.timelineGroups()) {
+        for (const PCKeyedPropertyTimeline::Ptr& timeline : group->loadedTimelines()) {
+            if (!timeline->isOfOlderVersion()) { continue; }
+            check.notes.push_back(
+                {u"%1/%2/%3"_s.arg(path, identifier.toString(),
+                                   filenameOfTimelineType(timeline->propertyType())),
+                 u"names a property of an older version; it is read as '%1', by its file's name"_s
+                     .arg(stringFromPropertyType(timeline->propertyType()))});
+        }
+    }
+}
+
 }  // namespace
 
 PackageCheck checkPackage(const FileWrapper::Ptr& root) {
@@ -153,8 +166,9 @@ void noteOddities(PackageCheck& check) {
                                u"the first is found by it"_s.arg(first->second, element->name())});
     }
     for (const PCAnimation::Ptr& animation : project.animationsManager().animations()) {
-        if (!animation->name().isNull()) { continue; }
-        check.notes.push_back({u"animations/"_s + animation->identifier(), u"has no name"_s});
+        const QString path = u"animations/"_s + animation->identifier();
+        if (animation->name().isNull()) { check.notes.push_back({path, u"has no name"_s}); }
+        noteOldTimelines(*animation, path, check);
     }
 }
 

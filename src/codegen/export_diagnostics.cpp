@@ -30,7 +30,7 @@ const char* const kKindNames[] = {
     "sliced-left-out",
     "sliced-is-mobile-code",
     "cannot-slice",
-    "legacy-timeline-left-out",
+    "legacy-timeline",
     "empty-project",
     "does-not-animate",
     "recordable-needs-import",
@@ -80,7 +80,7 @@ class Collector {
         for (size_t i = 1; i < m_plan.elements.size(); ++i) {
             checkElement(m_plan.elements[i]);
         }
-        checkLeftOutTimelines();
+        checkStoredTimelines();
         checkStandardAnimations();
         for (const auto& bundle : m_plan.frameSlicedAnimationExportBundles) {
             checkSlicedAnimation(bundle);
@@ -108,7 +108,7 @@ class Collector {
     void checkProject();
     void checkElement(const PlannedElement& planned);
     void checkVariable(const PlannedElement& planned);
-    void checkLeftOutTimelines();
+    void checkStoredTimelines();
     void checkStandardAnimations();
     void checkStandardAnimation(const PCAnimationExportBundle& bundle);
     void checkPartsAnimated(const PCAnimationExportBundle& bundle);
@@ -222,18 +222,17 @@ void Collector::checkElement(const PlannedElement& planned) {
     }
 }
 
-void Collector::checkLeftOutTimelines() {
+void Collector::checkStoredTimelines() {
+    for (const OlderTimeline& older : m_plan.olderTimelines) {
+        add(Kind::LegacyTimeline, Severity::Warning, *older.animation,
+            u"An older version stored a timeline of the element '%1' under another name; by its "
+            "file's name it is exported as '%2'. Select the animation and save, to store it so."_s
+                .arg(older.element->name(), stringFromPropertyType(older.propertyType)));
+    }
     for (const LeftOutTimelines& leftOut : m_plan.leftOutTimelines) {
-        if (leftOut.element) {
-            add(Kind::LegacyTimelineLeftOut, Severity::Warning, *leftOut.animation,
-                u"Its timeline of the combined property '%1' for the element '%2' is left out; key "
-                "the property's x and y anew."_s.arg(stringFromPropertyType(leftOut.propertyType),
-                                                     leftOut.element->name()));
-        } else {
-            add(Kind::DeletedElement, Severity::Note, *leftOut.animation,
-                u"It animates an element that is no longer there (%1), which is left out; nothing "
-                "needs to be done."_s.arg(leftOut.elementIdentifier));
-        }
+        add(Kind::DeletedElement, Severity::Note, *leftOut.animation,
+            u"It animates an element that is no longer there (%1), which is left out; nothing "
+            "needs to be done."_s.arg(leftOut.elementIdentifier));
     }
 }
 

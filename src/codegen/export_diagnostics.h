@@ -25,7 +25,7 @@ struct ExportDiagnostic {
         SlicedLeftOut,
         SlicedIsMobileCode,
         CannotSlice,
-        LegacyTimelineLeftOut,
+        LegacyTimeline,
         EmptyProject,
         DoesNotAnimate,
         RecordableNeedsImport,

@@ -44,7 +44,7 @@ struct ElementJob {
     size_t element = 0;
     const FileWrapper* directory = nullptr;
     PCAnimationExportElementTimelines record;  // has an element if anything is stored
-    std::vector<LeftOutTimelines> leftOut;
+    std::vector<OlderTimeline> older;
 };
 
 bool holdsTimelines(const FileWrapper& directory) {
@@ -208,7 +208,7 @@ void Planner::listElementsOfBundle(size_t bundle) {
         if (element != m_elementByIdentifier.end()) {
             directories.emplace_back(element->second, directory.get());
         } else if (holdsTimelines(*directory)) {
-            m_plan.leftOutTimelines.push_back({animation, name, {}, PCPropertyTypeImageContents});
+            m_plan.leftOutTimelines.push_back({animation, name});
         }
     }
     std::sort(directories.begin(), directories.end());
@@ -222,8 +222,8 @@ void Planner::readTimelines(ElementJob& job) const {
     const PCAnimation::Ptr& animation = m_bundles[job.bundle].animation;
     const PCElement::Ptr& element = m_plan.elements[job.element].element;
     const auto group = animation->timelineGroup(element->identifier());
-    const QString identifier = element->identifier().toString();
-    const QString path = u"animations/"_s + animation->identifier() + u'/' + identifier + u'/';
+    const QString path =
+        u"animations/%1/%2/"_s.arg(animation->identifier(), element->identifier().toString());
     bool hasTimelines = false;
     for (const auto& [fileName, stored] : job.directory->fileWrappers()) {
         const ElementTimelineFile* file = elementTimelineFileNamed(fileName);
@@ -233,20 +233,18 @@ void Planner::readTimelines(ElementJob& job) const {
         auto timeline = loaded && loaded->isAsStored() ? loaded->copy()
                                                        : PCKeyedPropertyTimeline::EXPORT_unarchive(
                                                              stored->contents(), path + fileName);
-        const PropertyTypeRow& row = propertyTypeRow(timeline->propertyType());
-        if (row.valueKind == PropertyValueKind::Point || row.type == PCPropertyTypeKeyAll) {
-            job.leftOut.push_back({animation, identifier, element, timeline->propertyType()});
-        } else {
-            job.record.*file->field = std::move(timeline);
+        timeline->takeTypeOfFile(file->slot);
+        if (timeline->isOfOlderVersion()) {
+            job.older.push_back({animation, element, timeline->propertyType()});
         }
+        job.record.*file->field = std::move(timeline);
     }
     if (hasTimelines) { job.record.setElement(element); }
 }
 
 /// Gives the timelines that have been read to their bundle.
 void Planner::takeTimelines(ElementJob& job) {
-    m_plan.leftOutTimelines.insert(m_plan.leftOutTimelines.end(), job.leftOut.begin(),
-                                   job.leftOut.end());
+    m_plan.olderTimelines.insert(m_plan.olderTimelines.end(), job.older.begin(), job.older.end());
     if (!job.record.element) { return; }
     PCAnimationExportBundle& bundle = m_bundles[job.bundle];
     bundle.durationInMS = std::max(bundle.durationInMS, job.record.maxDurationInMS());

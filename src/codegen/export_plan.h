@@ -35,11 +35,17 @@ struct PlannedElement {
     bool isLayer() const { return type == PCCodeGeneratorType::Layer; }
 };
 
-/// Stored timelines that a run leaves out.
+/// Stored timelines that a run leaves out: those of an element that was deleted.
 struct LeftOutTimelines {
     PCAnimation::Ptr animation;
     QString elementIdentifier;
-    PCElement::Ptr element;  // null: deleted
+};
+
+/// A timeline that an older version stored of a combined property: exported as the property that
+/// its file's name says.
+struct OlderTimeline {
+    PCAnimation::Ptr animation;
+    PCElement::Ptr element;
     PCPropertyType propertyType = PCPropertyTypeImageContents;
 };
 
@@ -64,6 +70,7 @@ struct ExportPlan {
     std::vector<std::string> animationBaseMethodNamesUsingCompletionBlock;  // each once
 
     std::vector<LeftOutTimelines> leftOutTimelines;
+    std::vector<OlderTimeline> olderTimelines;
 
     const PlannedElement& planned(const PCElement& element) const {
         return elements[indexOfElement.at(&element)];

@@ -1,8 +1,7 @@
 #include "model/document.h"
 
-#include <QFileInfo>
-
 #include "base/errors.h"
+#include "base/path_name.h"
 
 using namespace Qt::StringLiterals;
 
@@ -18,25 +17,31 @@ Alert alertForNewerProject(const QString& name) {
 }
 
 bool PCDocument::readFromPath(const QString& path) {
-    if (!readFromFileWrapper(readPackage(path))) { return false; }
+    const Opened opened = open(readPackage(path));
+    if (!opened.project) { return false; }
+    if (opened.isUpdated) { savePackage(*opened.project->fileWrapper(), path); }
     m_path = path;
-    setDisplayName(QFileInfo(path).fileName());
-    if (m_needsSaveAfterUpdate) { save(); }
+    setProject(opened.project);
+    setDisplayName(path);
     return true;
 }
 
 bool PCDocument::readFromFileWrapper(const FileWrapper::Ptr& root) {
+    const Opened opened = open(root);
+    if (opened.project) { setProject(opened.project); }
+    return opened.project != nullptr;
+}
+
+PCDocument::Opened PCDocument::open(const FileWrapper::Ptr& root) {
     const int32_t stored = PCProject::modelVersionOfProjectFileWrapper(*root);
     const QString name = root->filename();
     if (stored > PCProject::currentModelVersion()) {
         m_alerts.runModal(alertForNewerProject(name));
-        return false;
+        return {};
     }
     const bool isOlder = stored < PCProject::currentModelVersion();
-    if (isOlder && !userAgreesToUpdate(name)) { return false; }
-    setProject(PCProject::projectWithFileWrapper(root, m_log));
-    m_needsSaveAfterUpdate = isOlder;
-    return true;
+    if (isOlder && !userAgreesToUpdate(name)) { return {}; }
+    return {PCProject::projectWithFileWrapper(root, m_log), isOlder};
 }
 
 bool PCDocument::userAgreesToUpdate(const QString& name) {
@@ -54,26 +59,33 @@ FileWrapper::Ptr PCDocument::fileWrapperOfProject() {
 
 void PCDocument::save(OnDiskChange policy) {
     assertContract(!m_path.isEmpty(), u"a document without a place cannot be saved there"_s);
-    savePackage(*fileWrapperOfProject(), m_path, policy);
-    didSave();
+    saveTo(m_path, policy);
 }
 
 void PCDocument::saveAs(const QString& path) {
-    savePackage(*fileWrapperOfProject(), path, OnDiskChange::Overwrite);
+    saveTo(path, OnDiskChange::Overwrite);
     m_path = path;
-    setDisplayName(QFileInfo(path).fileName());
-    didSave();
+    setDisplayName(path);
 }
 
-void PCDocument::didSave() {
-    m_needsSaveAfterUpdate = false;
-    m_savedChangeCount = m_project->undoManager().changeCount();
+// What is edited while the bytes are on their way is not saved with them.
+void PCDocument::saveTo(const QString& path, OnDiskChange policy) {
+    const int64_t changeCount = project()->undoManager().changeCount();
+    savePackage(*fileWrapperOfProject(), path, policy);
+    m_savedChangeCount = changeCount;
 }
 
 bool PCDocument::revert() {
     if (m_path.isEmpty()) { return false; }
-    readFromPath(m_path);
-    return true;
+    try {
+        return readFromPath(m_path);
+    } catch (const InputError& error) {
+        m_alerts.runModal({u"The Project Could Not Be Reverted"_s,
+                           u"%1 %2. Nothing was changed."_s.arg(error.entry(), error.reason()),
+                           {u"Ok"_s},
+                           {}});
+        return false;
+    }
 }
 
 const PCProject::Ptr& PCDocument::project() {
@@ -89,7 +101,7 @@ void PCDocument::setProject(const PCProject::Ptr& project) {
 }
 
 void PCDocument::setDisplayName(const QString& name) {
-    m_displayName = QFileInfo(name).completeBaseName();
+    m_displayName = withoutPathExtension(lastPathComponent(name));
     if (m_project) { m_project->setProjectName(m_displayName); }
 }
 

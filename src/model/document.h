@@ -20,10 +20,11 @@ class PCDocument {
     PCDocument(AlertPort& alerts, LogPort& log) : m_alerts(alerts), m_log(log) {}
 
     static bool autosavesInPlace() { return true; }
-    /// False when the user was told by an alert (newer version) or declined the update; then no
-    /// project is there and nothing has changed. Throws InputError for a package that cannot be
-    /// read.
+    /// False when the user was told by an alert (newer version) or declined the update. Throws
+    /// InputError for a package that cannot be read, and for an update that cannot be saved. Then
+    /// the document is as it was.
     bool readFromPath(const QString& path);
+    /// The same without the save of an update.
     bool readFromFileWrapper(const FileWrapper::Ptr& root);
     /// The tree to write, with the canvas picture if there is one.
     FileWrapper::Ptr fileWrapperOfProject();
@@ -32,17 +33,19 @@ class PCDocument {
     void save(OnDiskChange policy = OnDiskChange::Refuse);
     /// Writes to a new place, which becomes the document's own.
     void saveAs(const QString& path);
-    /// Reads the document anew; false without a path.
+    /// Reads the document anew. False without a path, and when it could not be read, which the user
+    /// was told by an alert; then the document is as it was.
     bool revert();
 
     /// Makes a new empty project when there is none yet.
     const PCProject::Ptr& project();
     void setProject(const PCProject::Ptr& project);
     const QString& path() const { return m_path; }
-    /// The name shown for the document, stored without its extension; the project's name as well.
+    /// The name shown for the document, stored without its extension and the path before it; the
+    /// project's name as well.
     void setDisplayName(const QString& name);
     const QString& displayName() const { return m_displayName; }
-    /// True when edits were made since it was opened or saved.
+    /// True when edits were made since it was opened, or since what was saved was taken from it.
     bool isEdited() const;
 
  private:
@@ -52,10 +55,14 @@ class PCDocument {
     QString m_displayName;
     PCProject::Ptr m_project;
     int64_t m_savedChangeCount = 0;
-    bool m_needsSaveAfterUpdate = false;
 
+    struct Opened {
+        PCProject::Ptr project;  // null when the user was told, or declined
+        bool isUpdated = false;
+    };
+    Opened open(const FileWrapper::Ptr& root);
     bool userAgreesToUpdate(const QString& name);
-    void didSave();
+    void saveTo(const QString& path, OnDiskChange policy);
 };
 
 }  // namespace tweenery

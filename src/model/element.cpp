@@ -124,6 +124,7 @@ void PCElement::setProject(const std::shared_ptr<PCProject>& project) {
 
 void PCElement::insertSubelement(const Ptr& child, size_t index) {
     assertContract(child->m_parent == nullptr, u"the element is in a tree already"_s);
+    if (m_project.get() && !isPlayedBack()) { requireRoomFor(*child, depth()); }
     index = std::min(index, m_subelements.size());
     registerUndo([index](PCElement& self) { self.removeSubelementAtIndex(index); });
     m_subelements.insert(index, child);
@@ -161,6 +162,7 @@ void PCElement::moveToParentElement(const Ptr& parent, size_t index) {
                    u"an element moves within its project only"_s);
     const Ptr self = shared_from_this();
     const Ptr oldParent = m_parent->shared_from_this();
+    if (oldParent != parent && !isPlayedBack()) { requireRoomFor(*this, parent->depth()); }
     const auto oldIndex = static_cast<size_t>(this->index());
     registerUndo([oldParent, oldIndex](PCElement& moved) {
         moved.moveToParentElement(oldParent, oldIndex);
@@ -181,11 +183,17 @@ void PCElement::moveToParentElement(const Ptr& parent, size_t index) {
     parent->post(ElementNotification::subelements);
 }
 
-// Stored directly: no undo step, no notification.
+// Stored without a notification.
 void PCElement::updateNameToBeUnique() {
     PCProject* owner = project();
-    if (!owner) { return; }
-    if (!m_name.isNull()) { storeName(owner->uniqueElementNameWithBase(m_name, this)); }
+    if (!owner || isPlayedBack()) { return; }
+    if (!m_name.isNull()) {
+        const QString unique = owner->uniqueElementNameWithBase(m_name, this);
+        if (unique != m_name) {
+            registerUndoOf(Field::Name, [old = m_name](PCElement& self) { self.setName(old); });
+            storeName(unique);
+        }
+    }
     for (const Ptr& child : m_subelements) {
         child->updateNameToBeUnique();
     }
@@ -239,6 +247,21 @@ int PCElement::maxHierarchyDepth() const {
         deepest = std::max(deepest, child->maxHierarchyDepth());
     }
     return deepest + 1;
+}
+
+int PCElement::depth() const {
+    int depth = 1;
+    for (const PCElement* above = parentElement(); above; above = above->parentElement()) {
+        ++depth;
+    }
+    return depth;
+}
+
+void PCElement::requireRoomFor(const PCElement& item, int parentDepth) {
+    if (parentDepth + item.maxHierarchyDepth() > kMaximumDepth) {
+        throw InputError(u"canvas"_s,
+                         u"would nest elements more than %1 levels deep"_s.arg(kMaximumDepth));
+    }
 }
 
 ElementViewLayer& PCElement::viewLayer() const {

@@ -26,6 +26,7 @@
 namespace tweenery {
 
 class ElementSampler;
+struct ElementPlacement;
 class PCElement;
 class PCProject;
 class PCPropertyTimelineGroup;
@@ -63,8 +64,11 @@ inline const QString childrenZPosition =
 /// (0) to front; the parent and the project are not.
 ///
 /// Coordinates are points, y down; angles are radians, positive from x towards y; a point is scaled
-/// first, then rotated. Setters compare with the old value, register it for undo, mark `modified`,
-/// tell the view layer and post a notification, unless they say otherwise.
+/// first, then rotated. Setters ignore an equal value and one that is not finite; else they
+/// register the old one for undo, store, mark `modified`, tell the view layer (but for name,
+/// locked, expanded and scalesLocked, which do not show) and post a notification (but for anchor
+/// point, size, image and scalesLocked, which have none). setGroup, setSelected, setModified and
+/// the two timeline splits neither compare nor undo; only the splits mark `modified`.
 class PCElement : public Archivable, public std::enable_shared_from_this<PCElement> {
     struct Passkey {};
 
@@ -115,8 +119,11 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
 
     void setGroup(bool group) { m_group = group; }
     void setPosition(QPointF position);
-    /// Brought into 0 up to 359.5 degrees.
+    /// Brought into 0 up to 359.5 degrees: less than half a degree below a full turn is none.
     void setZRotation(double radians);
+    /// Rotation, scale and position at once, to the bit as they show: a rotation less than half a
+    /// degree below a full turn becomes the equal negative angle.
+    void setPlacement(const ElementPlacement& placement);
     void setScale(QPointF scale);
     /// Unit coordinates of the bounds. Moves `position`, so that the element stays where it is.
     void setAnchorPoint(QPointF anchorPoint);
@@ -138,7 +145,7 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     void setModified(bool modified);
     /// Visible again with all groups above, below the canvas.
     void unHideRecursivelyUp();
-    /// Clears `locked` here and above, below the canvas: no cascade, no undo, no notification.
+    /// Clears `locked` here and above, below the canvas: no cascade, no notification.
     void unlockRecursivelyUp();
 
     // Tree.
@@ -155,8 +162,9 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     /// Passed on to all children when it changes.
     void setProject(const std::shared_ptr<PCProject>& project);
     bool isCanvas() const;
-    /// An index above the count is replaced by the count.
-    /// `child` must be in no tree (AssertionFailure).
+    /// An index above the count is replaced by the count. `child` must be in no tree
+    /// (AssertionFailure). Throws InputError, and changes nothing, where the tree of a project
+    /// would become deeper than kMaximumDepth; so does moveToParentElement().
     void insertSubelement(const Ptr& child, size_t index);
     void removeSubelementAtIndex(size_t index);
     void removeFromParentElement();
@@ -170,6 +178,11 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     std::unordered_map<Identifier, Ptr> EXPORT_elementAndDescendantsByIdentifier();
     bool isAncestorOf(const PCElement& other) const;
     int maxHierarchyDepth() const;
+    /// 1 for an element without a parent.
+    int depth() const;
+    /// Throws InputError when `item` and its descendants would lie below kMaximumDepth as children
+    /// of an element at depth `parentDepth`.
+    static void requireRoomFor(const PCElement& item, int parentDepth);
     Elements subLayerDataSources() const { return subelements(); }
     ElementViewLayer& viewLayer() const;
     /// New layers for the element and its descendants from the project's factory; without one, the
@@ -329,7 +342,25 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     static Ptr pasteTree(const QVariantMap& plist, const std::shared_ptr<PCProject>& project,
                          int depth);
 
-    static double normalizedRotation(double radians);
+    /// What an inverse stores and nothing else; see UndoManager::needsInverse().
+    enum class Field {
+        Position,
+        Rotation,
+        Scale,
+        AnchorPoint,
+        Opacity,
+        Size,
+        Name,
+        ImageName,
+        Hidden,
+        Locked,
+        Expanded,
+        ScalesLocked
+    };
+    /// Into 0 up to, but without, a full turn.
+    static double withoutFullTurns(double radians);
+    /// The same angle, less than half a degree below a full turn as the equal negative one.
+    static double storableRotation(double radians);
     /// Null without a project, and while registration is off.
     UndoManager* recordingUndoManager() const;
     template <typename Inverse>
@@ -339,9 +370,19 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
                 [self = shared_from_this(), inverse = std::move(inverse)] { inverse(*self); });
         }
     }
+    template <typename Inverse>
+    void registerUndoOf(Field field, Inverse inverse) {
+        UndoManager* undo = recordingUndoManager();
+        if (undo && undo->needsInverse({this, static_cast<int>(field)})) {
+            registerUndo(std::move(inverse));
+        }
+    }
+    void storeRotation(double radians);
+    void storeAnchorPoint(QPointF anchorPoint, QPointF position);
+    void storeLocked(bool locked);
     void storeName(const QString& newName);
     void post(const QString& notification);
-    bool cascades() const;
+    bool isPlayedBack() const;
     void setFromArchive(const KeyedDecoder& coder);
     void setFromPlist(const QVariantMap& plist);
     void setTimelinesFromPlist(const QVariantMap& plist);

@@ -80,7 +80,7 @@ void PCElement::setFromArchive(const KeyedDecoder& coder) {
     m_locked = coder.decodeBool("locked");
     m_opacity = static_cast<double>(std::clamp(coder.decodeFloat("opacity"), 0.0F, 1.0F));
     m_position = coder.decodePoint("position");
-    m_zRotation = normalizedRotation(static_cast<double>(coder.decodeFloat("zRotation")));
+    m_zRotation = storableRotation(static_cast<double>(coder.decodeFloat("zRotation")));
     m_anchorPoint = coder.decodePoint("anchorPoint");
     m_expanded = coder.decodeBool("expanded");
     m_scalesLocked = coder.decodeBool("scalesLocked");

@@ -149,7 +149,7 @@ void PCElement::setFromPlist(const QVariantMap& plist) {
     m_locked = plist.value(u"layerIsLocked"_s).toBool();
     m_opacity = std::clamp(numberFrom(plist, u"layerOpacity"_s, 1), 0.0, 1.0);
     m_position = pointFrom(plist, u"layerPosition"_s, {0, 0});
-    m_zRotation = normalizedRotation(numberFrom(plist, u"layerRotationZ"_s, 0));
+    m_zRotation = storableRotation(numberFrom(plist, u"layerRotationZ"_s, 0));
     m_anchorPoint = pointFrom(plist, u"layerAnchorPoint"_s, {0.5, 0.5});
     m_expanded = plist.value(u"expanded"_s).toBool();
     m_scalesLocked = plist.value(u"scalesLocked"_s).toBool();

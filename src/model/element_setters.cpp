@@ -7,6 +7,7 @@
 #include <numbers>
 
 #include "model/element.h"
+#include "model/element_placement.h"
 #include "model/project.h"
 
 namespace tweenery {
@@ -30,16 +31,25 @@ bool isFiniteFloat(double number) {
     return std::abs(number) <= static_cast<double>(std::numeric_limits<float>::max());
 }
 
-}  // namespace
+constexpr double kTurn = 2 * std::numbers::pi;
 
-double PCElement::normalizedRotation(double radians) {
-    constexpr double kTurn = 2 * std::numbers::pi;
-    // Rotations nearer to a full turn than half a degree are none.
+// Half a degree and less below it.
+bool isNearlyAFullTurn(double rotation) {
     constexpr double kLargestDegrees = 359.5;
     constexpr double kRoom = 1e-9;
-    double rotation = std::fmod(radians, kTurn);
-    if (rotation < 0) { rotation += kTurn; }
-    return rotation * 180 / std::numbers::pi > kLargestDegrees + kRoom ? 0 : rotation;
+    return rotation * 180 / std::numbers::pi > kLargestDegrees + kRoom;
+}
+
+}  // namespace
+
+double PCElement::withoutFullTurns(double radians) {
+    const double rotation = std::fmod(radians, kTurn);
+    return rotation < 0 && rotation + kTurn < kTurn ? rotation + kTurn : std::max(rotation, 0.0);
+}
+
+double PCElement::storableRotation(double radians) {
+    const double rotation = withoutFullTurns(radians);
+    return isNearlyAFullTurn(rotation) ? rotation - kTurn : rotation;
 }
 
 UndoManager* PCElement::recordingUndoManager() const {
@@ -54,7 +64,7 @@ void PCElement::post(const QString& notification) {
 
 void PCElement::setPosition(QPointF position) {
     if (equal(position, m_position) || !isFinite(position)) { return; }
-    registerUndo([old = m_position](PCElement& self) { self.setPosition(old); });
+    registerUndoOf(Field::Position, [old = m_position](PCElement& self) { self.setPosition(old); });
     m_position = position;
     setModified(true);
     viewLayer().syncPositionWithModel();
@@ -62,10 +72,21 @@ void PCElement::setPosition(QPointF position) {
 }
 
 void PCElement::setZRotation(double radians) {
-    const double rotation = normalizedRotation(radians);
-    if (rotation == m_zRotation || !std::isfinite(rotation)) { return; }
-    registerUndo([old = m_zRotation](PCElement& self) { self.setZRotation(old); });
-    m_zRotation = rotation;
+    const double rotation = withoutFullTurns(radians);
+    storeRotation(isNearlyAFullTurn(rotation) ? 0 : rotation);
+}
+
+void PCElement::setPlacement(const ElementPlacement& placement) {
+    storeRotation(storableRotation(placement.rotation));
+    setScale(placement.scale);
+    setPosition(placement.position);
+}
+
+void PCElement::storeRotation(double radians) {
+    if (radians == m_zRotation || !std::isfinite(radians)) { return; }
+    registerUndoOf(Field::Rotation,
+                   [old = m_zRotation](PCElement& self) { self.storeRotation(old); });
+    m_zRotation = radians;
     forgetSamples();
     setModified(true);
     viewLayer().syncTransformsWithModel();
@@ -74,7 +95,7 @@ void PCElement::setZRotation(double radians) {
 
 void PCElement::setScale(QPointF scale) {
     if (equal(scale, m_scale) || !isFiniteFloat(scale.x()) || !isFiniteFloat(scale.y())) { return; }
-    registerUndo([old = m_scale](PCElement& self) { self.setScale(old); });
+    registerUndoOf(Field::Scale, [old = m_scale](PCElement& self) { self.setScale(old); });
     m_scale = scale;
     forgetSamples();
     setModified(true);
@@ -89,7 +110,14 @@ void PCElement::setAnchorPoint(QPointF anchorPoint) {
     const QPointF position =
         m_position - transform.map(anchorPointInPts()) + transform.map(newAnchor);
     if (!isFinite(anchorPoint) || !isFinite(position)) { return; }
-    registerUndo([old = m_anchorPoint](PCElement& self) { self.setAnchorPoint(old); });
+    storeAnchorPoint(anchorPoint, position);
+}
+
+void PCElement::storeAnchorPoint(QPointF anchorPoint, QPointF position) {
+    registerUndoOf(Field::AnchorPoint,
+                   [oldAnchor = m_anchorPoint, oldPosition = m_position](PCElement& self) {
+                       self.storeAnchorPoint(oldAnchor, oldPosition);
+                   });
     m_anchorPoint = anchorPoint;
     m_position = position;
     setModified(true);
@@ -100,7 +128,7 @@ void PCElement::setOpacity(double opacity) {
     if (!std::isfinite(opacity)) { return; }
     const double clamped = std::clamp(opacity, 0.0, 1.0);
     if (clamped == m_opacity) { return; }
-    registerUndo([old = m_opacity](PCElement& self) { self.setOpacity(old); });
+    registerUndoOf(Field::Opacity, [old = m_opacity](PCElement& self) { self.setOpacity(old); });
     m_opacity = clamped;
     forgetSamples();
     setModified(true);
@@ -112,7 +140,7 @@ void PCElement::setSize(QSizeF size) {
     if (!isFinite(size)) { return; }
     const QSizeF allowed = isCanvas() ? size.expandedTo(QSizeF(0, 0)) : size;
     if (equal(allowed, m_size)) { return; }
-    registerUndo([old = m_size](PCElement& self) { self.setSize(old); });
+    registerUndoOf(Field::Size, [old = m_size](PCElement& self) { self.setSize(old); });
     m_size = allowed;
     setModified(true);
     viewLayer().syncBoundsWithModel();
@@ -120,7 +148,7 @@ void PCElement::setSize(QSizeF size) {
 
 void PCElement::setName(const QString& newName) {
     if (newName == m_name) { return; }
-    registerUndo([old = m_name](PCElement& self) { self.setName(old); });
+    registerUndoOf(Field::Name, [old = m_name](PCElement& self) { self.setName(old); });
     storeName(newName);
     setModified(true);
     post(ElementNotification::name);
@@ -133,28 +161,30 @@ void PCElement::storeName(const QString& newName) {
 
 void PCElement::setImageName(const QString& imageName) {
     if (imageName == m_imageName) { return; }
-    PCProject* owner = project();
-    const auto set = owner ? owner->imageSetManager().imageSetWithName(imageName) : nullptr;
-    const QSizeF size = set ? QSizeF(set->size()) : QSizeF(0, 0);  // throws for damaged artwork
-    const QString old = std::exchange(m_imageName, imageName);
-    setSize(size);
-    // After the size's own step, so that undoing ends with the size that was.
-    registerUndo([old](PCElement& self) { self.setImageName(old); });
+    // Undone and redone, the size has a step of its own.
+    if (!isPlayedBack()) {
+        PCProject* owner = project();
+        const auto set = owner ? owner->imageSetManager().imageSetWithName(imageName) : nullptr;
+        setSize(set ? QSizeF(set->size()) : QSizeF(0, 0));  // throws for damaged artwork
+    }
+    registerUndoOf(Field::ImageName,
+                   [old = m_imageName](PCElement& self) { self.setImageName(old); });
+    m_imageName = imageName;
     setModified(true);
     viewLayer().syncContentsWithModel();
 }
 
-// While undoing or redoing, every element that a cascade had changed has its own step.
-bool PCElement::cascades() const {
+// While undoing, redoing or cancelling, whatever an edit had changed beside has its own step.
+bool PCElement::isPlayedBack() const {
     PCProject* owner = project();
-    return !owner || !(owner->undoManager().isUndoing() || owner->undoManager().isRedoing());
+    return owner && (owner->undoManager().isUndoing() || owner->undoManager().isRedoing());
 }
 
 void PCElement::setHidden(bool hidden) {
     if (hidden == m_hidden) { return; }
-    registerUndo([old = m_hidden](PCElement& self) { self.setHidden(old); });
+    registerUndoOf(Field::Hidden, [old = m_hidden](PCElement& self) { self.setHidden(old); });
     m_hidden = hidden;
-    if (cascades()) {
+    if (!isPlayedBack()) {
         for (const Ptr& child : subelements()) {
             child->setHidden(hidden);
         }
@@ -173,9 +203,8 @@ void PCElement::unHideRecursivelyUp() {
 
 void PCElement::setLocked(bool locked) {
     if (locked == m_locked) { return; }
-    registerUndo([old = m_locked](PCElement& self) { self.setLocked(old); });
-    m_locked = locked;
-    if (cascades()) {
+    storeLocked(locked);
+    if (!isPlayedBack()) {
         for (const Ptr& child : subelements()) {
             child->setLocked(locked);
         }
@@ -188,13 +217,19 @@ void PCElement::setLocked(bool locked) {
 void PCElement::unlockRecursivelyUp() {
     for (PCElement* element = this; element && !element->isCanvas();
          element = element->parentElement()) {
-        element->m_locked = false;
+        element->storeLocked(false);
     }
+}
+
+void PCElement::storeLocked(bool locked) {
+    if (locked == m_locked) { return; }
+    registerUndoOf(Field::Locked, [old = m_locked](PCElement& self) { self.setLocked(old); });
+    m_locked = locked;
 }
 
 void PCElement::setExpanded(bool expanded) {
     if (expanded == m_expanded) { return; }
-    registerUndo([old = m_expanded](PCElement& self) { self.setExpanded(old); });
+    registerUndoOf(Field::Expanded, [old = m_expanded](PCElement& self) { self.setExpanded(old); });
     m_expanded = expanded;
     setModified(true);
     post(ElementNotification::expanded);
@@ -202,7 +237,8 @@ void PCElement::setExpanded(bool expanded) {
 
 void PCElement::setScalesLocked(bool scalesLocked) {
     if (scalesLocked == m_scalesLocked) { return; }
-    registerUndo([old = m_scalesLocked](PCElement& self) { self.setScalesLocked(old); });
+    registerUndoOf(Field::ScalesLocked,
+                   [old = m_scalesLocked](PCElement& self) { self.setScalesLocked(old); });
     m_scalesLocked = scalesLocked;
     setModified(true);
 }

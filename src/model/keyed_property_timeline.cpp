@@ -214,7 +214,7 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::keyframeAtOrBefore
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::existingKeyframeAtTimeInMS(
     int32_t timeInMS) const {
-    const size_t index = firstKeyframeIndexAtOrAfterTimeInMS(timeInMS);
+    const size_t index = firstKeyframeIndexAtOrBeforeTimeInMS(timeInMS);
     if (index == kNotFound || m_times[index] != timeInMS) { return nullptr; }
     return handleAt(index);
 }

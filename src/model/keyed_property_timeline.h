@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/listener_set.h"
+#include "base/undo_action.h"
 #include "base/weak_ref.h"
 #include "model/properties/easing.h"
 #include "model/properties/packed_keyframes.h"
@@ -20,6 +21,7 @@ namespace tweenery {
 class PCElement;
 class PCKeyedPropertyTimeline;
 class PCProject;
+class UndoManager;
 
 /// Told of every change of a timeline: its keyframes, their values, its repeat behaviour.
 class PCKeyedPropertyTimelineChangeListener {
@@ -40,8 +42,10 @@ struct TimelineSummary {
 /// opacity, differences for rotation, offsets for translation. Absolute values exist only at the
 /// surface of this class. Times are signed 32-bit milliseconds, 0 or greater.
 ///
-/// The keyframes are kept packed, sorted strictly by time; PCPropertyKeyframe is a handle on one of
-/// them, made when asked for and the same as long as somebody holds it.
+/// The keyframes are kept packed, sorted by time; PCPropertyKeyframe is a handle on one of them,
+/// made when asked for and the same as long as somebody holds it. Two that were moved to one time
+/// both stay there: the later in the list is the one that shows from then on, and that is found and
+/// written by the time.
 class PCKeyedPropertyTimeline : public Archivable,
                                 public std::enable_shared_from_this<PCKeyedPropertyTimeline> {
     struct Passkey {};
@@ -58,6 +62,12 @@ class PCKeyedPropertyTimeline : public Archivable,
     /// Reads an archived timeline. Throws InputError when it is none. The result counts as changed.
     static Ptr initWithArchive(const KeyedUnarchiver& archive);
     static Ptr unarchive(const QByteArray& data, const QString& entry);
+    /// For one read from a file, when the property stored in it has no file today, such as the
+    /// "xScale" of old packages: it becomes `type`, for which the file's name stands, and of points
+    /// takes the x or the y.
+    void takeTypeOfFile(PCPropertyType type);
+    /// True when it has, until it is written.
+    bool isOfOlderVersion() const { return m_isOfOlderVersion; }
     /// For the export's private timelines: without the keyframes' identifiers and the marks of
     /// recording and Key All, which no export shows.
     static Ptr EXPORT_unarchive(const QByteArray& data, const QString& entry);
@@ -86,6 +96,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     void setHasUnsavedChanges(bool unsaved) {
         m_hasUnsavedChanges = unsaved;
         m_isAsStored = m_isAsStored || !unsaved;
+        m_isOfOlderVersion = m_isOfOlderVersion && unsaved;
     }
     /// True when nothing has changed since the timeline was read or written. A timeline that was
     /// read counts as unsaved all the same.
@@ -93,7 +104,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     PCRepeatBehavior repeatBehavior() const {
         return static_cast<PCRepeatBehavior>(m_repeatBehavior);
     }
-    /// Stores, marks as changed, tells the listeners.
+    /// Stores, marks as changed, tells the listeners. A change can be undone.
     void setRepeatBehavior(PCRepeatBehavior behavior);
     /// For the layer animation that shows the element's own place among its siblings: for children
     /// orders the parent element's children-order timeline decides. Values at a time go by the
@@ -147,6 +158,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     // Keyframe lookup. Binary searches but for keyframeClosestToTimeInMS.
 
     Keyframes keyframesSortedByTime() const;
+    /// Of several at the time the last, which is the one that shows.
     KeyframePtr existingKeyframeAtTimeInMS(int32_t timeInMS) const;
     size_t firstKeyframeIndexAtOrAfterTimeInMS(int32_t timeInMS) const;
     /// Despite its name the last keyframe at or before that time.
@@ -187,21 +199,24 @@ class PCKeyedPropertyTimeline : public Archivable,
     KeyframePtr setStringPropertyValue(const QString& value, int32_t timeInMS);
     /// Stores `value` as it stands, whatever its kind.
     KeyframePtr setStoredPropertyValue(const PropertyValue& value, int32_t timeInMS);
+    /// The same for a keyframe of this timeline, wherever it stands.
+    void setStoredPropertyValue(const PropertyValue& value, const KeyframePtr& keyframe);
     /// The keyframe at the time, or a new one with the default easing, without a value.
     KeyframePtr retrieveOrCreateKeyframeAtTimeInMS(int32_t timeInMS);
     /// Pins the present value: reads it at the time and writes it back there.
     KeyframePtr setExistingValueAtTimeInMS(int32_t timeInMS);
-    /// Nothing happens for a keyframe that is not in this timeline.
+    /// Nothing happens for a keyframe that is not in this timeline. Undone, it is the same handle
+    /// with its time and value, but a new identifier and the default easing.
     void deleteKeyframe(const KeyframePtr& keyframe);
-    /// Writes a copy of the value 1 ms later, with the source's instant flag. Null when there is no
-    /// later time.
+    /// A new keyframe 1 ms later with the source's stored value and instant flag, before one that
+    /// is there already. Null when there is no later time.
     KeyframePtr duplicateKeyframe(const KeyframePtr& keyframe);
-    /// Moves the keyframe closest to `fromTime`. The caller keeps two from landing on one time.
+    /// Moves the keyframe closest to `fromTime`.
     void moveKeyframeAtTimeInMS(int32_t fromTime, int32_t toTime);
-    /// Moves the keyframes at exactly these times by `deltaInMS`, all at once: one step of undo,
-    /// one report, one sort. The caller keeps two from landing on one time. Throws
+    /// Moves these keyframes by `deltaInMS`, all at once: one step of undo, one report, one sort,
+    /// which leaves those of one time in their order. Others than this timeline's stay. Throws
     /// AssertionFailure, and moves none, when a new time is no 32-bit number.
-    void shiftKeyframesAtTimesInMS(const std::vector<int32_t>& times, int64_t deltaInMS);
+    void moveKeyframes(const Keyframes& keyframes, int64_t deltaInMS);
     void removeAllKeyframes();
     /// Replaces the list; the keyframes become this timeline's.
     void setKeyframes(const Keyframes& keyframes);
@@ -233,6 +248,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     int8_t m_repeatBehavior = PCRepeatBehaviorNever;
     bool m_hasUnsavedChanges = false;
     bool m_isAsStored = false;
+    bool m_isOfOlderVersion = false;
     WeakRef<PCElement> m_element;
     std::vector<int32_t> m_times;
     std::vector<Key> m_keys;  // parallel to m_times, like the three below
@@ -247,6 +263,35 @@ class PCKeyedPropertyTimeline : public Archivable,
     static Ptr decode(const KeyedUnarchiver& archive, Fields fields);
     static void encodeKeyframe(KeyedEncoder& coder, const KeyframeRecord& record,
                                PCPropertyType type);
+
+    /// A keyframe's time and its place in the list.
+    struct Placement {
+        KeyframePtr keyframe;
+        int32_t timeInMS = 0;
+        size_t index = 0;
+    };
+    using Placements = std::vector<Placement>;
+    using IndexedHandles = std::vector<std::pair<size_t, KeyframePtr>>;
+    /// Everything that edits change, with the handles that were held.
+    struct Snapshot {
+        Ptr lists;
+        IndexedHandles handles;
+    };
+
+    /// Before the edit that it undoes.
+    void registerUndo(UndoAction inverse);
+    bool isPlayedBack() const;
+    std::shared_ptr<const Snapshot> snapshot() const;
+    IndexedHandles heldHandles() const;
+    void restore(const Snapshot& former);
+    void attachByIdentifier(const IndexedHandles& handles);
+    void takeOut(const KeyframePtr& keyframe);
+    void putIn(const KeyframePtr& keyframe, size_t index);
+    void recreate(const KeyframePtr& keyframe, size_t index);
+    void insertHandle(const KeyframePtr& keyframe, size_t index, const KeyframeRecord& record);
+    void eraseKeyframe(const KeyframePtr& keyframe);
+    Placements placementsOf(const Keyframes& keyframes) const;
+    void place(const Placements& placements);
 
     PCRepeatBehavior currentRepeatBehavior() const;
     FactorAndOffset factorAndOffset() const;

@@ -197,23 +197,28 @@ TimelineSummary PCKeyedPropertyTimeline::summaryOfArchive(const QByteArray& data
     return summary;
 }
 
-// Another writer may have left keyframes out of order, or two at one time: the later one stands.
+// Another writer may have left keyframes out of order.
 void PCKeyedPropertyTimeline::restoreOrder() {
-    if (validateTimeForKeyframesAreSorted()) { return; }
-    const std::vector<size_t> byTime = indicesByTime();
-    std::vector<size_t> order;
-    order.reserve(byTime.size());
-    for (const size_t index : byTime) {
-        const bool isSameTime = !order.empty() && m_times[order.back()] == m_times[index];
-        if (isSameTime) { order.pop_back(); }
-        order.push_back(index);
+    if (!std::is_sorted(m_times.begin(), m_times.end())) { updateKeyframeSort(); }
+}
+
+void PCKeyedPropertyTimeline::takeTypeOfFile(PCPropertyType type) {
+    if (elementTimelineSlot(m_propertyType) >= 0) { return; }
+    m_propertyType = type;
+    m_isOfOlderVersion = true;
+    m_isAsStored = false;
+    const bool isX = type == PCPropertyTypeScaleX || type == PCPropertyTypeTranslationX;
+    for (size_t i = 0; isFloatProperty(type) && i < m_keys.size(); ++i) {
+        const PropertyValue value = storedValueOfKeyframe(i);
+        const QPointF* point = std::get_if<QPointF>(&value);
+        if (point) { writeValue(i, static_cast<float>(isX ? point->x() : point->y())); }
     }
-    arrange(order);
 }
 
 PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::copy() const {
     auto other = std::make_shared<PCKeyedPropertyTimeline>(Passkey(), m_propertyType);
     other->m_repeatBehavior = m_repeatBehavior;
+    other->m_isOfOlderVersion = m_isOfOlderVersion;
     other->m_times = m_times;
     other->m_keys = m_keys;
     other->m_identifiers = m_identifiers;

@@ -1,4 +1,5 @@
-// How a timeline's keyframes change, and how they are kept packed.
+// How a timeline's keyframes change, and how they are kept packed. How that is undone stands in
+// keyed_property_timeline_undo.cpp.
 
 #include <algorithm>
 #include <cmath>
@@ -192,6 +193,10 @@ void PCKeyedPropertyTimeline::didChange() {
 }
 
 void PCKeyedPropertyTimeline::setRepeatBehavior(PCRepeatBehavior behavior) {
+    if (behavior != m_repeatBehavior) {
+        registerUndo(
+            [self = shared_from_this(), old = repeatBehavior()] { self->setRepeatBehavior(old); });
+    }
     m_isAsStored = false;
     m_repeatBehavior = static_cast<int8_t>(std::clamp<int64_t>(behavior, INT8_MIN, INT8_MAX));
     forgetSamples();
@@ -216,36 +221,33 @@ KeyframeRecord PCKeyedPropertyTimeline::newKeyframeRecord(int32_t timeInMS) cons
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::retrieveOrCreateKeyframeAtTimeInMS(
     int32_t timeInMS) {
-    size_t index = firstKeyframeIndexAtOrAfterTimeInMS(timeInMS);
-    if (index == kNotFound) { index = m_keys.size(); }
-    const bool exists = index < m_keys.size() && m_times[index] == timeInMS;
-    if (!exists) {
-        insertRecord(index, newKeyframeRecord(timeInMS), nullptr);
-        m_hasUnsavedChanges = true;
-    }
+    if (KeyframePtr existing = existingKeyframeAtTimeInMS(timeInMS)) { return existing; }
+    const size_t index = packedKeyframes().indexAtOrBefore(timeInMS) + 1;
+    insertRecord(index, newKeyframeRecord(timeInMS), nullptr);
+    m_hasUnsavedChanges = true;
     return handleAt(index);
 }
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setStoredPropertyValue(
     const PropertyValue& value, int32_t timeInMS) {
-    const KeyframePtr existing = existingKeyframeAtTimeInMS(timeInMS);
-    const PropertyValue oldValue = existing ? existing->propertyValue() : PropertyValue();
-    KeyframePtr keyframe = retrieveOrCreateKeyframeAtTimeInMS(timeInMS);
+    if (const KeyframePtr existing = existingKeyframeAtTimeInMS(timeInMS)) {
+        setStoredPropertyValue(value, existing);
+        return existing;
+    }
+    const KeyframePtr keyframe =
+        PCPropertyKeyframe::initWithRecord(shared_from_this(), newKeyframeRecord(timeInMS));
+    keyframe->setPropertyValue(value);
+    putIn(keyframe, packedKeyframes().indexAtOrBefore(timeInMS) + 1);
+    return keyframe;
+}
+
+void PCKeyedPropertyTimeline::setStoredPropertyValue(const PropertyValue& value,
+                                                     const KeyframePtr& keyframe) {
+    registerUndo([self = shared_from_this(), keyframe, old = keyframe->propertyValue()] {
+        self->setStoredPropertyValue(old, keyframe);
+    });
     keyframe->setPropertyValue(value);
     didChange();
-    if (UndoManager* undo = undoManager()) {
-        const Ptr self = shared_from_this();
-        if (existing) {
-            undo->registerUndo(
-                [self, oldValue, timeInMS] { self->setStoredPropertyValue(oldValue, timeInMS); });
-        } else {
-            // By time, not by handle: a deletion undone in between has made another keyframe.
-            undo->registerUndo([self, timeInMS] {
-                self->deleteKeyframe(self->existingKeyframeAtTimeInMS(timeInMS));
-            });
-        }
-    }
-    return keyframe;
 }
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setFloatPropertyValue(
@@ -285,63 +287,50 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::setExistingValueAt
 
 void PCKeyedPropertyTimeline::deleteKeyframe(const KeyframePtr& keyframe) {
     if (!keyframe || keyframe->m_owner != this) { return; }
-    if (UndoManager* undo = undoManager()) {
-        undo->registerUndo(
-            [self = shared_from_this(), value = keyframe->propertyValue(),
-             time = keyframe->timeInMS()] { self->setStoredPropertyValue(value, time); });
-    }
+    registerUndo([self = shared_from_this(), keyframe, index = keyframe->m_index] {
+        self->recreate(keyframe, index);
+    });
+    eraseKeyframe(keyframe);
+}
+
+// What is left may have nothing to loop over.
+void PCKeyedPropertyTimeline::eraseKeyframe(const KeyframePtr& keyframe) {
     eraseAt(keyframe->m_index);
     didChange();
-    const bool hasNothingToLoopOver = isEmpty() || (m_keys.size() == 1 && m_times[0] == 0);
-    if (hasNothingToLoopOver) { m_repeatBehavior = PCRepeatBehaviorNever; }
-    forgetSamples();
+    const bool canLoop = m_keys.size() > 1 || (m_keys.size() == 1 && m_times[0] != 0);
+    const bool loses = !canLoop && m_repeatBehavior != PCRepeatBehaviorNever;
+    if (loses && !isPlayedBack()) { setRepeatBehavior(PCRepeatBehaviorNever); }
 }
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::duplicateKeyframe(
     const KeyframePtr& keyframe) {
     if (keyframe->timeInMS() == INT32_MAX) { return nullptr; }
-    KeyframePtr copy = setStoredPropertyValue(keyframe->propertyValue(), keyframe->timeInMS() + 1);
-    copy->storeInstantTransition(keyframe->instantTransition());
-    didChange();
+    KeyframeRecord record = newKeyframeRecord(keyframe->timeInMS() + 1);
+    record.value = keyframe->propertyValue();
+    record.instantTransition = keyframe->instantTransition();
+    KeyframePtr copy = PCPropertyKeyframe::initWithRecord(shared_from_this(), record);
+    putIn(copy, packedKeyframes().indexAtOrBefore(keyframe->timeInMS()) + 1);
     return copy;
 }
 
 void PCKeyedPropertyTimeline::moveKeyframeAtTimeInMS(int32_t fromTime, int32_t toTime) {
     const KeyframePtr keyframe = keyframeClosestToTimeInMS(fromTime);
-    if (!keyframe) { return; }
-    const int32_t oldTime = keyframe->timeInMS();  // the closest one's, not always fromTime
-    keyframe->setTimeInMS(toTime);
-    m_hasUnsavedChanges = true;  // a keyframe without a value reports nothing
-    if (UndoManager* undo = undoManager()) {
-        undo->registerUndo([self = shared_from_this(), oldTime, toTime] {
-            self->moveKeyframeAtTimeInMS(toTime, oldTime);
-        });
-    }
-    updateKeyframeSort();
+    if (keyframe) { moveKeyframes({keyframe}, int64_t{toTime} - keyframe->timeInMS()); }
 }
 
-void PCKeyedPropertyTimeline::shiftKeyframesAtTimesInMS(const std::vector<int32_t>& times,
-                                                        int64_t deltaInMS) {
-    std::vector<size_t> indices;
-    std::vector<int32_t> newTimes;
-    for (const int32_t time : times) {
-        const size_t index = firstKeyframeIndexAtOrAfterTimeInMS(time);
-        if (index == kNotFound || m_times[index] != time) { continue; }
-        const int64_t newTime = time + deltaInMS;
+void PCKeyedPropertyTimeline::moveKeyframes(const Keyframes& keyframes, int64_t deltaInMS) {
+    const Placements placements = placementsOf(keyframes);
+    for (const Placement& placement : placements) {
+        const int64_t newTime = placement.timeInMS + deltaInMS;
         assertContract(newTime >= INT32_MIN && newTime <= INT32_MAX,
                        u"a keyframe cannot move out of the range of times"_s);
-        indices.push_back(index);
-        newTimes.push_back(static_cast<int32_t>(newTime));
     }
-    for (size_t i = 0; i < indices.size(); ++i) {
-        m_times[indices[i]] = newTimes[i];
+    if (placements.empty()) { return; }
+    registerUndo([self = shared_from_this(), placements] { self->place(placements); });
+    for (const Placement& placement : placements) {
+        m_times[placement.index] = static_cast<int32_t>(placement.timeInMS + deltaInMS);
     }
     updateKeyframeSort();
-    if (UndoManager* undo = undoManager()) {
-        undo->registerUndo([self = shared_from_this(), newTimes, deltaInMS] {
-            self->shiftKeyframesAtTimesInMS(newTimes, -deltaInMS);
-        });
-    }
     didChange();
 }
 

@@ -102,8 +102,9 @@ void PCProject::setViewLayerFactory(ElementViewLayerFactory* factory) {
 }
 
 FileWrapper::Ptr PCProject::fileWrapper() {
-    if (const PCAnimation::Ptr selected = m_animationsManager->selectedAnimation()) {
-        selected->saveChangesToFileWrapper();
+    // Undo may have changed one that is not selected.
+    for (const PCAnimation::Ptr& animation : m_animationsManager->animations()) {
+        animation->saveChangesToFileWrapper();
     }
     archiveIfModified(*m_fileWrapper, kCanvasEntry, *m_canvas);
     archiveIfModified(*m_fileWrapper, kPreferencesEntry, *m_preferences);
@@ -142,7 +143,8 @@ void PCProject::updateContentScales() {
 
 void PCProject::animationManagerDidSelectAnimation(PCAnimationsManager&,
                                                    const PCAnimation::Ptr& animation) {
-    updateZIndexAnimation();
+    // Undone and redone, the orders have steps of their own.
+    if (!m_undoManager.isUndoing() && !m_undoManager.isRedoing()) { updateZIndexAnimation(); }
     updateContentScales();
     m_preferences->setSelectedAnimationIdentifier(animation ? animation->identifier() : QString());
 }

@@ -61,8 +61,8 @@ class PCProject : public PCAnimationsManagerChangeListener,
 
     // Parts.
 
-    /// Refreshes the tree from the model and returns its root: the selected animation's changed
-    /// timelines, and canvas, preferences and version if modified.
+    /// Refreshes the tree from the model and returns its root: the changed timelines, and canvas,
+    /// preferences and version if modified.
     FileWrapper::Ptr fileWrapper();
     /// The tree as it stands.
     const FileWrapper::Ptr& packageRoot() const { return m_fileWrapper; }
@@ -104,7 +104,8 @@ class PCProject : public PCAnimationsManagerChangeListener,
     void logHeirarchy(LogPort& log) const;
     QString debugDescription();
 
-    // Structure edits. Nothing moves on the canvas; undo restores everything.
+    // Structure edits. Nothing moves on the canvas; undo restores everything. One that would nest
+    // elements deeper than PCElement::kMaximumDepth throws InputError and changes nothing.
 
     /// `parent` null is the canvas; an index not below its count of children means the count. Items
     /// that hold the parent, or are it, stay where they are.

@@ -1,5 +1,6 @@
 // What copy and paste ask of the project.
 
+#include <QSet>
 #include <map>
 
 #include "model/element_placement.h"
@@ -19,6 +20,18 @@ std::shared_ptr<PCImage> highestArtwork(PCImageSet& set) {
     return image(set.originalData(), set.artworkName());
 }
 
+// Its own image, and those of its keyframes in the selected animation, which go with a copy.
+QSet<QString> imagesShownBy(const PCElement& element) {
+    QSet<QString> names{element.imageName()};
+    const PCProject* project = element.project();
+    const auto timeline =
+        project && !project->isSetupMode() ? element.imageContentsTimeline() : nullptr;
+    for (size_t i = 0; timeline && i < timeline->keyframesCount(); ++i) {
+        names += stringOfValue(timeline->storedValueOfKeyframe(i));
+    }
+    return names;
+}
+
 }  // namespace
 
 std::vector<std::shared_ptr<PCImage>> PCProject::imagesForCopyingElements(
@@ -26,8 +39,10 @@ std::vector<std::shared_ptr<PCImage>> PCProject::imagesForCopyingElements(
     std::map<QString, std::shared_ptr<PCImageSet>> sets;
     for (const PCElement::Ptr& root : elements) {
         for (const PCElement::Ptr& element : root->elementAndAllDescendants()) {
-            if (auto set = m_imageSetManager->imageSetWithName(element->imageName())) {
-                sets[set->name()] = set;
+            for (const QString& name : imagesShownBy(*element)) {
+                if (auto set = m_imageSetManager->imageSetWithName(name)) {
+                    sets[set->name()] = set;
+                }
             }
         }
     }
@@ -40,16 +55,16 @@ std::vector<std::shared_ptr<PCImage>> PCProject::imagesForCopyingElements(
 
 void PCProject::insertPastedElements(const Elements& elements, const PCElement::Ptr& parent,
                                      size_t index) {
+    for (const PCElement::Ptr& element : elements) {
+        PCElement::requireRoomFor(*element, parent->depth());
+    }
     const UndoGroup undoGroup(m_undoManager);
     const PCAnimation::Ptr animation = m_animationsManager->selectedAnimation();
     // From the last to the first at one index keeps their order.
     for (auto element = elements.rbegin(); element != elements.rend(); ++element) {
         {
             const UndoRegistrationPause pause(m_undoManager);
-            const ElementPlacement placement = placementUnder(**element, *parent);
-            (*element)->setZRotation(placement.rotation);
-            (*element)->setScale(placement.scale);
-            (*element)->setPosition(placement.position);
+            (*element)->setPlacement(placementUnder(**element, *parent));
         }
         parent->insertSubelement(*element, index);
         for (const PCElement::Ptr& pasted : (*element)->elementAndAllDescendants()) {

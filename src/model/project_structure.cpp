@@ -65,6 +65,12 @@ QString nameWithoutNumber(const QString& name) {
     return words.join(u' ');
 }
 
+void requireRoomFor(const Elements& items, int parentDepth) {
+    for (const PCElement::Ptr& item : items) {
+        PCElement::requireRoomFor(*item, parentDepth);
+    }
+}
+
 bool holds(const PCElement::Ptr& element, const PCElement::Ptr& other) {
     return element == other || element->isAncestorOf(*other);
 }
@@ -114,9 +120,7 @@ void PCProject::moveItem(const PCElement::Ptr& item, const PCElement::Ptr& paren
     if (!changesParent) {
         return;  // nothing has moved
     }
-    item->setZRotation(placement.rotation);
-    item->setScale(placement.scale);
-    item->setPosition(placement.position);
+    item->setPlacement(placement);
 }
 
 void PCProject::moveItems(const Elements& items, const PCElement::Ptr& parent, int32_t index) {
@@ -129,6 +133,7 @@ void PCProject::moveItems(const Elements& items, const PCElement::Ptr& parent, i
     const PCElement::Ptr newParent = parent ? parent : m_canvas;
     Elements ordered = items;
     std::erase_if(ordered, [&](const PCElement::Ptr& item) { return holds(item, newParent); });
+    requireRoomFor(ordered, newParent->depth());
     if (isFromBelow) { std::reverse(ordered.begin(), ordered.end()); }
     for (const PCElement::Ptr& item : ordered) {
         moveItem(item, newParent, static_cast<size_t>(target));
@@ -201,7 +206,7 @@ PCProject::Destination PCProject::destinationForward(const PCElement::Ptr& eleme
 }
 
 void PCProject::moveElementsForward(const Elements& elements) {
-    const UndoGroup group(m_undoManager);
+    const UndoGesture edit(m_undoManager);  // an element for which there is no room ends it
     moveEach(sortedByRow(elements, visibleHeirarchyWithRoot(*m_canvas)),
              &PCProject::destinationForward);
 }
@@ -218,7 +223,7 @@ PCProject::Destination PCProject::destinationBackward(const PCElement::Ptr& elem
 }
 
 void PCProject::moveElementsBackward(const Elements& elements) {
-    const UndoGroup group(m_undoManager);
+    const UndoGesture edit(m_undoManager);  // as above
     Elements ordered = sortedByRow(elements, visibleHeirarchyWithRoot(*m_canvas));
     std::reverse(ordered.begin(), ordered.end());
     // An expanded element's own children must not count as the next row.
@@ -257,6 +262,7 @@ void PCProject::groupElements(const Elements& elements) {
     const UndoGroup undoGroup(m_undoManager);
     const Elements sorted = sortedByRow(elements, visibleHeirarchyWithRoot(*m_canvas));
     const PCElement::Ptr parent = parentOf(*sorted.front());
+    requireRoomFor(sorted, parent->depth() + 1);
     const PCElement::Ptr group = makeGroupAround(sorted, *parent);
     parent->insertSubelement(group, static_cast<size_t>(sorted.front()->index()));
     moveItems(sorted, group, 0);
@@ -331,8 +337,8 @@ void PCProject::updateChildrenZPositionsForElement(PCElement& element) {
     if (!timeline) { return; }
     const QStringList present = sortedSubelementIdentifiers(element);
     for (const auto& keyframe : timeline->keyframesSortedByTime()) {
-        timeline->setArrayPropertyValue(
-            childrenOrderInLine(keyframe->arrayPropertyValue(), present), keyframe->timeInMS());
+        timeline->setStoredPropertyValue(
+            childrenOrderInLine(keyframe->arrayPropertyValue(), present), keyframe);
     }
 }
 

@@ -92,28 +92,19 @@ void PCPropertyKeyframe::change(Change changeRecord) {
     KeyframeRecord changed = m_owner->recordOfKeyframe(m_index);
     changeRecord(changed);
     m_owner->writeRecord(m_index, changed);
+    m_owner->m_hasUnsavedChanges = true;  // whether it is reported or not
 }
 
 void PCPropertyKeyframe::setInstantTransition(bool instant) {
-    if (UndoManager* undo = undoManager()) {
-        undo->registerUndo([self = shared_from_this(), old = instantTransition()] {
-            self->standing()->setInstantTransition(old);
-        });
-    }
-    storeInstantTransition(instant);
+    registerUndo([self = shared_from_this(), old = instantTransition()] {
+        self->setInstantTransition(old);
+    });
+    change([instant](KeyframeRecord& record) { record.instantTransition = instant; });
     reportChange();
 }
 
-void PCPropertyKeyframe::storeInstantTransition(bool instant) {
-    change([instant](KeyframeRecord& record) { record.instantTransition = instant; });
-}
-
 void PCPropertyKeyframe::setEasingMode(PCEasingMode mode) {
-    if (UndoManager* undo = undoManager()) {
-        undo->registerUndo([self = shared_from_this(), old = easingMode()] {
-            self->standing()->setEasingMode(old);
-        });
-    }
+    registerUndo([self = shared_from_this(), old = easingMode()] { self->setEasingMode(old); });
     change([mode](KeyframeRecord& record) { record.easingMode = packedEasingMode(mode); });
     reportChange();
 }
@@ -145,23 +136,14 @@ void PCPropertyKeyframe::setReportedValue(const PropertyValue& value) {
     reportChange();
 }
 
-// This keyframe or, once it was deleted and its deletion undone, the one in its place.
-std::shared_ptr<PCPropertyKeyframe> PCPropertyKeyframe::standing() {
-    const auto owner = isInTimeline() ? nullptr : timeline();
-    const auto successor = owner ? owner->existingKeyframeAtTimeInMS(timeInMS()) : nullptr;
-    return successor ? successor : shared_from_this();
-}
-
 void PCPropertyKeyframe::reportChange() {
     if (m_owner) { m_owner->didChange(); }
 }
 
-UndoManager* PCPropertyKeyframe::undoManager() const {
+void PCPropertyKeyframe::registerUndo(UndoAction inverse) {
     const auto owner = timeline();
     // The master timeline has no element, hence no undo step.
-    if (!owner || !owner->element()) { return nullptr; }
-    PCProject* project = owner->element()->project();
-    return project ? &project->undoManager() : nullptr;
+    if (owner && owner->element()) { owner->registerUndo(std::move(inverse)); }
 }
 
 bool PCPropertyKeyframe::valueIsEqualToKeyframeValue(const PCPropertyKeyframe& other) const {

@@ -7,13 +7,13 @@
 #include <memory>
 
 #include "base/identifier.h"
+#include "base/undo_action.h"
 #include "model/properties/easing.h"
 #include "model/properties/property_value.h"
 
 namespace tweenery {
 
 class PCKeyedPropertyTimeline;
-class UndoManager;
 
 /// The stored fields of one keyframe. A timeline keeps them packed; see PCKeyedPropertyTimeline.
 struct KeyframeRecord {
@@ -110,11 +110,9 @@ class PCPropertyKeyframe : public std::enable_shared_from_this<PCPropertyKeyfram
     KeyframeRecord record() const;
     template <typename Change>
     void change(Change changeRecord);
-    void storeInstantTransition(bool instant);
     void reportChange();
-    std::shared_ptr<PCPropertyKeyframe> standing();
     void setReportedValue(const PropertyValue& value);
-    UndoManager* undoManager() const;
+    void registerUndo(UndoAction inverse);
 };
 
 }  // namespace tweenery

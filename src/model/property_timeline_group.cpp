@@ -72,7 +72,9 @@ PCKeyedPropertyTimeline::Ptr PCPropertyTimelineGroup::propertyTimelineFromParent
     if (!file) { return PCKeyedPropertyTimeline::initForElement(nullptr, type); }
     const QString entry = u"%1/%2/%3"_s.arg(m_parentPath, m_directory->filename(), filename);
     if (!file->isRegularFile()) { throw InputError(entry, u"is not a regular file"_s); }
-    return PCKeyedPropertyTimeline::unarchive(file->contents(), entry);
+    auto timeline = PCKeyedPropertyTimeline::unarchive(file->contents(), entry);
+    timeline->takeTypeOfFile(type);
+    return timeline;
 }
 
 PCKeyedPropertyTimeline::Ptr PCPropertyTimelineGroup::timeline(PCPropertyType type) {

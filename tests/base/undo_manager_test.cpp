@@ -39,7 +39,7 @@ TEST_F(UndoManagerTest, WalksThroughTheNamedStatesAndBack) {
     undo.setActionName(u"Second"_s);
 
     struct Step {
-        void (UndoManager::*walk)();
+        bool (UndoManager::*walk)();
         std::string text;
         QString undoName, redoName;
         int64_t changeCount;
@@ -55,7 +55,8 @@ TEST_F(UndoManagerTest, WalksThroughTheNamedStatesAndBack) {
     };
     for (size_t i = 0; i < steps.size(); ++i) {
         SCOPED_TRACE(i);
-        (undo.*steps[i].walk)();
+        const bool isLeft = i > 0 ? steps[i].text != steps[i - 1].text : true;
+        EXPECT_EQ((undo.*steps[i].walk)(), isLeft);
         EXPECT_EQ(text(), steps[i].text);
         EXPECT_EQ(undo.canUndo(), !steps[i].undoName.isNull());
         EXPECT_EQ(undo.canRedo(), !steps[i].redoName.isNull());
@@ -77,6 +78,20 @@ TEST_F(UndoManagerTest, ANewEditDropsRedoAndIsNoReturnToASavedState) {
     EXPECT_EQ(text(), "start");
 }
 
+TEST_F(UndoManagerTest, ASaveInTheMiddleOfAStepDoesNotHideTheRest) {
+    set("a");
+    const int64_t savedInEvent = undo.changeCount();
+    set("b");
+    EXPECT_NE(undo.changeCount(), savedInEvent);
+    undo.endEvent();
+    EXPECT_NE(undo.changeCount(), savedInEvent);
+    const int64_t whole = undo.changeCount();
+    undo.undo();
+    EXPECT_EQ(undo.changeCount(), 0);
+    undo.redo();
+    EXPECT_EQ(undo.changeCount(), whole);
+}
+
 TEST_F(UndoManagerTest, OneEventOrOneOuterGroupIsOneStep) {
     set("a");
     {
@@ -96,9 +111,9 @@ TEST_F(UndoManagerTest, OneEventOrOneOuterGroupIsOneStep) {
         }
         setInEventOfItsOwn("c");
     }
-    EXPECT_EQ(undo.changeCount(), 2);
     undo.undo();
     EXPECT_EQ(text(), "start") << "the group went over several events";
+    EXPECT_EQ(undo.changeCount(), 0);
     undo.redo();
     EXPECT_EQ(text(), "c");
 }
@@ -218,12 +233,162 @@ TEST_F(UndoManagerTest, TellsTheHandlerOfEveryChange) {
     set("a");
     set("b");
     EXPECT_THAT(canUndo, testing::ElementsAre(true));
+    undo.beginGesture();
+    EXPECT_FALSE(canUndo.back()) << "during a gesture";
+    undo.cancelGesture();
+    EXPECT_TRUE(canUndo.back());
     undo.undo();
     EXPECT_FALSE(canUndo.back());
     undo.redo();
     EXPECT_TRUE(canUndo.back());
     undo.removeAllActions();
     EXPECT_FALSE(canUndo.back());
+}
+
+/// Texts that know by which key they are set, as the model's properties do.
+class GestureTest : public testing::Test {
+ protected:
+    void set(size_t which, char text) {
+        if (undo.needsInverse({this, static_cast<int>(which)})) {
+            undo.registerUndo([this, which, old = texts[which]] {
+                ++played;
+                set(which, old);
+            });
+        }
+        texts[which] = text;
+    }
+    /// An edit whose inverse depends on all edits before and after it.
+    void swap() {
+        undo.registerUndo([this] { swap(); });
+        std::swap(order[0], order[1]);
+    }
+    std::string state() const { return order + texts; }
+
+    UndoManager undo;
+    std::string texts = "abc";
+    std::string order = "12";
+    int played = 0;
+};
+
+TEST_F(GestureTest, OfManyEventsIsUndoneInAsManyActionsAsItTouched) {
+    set(2, 'z');
+    undo.endEvent();
+    undo.beginGesture();
+    undo.setActionName(u"Move"_s);
+    for (char text = 'A'; text <= 'Z'; ++text) {
+        set(0, text);
+        if (text == 'M') { swap(); }
+        set(1, text);
+        undo.endEvent();
+        EXPECT_TRUE(undo.isWhole());
+    }
+    undo.endGesture();
+    EXPECT_EQ(state(), "21ZZz");
+    EXPECT_EQ(undo.undoActionName(), u"Move"_s);
+    EXPECT_TRUE(undo.undo());
+    EXPECT_EQ(state(), "12abz");
+    EXPECT_EQ(played, 2);
+    EXPECT_TRUE(undo.redo());
+    EXPECT_EQ(state(), "21ZZz");
+    undo.undo();
+    undo.undo();
+    EXPECT_EQ(state(), "12abc");
+}
+
+TEST_F(GestureTest, CancelledLeavesNoTrace) {
+    set(0, 'x');
+    undo.endEvent();
+    set(0, 'y');
+    undo.endEvent();
+    undo.undo();
+    const int64_t count = undo.changeCount();
+    {
+        UndoGesture gesture(undo);
+        set(0, 'p');
+        set(1, 'q');
+        swap();
+        set(0, 'r');
+        gesture.cancel();
+    }
+    EXPECT_EQ(state(), "12xbc");
+    EXPECT_EQ(undo.changeCount(), count);
+    EXPECT_TRUE(undo.redo()) << "what could be redone still can be";
+    EXPECT_EQ(state(), "12ybc");
+    { const UndoGesture empty(undo); }
+    undo.undo();
+    EXPECT_TRUE(undo.canRedo()) << "and so it can after a gesture without edits";
+    {
+        const UndoGesture gesture(undo), within(undo);
+        set(0, 'z');
+    }
+    EXPECT_FALSE(undo.canRedo());
+}
+
+TEST_F(GestureTest, RefusesUndoPolitely) {
+    set(0, 'x');
+    undo.beginGesture();
+    set(0, 'y');
+    EXPECT_FALSE(undo.canUndo() || undo.canRedo());
+    EXPECT_FALSE(undo.undo());
+    EXPECT_FALSE(undo.redo());
+    EXPECT_EQ(state(), "12ybc");
+    EXPECT_THROW(
+        {
+            const UndoGroup group(undo);
+            undo.endGesture();
+        },
+        AssertionFailure);
+    undo.cancelGesture();
+    EXPECT_THROW(undo.endGesture(), AssertionFailure);
+    EXPECT_EQ(state(), "12xbc") << "what the event did before stays";
+    EXPECT_TRUE(undo.undo());
+    EXPECT_EQ(state(), "12abc");
+}
+
+TEST_F(GestureTest, WithinAnotherIsCancelledByItself) {
+    {
+        const UndoGesture outer(undo);
+        set(0, 'x');
+        const int64_t saved = undo.changeCount();
+        try {
+            const UndoGroup edit(undo);
+            const UndoGesture attempt(undo);
+            EXPECT_FALSE(undo.isWhole());
+            set(0, 'y');
+            set(1, 'y');
+            failContract(u"no room"_s);
+        } catch (const AssertionFailure&) { EXPECT_EQ(state(), "12xbc"); }
+        EXPECT_EQ(undo.changeCount(), saved);
+        {
+            const UndoGesture attempt(undo);
+            set(0, 'z');
+            set(1, 'z');
+        }
+        set(1, 'Z');
+        EXPECT_NE(undo.changeCount(), saved) << "counts though no inverse was needed";
+    }
+    EXPECT_EQ(state(), "12zZc");
+    undo.undo();
+    EXPECT_EQ(state(), "12abc");
+    undo.redo();
+    EXPECT_EQ(state(), "12zZc");
+}
+
+TEST_F(GestureTest, WhoseCancellingFailsEndsAndDropsAllSteps) {
+    set(0, 'x');
+    undo.endEvent();
+    undo.beginGesture();
+    set(1, 'y');
+    undo.registerUndo([] { failContract(u"broken"_s); });
+    EXPECT_THROW(undo.cancelGesture(), AssertionFailure);
+    EXPECT_FALSE(undo.isInGesture() || undo.canUndo());
+    EXPECT_TRUE(undo.isWhole());
+    undo.beginGesture();
+    set(2, 'z');
+    undo.removeAllActions();
+    set(2, 'Z');
+    undo.cancelGesture();
+    EXPECT_EQ(state(), "12xyz");
 }
 
 }  // namespace

@@ -10,8 +10,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <cmath>
-#include <cstring>
 #include <filesystem>
 #include <random>
 
@@ -154,37 +152,9 @@ QByteArray nestedCanvas(size_t depth) {
     return KeyedArchiver::archivedDataWithRootObject(elements.front());
 }
 
-QByteArray cyclicCanvas() {
-    TestElement canvas;
-    canvas.encode = [](KeyedEncoder& coder) { encodeElement(coder, u"C"_s, u"Canvas"_s); };
-    canvas.children.push_back(&canvas);
-    return KeyedArchiver::archivedDataWithRootObject(canvas);
-}
-
 std::function<void(KeyedEncoder&)> elementNamed(const QString& name,
                                                 const QString& identifier = u"E"_s) {
     return [=](KeyedEncoder& coder) { encodeElement(coder, identifier, name); };
-}
-
-/// The archive with a 64-bit number in place of `marker`.
-QByteArray withNumber(QByteArray archive, double marker, double number) {
-    const auto bigEndian = [](double value) {
-        QByteArray bytes(sizeof value, Qt::Uninitialized);
-        std::memcpy(bytes.data(), &value, sizeof value);
-        std::reverse(bytes.begin(), bytes.end());
-        return bytes;
-    };
-    EXPECT_EQ(archive.count(bigEndian(marker)), 1);
-    return archive.replace(bigEndian(marker), bigEndian(number));
-}
-
-QByteArray canvasWithOpacity(double opacity) {
-    constexpr double marker = 12345.678;
-    return withNumber(canvasWith({[](KeyedEncoder& coder) {
-                          coder.encodeString("name", u"E"_s);
-                          coder.encodeDouble("opacity", marker);
-                      }}),
-                      marker, opacity);
 }
 
 QByteArray canvasWithText(const char* key, const QString& text) {
@@ -201,19 +171,9 @@ TEST(HostileCanvas, IsRefusedOrRead) {
         const char* reason;  // null: it is read
     };
     const std::vector<Case> cases = {
-        {"a wrong class", archiveOf("PCProjectVersion", [](KeyedEncoder&) {}),
-         "an object of class \"PCProjectVersion\" stands where a \"PCElement\" is expected"},
-        {"a name that is a number",
-         canvasWith({[](KeyedEncoder& coder) { coder.encodeDouble("name", 1); }}), "name"},
-        {"an opacity that is text", canvasWithText("opacity", u"1"_s), "opacity"},
-        {"a point that is none", canvasWithText("position", u"{1, x}"_s), "position"},
-        {"a point beyond numbers", canvasWithText("position", u"{nan, 1}"_s), "position"},
-        {"an infinite size", canvasWithText("size", u"{1e999, 1}"_s), "size"},
-        {"NaN", canvasWithOpacity(std::nan("")), "opacity"},
-        {"infinity", canvasWithOpacity(HUGE_VAL), "opacity"},
+        {"a size beyond numbers", canvasWithText("size", u"{1e999, 1}"_s), "size"},
         {"10,000 levels", nestedCanvas(10'000), "levels deep"},
         {"1,000 levels", nestedCanvas(1000), nullptr},
-        {"a cycle", cyclicCanvas(), "in two places"},
         {"one identifier twice", canvasWith({elementNamed(u"A"_s), elementNamed(u"B"_s)}), nullptr},
         {"an identifier that climbs", canvasWith({elementNamed(u"A"_s, u"../../../tmp/x"_s)}),
          nullptr},
@@ -258,34 +218,30 @@ TEST(HostileCanvas, WithOneIdentifierTwiceIsTold) {
 
 TEST(HostileTimeline, IsRefusedOrRead) {
     const auto timeline = [](const std::function<void(size_t, KeyedEncoder&)>& keyframe,
-                             size_t count = 1, const QString& type = u"opacity"_s) {
+                             size_t count) {
         return archiveOf("PCKeyedPropertyTimeline", [=](KeyedEncoder& coder) {
-            coder.encodeString("property_type", type);
+            coder.encodeString("property_type", u"opacity"_s);
             coder.encodeRecords("keyframes", {"PCPropertyKeyframe"}, count, keyframe);
         });
     };
-    const auto timed = [](size_t, KeyedEncoder& coder) { coder.encodeInt("time", 5); };
     struct Case {
         const char* what;
         QByteArray archive;
         const char* reason;  // null: it is read
     };
     const std::vector<Case> cases = {
-        {"an unknown property", timeline(timed, 1, u"colour"_s), "unknown property type 'colour'"},
         {"a time that is text",
-         timeline([](size_t, KeyedEncoder& coder) { coder.encodeString("time", u"now"_s); }),
+         timeline([](size_t, KeyedEncoder& coder) { coder.encodeString("time", u"now"_s); }, 1),
          "time"},
-        {"a time beyond 32 bits",
-         timeline([](size_t, KeyedEncoder& coder) { coder.encodeDouble("time", 1e12); }), "time"},
         {"a negative time",
-         timeline([](size_t, KeyedEncoder& coder) { coder.encodeInt("time", -5); }), nullptr},
-        {"a float beyond 32 bits",
-         timeline([](size_t, KeyedEncoder& coder) { coder.encodeDouble("float", 1e300); }),
-         "float"},
+         timeline([](size_t, KeyedEncoder& coder) { coder.encodeInt("time", -5); }, 1), nullptr},
         {"a value of another kind",
-         timeline([](size_t, KeyedEncoder& coder) { coder.encodeString("imageName", u"x.png"_s); }),
+         timeline([](size_t, KeyedEncoder& coder) { coder.encodeString("imageName", u"x.png"_s); },
+                  1),
          nullptr},
-        {"many keyframes at one time", timeline(timed, 20'000), nullptr},
+        {"many keyframes at one time",
+         timeline([](size_t, KeyedEncoder& coder) { coder.encodeInt("time", 5); }, 20'000),
+         nullptr},
         {"pairs of keyframes at one time",
          timeline([](size_t i,
                      KeyedEncoder& coder) { coder.encodeInt("time", static_cast<int32_t>(i / 2)); },

@@ -205,7 +205,7 @@ TEST(ExportPlan, LengthensWithAJumpWhileTweeningIsOff) {
     }
 }
 
-TEST(ExportPlan, LeavesLegacyTimelinesOut) {
+TEST(ExportPlan, TakesLegacyTimelinesByTheirFilesName) {
     Scene scene;
     const auto a = scene.add(u"a"_s);
     const auto animation = scene.addAnimation(u"old"_s);
@@ -214,11 +214,14 @@ TEST(ExportPlan, LeavesLegacyTimelinesOut) {
     scene.store(animation, a, PCPropertyTypeOpacity, {{400, 0.5F}});
     const ExportPlan plan = scene.plan();
     const auto& bundle = plan.standardAnimationExportBundles.front();
-    EXPECT_EQ(bundle.durationInMS, 400);
-    EXPECT_FALSE(bundle.hasLooping);
-    EXPECT_EQ(bundle.timelinesByElement.front().allNonNilTimelines().size(), 1U);
-    ASSERT_EQ(plan.leftOutTimelines.size(), 1U);
-    EXPECT_EQ(plan.leftOutTimelines.front().element, a);
+    EXPECT_EQ(bundle.durationInMS, 5000);
+    EXPECT_TRUE(bundle.hasLooping);
+    const auto& record = bundle.timelinesByElement.front();
+    EXPECT_EQ(record.allNonNilTimelines().size(), 2U);
+    EXPECT_EQ(record.xScale->floatValueAtTimeInMS(5000), 2) << "of the point its x";
+    ASSERT_EQ(plan.olderTimelines.size(), 1U);
+    EXPECT_EQ(plan.olderTimelines.front().element, a);
+    EXPECT_EQ(plan.olderTimelines.front().propertyType, PCPropertyTypeScaleX);
 }
 
 TEST(ExportPlan, NamesTheEntryThatCannotBeRead) {

@@ -205,7 +205,7 @@ TEST(ExportDiagnostics, TellWhatWillNotCompileOrSurprises) {
              s.store(animation, u"GONE"_s, PCPropertyTypeOpacity, {{9, 0.5F}});
          },
          {},
-         {"deleted-element old", "legacy-timeline-left-out old"}},
+         {"legacy-timeline old", "deleted-element old"}},
         {[&](Scene& s) {
              s.add(u"a_layer"_s);
              animate(s, u"blink"_s, PCPropertyTypeOpacity, {9, 0.5F});

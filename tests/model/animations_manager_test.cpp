@@ -132,9 +132,15 @@ TEST_F(AnimationsManager, TellsItsListeners) {
 TEST_F(AnimationsManager, WalksBackAndForth) {
     UndoWalk walk(*project, [this] {
         const auto selected = manager.selectedAnimation();
-        return names() + '|' + (selected ? selected->name().toStdString() : "setup") + '|' +
-               std::to_string(manager.fileWrapper()->fileWrappers().size()) + '|' +
-               (selected ? keysText(*ball->opacityTimeline()) : "none");
+        std::string text = selected ? selected->name().toStdString() : "setup";
+        for (const PCAnimation::Ptr& animation : manager.animations()) {
+            text += '|' + animation->identifier().toStdString() + animation->name().toStdString();
+        }
+        for (const auto& [identifier, directory] : manager.fileWrapper()->fileWrappers()) {
+            text += '|' + identifier.toStdString() +
+                    directory->child(kAnimationNameFile)->contents().toStdString();
+        }
+        return text + '|' + (selected ? keysText(*ball->opacityTimeline()) : "none");
     });
     walk.edit([&] { manager.setSelectedAnimation(nullptr); });
     walk.edit([&] { manager.addNewEmptyAnimation(); });
@@ -146,6 +152,37 @@ TEST_F(AnimationsManager, WalksBackAndForth) {
     walk.edit([&] { manager.setSelectedAnimation(manager.animations()[0]); });
     walk.edit([&] { ball->setOpacity(0.25F, 50); });
     walk.check();
+}
+
+// To come into line with the tree is part of being selected, and undone after it.
+TEST_F(AnimationsManager, AnUndoneChildrenOrderIsSavedThoughItsAnimationIsNotSelected) {
+    const Subscription told = manager.addChangeListener(project.get());
+    const auto animation = add(u"Bounce"_s);
+    addElement(project->canvas(), u"box"_s);
+    manager.setSelectedAnimation(animation);
+    const QStringList order = PCProject::sortedSubelementIdentifiers(*project->canvas());
+    project->canvas()->setChildrenZPositions(order, 100);
+    manager.setSelectedAnimation(nullptr);
+    project->canvas()->removeSubelementAtIndex(1);
+    project->undoManager().endEvent();
+    const auto storedOrder = [&] {
+        project->fileWrapper();
+        const auto file = animation->fileWrapper()
+                              ->child(project->canvas()->identifier().toString())
+                              ->child(u"zPosition.data"_s);
+        return PCKeyedPropertyTimeline::unarchive(file->contents(), u"zPosition.data"_s)
+            ->arrayValueAtTimeInMS(100);
+    };
+    for (int i = 0; i < 2; ++i) {
+        manager.setSelectedAnimation(animation);
+        EXPECT_EQ(storedOrder(), QStringList(order[0]));
+        project->undoManager().undo();
+        EXPECT_TRUE(project->isSetupMode());
+        EXPECT_EQ(storedOrder(), order);
+        project->undoManager().redo();
+        EXPECT_EQ(storedOrder(), QStringList(order[0]));
+        project->undoManager().undo();
+    }
 }
 
 // A deleted animation that comes back has to be in the package again.

@@ -149,9 +149,14 @@ TEST_F(Document, SavesAndReverts) {
     EXPECT_EQ(sizeOf(u"Preview_Thumbnail@2x.jpg"_s), QSize(100, 200));
 
     ball->setOpacity(1);
+    const auto edited = document.project();
     EXPECT_TRUE(document.revert());
+    EXPECT_NE(document.project(), edited);
+    EXPECT_EQ(document.project()->projectName(), u"De.mo"_s);
     EXPECT_EQ(named(*document.project(), u"ball"_s)->opacity(), 0.25);
-    EXPECT_FALSE(document.isEdited());
+    EXPECT_FALSE(document.isEdited() || document.project()->undoManager().canUndo());
+    document.save();
+    EXPECT_TRUE(entriesChangedOnDisk(*document.project()->packageRoot(), path).isEmpty());
 
     // A file that somebody else wrote meanwhile is not overwritten unasked.
     named(*document.project(), u"ball"_s)->setOpacity(0.75);
@@ -161,6 +166,95 @@ TEST_F(Document, SavesAndReverts) {
     document.save(OnDiskChange::Overwrite);
     EXPECT_TRUE(document.revert());
     EXPECT_EQ(named(*document.project(), u"ball"_s)->opacity(), 0.75);
+}
+
+// An autosave while the pointer is down takes what is on the screen, and what follows is no less
+// unsaved for it.
+TEST_F(Document, SavesInTheMiddleOfAGesture) {
+    makePackage(14);
+    ASSERT_TRUE(document.readFromPath(path));
+    const auto ball = named(*document.project(), u"ball"_s);
+    const auto storedOpacity = [this] {
+        PCDocument other{alerts, log};
+        other.readFromPath(path);
+        return named(*other.project(), u"ball"_s)->opacity();
+    };
+    for (const bool isCancelled : {false, true}) {
+        UndoGesture gesture(document.project()->undoManager());
+        ball->setOpacity(0.5);
+        document.save();
+        EXPECT_FALSE(document.isEdited());
+        EXPECT_EQ(storedOpacity(), 0.5);
+        if (isCancelled) {
+            gesture.cancel();
+        } else {
+            ball->setOpacity(0.25);
+        }
+        EXPECT_TRUE(document.isEdited());
+        document.save();
+        EXPECT_EQ(storedOpacity(), 0.25);
+        EXPECT_FALSE(document.isEdited());
+    }
+    EXPECT_TRUE(document.project()->undoManager().undo());
+    EXPECT_EQ(ball->opacity(), 1);
+    EXPECT_TRUE(document.isEdited());
+}
+
+// Whatever goes wrong, the document is as it was.
+TEST_F(Document, FailsWithoutAChange) {
+    makePackage(14);
+    ASSERT_TRUE(document.readFromPath(path));
+    const auto project = document.project();
+    named(*project, u"ball"_s)->setOpacity(0.5);
+    const auto expectUnchanged = [&] {
+        EXPECT_EQ(document.project(), project);
+        EXPECT_EQ(document.path(), path);
+        EXPECT_EQ(document.displayName(), u"De.mo"_s);
+        EXPECT_TRUE(document.isEdited());
+    };
+    EXPECT_THROW(document.readFromPath(directory.filePath(u"gone.tweenery"_s)), InputError);
+    expectUnchanged();
+
+    QDir(path).removeRecursively();
+    alerts.answers = {0};
+    EXPECT_FALSE(document.revert());
+    ASSERT_EQ(alerts.shown.size(), 1U);
+    EXPECT_EQ(alerts.shown[0].message, u"The Project Could Not Be Reverted"_s);
+    EXPECT_TRUE(alerts.shown[0].informativeText.contains(u"De.mo.tweenery"_s));
+    expectUnchanged();
+    document.save();
+    EXPECT_FALSE(document.isEdited());
+
+    // Somebody else writes into the package while the user is asked about the update.
+    struct Meddler : AlertPort {
+        QString file;
+        AlertAnswer runModal(const Alert&) override {
+            writeFileAtomically(file, "changed");
+            return {};
+        }
+    } meddler;
+    QDir(path).removeRecursively();
+    makePackage(13);
+    meddler.file = path + u"/unknown"_s;
+    PCDocument older{meddler, log};
+    const auto untitled = older.project();
+    EXPECT_THROW(older.readFromPath(path), InputError);
+    EXPECT_EQ(older.project(), untitled);
+    EXPECT_TRUE(older.path().isEmpty());
+    EXPECT_EQ(storedVersion(), 13);
+}
+
+TEST_F(Document, IsShownByItsNameWithoutExtension) {
+    for (const auto& [name, shown] : {std::pair(u"Demo.tweenery"_s, u"Demo"_s),
+                                      {u"a/De.mo.tweenery/"_s, u"De.mo"_s},
+                                      {u"/a/Demo.tweenery//"_s, u"Demo"_s},
+                                      {u".tweenery"_s, u".tweenery"_s},
+                                      {u"Demo"_s, u"Demo"_s},
+                                      {u"Demo."_s, u"Demo."_s},
+                                      {u"a.b/Demo"_s, u"Demo"_s}}) {
+        document.setDisplayName(name);
+        EXPECT_EQ(document.displayName(), shown) << name.toStdString();
+    }
 }
 
 TEST_F(Document, StartsUntitled) {

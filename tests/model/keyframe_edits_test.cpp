@@ -114,6 +114,33 @@ TEST_F(KeyframeEdits, WalkBackAndForth) {
     walk.check();
 }
 
+TEST_F(KeyframeEdits, OfOneMillisecondStayThemselves) {
+    key({0, 100, 101, 300});
+    UndoWalk walk(*project, [this] { return state(); });
+    const Keyframe neighbour = at(101);
+    Keyframe copy;
+    walk.edit([&] { copy = timeline->duplicateKeyframe(at(100)); });
+    EXPECT_EQ(state(), "0:0 100:100 101:100 101:101 300:300 never") << "nothing is overwritten";
+    EXPECT_EQ(at(101), neighbour) << "the one that showed there still does";
+    walk.edit([&] { timeline->moveKeyframes({copy}, 99); });  // past its neighbour
+    EXPECT_EQ(copy->timeInMS(), 200);
+    EXPECT_EQ(neighbour->timeInMS(), 101);
+    walk.edit([&] { timeline->moveKeyframes({copy}, 100); });
+    EXPECT_EQ(state(), "0:0 100:100 101:101 300:100 300:300 never");
+    EXPECT_EQ(timeline->floatValueAtTimeInMS(300), 300);
+    EXPECT_LT(timeline->floatValueAtTimeInMS(299), 101) << "leads to the first of the two";
+    walk.edit([&] { timeline->setFloatPropertyValue(7, 300); });
+    EXPECT_EQ(state(), "0:0 100:100 101:101 300:100 300:7 never");
+    walk.edit([&] { timeline->moveKeyframes({copy, at(300), neighbour}, -50); });
+    walk.edit([&] { timeline->moveKeyframes({copy}, 10); });
+    EXPECT_EQ(state(), "0:0 51:101 100:100 250:7 260:100 never") << "one of the two goes alone";
+    walk.edit([&] { timeline->moveKeyframes({copy}, -10); });
+    walk.edit([&] { timeline->deleteKeyframe(at(250)); });
+    EXPECT_FALSE(copy->isInTimeline()) << "it had come to stand behind the other";
+    walk.check();
+    EXPECT_EQ(state(), "0:0 100:100 101:101 300:300 never");
+}
+
 // A keyframe that comes back is a new one: its value and its time are what is restored.
 TEST_F(KeyframeEdits, UndoOfADeletionRestoresValueAndTime) {
     UndoManager& undo = project->undoManager();
@@ -127,6 +154,18 @@ TEST_F(KeyframeEdits, UndoOfADeletionRestoresValueAndTime) {
     EXPECT_NE(at(200)->identifier().toString(), identifier);
     undo.redo();
     EXPECT_EQ(state(), "100:100 never");
+
+    timeline->setFloatPropertyValue(5, 0);
+    timeline->setRepeatBehavior(PCRepeatBehaviorForever);
+    undo.endEvent();
+    timeline->deleteKeyframe(at(100));
+    EXPECT_EQ(state(), "0:5 never");
+    for (int i = 0; i < 2; ++i) {
+        undo.undo();
+        EXPECT_EQ(state(), "0:5 100:100 forever");
+        undo.redo();
+        EXPECT_EQ(state(), "0:5 never");
+    }
 }
 
 TEST_F(KeyframeEdits, NewKeyframesFollowThePreferences) {
@@ -210,7 +249,9 @@ TEST_F(KeyframeEdits, ReportTheirChanges) {
     const auto silent = timeline->retrieveOrCreateKeyframeAtTimeInMS(10);
     silent->setTimeInMS(20);  // it has no value yet
     silent->setPropertyValue(1.0F);
+    timeline->setHasUnsavedChanges(false);
     silent->setKeyall(true);
+    EXPECT_TRUE(timeline->hasUnsavedChanges()) << "or the mark would be lost";
     silent->setLiveRecordedStart(true);
     EXPECT_EQ(listener.calls, 0);
     timeline->setHasUnsavedChanges(false);

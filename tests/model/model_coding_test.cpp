@@ -3,6 +3,7 @@
 #include <numbers>
 
 #include "base/errors.h"
+#include "model/element_placement.h"
 #include "model/properties/easing.h"
 #include "storage/package_store.h"
 #include "support/model_builder.h"
@@ -66,6 +67,7 @@ TEST(TimelineCoding, KeepsEveryField) {
             keyframe->setKeyall(true);
             keyframe->setInstantTransition(time == 10);
             keyframe->setLiveRecorded(time == 20);
+            keyframe->setLiveRecordedStart(time != 20);
             keyframe->setLiveRecordedEnd(time == 10);
         }
         timeline->setRepeatBehavior(PCRepeatBehaviorForeverAutoreverse);
@@ -83,7 +85,7 @@ TEST(TimelineCoding, KeepsEveryField) {
     EXPECT_THROW(reread(*z), AssertionFailure);
 }
 
-// Other writers leave keys out, and leave keyframes in disorder or twice at one time.
+// Other writers leave keys out, and leave keyframes in disorder.
 TEST(TimelineCoding, ReadsWhatOthersWrote) {
     const auto timelineOf = [](const char* type, const Archived::Keys& more, size_t count,
                                const std::function<void(size_t, KeyedEncoder&)>& keyframe) {
@@ -120,13 +122,29 @@ TEST(TimelineCoding, ReadsWhatOthersWrote) {
             coder.encodeInt("time", disorder[i]);
             coder.encodeFloat("float", static_cast<float>(i));
         }));
-    EXPECT_EQ(keysText(*mended), "100:3 200:2 300:5");
-    // Very many of them: the list is mended in one pass.
-    const auto pairs =
-        read(timelineOf("opacity", nothing, 200000, [](size_t i, KeyedEncoder& item) {
-            item.encodeInt("time", static_cast<int32_t>(i / 2));
-        }));
-    EXPECT_EQ(pairs->keyframesCount(), 100000U);
+    EXPECT_EQ(keysText(*mended), "100:1 100:3 200:2 300:0 300:4 300:5");
+
+    // What is stored of an older version: the file's name says which property it is.
+    const auto directory = FileWrapper::directory(u"E"_s);
+    for (const char* type : {"xScale", "opacity"}) {
+        directory->pc_replaceSubFileWrapperNamed(
+            type == std::string_view("opacity") ? u"yScale.data"_s : u"xScale.data"_s,
+            timelineOf(type, nothing, 1, [](size_t, KeyedEncoder& item) {
+                item.encodeInt("time", 100);
+                item.encodeFloat("float", 3);
+            }));
+    }
+    const auto group = PCPropertyTimelineGroup::fromFileWrapper(directory, u"animations/A"_s);
+    const auto old = group->timeline(PCPropertyTypeScaleX);
+    EXPECT_EQ(old->propertyType(), PCPropertyTypeScaleX);
+    EXPECT_TRUE(old->isOfOlderVersion());
+    EXPECT_FALSE(old->isAsStored());
+    const auto element = PCElement::init();
+    old->setElement(element);
+    EXPECT_EQ(old->floatValueAtTimeInMS(100), 3);
+    const auto misfiled = group->timeline(PCPropertyTypeScaleY);
+    EXPECT_EQ(misfiled->propertyType(), PCPropertyTypeOpacity) << "what is stored today stands";
+    EXPECT_FALSE(misfiled->isOfOlderVersion());
 
     const QByteArray unknown = timelineOf("skew", nothing, 0, {});
     const QByteArray foreign = Archived("PCElement", nothing).bytes();
@@ -157,6 +175,9 @@ TEST(ElementCoding, KeepsTheTreeAndRoundsTo32Bits) {
     EXPECT_EQ(childCopy->position().x(), child->position().x());
     EXPECT_EQ(childCopy->position().y(), child->position().y());
     EXPECT_TRUE(childCopy->scaleTimelineSplit() && !childCopy->translationTimelineSplit());
+    // A rotation just below a full turn is stored as its negative angle, and is not lost.
+    child->setPlacement({{}, -0.001});
+    EXPECT_EQ(reread(*root)->children()[0]->zRotation(), static_cast<double>(-0.001F));
     // Rounded once, it stays.
     EXPECT_EQ(exactState(*reread(*copy)), exactState(*copy));
     EXPECT_NE(exactState(*copy), exactState(*root));
@@ -225,15 +246,39 @@ std::string entriesOf(const FileWrapper& directory, const QString& path = {}) {
     return text;
 }
 
-// What is shown of a project, timelines of every animation included.
+// Everything of an element's timelines, with identifiers and what only jumps.
+std::string keyframesOf(const PCElement& element) {
+    std::string text;
+    for (const PCPropertyType type : timelineGroupOrder()) {
+        const auto timeline = element.timeline(type);
+        text += '\n' + std::to_string(timeline->propertyType()) + ' ' + keysText(*timeline);
+        text += ' ' + std::to_string(timeline->repeatBehavior());
+        for (size_t i = 0; i < timeline->keyframesCount(); ++i) {
+            text += ' ' + timeline->recordOfKeyframe(i).identifier.toString().toStdString();
+        }
+    }
+    return text;
+}
+
+// What is stored of a project, timelines of every animation included.
 std::string everythingOf(PCProject& project) {
     std::string text = project.debugDescription().toStdString();
+    for (const auto& set : project.imageSetManager().allImageSets()) {
+        text += set->name().toStdString();
+        for (const QByteArray& data :
+             {set->originalData(), set->original2xData(), set->original3xData()}) {
+            text += ' ' + data.toBase64().toStdString();
+        }
+    }
     const auto animations = project.animationsManager().animations();
     for (const PCAnimation::Ptr& animation : animations) {
         project.animationsManager().setSelectedAnimation(animation);
-        text += animation->description().toStdString() +
-                animation->masterKeyframesTimeline()->debugDescription().toStdString() +
-                project.canvas()->debugDescriptionWithTimelines().toStdString();
+        text += '\n' + animation->identifier().toStdString() + ' ' +
+                animation->description().toStdString() +
+                keysText(*animation->masterKeyframesTimeline());
+        for (const PCElement::Ptr& element : project.canvas()->elementAndAllDescendants()) {
+            text += keyframesOf(*element);
+        }
     }
     return text;
 }

@@ -107,16 +107,26 @@ TEST(Pasteboard, TakesTheHighestArtworkOnce) {
     QImage image(12, 12, QImage::Format_ARGB32);
     image.fill(Qt::red);
     const QByteArray png = encodeImage(image, ImageFormat::Png);
-    for (const QString& file : {u"a@2x.png"_s, u"b.png"_s, u"unused.png"_s}) {
+    for (const QString& file : {u"a@2x.png"_s, u"b.png"_s, u"keyed.png"_s, u"unused.png"_s}) {
         project->imageSetManager().addImageSetWithPCImage(PCImage::pcimageWithData(png, file));
     }
     for (const QString& name : {u"b.png"_s, u"a.png"_s, u"b.png"_s, u"gone.png"_s}) {
         addElement(group, u"leaf"_s)->setImageName(name);
     }
-    const auto images = project->imagesForCopyingElements({group});
-    ASSERT_EQ(images.size(), 2U);
-    EXPECT_EQ(images[0]->filename(), u"a@2x.png"_s);
-    EXPECT_EQ(images[1]->filename(), u"b.png"_s);
+    const auto copied = [&] {
+        QStringList names;
+        for (const auto& copy : project->imagesForCopyingElements({group})) {
+            names += copy->filename();
+        }
+        return names;
+    };
+    EXPECT_EQ(copied(), QStringList({u"a@2x.png"_s, u"b.png"_s}));
+    // An animation's keyframes are copied, and so are the images that they show.
+    selectNewAnimation(*project, u"Blink"_s);
+    group->children()[1]->setImageContents(u"keyed.png"_s, 100);
+    EXPECT_EQ(copied(), QStringList({u"a@2x.png"_s, u"b.png"_s, u"keyed.png"_s}));
+    project->animationsManager().setSelectedAnimation(nullptr);
+    EXPECT_EQ(copied(), QStringList({u"a@2x.png"_s, u"b.png"_s})) << "copied without keyframes";
 }
 
 }  // namespace

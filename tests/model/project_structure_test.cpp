@@ -3,6 +3,7 @@
 #include <numbers>
 #include <random>
 
+#include "base/errors.h"
 #include "support/model_builder.h"
 
 namespace tweenery::test {
@@ -164,6 +165,7 @@ TEST(StructureEdits, FollowTheParentAsFarAsAnElementCan) {
         {"mirrored on both axes", {{}, {-2, -2}, 1}, {{}, {4, 6}, 1.5}, {{}, {-2, -3}, 0.5}},
         {"unequal, as turned as the parent", {{}, {2, 5}, 1}, {{}, {4, 5}, 1}, {{}, {2, 1}, 0}},
         {"unequal, a quarter turn", {{}, {2, 5}, 0}, {{}, {5, 2}, pi / 2}, {{}, {1, 1}, pi / 2}},
+        {"just below a full turn", {{}, {1, 1}, 0.003}, {{}, {1, 1}, 0.001}, {{}, {1, 1}, -0.002}},
         {"sheared: as if it were not", {{}, {2, 5}, 1}, {{}, {4, 5}, 1.5}, {{}, {2, 1}, 0.5}},
     };
     for (const Case& c : cases) {
@@ -181,19 +183,83 @@ TEST(StructureEdits, FollowTheParentAsFarAsAnElementCan) {
     }
 }
 
+// What a package could not be read back with.
+TEST(StructureEdits, NestNoDeeperThanAPackageMayBe) {
+    const auto project = PCProject::init();
+    buildTree(*project, "A{A2{A1}} G{} B C Two{H{D}} One{E}");
+    PCElement::Ptr innermost = named(*project, u"G"_s);
+    while (innermost->depth() < PCElement::kMaximumDepth - 2) {
+        innermost->setExpanded(true);
+        innermost = addGroup(innermost, u"g"_s);
+    }
+    innermost->setExpanded(true);
+    addElement(innermost, u"leaf"_s);
+    const auto leafGroup = addGroup(innermost, u"deepest"_s);
+    const auto leaf = addElement(leafGroup, u"last"_s);
+    leaf->setOpacity(0.5);
+    project->undoManager().endEvent();
+    leaf->setOpacity(1);
+    project->undoManager().undo();
+
+    const auto paste = [&](PCProject& p, const PCElement::Elements&) {
+        const auto pasted = PCElement::makeGroup();
+        addElement(pasted, u"pasted"_s);
+        p.insertPastedElements({pasted}, leafGroup, 0);
+    };
+    const auto drop = [&](PCProject&, const PCElement::Elements&) {
+        leaf->insertSubelement(PCElement::init(), 0);
+    };
+    struct Case {
+        const char* what;
+        QStringList items;
+        Edit edit;
+    };
+    const std::vector<Case> cases = {
+        {"moved",
+         {u"One"_s, u"Two"_s},
+         [&](auto& p, const auto& items) { p.moveItems(items, innermost, 0); }},
+        {"grouped", {u"last"_s}, group},
+        {"pasted", {}, paste},
+        {"dropped", {}, drop},
+        {"forward", {u"B"_s, u"Two"_s, u"A"_s}, forward},
+    };
+    const std::string before = exactState(*project->canvas());
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        try {
+            c.edit(*project, allNamed(*project, c.items));
+            ADD_FAILURE() << "accepted";
+        } catch (const InputError& error) {
+            EXPECT_EQ(error.reason(), u"would nest elements more than 1000 levels deep"_s);
+        }
+        EXPECT_TRUE(exactState(*project->canvas()) == before);
+        EXPECT_TRUE(project->undoManager().canRedo());
+    }
+    project->moveItems(allNamed(*project, {u"One"_s}), innermost, 0);
+    EXPECT_EQ(project->canvas()->maxHierarchyDepth(), PCElement::kMaximumDepth);
+    EXPECT_NO_THROW(PCElement::initWithArchive(KeyedUnarchiver(
+        KeyedArchiver::archivedDataWithRootObject(*project->canvas()), u"canvas"_s)));
+}
+
 TEST(StructureEdits, GroupsFitTheirChildren) {
     const auto project = PCProject::init();
     const auto outer = addGroup(project->canvas(), u"outer"_s, {{7, 9}, {2, 2}, 0, {0, 0}, {0, 0}});
     addElement(outer, u"A"_s, {{0, 0}, {1, 1}, 0, {10, 10}, {0, 0}});
     addElement(outer, u"B"_s, {{30, 5}, {1, 1}, pi / 2, {10, 4}, {0, 0}});  // x 26 to 30, y 5 to 15
+    addElement(outer, u"C"_s, {{-20, -8}, {1, 1}, 0, {4, 4}, {0, 0}});
+    const QPointF place = outer->children()[1]->canvasPosition();
     outer->setExpanded(true);
     project->groupElements(outer->subelements());
     const auto made = named(*project, u"Untitled"_s);
     const QRectF frame = made->elementToCanvasTransform().mapRect(QRectF(QPointF(), made->size()));
-    EXPECT_NEAR(made->size().width(), 60, 1e-9);  // on the canvas, where the group is not scaled
-    EXPECT_NEAR(made->size().height(), 30, 1e-9);
-    EXPECT_NEAR(frame.center().x(), 7 + 30, 1e-9);
-    EXPECT_NEAR(frame.center().y(), 9 + 15, 1e-9);
+    // From (-33, -7) to (67, 39) on the canvas, where the group's own size is not scaled.
+    EXPECT_NEAR(made->size().width(), 100, 1e-9);
+    EXPECT_NEAR(made->size().height(), 46, 1e-9);
+    EXPECT_NEAR(frame.center().x(), 17, 1e-9);
+    EXPECT_NEAR(frame.center().y(), 16, 1e-9);
+    EXPECT_EQ(treeText(*outer), "Untitled{A B C}");
+    EXPECT_NEAR(made->children()[1]->canvasPosition().x(), place.x(), 1e-9);
+    EXPECT_NEAR(made->children()[1]->canvasPosition().y(), place.y(), 1e-9);
 }
 
 // The frame of a square turned by 45 degrees is upright in its parent; turned with the parent by 45
@@ -237,8 +303,7 @@ TEST(ChildrenOrders, ComeIntoLineWithTheTree) {
 }
 
 /// A random tree with scales that are equal but for the sign, which every parent can make up for,
-/// and random structure edits. Rotations are whole degrees, so that none falls between 359.5 and
-/// 360, which become 0.
+/// and random structure edits. Many rotations add up to nearly a full turn.
 class RandomTree {
  public:
     explicit RandomTree(unsigned seed) : m_random(seed) { grow(m_project->canvas(), 3); }
@@ -277,7 +342,7 @@ class RandomTree {
         const double scale = between(0.5, 2) * (below(2) == 0 ? 1 : -1);
         return {{between(-1000, 1000), between(-1000, 1000)},
                 {scale, below(3) == 0 ? -scale : scale},
-                below(360) * pi / 180,
+                below(2) == 0 ? between(0, 2 * pi) : between(-0.01, 0.01),
                 {between(0, 3000), between(0, 3000)},
                 {between(-1, 2), between(-1, 2)}};
     }

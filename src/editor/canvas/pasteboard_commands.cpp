@@ -40,18 +40,13 @@ PCElement::Elements elementsOn(const PasteboardPort& pasteboard, PCProject& proj
     return elements;
 }
 
-int depthOf(const PCElement& element) {
-    const PCElement* parent = element.parentElement();
-    return parent ? depthOf(*parent) + 1 : 1;
-}
-
 // What could not be saved, or not be read again.
 void refuseUnlessTheyFit(const PCElement::Elements& elements, PCProject& project,
                          const PCElement& parent) {
     const auto refuse = [](const QString& reason) { throw InputError(u"pasteboard"_s, reason); };
     std::unordered_set<Identifier> identifiers;
     for (const PCElement::Ptr& root : elements) {
-        if (depthOf(parent) + root->maxHierarchyDepth() > PCElement::kMaximumDepth) {
+        if (parent.depth() + root->maxHierarchyDepth() > PCElement::kMaximumDepth) {
             refuse(u"would nest elements more than %1 levels deep"_s.arg(PCElement::kMaximumDepth));
         }
         for (const PCElement::Ptr& element : root->elementAndAllDescendants()) {

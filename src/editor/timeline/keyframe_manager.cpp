@@ -87,13 +87,12 @@ PCKeyframeManager::Keyframes PCKeyframeManager::selectedKeyframesSortedByTimeInM
 }
 
 void PCKeyframeManager::shiftSelectedKeyframesBy(int32_t deltaInMS) {
-    std::map<PCKeyedPropertyTimeline::Ptr, std::vector<int32_t>> timesByTimeline;
+    std::map<PCKeyedPropertyTimeline::Ptr, Keyframes> byTimeline;
     for (const Keyframe& keyframe : m_selectedKeyframes) {
-        if (!keyframe->isInTimeline()) { continue; }
-        timesByTimeline[keyframe->timeline()].push_back(keyframe->timeInMS());
+        if (keyframe->isInTimeline()) { byTimeline[keyframe->timeline()].push_back(keyframe); }
     }
-    for (const auto& [timeline, times] : timesByTimeline) {
-        timeline->shiftKeyframesAtTimesInMS(times, deltaInMS);
+    for (const auto& [timeline, keyframes] : byTimeline) {
+        timeline->moveKeyframes(keyframes, deltaInMS);
     }
 }
 

@@ -66,7 +66,8 @@ class PCKeyframeManager : public PCAnimationsManagerChangeListener {
     const KeyframeSet& selectedKeyframes() const { return m_selectedKeyframes; }
     Keyframes selectedKeyframesSortedByTimeInMS() const;
     /// Moves the selected keyframes by `deltaInMS`, each timeline in one step of undo; a deleted
-    /// one stays. The caller sees to it that no time becomes negative and none meets another.
+    /// one stays. A keyframe stays itself wherever it goes, also past another or onto its time.
+    /// The caller sees to it that no time becomes negative.
     void shiftSelectedKeyframesBy(int32_t deltaInMS);
 
     // Tweens, by the keyframe that they end in.

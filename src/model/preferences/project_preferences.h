@@ -3,6 +3,7 @@
 #include <QPointF>
 #include <QSizeF>
 #include <QString>
+#include <cmath>
 #include <cstdint>
 #include <memory>
 
@@ -29,7 +30,8 @@ class PCProjectPreferences : public Archivable {
     bool modified() const { return m_modified; }
     void setModified(bool modified) { m_modified = modified; }
 
-    // Lengths and offsets are in points.
+    // Lengths and offsets are in points. Setters ignore what is not finite, which no file could
+    // hold.
 
     /// An index into the zoom stops of the timeline, with fractions. From a file: 0 to 16.
     float timelineZoomLevel() const { return m_timelineZoomLevel; }
@@ -108,7 +110,7 @@ class PCProjectPreferences : public Archivable {
     /// True when the value differed.
     template <typename T>
     bool change(T& field, const T& value) {
-        if (isSame(field, value)) { return false; }
+        if (isSame(field, value) || !isFinite(value)) { return false; }
         field = value;
         m_modified = true;
         return true;
@@ -116,6 +118,17 @@ class PCProjectPreferences : public Archivable {
     template <typename T>
     static bool isSame(const T& a, const T& b) {
         return a == b;
+    }
+    template <typename T>
+    static bool isFinite(const T&) {
+        return true;
+    }
+    static bool isFinite(float number) { return std::isfinite(number); }
+    static bool isFinite(QPointF point) {
+        return std::isfinite(point.x()) && std::isfinite(point.y());
+    }
+    static bool isFinite(QSizeF size) {
+        return std::isfinite(size.width()) && std::isfinite(size.height());
     }
     // Qt compares points and sizes with some room; a small move is a change too.
     static bool isSame(QPointF a, QPointF b) { return a.x() == b.x() && a.y() == b.y(); }

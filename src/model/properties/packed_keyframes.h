@@ -30,12 +30,12 @@ struct PackedKeyframe {
 /// A view of a timeline's keyframes. The times, in ms, lie by themselves, so that a search reads
 /// few cache lines.
 struct PackedKeyframes {
-    const int32_t* times = nullptr;  // sorted strictly
+    const int32_t* times = nullptr;  // sorted
     const PackedKeyframe* keys = nullptr;
     uint32_t count = 0;
 
-    /// The last keyframe at or before the time; the platform's not-found index (-1) before the
-    /// first.
+    /// The last keyframe, also of several at one time, at or before the time; the platform's
+    /// not-found index (-1) before the first.
     size_t indexAtOrBefore(int32_t timeInMS) const;
     /// When the keyframe after the one at `index` is; the end of all times after the last.
     int32_t timeAfter(size_t index) const {

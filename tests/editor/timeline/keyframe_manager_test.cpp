@@ -193,6 +193,34 @@ TEST_F(KeyframeManagerTest, ShiftsEachKeyframeAndUndoes) {
     EXPECT_THROW(manager->shiftSelectedKeyframesBy(INT32_MAX), AssertionFailure);
 }
 
+// A copy that is dragged over its neighbours, and two that meet, by many events of one gesture.
+TEST_F(KeyframeManagerTest, AGestureMovesTheKeyframesThatItBeganWith) {
+    const auto state = [this] { return keysText(*x) + " | " + keysText(*y); };
+    const std::string before = state();
+    const Keyframe copy = x->duplicateKeyframe(keyframe("x100"));
+    select("x300 y150");
+    manager->selectKeyframe(copy);
+    UndoWalk walk(*project, state);
+    for (const bool isCancelled : {true, false}) {
+        const std::string atFirst = state();
+        walk.edit([&] {
+            UndoGesture gesture(project->undoManager());
+            for (int i = 0; i < 120; ++i) {
+                manager->shiftSelectedKeyframesBy(i < 99 ? 1 : i < 110 ? 20 : -11);
+            }
+            EXPECT_EQ(copy->timeInMS(), 310);
+            EXPECT_EQ(state(), "0:0 100:1 200:2 310:1 400:4 509:3 | 0:0 250:2 359:1");
+            if (isCancelled) { gesture.cancel(); }
+        });
+        if (isCancelled) { EXPECT_EQ(state(), atFirst); }
+    }
+    walk.check();
+    EXPECT_EQ(copy->timeInMS(), 101) << "and they stay themselves through undo";
+    EXPECT_TRUE(copy->isInTimeline());
+    x->deleteKeyframe(copy);
+    EXPECT_EQ(state(), before);
+}
+
 TEST_F(KeyframeManagerTest, ADeletedKeyframeStaysSelectedAndInPlace) {
     select("x100 x200");
     const Keyframe deleted = keyframe("x100");

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QSettings>
 #include <QTemporaryDir>
+#include <limits>
 
 #include "base/errors.h"
 #include "base/user_defaults.h"
@@ -189,6 +190,23 @@ TEST_F(PreferencesTest, AMoveTooSmallForQtsComparisonIsAChange) {
     preferences.setModified(false);
     preferences.setWindowPosition({1000, std::nextafter(1000, 2000)});
     EXPECT_TRUE(preferences.modified());
+}
+
+// No file could hold them: a save would fail by what a window computed badly.
+TEST_F(PreferencesTest, WhatIsNotFiniteIsIgnored) {
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    PCProjectPreferences preferences;
+    preferences.setTimelineZoomLevel(static_cast<float>(nan));
+    preferences.setCanvasZoomLevel(static_cast<float>(infinity));
+    preferences.setCanvasScrollOffset({nan, 0});
+    preferences.setTimelineScrollOffset({0, -infinity});
+    preferences.setNavigatorPaneWidth(static_cast<float>(-infinity));
+    preferences.setTimelinePaneHeight(static_cast<float>(nan));
+    preferences.setWindowSize({infinity, 5});
+    preferences.setWindowPosition({5, nan});
+    EXPECT_FALSE(preferences.modified());
+    EXPECT_NO_THROW(KeyedArchiver::archivedDataWithRootObject(preferences));
 }
 
 TEST_F(PreferencesTest, ExportOptionsAreTheStartOfTheNextProjectButNotOfOldOnes) {
