@@ -52,22 +52,44 @@ FileWrapper::Ptr PCDocument::fileWrapperOfProject() {
     return project()->fileWrapper();
 }
 
+DocumentSnapshot PCDocument::snapshot() {
+    const FileWrapper::Ptr root = fileWrapperOfProject();
+    m_project->undoManager().endEvent();
+    return {root->snapshot(), m_project->projectName(), m_project,
+            m_project->undoManager().changeCount()};
+}
+
+PCProject::Ptr DocumentSnapshot::projectForReading() const {
+    const FileWrapper::Ptr root = FileWrapper::directory();
+    package->pc_copySubFileWrappersToFileWrapper(*root);
+    PCProject::Ptr reader = PCProject::projectForReadingWithFileWrapper(root);
+    reader->setProjectName(projectName);
+    return reader;
+}
+
+void PCDocument::didWrite(const DocumentSnapshot& snapshot, const WrittenPackage& written,
+                          const QString& path) {
+    written.becomeStored();
+    if (snapshot.project.lock() != m_project) { return; }
+    m_needsSaveAfterUpdate = false;
+    m_savedChangeCount = snapshot.changeCount;
+    if (path == m_path) { return; }
+    m_path = path;
+    setDisplayName(QFileInfo(path).fileName());
+}
+
 void PCDocument::save(OnDiskChange policy) {
     assertContract(!m_path.isEmpty(), u"a document without a place cannot be saved there"_s);
-    savePackage(*fileWrapperOfProject(), m_path, policy);
-    didSave();
+    write(m_path, policy);
 }
 
 void PCDocument::saveAs(const QString& path) {
-    savePackage(*fileWrapperOfProject(), path, OnDiskChange::Overwrite);
-    m_path = path;
-    setDisplayName(QFileInfo(path).fileName());
-    didSave();
+    write(path, OnDiskChange::Overwrite);
 }
 
-void PCDocument::didSave() {
-    m_needsSaveAfterUpdate = false;
-    m_savedChangeCount = m_project->undoManager().changeCount();
+void PCDocument::write(const QString& path, OnDiskChange policy) {
+    const DocumentSnapshot taken = snapshot();
+    didWrite(taken, writeSnapshot(taken.package, path, policy), path);
 }
 
 bool PCDocument::revert() {

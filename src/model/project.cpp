@@ -1,5 +1,7 @@
 #include "model/project.h"
 
+#include <optional>
+
 #include "base/errors.h"
 #include "storage/bitmap.h"
 #include "storage/keyed_archiver.h"
@@ -115,18 +117,22 @@ FileWrapper::Ptr PCProject::fileWrapper() {
     return m_fileWrapper;
 }
 
+// Encoded by whoever writes the package: it takes longer than all the rest of a small edit.
 void PCProject::writeQuickLook() {
     constexpr int kLowestQuality = 0;
     m_fileWrapper->pc_deleteSubFileWrapperNamed(kQuickLookEntry);
     const auto directory =
         m_fileWrapper->pc_ensureSubfileWrapperDirectoryExistsWithName(kQuickLookEntry);
-    const auto add = [&directory](const QString& name, const QImage& image) {
-        directory->pc_replaceSubFileWrapperNamed(
-            name, encodeImage(image, ImageFormat::Jpeg, kLowestQuality));
+    const auto add = [&](const QString& name, std::optional<int> longestSide) {
+        const auto encode = [image = m_previewImage, longestSide] {
+            return encodeImage(longestSide ? thumbnail(image, *longestSide) : image,
+                               ImageFormat::Jpeg, kLowestQuality);
+        };
+        directory->addFileWrapper(FileWrapper::regularFileMadeLater(encode, name));
     };
-    add(u"Preview.jpg"_s, m_previewImage);
-    add(u"Preview_Thumbnail.jpg"_s, thumbnail(m_previewImage, 100));
-    add(u"Preview_Thumbnail@2x.jpg"_s, thumbnail(m_previewImage, 200));
+    add(u"Preview.jpg"_s, std::nullopt);
+    add(u"Preview_Thumbnail.jpg"_s, 100);
+    add(u"Preview_Thumbnail@2x.jpg"_s, 200);
 }
 
 void PCProject::setBackingScale(double scale) {
