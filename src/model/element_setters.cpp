@@ -94,6 +94,7 @@ void PCElement::setAnchorPoint(QPointF anchorPoint) {
     m_position = position;
     setModified(true);
     viewLayer().syncAnchorPointWithModel();
+    post(ElementNotification::anchorPoint);
 }
 
 void PCElement::setOpacity(double opacity) {
@@ -116,6 +117,7 @@ void PCElement::setSize(QSizeF size) {
     m_size = allowed;
     setModified(true);
     viewLayer().syncBoundsWithModel();
+    post(ElementNotification::size);
 }
 
 void PCElement::setName(const QString& newName) {
