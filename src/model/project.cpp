@@ -1,5 +1,7 @@
 #include "model/project.h"
 
+#include <mutex>
+#include <new>
 #include <optional>
 
 #include "base/errors.h"
@@ -31,6 +33,27 @@ QImage thumbnail(const QImage& image, int longest) {
     return image.scaled(size.expandedTo(QSize(1, 1)), Qt::IgnoreAspectRatio,
                         Qt::SmoothTransformation);
 }
+
+/// The picture of a preview, painted once for all its files.
+class Preview {
+ public:
+    explicit Preview(std::function<QImage()> make) : m_make(std::move(make)) {}
+    const QImage& image() {
+        std::call_once(m_isMade, [this] {
+            try {
+                m_image = m_make();
+            } catch (const std::bad_alloc&) {
+                throw InputError(kQuickLookEntry, u"needs more memory than there is"_s);
+            }
+        });
+        return m_image;
+    }
+
+ private:
+    std::once_flag m_isMade;
+    std::function<QImage()> m_make;
+    QImage m_image;
+};
 
 template <typename Archived>
 void archiveIfModified(FileWrapper& root, const QString& entry, const Archived& object) {
@@ -113,18 +136,32 @@ FileWrapper::Ptr PCProject::fileWrapper() {
     m_canvas->setModified(false);
     m_preferences->setModified(false);
     m_version->setModified(false);
-    if (!m_previewImage.isNull()) { writeQuickLook(); }
+    if (m_makePreviewImage) { writeQuickLook(); }
     return m_fileWrapper;
 }
 
-// Encoded by whoever writes the package: it takes longer than all the rest of a small edit.
+void PCProject::setPreviewImage(const QImage& image) {
+    m_makePreviewImage = nullptr;
+    if (!image.isNull()) {
+        m_makePreviewImage = [image] { return image; };
+    }
+}
+
+void PCProject::setPreviewImageMadeLater(std::function<QImage()> make) {
+    m_makePreviewImage = std::move(make);
+}
+
+// Painted and encoded by whoever writes the package: it takes longer than all the rest of a small
+// edit.
 void PCProject::writeQuickLook() {
     constexpr int kLowestQuality = 0;
     m_fileWrapper->pc_deleteSubFileWrapperNamed(kQuickLookEntry);
     const auto directory =
         m_fileWrapper->pc_ensureSubfileWrapperDirectoryExistsWithName(kQuickLookEntry);
+    const auto picture = std::make_shared<Preview>(m_makePreviewImage);
     const auto add = [&](const QString& name, std::optional<int> longestSide) {
-        const auto encode = [image = m_previewImage, longestSide] {
+        const auto encode = [picture, longestSide] {
+            const QImage& image = picture->image();
             return encodeImage(longestSide ? thumbnail(image, *longestSide) : image,
                                ImageFormat::Jpeg, kLowestQuality);
         };
