@@ -27,6 +27,29 @@ class AlertPort {
     virtual AlertAnswer runModal(const Alert& alert) = 0;
 };
 
+/// A question for files to open.
+struct OpenPanel {
+    QString message;
+    QStringList fileTypes;  // extensions without the dot
+    bool allowsSeveral = false;
+};
+
+class OpenPanelPort {
+ public:
+    virtual ~OpenPanelPort() = default;
+    /// The paths that the user chose; none when the panel was cancelled.
+    virtual QStringList chooseFiles(const OpenPanel& panel) = 0;
+};
+
+/// The desktop around the program.
+class WorkspacePort {
+ public:
+    virtual ~WorkspacePort() = default;
+    /// Opens a web page, or a file, in the program that the user has for it. False when it could
+    /// not be opened.
+    virtual bool openUrl(const QString& url) = 0;
+};
+
 /// One thing on the pasteboard: a property list (maps, lists, text, numbers, bytes) of a named
 /// type.
 struct PasteboardItem {

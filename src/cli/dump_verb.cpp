@@ -7,10 +7,10 @@
 
 #include "cli/model_json.h"
 #include "cli/package_inventory.h"
-#include "cli/support/input_file.h"
 #include "cli/support/json_writer.h"
 #include "cli/support/packages.h"
 #include "cli/verbs.h"
+#include "storage/input_file.h"
 
 using namespace Qt::StringLiterals;
 

@@ -3,9 +3,9 @@
 #include <QHash>
 #include <QRegularExpression>
 
-#include "cli/support/input_file.h"
 #include "cli/support/packages.h"
 #include "cli/verbs.h"
+#include "storage/input_file.h"
 #include "storage/package_store.h"
 
 using namespace Qt::StringLiterals;

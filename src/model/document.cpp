@@ -57,22 +57,42 @@ FileWrapper::Ptr PCDocument::fileWrapperOfProject() {
     return project()->fileWrapper();
 }
 
-void PCDocument::save(OnDiskChange policy) {
-    assertContract(!m_path.isEmpty(), u"a document without a place cannot be saved there"_s);
-    saveTo(m_path, policy);
+DocumentSnapshot PCDocument::snapshot() {
+    const FileWrapper::Ptr root = fileWrapperOfProject();
+    return {root->snapshot(), m_project->projectName(), m_project,
+            m_project->undoManager().changeCount()};
 }
 
-void PCDocument::saveAs(const QString& path) {
-    saveTo(path, OnDiskChange::Overwrite);
+PCProject::Ptr DocumentSnapshot::projectForReading() const {
+    const FileWrapper::Ptr root = FileWrapper::directory();
+    package->pc_copySubFileWrappersToFileWrapper(*root);
+    PCProject::Ptr reader = PCProject::projectForReadingWithFileWrapper(root);
+    reader->setProjectName(projectName);
+    return reader;
+}
+
+void PCDocument::didWrite(const DocumentSnapshot& snapshot, const WrittenPackage& written,
+                          const QString& path) {
+    written.becomeStored();
+    if (snapshot.project.lock() != m_project) { return; }
+    m_savedChangeCount = snapshot.changeCount;
+    if (path == m_path) { return; }
     m_path = path;
     setDisplayName(path);
 }
 
-// What is edited while the bytes are on their way is not saved with them.
-void PCDocument::saveTo(const QString& path, OnDiskChange policy) {
-    const int64_t changeCount = project()->undoManager().changeCount();
-    savePackage(*fileWrapperOfProject(), path, policy);
-    m_savedChangeCount = changeCount;
+void PCDocument::save(OnDiskChange policy) {
+    assertContract(!m_path.isEmpty(), u"a document without a place cannot be saved there"_s);
+    write(m_path, policy);
+}
+
+void PCDocument::saveAs(const QString& path) {
+    write(path, OnDiskChange::Overwrite);
+}
+
+void PCDocument::write(const QString& path, OnDiskChange policy) {
+    const DocumentSnapshot taken = snapshot();
+    didWrite(taken, writeSnapshot(taken.package, path, policy), path);
 }
 
 bool PCDocument::revert() {

@@ -13,6 +13,19 @@ namespace tweenery {
 /// of the program wrote it.
 Alert alertForNewerProject(const QString& name);
 
+/// A document as it stood at one moment, to be written or exported while its project is edited.
+/// Costs no copy of what did not change since the snapshot before it. Any thread may use it.
+struct DocumentSnapshot {
+    FileWrapper::Snapshot package;
+    QString projectName;
+    std::weak_ptr<PCProject> project;  // that it was taken of, for the document to compare
+    int64_t changeCount = 0;           // of its undo manager
+
+    /// A project of its own that belongs to the calling thread, for an export. What is done to it
+    /// reaches neither the snapshot nor the document. Throws InputError for what cannot be read.
+    PCProject::Ptr projectForReading() const;
+};
+
 /// An open package: reads it, checks its model version with the user, builds the project, and saves
 /// it back. Talks to the user through the alert port.
 class PCDocument {
@@ -28,6 +41,17 @@ class PCDocument {
     bool readFromFileWrapper(const FileWrapper::Ptr& root);
     /// The tree to write, with the canvas picture if there is one.
     FileWrapper::Ptr fileWrapperOfProject();
+
+    // A save: a snapshot, its writing, and didWrite(). save() and saveAs() do the three at once.
+
+    /// Encodes what changed. Allowed in the middle of a gesture, between two of its events: the
+    /// rest of it counts as edited. See UndoManager::isWhole().
+    DocumentSnapshot snapshot();
+    /// Call when writeSnapshot() of the snapshot's package has come to an end: the document is now
+    /// unedited up to the snapshot, and at `path`. One snapshot after the other, as they were
+    /// taken; a failed one is left out. A project that was reverted meanwhile keeps its own state.
+    void didWrite(const DocumentSnapshot& snapshot, const WrittenPackage& written,
+                  const QString& path);
     /// Writes to where it was read from (AssertionFailure when it was not). Throws InputError, also
     /// when the package changed on disk.
     void save(OnDiskChange policy = OnDiskChange::Refuse);
@@ -62,7 +86,7 @@ class PCDocument {
     };
     Opened open(const FileWrapper::Ptr& root);
     bool userAgreesToUpdate(const QString& name);
-    void saveTo(const QString& path, OnDiskChange policy);
+    void write(const QString& path, OnDiskChange policy);
 };
 
 }  // namespace tweenery

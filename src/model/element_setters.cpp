@@ -122,6 +122,7 @@ void PCElement::storeAnchorPoint(QPointF anchorPoint, QPointF position) {
     m_position = position;
     setModified(true);
     viewLayer().syncAnchorPointWithModel();
+    post(ElementNotification::anchorPoint);
 }
 
 void PCElement::setOpacity(double opacity) {
@@ -144,6 +145,7 @@ void PCElement::setSize(QSizeF size) {
     m_size = allowed;
     setModified(true);
     viewLayer().syncBoundsWithModel();
+    post(ElementNotification::size);
 }
 
 void PCElement::setName(const QString& newName) {

@@ -202,6 +202,11 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::existingKeyframeAt
     return index < m_keys.size() ? handleAt(index) : nullptr;
 }
 
+PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::heldKeyframe(size_t index) const {
+    PCPropertyKeyframe* handle = m_handles ? (*m_handles)[index] : nullptr;
+    return handle ? handle->shared_from_this() : nullptr;
+}
+
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::keyframeAtOrAfterTimeInMS(
     int32_t timeInMS) const {
     return existingKeyframeAtKeyframeIndex(firstKeyframeIndexAtOrAfterTimeInMS(timeInMS));

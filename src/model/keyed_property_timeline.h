@@ -188,6 +188,8 @@ class PCKeyedPropertyTimeline : public Archivable,
     bool keyframeIsInstant(size_t index) const { return m_keys[index].has(kInstant); }
     PropertyValue storedValueOfKeyframe(size_t index) const;
     KeyframeRecord recordOfKeyframe(size_t index) const;
+    /// The handle of the keyframe at `index` while somebody holds it, else null: makes none.
+    KeyframePtr heldKeyframe(size_t index) const;
 
     // Edits. Each returns the keyframe written. Undo steps go to the project's undo manager.
 

@@ -1,5 +1,9 @@
 #include "model/project.h"
 
+#include <mutex>
+#include <new>
+#include <optional>
+
 #include "base/errors.h"
 #include "storage/bitmap.h"
 #include "storage/keyed_archiver.h"
@@ -29,6 +33,27 @@ QImage thumbnail(const QImage& image, int longest) {
     return image.scaled(size.expandedTo(QSize(1, 1)), Qt::IgnoreAspectRatio,
                         Qt::SmoothTransformation);
 }
+
+/// The picture of a preview, painted once for all its files.
+class Preview {
+ public:
+    explicit Preview(std::function<QImage()> make) : m_make(std::move(make)) {}
+    const QImage& image() {
+        std::call_once(m_isMade, [this] {
+            try {
+                m_image = m_make();
+            } catch (const std::bad_alloc&) {
+                throw InputError(kQuickLookEntry, u"needs more memory than there is"_s);
+            }
+        });
+        return m_image;
+    }
+
+ private:
+    std::once_flag m_isMade;
+    std::function<QImage()> m_make;
+    QImage m_image;
+};
 
 template <typename Archived>
 void archiveIfModified(FileWrapper& root, const QString& entry, const Archived& object) {
@@ -112,22 +137,40 @@ FileWrapper::Ptr PCProject::fileWrapper() {
     m_canvas->setModified(false);
     m_preferences->setModified(false);
     m_version->setModified(false);
-    if (!m_previewImage.isNull()) { writeQuickLook(); }
+    if (m_makePreviewImage) { writeQuickLook(); }
     return m_fileWrapper;
 }
 
+void PCProject::setPreviewImage(const QImage& image) {
+    m_makePreviewImage = nullptr;
+    if (!image.isNull()) {
+        m_makePreviewImage = [image] { return image; };
+    }
+}
+
+void PCProject::setPreviewImageMadeLater(std::function<QImage()> make) {
+    m_makePreviewImage = std::move(make);
+}
+
+// Painted and encoded by whoever writes the package: it takes longer than all the rest of a small
+// edit.
 void PCProject::writeQuickLook() {
     constexpr int kLowestQuality = 0;
     m_fileWrapper->pc_deleteSubFileWrapperNamed(kQuickLookEntry);
     const auto directory =
         m_fileWrapper->pc_ensureSubfileWrapperDirectoryExistsWithName(kQuickLookEntry);
-    const auto add = [&directory](const QString& name, const QImage& image) {
-        directory->pc_replaceSubFileWrapperNamed(
-            name, encodeImage(image, ImageFormat::Jpeg, kLowestQuality));
+    const auto picture = std::make_shared<Preview>(m_makePreviewImage);
+    const auto add = [&](const QString& name, std::optional<int> longestSide) {
+        const auto encode = [picture, longestSide] {
+            const QImage& image = picture->image();
+            return encodeImage(longestSide ? thumbnail(image, *longestSide) : image,
+                               ImageFormat::Jpeg, kLowestQuality);
+        };
+        directory->addFileWrapper(FileWrapper::regularFileMadeLater(encode, name));
     };
-    add(u"Preview.jpg"_s, m_previewImage);
-    add(u"Preview_Thumbnail.jpg"_s, thumbnail(m_previewImage, 100));
-    add(u"Preview_Thumbnail@2x.jpg"_s, thumbnail(m_previewImage, 200));
+    add(u"Preview.jpg"_s, std::nullopt);
+    add(u"Preview_Thumbnail.jpg"_s, 100);
+    add(u"Preview_Thumbnail@2x.jpg"_s, 200);
 }
 
 void PCProject::setBackingScale(double scale) {

@@ -4,6 +4,7 @@
 #include <QPointF>
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -85,7 +86,9 @@ class PCProject : public PCAnimationsManagerChangeListener,
     QPointF eventAnchorPoint() const { return m_eventAnchorPoint; }
     void setEventAnchorPoint(QPointF point) { m_eventAnchorPoint = point; }
     /// A bitmap of the canvas for the QuickLook entry; a null image writes none.
-    void setPreviewImage(const QImage& image) { m_previewImage = image; }
+    void setPreviewImage(const QImage& image);
+    /// The same, painted by the thread that writes the package. Gives an image that is not null.
+    void setPreviewImageMadeLater(std::function<QImage()> make);
     /// Not owned. Null: elements are made without a screen.
     /// Gives every element a new layer.
     void setViewLayerFactory(ElementViewLayerFactory* factory);
@@ -157,7 +160,7 @@ class PCProject : public PCAnimationsManagerChangeListener,
     std::unique_ptr<PCAnimationsManager> m_animationsManager;
     Subscription m_selectionSubscription;
     ProjectIndex m_index;
-    QImage m_previewImage;
+    std::function<QImage()> m_makePreviewImage;  // none: no preview
     QString m_projectName;
     QString m_backupPath;
     bool m_inAdditiveMode = false;

@@ -1,5 +1,8 @@
 #include "storage/file_wrapper.h"
 
+#include <algorithm>
+#include <mutex>
+
 #include "base/errors.h"
 
 namespace tweenery {
@@ -34,6 +37,18 @@ struct FileWrapper::Node : FileWrapper {
     explicit Node(Kind kind) : FileWrapper(kind) {}
 };
 
+struct FileWrapper::Deferred {
+    std::once_flag isMade;
+    std::function<QByteArray()> make;
+    QByteArray contents;
+};
+
+FileWrapper::~FileWrapper() {
+    for (const auto& [name, child] : fileWrappers()) {
+        if (child->m_parent == this) { child->m_parent = nullptr; }
+    }
+}
+
 FileWrapper::Ptr FileWrapper::create(Kind kind, const QString& preferredFilename) {
     Ptr node = std::make_shared<Node>(kind);
     node->m_preferredFilename = preferredFilename;
@@ -52,6 +67,14 @@ FileWrapper::Ptr FileWrapper::regularFile(const QByteArray& contents,
     return node;
 }
 
+FileWrapper::Ptr FileWrapper::regularFileMadeLater(std::function<QByteArray()> make,
+                                                   const QString& preferredFilename) {
+    Ptr node = create(Kind::RegularFile, preferredFilename);
+    node->m_deferred = std::make_shared<Deferred>();
+    node->m_deferred->make = std::move(make);
+    return node;
+}
+
 FileWrapper::Ptr FileWrapper::symbolicLink(const QByteArray& target,
                                            const QString& preferredFilename) {
     Ptr node = create(Kind::SymbolicLink, preferredFilename);
@@ -59,12 +82,45 @@ FileWrapper::Ptr FileWrapper::symbolicLink(const QByteArray& target,
     return node;
 }
 
+// The same file at another place.
+FileWrapper::Ptr FileWrapper::copyOfFile() const {
+    Ptr copy = create(m_kind, m_preferredFilename);
+    copy->m_filename = m_filename;
+    copy->m_contents = m_contents;
+    copy->m_deferred = m_deferred;
+    return copy;
+}
+
+void FileWrapper::setFilename(const QString& name) {
+    m_filename = name;
+    didChange();
+}
+
+void FileWrapper::setPreferredFilename(const QString& name) {
+    m_preferredFilename = name;
+    didChange();
+}
+
+const QByteArray& FileWrapper::contents() const {
+    if (!m_deferred) { return m_contents; }
+    std::call_once(m_deferred->isMade, [this] {
+        m_deferred->contents = m_deferred->make();
+        m_deferred->make = nullptr;
+    });
+    return m_deferred->contents;
+}
+
 const FileWrapper::Children& FileWrapper::fileWrappers() const {
     return m_children ? *m_children : noChildren;
 }
 
-const FileWrapper::Children& FileWrapper::removedEntries() const {
-    return m_removed ? *m_removed : noChildren;
+FileWrapper::Children FileWrapper::removedEntries() const {
+    Children stored;
+    if (!m_removed) { return stored; }
+    for (const Ptr& node : *m_removed) {
+        if (node->origin()) { stored.emplace(node->m_filename, node); }
+    }
+    return stored;
 }
 
 FileWrapper::Ptr FileWrapper::child(const QString& name) const {
@@ -72,19 +128,29 @@ FileWrapper::Ptr FileWrapper::child(const QString& name) const {
     return found == fileWrappers().end() ? nullptr : found->second;
 }
 
-void FileWrapper::setOrigin(const std::optional<Origin>& origin) {
-    m_origin = origin;
-    m_removed.reset();
+void FileWrapper::setOrigin(const std::optional<Origin>& origin) const {
+    m_place->origin = origin;
+    if (!m_removed) { return; }
+    for (const Ptr& node : *m_removed) {
+        *node->m_place = {};
+    }
 }
 
 QString FileWrapper::addFileWrapper(const Ptr& node) {
     assertContract(isDirectory(), u"only a directory holds entries"_s);
     const QString& wanted = node->m_preferredFilename;
     if (!isFilingName(wanted)) { failContract(u"\"%1\" cannot name an entry"_s.arg(wanted)); }
-    node->takeStoredState();
+    Ptr filed = node;
+    if (node->isDirectory()) {
+        takeStoredState(filed);
+        node->m_parent = this;
+    } else if (!node->m_filename.isNull()) {
+        filed = node->copyOfFile();  // snapshots may hold the node itself
+    }
     QString name = m_children->contains(wanted) ? numberedName(wanted, *m_children) : wanted;
-    node->m_filename = name;
-    m_children->emplace(name, node);
+    filed->m_filename = name;
+    m_children->emplace(name, filed);
+    didChange();
     return name;
 }
 
@@ -100,33 +166,69 @@ void FileWrapper::removeFileWrapper(const Ptr& node) {
 }
 
 void FileWrapper::removeChild(Children::iterator position) {
-    if (Ptr stored = position->second->takeStoredState()) {
-        if (!m_removed) { m_removed = std::make_unique<Children>(); }
-        m_removed->insert_or_assign(position->first, std::move(stored));
+    if (Ptr stored = takeStoredState(position->second)) {
+        if (!m_removed) { m_removed = std::make_unique<std::vector<Ptr>>(); }
+        m_removed->push_back(std::move(stored));
     }
+    position->second->m_parent = nullptr;
     m_children->erase(position);
+    didChange();
 }
 
-// Takes what is known about the disk out of a subtree that leaves its place: the node is new
-// wherever it is filed next, and the returned skeleton stays behind in its old parent.
-FileWrapper::Ptr FileWrapper::takeStoredState() {
-    if (!m_origin) { return nullptr; }
-    Ptr stored = create(m_kind, m_filename);
-    stored->m_filename = m_filename;
-    stored->m_origin = std::exchange(m_origin, std::nullopt);
-    if (!isDirectory()) { return stored; }
-    if (m_removed) { stored->m_children = std::move(m_removed); }
-    for (const auto& [name, child] : *m_children) {
-        if (Ptr storedChild = child->takeStoredState()) {
-            stored->m_children->insert_or_assign(name, std::move(storedChild));
+// Takes what is known about the disk out of a subtree that leaves its place: what is filed next is
+// new there, and the returned skeleton stays behind in the old parent. A file is replaced by a copy
+// that knows nothing.
+FileWrapper::Ptr FileWrapper::takeStoredState(Ptr& node) {
+    if (!node->m_place->mayBeStored()) { return nullptr; }
+    Ptr stored = create(node->m_kind, node->m_filename);
+    stored->m_filename = node->m_filename;
+    stored->m_place = node->m_place;
+    if (!node->isDirectory()) {
+        node = node->copyOfFile();
+        return stored;
+    }
+    node->m_place = std::make_shared<Place>();
+    node->m_snapshot.reset();
+    stored->m_removed = std::move(node->m_removed);
+    for (auto& [name, child] : *node->m_children) {
+        if (Ptr storedChild = takeStoredState(child)) {
+            stored->m_children->emplace(name, std::move(storedChild));
         }
     }
     return stored;
 }
 
+// A directory without a snapshot of its own has no ancestor with one.
+void FileWrapper::didChange() {
+    for (FileWrapper* node = this; node && node->m_snapshot; node = node->m_parent) {
+        node->m_snapshot.reset();
+    }
+}
+
+FileWrapper::Snapshot FileWrapper::snapshot() const {
+    if (m_snapshot) { return m_snapshot; }
+    assertContract(isDirectory(), u"a snapshot is taken of a directory"_s);
+    Ptr taken = create(m_kind, m_preferredFilename);
+    taken->m_filename = m_filename;
+    taken->m_place = m_place;
+    m_place->isInSnapshot = true;
+    for (const auto& [name, child] : *m_children) {
+        if (child->isDirectory()) { child->snapshot(); }
+        child->m_place->isInSnapshot = true;
+        taken->m_children->emplace_hint(taken->m_children->end(), name,
+                                        child->isDirectory() ? child->m_snapshot : child);
+    }
+    if (m_removed) {
+        std::erase_if(*m_removed, [](const Ptr& node) { return !node->m_place->mayBeStored(); });
+        taken->m_removed = std::make_unique<std::vector<Ptr>>(*m_removed);
+    }
+    m_snapshot = taken;
+    return m_snapshot;
+}
+
 void FileWrapper::pc_replaceSubFileWrapperNamed(const QString& name, const QByteArray& data) {
     const Ptr present = child(name);
-    if (present && present->isRegularFile() && present->m_contents == data) { return; }
+    if (present && present->isRegularFile() && present->contents() == data) { return; }
     pc_deleteSubFileWrapperNamed(name);
     addFileWrapper(regularFile(data, name));
 }
@@ -159,7 +261,7 @@ void FileWrapper::pc_copySubFileWrappersToFileWrapper(FileWrapper& target) const
             const Ptr copy = target.pc_ensureSubfileWrapperDirectoryExistsWithName(name);
             node->pc_copySubFileWrappersToFileWrapper(*copy);
         } else if (node->isRegularFile()) {
-            target.addFileWrapper(regularFile(node->m_contents, node->m_preferredFilename));
+            target.addFileWrapper(regularFile(node->contents(), node->m_preferredFilename));
         }
     }
 }
@@ -174,7 +276,7 @@ void FileWrapper::describe(const QString& indent, QString& text) const {
     const QString& name = m_filename.isNull() ? m_preferredFilename : m_filename;
     text += indent + name;
     if (isRegularFile() && name == u"name.data"_s) {
-        text += u" (%1)"_s.arg(QString::fromUtf8(m_contents));
+        text += u" (%1)"_s.arg(QString::fromUtf8(contents()));
     }
     text += u'\n';
     for (const auto& [childName, node] : fileWrappers()) {

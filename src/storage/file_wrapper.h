@@ -4,18 +4,24 @@
 #include <QString>
 #include <QStringList>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace tweenery {
 
 /// One node of a package in memory: a directory, a regular file, or something else (a symbolic
 /// link), which is carried along untouched and never opened. The tree is owned from the root down.
-class FileWrapper : public std::enable_shared_from_this<FileWrapper> {
+/// Files and links do not change once they are filed: another one takes their place. So a snapshot
+/// shares them, and the directories that did not change since the snapshot before it.
+class FileWrapper {
  public:
     enum class Kind { Directory, RegularFile, SymbolicLink };
     using Ptr = std::shared_ptr<FileWrapper>;
+    /// A tree that never changes, for any thread to read.
+    using Snapshot = std::shared_ptr<const FileWrapper>;
     /// By name, in code-unit order of the name.
     using Children = std::map<QString, Ptr>;
 
@@ -32,7 +38,13 @@ class FileWrapper : public std::enable_shared_from_this<FileWrapper> {
 
     static Ptr directory(const QString& preferredFilename = {});
     static Ptr regularFile(const QByteArray& contents, const QString& preferredFilename);
+    /// A file whose bytes cost time: `make` is called once, by the thread that first asks for them.
+    static Ptr regularFileMadeLater(std::function<QByteArray()> make,
+                                    const QString& preferredFilename);
     static Ptr symbolicLink(const QByteArray& target, const QString& preferredFilename);
+    ~FileWrapper();
+    FileWrapper(const FileWrapper&) = delete;
+    FileWrapper& operator=(const FileWrapper&) = delete;
 
     Kind kind() const { return m_kind; }
     bool isDirectory() const { return m_kind == Kind::Directory; }
@@ -40,35 +52,43 @@ class FileWrapper : public std::enable_shared_from_this<FileWrapper> {
 
     /// The name under which the node is filed in its parent, or on disk; null when it has none.
     const QString& filename() const { return m_filename; }
-    void setFilename(const QString& name) { m_filename = name; }
+    void setFilename(const QString& name);
     /// The name that the node would like to be filed under.
     const QString& preferredFilename() const { return m_preferredFilename; }
-    void setPreferredFilename(const QString& name) { m_preferredFilename = name; }
+    void setPreferredFilename(const QString& name);
 
     /// The bytes of a regular file, or the target of a symbolic link. Shared, never copied.
-    const QByteArray& contents() const { return m_contents; }
+    /// Throws what the maker of a file made later throws.
+    const QByteArray& contents() const;
 
     /// Empty for anything but a directory.
     const Children& fileWrappers() const;
     /// The child of that name, or null.
     Ptr child(const QString& name) const;
     /// Files `node` under its preferred name and returns the name used: when the name is taken, a
-    /// number is put before the extension. The node loses its origins: it is new at this place.
+    /// number is put before the extension. The node loses its origins: it is new at this place. A
+    /// file that was filed before is filed as a copy, which shares the bytes.
     /// Throws AssertionFailure when this is no directory, or the name is empty, ".", "..", or holds
     /// "/" or NUL.
     QString addFileWrapper(const Ptr& node);
-    /// Throws AssertionFailure when `node` is no child. The node loses its origins.
+    /// Throws AssertionFailure when `node` is no child. A directory loses its origins.
     void removeFileWrapper(const Ptr& node);
 
     /// What was on disk when this node was read or last saved; nullopt for a node made in memory.
-    /// The parent of a node with an origin has one too.
-    const std::optional<Origin>& origin() const { return m_origin; }
-    /// Says what is on disk now. A directory forgets its removed entries.
-    void setOrigin(const std::optional<Origin>& origin);
+    /// The parent of a node with an origin has one too. A node and what stands for it in snapshots
+    /// have one origin between them.
+    const std::optional<Origin>& origin() const { return m_place->origin; }
+    /// Says what is on disk now, of a directory also that the entries removed from it are not there
+    /// any more. Not while a snapshot is being saved.
+    void setOrigin(const std::optional<Origin>& origin) const;
     /// The entries that are on disk, as far as we know, and were taken out of this directory since:
-    /// nodes that carry their kind, origin and stored children only. A child that was filed under
+    /// nodes that carry their kind, origin and stored entries only. A child that was filed under
     /// such a name since has no origin.
-    const Children& removedEntries() const;
+    Children removedEntries() const;
+
+    /// This directory with all below it as it stands now. Takes as long as there are entries in the
+    /// directories that changed, or hold changed ones, since the last snapshot; copies no bytes.
+    Snapshot snapshot() const;
 
     // Helpers used by every writer of the package.
 
@@ -89,19 +109,34 @@ class FileWrapper : public std::enable_shared_from_this<FileWrapper> {
 
  private:
     struct Node;
-    explicit FileWrapper(Kind kind) : m_kind(kind) {}
+    struct Deferred;
+    // What is known about the disk, shared by all that stand for one node.
+    struct Place {
+        std::optional<Origin> origin;
+        bool isInSnapshot = false;  // and may get an origin once that is saved
+        bool mayBeStored() const { return origin || isInSnapshot; }
+    };
+
+    explicit FileWrapper(Kind kind) : m_kind(kind), m_place(std::make_shared<Place>()) {}
     static Ptr create(Kind kind, const QString& preferredFilename);
+    Ptr copyOfFile() const;
     void removeChild(Children::iterator position);
-    Ptr takeStoredState();
+    static Ptr takeStoredState(Ptr& node);
+    void didChange();
     void describe(const QString& indent, QString& text) const;
 
     Kind m_kind;
     QString m_filename;
     QString m_preferredFilename;
     QByteArray m_contents;
-    std::unique_ptr<Children> m_children;  // of directories
-    std::unique_ptr<Children> m_removed;   // of directories that lost an entry
-    std::optional<Origin> m_origin;
+    std::shared_ptr<Deferred> m_deferred;  // in place of the contents, of files made later
+    std::shared_ptr<Place> m_place;
+
+    // Of directories.
+    std::unique_ptr<Children> m_children;
+    std::unique_ptr<std::vector<Ptr>> m_removed;  // once one lost an entry; several of one name
+    FileWrapper* m_parent = nullptr;
+    mutable Ptr m_snapshot;  // until this or something below changes
 };
 
 /// True for a name that one directory entry can have: not empty, ".", or "..", without "/" and NUL,

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 
 #include <cerrno>
+#include <set>
 
 #include "base/errors.h"
 #include "storage/package_store.h"
@@ -13,9 +14,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool isStored(const FileWrapper& directory, const QString& name) {
-    const FileWrapper::Ptr child = directory.child(name);
-    return (child && child->origin()) || directory.removedEntries().contains(name);
+std::set<QString> storedNames(const FileWrapper& directory) {
+    std::set<QString> names;
+    forEachStoredEntry(directory,
+                       [&](const QString& name, const FileWrapper&) { names.insert(name); });
+    return names;
 }
 
 }  // namespace
@@ -47,8 +50,9 @@ void compareDirectory(const DirectoryPlace& place, int descriptor, const FileWra
     if (!listDirectory(descriptor, entries)) {
         throw InputError(place.path(), failureText(u"could not be listed"_s, errno));
     }
+    const std::set<QString> names = storedNames(stored);
     for (const ListedEntry& entry : entries) {
-        if (!isStored(stored, QString::fromStdString(entry.name))) {
+        if (!names.contains(QString::fromStdString(entry.name))) {
             changed.append(place.pathOf(printableName(entry.name)));
         }
     }

@@ -2,6 +2,8 @@
 
 #include <QByteArrayList>
 #include <QString>
+#include <utility>
+#include <vector>
 
 #include "storage/file_wrapper.h"
 
@@ -22,15 +24,39 @@ QStringList entriesChangedOnDisk(const FileWrapper& root, const QString& path);
 /// What a save does with a package that changed on disk since it was read.
 enum class OnDiskChange { Refuse, Overwrite };
 
-/// Writes `root` as the package at `path`, atomically: a new directory beside it, unchanged entries
-/// hard-linked into it, changed ones written and flushed, then both exchanged in one step, then the
-/// old one removed (a big one by a thread, which the next big save and the end of the program wait
-/// for). A crash or failure at any moment leaves the old package or the new one, whole.
-/// On success every node's origin is what is now on disk. Throws InputError naming the entry and
-/// the reason; then nothing at `path` has changed. `path` may be new; its parent directory must
-/// exist. A link to a package stays and the package is replaced. Modes of directories and files are
-/// kept. A package that another program is saving is refused.
-void savePackage(FileWrapper& root, const QString& path,
+/// What a save put on disk, for the tree that the snapshot was taken of to learn.
+class WrittenPackage {
+ public:
+    using Origins = std::vector<std::pair<const FileWrapper*, FileWrapper::Origin>>;
+
+    WrittenPackage(FileWrapper::Snapshot snapshot, Origins origins)
+        : m_snapshot(std::move(snapshot)), m_origins(std::move(origins)) {}
+    /// Every node of the snapshot has its origin from now on, also where it stands in the tree or
+    /// in a later snapshot. On the thread that owns the tree, while no snapshot of it is written.
+    void becomeStored() const;
+
+ private:
+    FileWrapper::Snapshot m_snapshot;  // holds the nodes
+    Origins m_origins;
+};
+
+/// Writes `snapshot` as the package at `path`, atomically: a new directory beside it, unchanged
+/// entries hard-linked into it, changed ones written and flushed, then both exchanged in one step,
+/// then the old one removed (a big one by a thread, which the next big save and the end of the
+/// program wait for). A crash or failure at any moment leaves the old package or the new one,
+/// whole. Throws InputError naming the entry and the reason; then nothing at `path` has changed.
+/// `path` may be new; its parent directory must exist. A link to a package stays and the package is
+/// replaced. Modes of directories and files are kept. A package that another program is saving is
+/// refused.
+///
+/// On any thread, while the tree that the snapshot was taken of is edited. Snapshots of one tree
+/// are written one at a time, in the order in which they were taken, each after the one before it
+/// became stored; or one is refused as changed on disk.
+WrittenPackage writeSnapshot(const FileWrapper::Snapshot& snapshot, const QString& path,
+                             OnDiskChange policy = OnDiskChange::Refuse);
+
+/// Writes `root` as it stands in that way, and every node's origin is what is then on disk.
+void savePackage(const FileWrapper& root, const QString& path,
                  OnDiskChange policy = OnDiskChange::Refuse);
 
 /// Writes `root` as a package at a place where nothing is yet, leaving the nodes' origins alone (a

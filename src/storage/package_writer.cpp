@@ -40,7 +40,7 @@ int flushesFor(const FileWrapper& directory, bool links) {
 /// Fills a staged directory with a tree: links what is unchanged, writes the rest.
 class PackageBuilder {
  public:
-    using Written = std::vector<std::pair<FileWrapper*, FileWrapper::Origin>>;
+    using Written = WrittenPackage::Origins;
 
     enum class Unchanged { Link, Write };
 
@@ -50,7 +50,7 @@ class PackageBuilder {
     /// Everything in `staged` is on the medium afterwards. Throws InputError or ChangedOnDisk.
     void build(const FileWrapper& root, const QString& path, const StagedDirectory& staged);
     /// The nodes below the root whose origin changes once the staged directory is in its place.
-    const Written& written() const { return m_written; }
+    Written takeWritten() { return std::move(m_written); }
     bool isBig() const { return m_walk.isBig(); }
 
  private:
@@ -74,7 +74,7 @@ class PackageBuilder {
     void makeSubdirectory(Directory& directory, Child child) const;
     void fillSubdirectory(const DirectoryPtr& parent, Child child);
     void openCurrent(Directory& directory, const Directory& parent, const char* name) const;
-    void placeEntry(Directory& directory, const QString& name, FileWrapper& node);
+    void placeEntry(Directory& directory, const QString& name, const FileWrapper& node);
     bool link(const Directory& directory, const char* name, const FileWrapper& node) const;
     bool linkFailed(const Directory& directory, const char* name, const FileWrapper& node,
                     int error) const;
@@ -197,12 +197,11 @@ void PackageBuilder::finish(Directory& directory) {
     if (m_flushesEach) { require(flushDirectory(directory.descriptor)); }
     const std::lock_guard lock(m_mutex);
     m_written.insert(m_written.end(), directory.written.begin(), directory.written.end());
-    if (directory.parent) {
-        m_written.emplace_back(const_cast<FileWrapper*>(directory.node), originOf(made));
-    }
+    if (directory.parent) { m_written.emplace_back(directory.node, originOf(made)); }
 }
 
-void PackageBuilder::placeEntry(Directory& directory, const QString& name, FileWrapper& node) {
+void PackageBuilder::placeEntry(Directory& directory, const QString& name,
+                                const FileWrapper& node) {
     const QByteArray entryName = name.toUtf8();
     if (m_links && node.origin() && directory.current >= 0 && link(directory, entryName, node)) {
         return;
@@ -290,26 +289,37 @@ void requireDirectory(const FileWrapper& root) {
 
 }  // namespace
 
-void savePackage(FileWrapper& root, const QString& path, OnDiskChange policy) {
-    requireDirectory(root);
+void WrittenPackage::becomeStored() const {
+    for (const auto& [node, origin] : m_origins) {
+        node->setOrigin(origin);
+    }
+}
+
+WrittenPackage writeSnapshot(const FileWrapper::Snapshot& snapshot, const QString& path,
+                             OnDiskChange policy) {
+    requireDirectory(*snapshot);
     const PackagePlace place(path);
     StagedDirectory staged(place, true);
     PackageBuilder builder(PackageBuilder::Unchanged::Link, policy);
     struct stat status;
     try {
-        builder.build(root, path, staged);
-    } catch (const ChangedOnDisk&) { refuseChanged(root, path); }
+        builder.build(*snapshot, path, staged);
+    } catch (const ChangedOnDisk&) { refuseChanged(*snapshot, path); }
     if (::fstat(staged.descriptor().number(), &status) != 0) {
         place.fail(u"could not be examined"_s, errno);
     }
+    WrittenPackage::Origins origins = builder.takeWritten();
+    origins.emplace_back(snapshot.get(), originOf(status));
     staged.commit();
-    root.setOrigin(originOf(status));
-    for (const auto& [node, origin] : builder.written()) {
-        node->setOrigin(origin);
-    }
     if (builder.isBig()) {
         staged.removeReplacedInBackground();  // it takes as long as building
     }
+    return {snapshot, std::move(origins)};
+}
+
+void savePackage(const FileWrapper& root, const QString& path, OnDiskChange policy) {
+    requireDirectory(root);
+    writeSnapshot(root.snapshot(), path, policy).becomeStored();
 }
 
 void writePackageCopy(const FileWrapper& root, const QString& path, bool replace) {

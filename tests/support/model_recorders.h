@@ -1,12 +1,11 @@
 #pragma once
 
-#include <deque>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "base/ports.h"
 #include "model/project.h"
+#include "support/scripted_ports.h"
 
 namespace tweenery::test {
 
@@ -76,22 +75,6 @@ class NotificationRecorder {
  private:
     static constexpr qsizetype prefixLength = sizeof("com.lumenfold.tweenery.") - 1;
     std::vector<Subscription> m_subscriptions;
-};
-
-/// Answers with the buttons given, in order, and keeps the alerts that were shown. One alert more
-/// than there are answers throws.
-class ScriptedAlerts : public AlertPort {
- public:
-    std::deque<int> answers;
-    std::vector<Alert> shown;
-
-    AlertAnswer runModal(const Alert& alert) override {
-        shown.push_back(alert);
-        if (answers.empty()) { throw std::logic_error("unexpected alert"); }
-        const int button = answers.front();
-        answers.pop_front();
-        return {button, false};
-    }
 };
 
 class RecordingLog : public LogPort {

@@ -86,6 +86,17 @@ PCKeyframeManager::Keyframes PCKeyframeManager::selectedKeyframesSortedByTimeInM
     return sorted;
 }
 
+// What is selected is held.
+bool PCKeyframeManager::keyframeIsSelected(const PCKeyedPropertyTimeline& timeline,
+                                           size_t index) const {
+    return !m_selectedKeyframes.empty() && keyframeIsSelected(timeline.heldKeyframe(index));
+}
+
+bool PCKeyframeManager::tweenIsSelected(const PCKeyedPropertyTimeline& timeline,
+                                        size_t index) const {
+    return !m_selectedTweens.empty() && tweenIsSelected(timeline.heldKeyframe(index));
+}
+
 void PCKeyframeManager::shiftSelectedKeyframesBy(int32_t deltaInMS) {
     std::map<PCKeyedPropertyTimeline::Ptr, Keyframes> byTimeline;
     for (const Keyframe& keyframe : m_selectedKeyframes) {

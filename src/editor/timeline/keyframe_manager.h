@@ -63,6 +63,8 @@ class PCKeyframeManager : public PCAnimationsManagerChangeListener {
     bool keyframeIsSelected(const Keyframe& keyframe) const {
         return m_selectedKeyframes.contains(keyframe);
     }
+    /// The same for the keyframe at `index` (below keyframesCount()), which needs no handle for it.
+    bool keyframeIsSelected(const PCKeyedPropertyTimeline& timeline, size_t index) const;
     const KeyframeSet& selectedKeyframes() const { return m_selectedKeyframes; }
     Keyframes selectedKeyframesSortedByTimeInMS() const;
     /// Moves the selected keyframes by `deltaInMS`, each timeline in one step of undo; a deleted
@@ -78,6 +80,8 @@ class PCKeyframeManager : public PCAnimationsManagerChangeListener {
     bool tweenIsSelected(const Keyframe& endKeyframe) const {
         return m_selectedTweens.contains(endKeyframe);
     }
+    /// The same for the stretch that ends in the keyframe at `index`.
+    bool tweenIsSelected(const PCKeyedPropertyTimeline& timeline, size_t index) const;
     const KeyframeSet& selectedTweens() const { return m_selectedTweens; }
 
     /// Not owned. Throws AssertionFailure "listener was already added".

@@ -36,8 +36,21 @@ bool PCImageSet::isRenditionFile(const QString& filename) {
 
 std::shared_ptr<PCImageSet> PCImageSet::createImageSetWithFileWrapper(
     FileWrapper::Ptr fileWrapper, const std::shared_ptr<const PCImage>& image) {
+    return createImageSetWithFileWrapper(std::move(fileWrapper), std::vector{image});
+}
+
+std::shared_ptr<PCImageSet> PCImageSet::createImageSetWithFileWrapper(
+    FileWrapper::Ptr fileWrapper, std::vector<std::shared_ptr<const PCImage>> images) {
     auto set = std::make_shared<PCImageSet>(std::move(fileWrapper));
-    set->makeArtwork(image);
+    const auto density = [](const auto& image) {
+        return image->is3X() ? 3 : image->is2X() ? 2 : 1;
+    };
+    // The highest first: what it gives for the lower densities gives way to their own artwork.
+    std::stable_sort(images.begin(), images.end(),
+                     [&](const auto& a, const auto& b) { return density(a) > density(b); });
+    for (const auto& image : images) {
+        set->makeArtwork(image);
+    }
     set->makePreviews();
     set->writeAll();
     return set;

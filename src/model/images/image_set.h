@@ -3,6 +3,7 @@
 #include <array>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "model/images/image.h"
 #include "storage/file_wrapper.h"
@@ -26,6 +27,9 @@ class PCImageSet {
     /// `image` must have a format. Nothing has been written when it throws.
     static std::shared_ptr<PCImageSet> createImageSetWithFileWrapper(
         FileWrapper::Ptr fileWrapper, const std::shared_ptr<const PCImage>& image);
+    /// The same from one image for each density that there is artwork of its own for, at least one.
+    static std::shared_ptr<PCImageSet> createImageSetWithFileWrapper(
+        FileWrapper::Ptr fileWrapper, std::vector<std::shared_ptr<const PCImage>> images);
 
     const FileWrapper::Ptr& fileWrapper() const { return m_fileWrapper; }
     /// The name that elements refer to: the node's file name, such as "logo.png".

@@ -20,34 +20,38 @@ PCImageSetManager::ImageSet PCImageSetManager::addImageSetWithPCImage(
     assertContract(!imageSetExistsWithName(image->keyname()),
                    u"Cannot create new imageSet with name %1, an imageSet with that name already "
                    u"exists"_s.arg(image->keyname()));
-    return store(makeSet(image));
+    return store(makeImageSet({image}));
 }
 
 PCImageSetManager::ImageSet PCImageSetManager::addOrReplaceImageSetWithPCImage(
     const std::shared_ptr<const PCImage>& image) {
-    return replace(makeSet(image));
+    ImageSet set = makeImageSet({image});
+    putImageSet(set);
+    return set;
 }
 
 std::vector<PCImageSetManager::ImageSet> PCImageSetManager::addOrReplaceImageSetsWithPCImages(
     const std::vector<std::shared_ptr<PCImage>>& images) {
     std::vector<ImageSet> sets;
     for (const auto& image : images) {
-        sets.push_back(makeSet(image));
+        sets.push_back(makeImageSet({image}));
     }
     for (const ImageSet& set : sets) {
-        replace(set);
+        putImageSet(set);
     }
     return sets;
 }
 
-PCImageSetManager::ImageSet PCImageSetManager::replace(const ImageSet& set) {
-    deleteImageSetWithName(set->name());
-    return store(set);
+PCImageSetManager::ImageSet PCImageSetManager::putImageSet(const ImageSet& set) {
+    ImageSet replaced = deleteImageSetWithName(set->name());
+    store(set);
+    return replaced;
 }
 
-/// A set that is in no package yet, so that a failure changes nothing.
-PCImageSetManager::ImageSet PCImageSetManager::makeSet(
-    const std::shared_ptr<const PCImage>& image) const {
+PCImageSetManager::ImageSet PCImageSetManager::makeImageSet(
+    const std::vector<std::shared_ptr<const PCImage>>& images) const {
+    assertContract(!images.empty(), u"an image set needs an image"_s);
+    const auto& image = images.front();
     const auto refuse = [&](const QString& reason) { throw InputError(image->filename(), reason); };
     const QString name = image->keyname();
     if (!image->format()) { refuse(u"is not named as a PNG or JPEG image"_s); }
@@ -58,7 +62,7 @@ PCImageSetManager::ImageSet PCImageSetManager::makeSet(
     if (present && !present->isDirectory()) {
         refuse(u"cannot be stored: images/%1 is no image set"_s.arg(name));
     }
-    return PCImageSet::createImageSetWithFileWrapper(FileWrapper::directory(name), image);
+    return PCImageSet::createImageSetWithFileWrapper(FileWrapper::directory(name), images);
 }
 
 PCImageSetManager::ImageSet PCImageSetManager::store(const ImageSet& set) {

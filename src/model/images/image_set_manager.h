@@ -32,6 +32,12 @@ class PCImageSetManager {
     /// set.
     std::vector<ImageSet> addOrReplaceImageSetsWithPCImages(
         const std::vector<std::shared_ptr<PCImage>>& images);
+    /// A set in no package yet, from one image for each density that there is artwork of its own
+    /// for; all have one keyname. Throws InputError like addImageSetWithPCImage().
+    ImageSet makeImageSet(const std::vector<std::shared_ptr<const PCImage>>& images) const;
+    /// Puts a set that is in no package into this one. Returns the set of its name that it takes
+    /// the place of; null when there was none.
+    ImageSet putImageSet(const ImageSet& set);
     /// Takes the set out of the package and returns it; null when there is none. Elements that name
     /// it are not touched.
     ImageSet deleteImageSetWithName(const QString& name);
@@ -52,9 +58,7 @@ class PCImageSetManager {
     QString debugDescription() const;
 
  private:
-    ImageSet makeSet(const std::shared_ptr<const PCImage>& image) const;
     ImageSet store(const ImageSet& set);
-    ImageSet replace(const ImageSet& set);
 
     FileWrapper::Ptr m_imagesFileWrapper;
     std::map<QString, ImageSet> m_imageSets;

@@ -6,25 +6,12 @@
 
 #include "base/errors.h"
 #include "support/model_builder.h"
+#include "support/scripted_ports.h"
 
 namespace tweenery::test {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-class MemoryPasteboard : public PasteboardPort {
- public:
-    std::vector<PasteboardItem> items;
-
-    void write(const std::vector<PasteboardItem>& newItems) override { items = newItems; }
-    QVariantList read(const QString& type) const override {
-        QVariantList lists;
-        for (const PasteboardItem& item : items) {
-            if (item.type == type) { lists.append(QVariant(item.propertyList)); }
-        }
-        return lists;
-    }
-};
 
 QByteArray png(QColor color) {
     QImage image(12, 12, QImage::Format_ARGB32);

@@ -280,5 +280,28 @@ TEST_F(KeyframeManagerTest, AHundredThousandKeyframesAreOrdinary) {
     EXPECT_THAT(selection(), ElementsAre("y0"));
 }
 
+TEST_F(KeyframeManagerTest, AnswersByPlaceWithoutMakingHandles) {
+    project->undoManager().removeAllActions();  // which hold handles
+    select("x100 x300");
+    manager->selectTween(keyframe("x200"));
+    const auto selectedPlaces = [this](const PCKeyedPropertyTimeline& timeline) {
+        std::string places;
+        for (size_t i = 0; i < timeline.keyframesCount(); ++i) {
+            if (manager->keyframeIsSelected(timeline, i)) { places += 'k' + std::to_string(i); }
+            if (manager->tweenIsSelected(timeline, i)) { places += 't' + std::to_string(i); }
+        }
+        return places;
+    };
+    EXPECT_EQ(selectedPlaces(*x), "k1t2k3");
+    EXPECT_EQ(selectedPlaces(*y), "");
+    EXPECT_FALSE(x->heldKeyframe(0) || x->heldKeyframe(4) || y->heldKeyframe(0));
+    // An unselected one that somebody holds is not mistaken for a selected one.
+    const Keyframe held = keyframe("y150");
+    EXPECT_EQ(selectedPlaces(*y), "");
+    EXPECT_EQ(y->heldKeyframe(1), held);
+    x->deleteKeyframe(keyframe("x0"));
+    EXPECT_EQ(selectedPlaces(*x), "k0t1k2");
+}
+
 }  // namespace
 }  // namespace tweenery::test

@@ -1,4 +1,4 @@
-#include "cli/support/input_file.h"
+#include "storage/input_file.h"
 
 #include <fcntl.h>
 
