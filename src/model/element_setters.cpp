@@ -94,6 +94,7 @@ void PCElement::setAnchorPoint(QPointF anchorPoint) {
     m_position = position;
     setModified(true);
     viewLayer().syncAnchorPointWithModel();
+    post(ElementNotification::anchorPoint);
 }
 
 void PCElement::setOpacity(double opacity) {
@@ -116,6 +117,7 @@ void PCElement::setSize(QSizeF size) {
     m_size = allowed;
     setModified(true);
     viewLayer().syncBoundsWithModel();
+    post(ElementNotification::size);
 }
 
 void PCElement::setName(const QString& newName) {
@@ -142,6 +144,7 @@ void PCElement::setImageName(const QString& imageName) {
     registerUndo([old](PCElement& self) { self.setImageName(old); });
     setModified(true);
     viewLayer().syncContentsWithModel();
+    post(ElementNotification::imageName);
 }
 
 // While undoing or redoing, every element that a cascade had changed has its own step.
@@ -205,6 +208,7 @@ void PCElement::setScalesLocked(bool scalesLocked) {
     registerUndo([old = m_scalesLocked](PCElement& self) { self.setScalesLocked(old); });
     m_scalesLocked = scalesLocked;
     setModified(true);
+    post(ElementNotification::scalesLocked);
 }
 
 void PCElement::setSelected(bool selected) {
