@@ -18,6 +18,7 @@ constexpr double kHandleSide = 13;
 constexpr double kAnchorMarkSide = 19;
 constexpr double kOutlineWidth = 2;
 constexpr float kRotationBandWidth = 20;
+constexpr double kLongestMiter = 5 * kOutlineWidth;
 
 // Where the handle of each location stands on the bordered layer, in unit coordinates of its
 // bounds, from the top left on.
@@ -146,7 +147,9 @@ QRectF PCBorderLayer::drawnRect() const {
     for (const Layer& handle : m_handles) {
         rect |= handle.frame();
     }
-    return toSuperlayer().mapRect(rect);
+    // The outline's sharp corners reach beyond the handles.
+    const double reach = kLongestMiter / zoom();
+    return toSuperlayer().mapRect(rect.adjusted(-reach, -reach, reach, reach));
 }
 
 QPainterPath PCBorderLayer::quadrilateralOfHandles() const {
