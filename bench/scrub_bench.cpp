@@ -10,7 +10,7 @@
 #include <random>
 
 #include "bench/big_project.h"
-#include "editor/layers/element_layer.h"
+#include "editor/layers/project_layers.h"
 #include "model/properties/easing.h"
 
 namespace tweenery::bench {
@@ -45,7 +45,6 @@ PCProject::Ptr makeScene() {
             element->childrenZPositionsTimeline()->setArrayPropertyValue(order, key * 400);
         }
     }
-    project->setViewLayerFactory(&PCLayerFactory::shared());
     return project;
 }
 
@@ -56,9 +55,11 @@ int32_t nextTime(int32_t time, bool jumps) {
 
 void scrubLayers(benchmark::State& state) {
     static const PCProject::Ptr project = makeScene();
+    static const auto layers = ProjectLayers::forProject(project);
     int32_t time = 0;
     for (auto _ : state) {
-        syncLayersWithModelAtTimeInMS(*project, time);
+        layers->show(EditTime::at(time));
+        benchmark::DoNotOptimize(layers->flush());
         time = nextTime(time, state.range(0) != 0);
     }
     state.SetItemsProcessed(state.iterations() * kElements * 8);

@@ -421,11 +421,12 @@ ElementSampler& PCElement::sampler() const {
 
 void PCElement::forgetSamples() const {
     m_sampler.reset();
+    viewLayer().elementDidChange();
 }
 
 // Not for a copy of one of its timelines, such as an export holds, perhaps on another thread.
 void PCElement::forgetSamplesOf(const PCKeyedPropertyTimeline& timeline) const {
-    if (!m_sampler || !m_timelines) { return; }
+    if (!m_timelines) { return; }
     const bool isAttached =
         std::any_of(m_timelines->begin(), m_timelines->end(),
                     [&timeline](const auto& attached) { return attached.get() == &timeline; });

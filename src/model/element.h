@@ -58,6 +58,10 @@ inline const QString contents =
 inline const QString anchorPoint =
     QStringLiteral("com.lumenfold.tweenery.elementanchorpointchangenotification");
 inline const QString size = QStringLiteral("com.lumenfold.tweenery.elementsizechangenotification");
+inline const QString imageName =
+    QStringLiteral("com.lumenfold.tweenery.elementimagenamechangenotification");
+inline const QString scalesLocked =
+    QStringLiteral("com.lumenfold.tweenery.elementscaleslockedchangenotification");
 inline const QString childrenZPosition =
     QStringLiteral("com.lumenfold.tweenery.elementchildrenzpositionchangenotification");
 }  // namespace ElementNotification

@@ -174,6 +174,7 @@ void PCElement::setImageName(const QString& imageName) {
     m_imageName = imageName;
     setModified(true);
     viewLayer().syncContentsWithModel();
+    post(ElementNotification::imageName);
 }
 
 // While undoing, redoing or cancelling, whatever an edit had changed beside has its own step.
@@ -243,6 +244,7 @@ void PCElement::setScalesLocked(bool scalesLocked) {
                    [old = m_scalesLocked](PCElement& self) { self.setScalesLocked(old); });
     m_scalesLocked = scalesLocked;
     setModified(true);
+    post(ElementNotification::scalesLocked);
 }
 
 void PCElement::setSelected(bool selected) {

@@ -73,7 +73,6 @@ void PCProject::insertPastedElements(const Elements& elements, const PCElement::
             } else {
                 pasted->clearTimelines();
             }
-            pasted->viewLayer().syncWithModel();
         }
     }
     if (animation) { updateChildrenZPositionsForElement(*parent); }

@@ -47,7 +47,7 @@ bool canBeSeenThrough(const Affine& affine) {
 
 QRectF contentsRect(const Layer& layer, const LayerValues& values) {
     if (layer.contentsGravity() == ContentsGravity::Resize) { return values.bounds; }
-    const QSizeF size = QSizeF(values.contents.size()) / layer.contentsScale();
+    const QSizeF size = QSizeF(values.contents.size()) / values.contentsScale;
     const QPointF centre = values.bounds.center();
     return {centre.x() - size.width() / 2, centre.y() - size.height() / 2, size.width(),
             size.height()};

@@ -43,7 +43,8 @@ double TimingFunction::heightAt(double progress) const {
 
 void KeyframeAnimation::check() const {
     const size_t count = property == LayerProperty::Contents ? images.size() : values.size();
-    const bool fits = count > 0 && keyTimes.size() == count &&
+    const bool scalesFit = imageScales.empty() || imageScales.size() == images.size();
+    const bool fits = scalesFit && count > 0 && keyTimes.size() == count &&
                       timingFunctions.size() == count - 1 &&
                       std::is_sorted(keyTimes.begin(), keyTimes.end());
     assertContract(fits, u"an animation's lists do not fit each other"_s);
@@ -89,6 +90,11 @@ double KeyframeAnimation::valueAt(double seconds) const {
 const QImage& KeyframeAnimation::imageAt(double seconds) const {
     static const QImage none;
     return images.empty() ? none : images[keyAtOrBefore(fractionAt(seconds), seconds)];
+}
+
+std::optional<double> KeyframeAnimation::imageScaleAt(double seconds) const {
+    if (imageScales.empty()) { return std::nullopt; }
+    return imageScales[keyAtOrBefore(fractionAt(seconds), seconds)];
 }
 
 }  // namespace tweenery

@@ -44,6 +44,8 @@ struct KeyframeAnimation {
     std::vector<double> keyTimes;
     std::vector<double> values;
     std::vector<QImage> images;
+    /// Pixels a point of each image; empty where the layer's own scale is good for all.
+    std::vector<double> imageScales;
     std::vector<TimingFunction> timingFunctions;
     double beginTime = 0;
     /// One pass. Zero shows the last value throughout.
@@ -61,6 +63,8 @@ struct KeyframeAnimation {
     double valueAt(double seconds) const;
     /// Null when there is no image.
     const QImage& imageAt(double seconds) const;
+    /// Of that image; nothing without scales.
+    std::optional<double> imageScaleAt(double seconds) const;
 
  private:
     size_t keyAtOrBefore(double fraction, double seconds) const;

@@ -34,6 +34,7 @@ void apply(const KeyframeAnimation& animation, double time, LayerValues& values)
     switch (animation.property) {
         case LayerProperty::Contents:
             values.contents = animation.imageAt(time);
+            values.contentsScale = animation.imageScaleAt(time).value_or(values.contentsScale);
             return;
         case LayerProperty::Opacity:
             values.opacity = animation.valueAt(time);
@@ -155,6 +156,11 @@ void Layer::setOpacity(double opacity) {
 
 void Layer::setContents(const QImage& contents) {
     m_values.contents = contents;
+    valuesDidChange();
+}
+
+void Layer::setContentsScale(double scale) {
+    m_values.contentsScale = scale;
     valuesDidChange();
 }
 

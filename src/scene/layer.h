@@ -40,6 +40,7 @@ struct LayerValues {
     double opacity = 1;
     double zPosition = 0;
     QImage contents;
+    double contentsScale = 1;  // pixels of the contents for one point
 };
 
 /// How a layer that shows more than an image is drawn: under its contents the background, over its
@@ -107,7 +108,7 @@ class Layer {
     double opacity() const { return m_values.opacity; }
     double zPosition() const { return m_values.zPosition; }
     const QImage& contents() const { return m_values.contents; }
-    double contentsScale() const { return m_contentsScale; }
+    double contentsScale() const { return m_values.contentsScale; }
     ContentsGravity contentsGravity() const { return m_contentsGravity; }
     bool isHidden() const { return m_hidden; }
     bool masksToBounds() const { return m_masksToBounds; }
@@ -122,8 +123,8 @@ class Layer {
     void setZPosition(double zPosition);
     /// Shared, never copied or converted: ARGB32_Premultiplied.
     void setContents(const QImage& contents);
-    /// Pixels of the contents for one point.
-    void setContentsScale(double scale) { m_contentsScale = scale; }
+    /// Pixels of the contents for one point, above 0.
+    void setContentsScale(double scale);
     void setContentsGravity(ContentsGravity gravity) { m_contentsGravity = gravity; }
     void setHidden(bool hidden) { m_hidden = hidden; }
     /// Cuts sublayers and contents at the bounds, with the style's corner radius.
@@ -153,6 +154,7 @@ class Layer {
     void addAnimation(KeyframeAnimation animation, const QString& key);
     void removeAnimationForKey(const QString& key);
     virtual void removeAllAnimations();
+    bool isAnimated() const { return m_running != nullptr; }
     std::vector<QString> animationKeys() const;
     /// Null when there is none.
     const KeyframeAnimation* animationForKey(const QString& key) const;
@@ -227,7 +229,6 @@ class Layer {
     mutable BlockHook m_blockHook;  // of the superlayer's list
     mutable std::vector<Layer*> m_drawingOrder;
     int m_sublayersThatAnimateOrder = 0;
-    double m_contentsScale = 1;
     double m_speed = 1;
     double m_timeOffset = 0;
     double m_beginTime = 0;

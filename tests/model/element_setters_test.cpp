@@ -81,17 +81,18 @@ TEST(ElementSetters, StoreTellAndUndo) {
         {"scale", scale(-1, 0), {scale(-1, 0), scale(1, nan), scale(1e200, 1)},
          {"ball: transforms"}, {"ball: elementscalechangenotification"}},
         {"anchor", anchor(0, 1), {anchor(0, 1), anchor(nan, 1), anchor(1e308, 1)},
-         {"ball: anchor"}, {}},
+         {"ball: anchor"}, {"ball: elementanchorpointchangenotification"}},
         {"opacity, clamped", opacity(1.5), {opacity(7), opacity(nan)},
          {"ball: opacity"}, {"ball: elementopacitychangenotification"}},
         {"size, negative as it stands", size(-5, 7), {size(-5, 7), size(nan, 7)},
-         {"ball: bounds"}, {}},
+         {"ball: bounds"}, {"ball: elementsizechangenotification"}},
         {"name", name, {name}, {}, {"Ball: namechangednotification"}},
-        {"image, whose set is not there", image, {image}, {"ball: bounds", "ball: contents"}, {}},
+        {"image, whose set is not there", image, {image}, {"ball: bounds", "ball: contents"},
+         {"ball: elementsizechangenotification", "ball: elementimagenamechangenotification"}},
         {"hidden", hidden, {hidden}, {"ball: hidden"}, {"ball: elementhiddenchangenotification"}},
         {"locked", locked, {locked}, {}, {"ball: elementlockedchangenotification"}},
         {"expanded", expanded, {expanded}, {}, {"ball: elementexpandedchangenotification"}},
-        {"scales locked", scalesLocked, {scalesLocked}, {}, {}},
+        {"scales locked", scalesLocked, {scalesLocked}, {}, {"ball: elementscaleslockedchangenotification"}},
     };
     // clang-format on
     for (const Case& c : cases) {

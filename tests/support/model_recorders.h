@@ -61,8 +61,9 @@ class NotificationRecorder {
 
     explicit NotificationRecorder(PCProject& project) {
         using namespace ElementNotification;
-        for (const QString& name : {position, rotation, scale, opacity, name, hidden, locked,
-                                    expanded, subelements, contents, childrenZPosition}) {
+        for (const QString& name :
+             {position, rotation, scale, opacity, name, hidden, locked, expanded, subelements,
+              contents, childrenZPosition, anchorPoint, size, imageName, scalesLocked}) {
             const std::string text = name.mid(prefixLength).toStdString();
             m_subscriptions.push_back(project.notificationCentre().subscribe(
                 name, nullptr, [this, text](const void* object) {

@@ -16,9 +16,8 @@ constexpr double kMarginInPoints = 600;
 }  // namespace
 
 ScenePictures::ScenePictures(const PCProject::Ptr& project, const PictureLook& look)
-    : m_project(project), m_look(look) {
+    : m_project(project), m_layers(ProjectLayers::forProject(project)), m_look(look) {
     project->setBackingScale(look.scale > 1 ? 2 : 1);
-    project->setViewLayerFactory(&PCLayerFactory::shared());
     Layer& canvas = canvasLayer();
     canvas.setAnchorPoint({0, 0});
     canvas.setPosition({0, 0});
@@ -40,7 +39,7 @@ Layer& ScenePictures::canvasLayer() const {
 void ScenePictures::select(const PCAnimation::Ptr& animation) {
     m_project->animationsManager().setSelectedAnimation(animation);
     requireImages();
-    syncLayersWithModel(*m_project);
+    m_layers->show(EditTime::setup());
 }
 
 // A layer shows nothing in place of an image that is damaged; a picture would hide the damage.
@@ -62,7 +61,7 @@ void ScenePictures::requireImages() {
 }
 
 void ScenePictures::setTime(int32_t timeInMS) {
-    syncLayersWithModelAtTimeInMS(*m_project, timeInMS);
+    m_layers->show(EditTime::at(timeInMS));
 }
 
 QRect ScenePictures::canvasPixels() const {

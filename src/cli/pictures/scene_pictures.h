@@ -6,6 +6,7 @@
 #include <QRect>
 #include <QSize>
 
+#include "editor/layers/project_layers.h"
 #include "model/project.h"
 #include "scene/display_list.h"
 #include "scene/layer.h"
@@ -47,6 +48,7 @@ class ScenePictures {
 
  private:
     PCProject::Ptr m_project;
+    ProjectLayers::Ptr m_layers;
     PictureLook m_look;
     Layer m_stage;  // has the background; its units are pixels
     DisplayList m_list;

@@ -54,6 +54,7 @@ std::optional<QRectF> frameOnScreen(const PCElement& element) {
     const PCProject* project = element.project();
     const PCLayer* canvas = project ? PCLayer::of(*project->canvas()) : nullptr;
     if (!layer || !layer->superlayer() || !canvas) { return std::nullopt; }
+    layer->updateIfNeeded();
     return layer->superlayer()->convertRectTo(layer->frame(), canvas);
 }
 

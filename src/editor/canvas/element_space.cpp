@@ -16,7 +16,10 @@ QPointF convertPoint(QPointF point, const PCElement& from, const PCElement& to) 
     if (&from == &to) { return point; }
     const PCLayer* fromLayer = PCLayer::of(from);
     const PCLayer* toLayer = PCLayer::of(to);
-    if (fromLayer && toLayer) { return fromLayer->pointIn(toLayer, point).value_or(kNowhere); }
+    if (fromLayer && toLayer) {
+        fromLayer->updateIfNeeded();
+        return fromLayer->pointIn(toLayer, point).value_or(kNowhere);
+    }
     if (to.elementToCanvasTransform().determinant() == 0) { return kNowhere; }
     return to.convertToElement(from.convertToCanvas(point));
 }

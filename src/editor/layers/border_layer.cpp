@@ -18,6 +18,7 @@ constexpr double kHandleSide = 13;
 constexpr double kAnchorMarkSide = 19;
 constexpr double kOutlineWidth = 2;
 constexpr float kRotationBandWidth = 20;
+constexpr double kLongestMiter = 5 * kOutlineWidth;
 
 // Where the handle of each location stands on the bordered layer, in unit coordinates of its
 // bounds, from the top left on.
@@ -44,27 +45,16 @@ std::unique_ptr<PCBorderLayer> PCBorderLayer::layerWithLayerToBorder(PCLayer& la
     return std::unique_ptr<PCBorderLayer>(new PCBorderLayer(layer));
 }
 
-std::unique_ptr<Layer> PCBorderLayer::handleLayer() {
-    // Ten thousand selected elements share one brush.
-    static const LayerStyle style{.background = QBrush(Qt::white),
-                                  .borderColor = Qt::black,
-                                  .borderWidth = 1,
-                                  .cornerRadius = 2};
-    auto handle = std::make_unique<Layer>();
-    handle->setBounds({0, 0, kHandleSide, kHandleSide});
-    handle->setZPosition(2);
-    handle->setStyle(style);
-    return handle;
-}
-
 PCBorderLayer::PCBorderLayer(PCLayer& layer) : m_borderedLayer(layer) {
-    for (auto& handle : m_handles) {
-        handle = handleLayer();
-        addSublayer(*handle);
+    for (Layer& handle : m_handles) {
+        handle.setBounds({0, 0, kHandleSide, kHandleSide});
+        handle.setZPosition(2);
+        handle.setContentsGravity(ContentsGravity::Center);
+        addSublayer(handle);
     }
     m_anchorPointLayer.setBounds({0, 0, kAnchorMarkSide, kAnchorMarkSide});
     m_anchorPointLayer.setZPosition(3);
-    m_anchorPointLayer.setContents(TweeneryStyle::anchorPointAxisImage());
+    m_anchorPointLayer.setContentsGravity(ContentsGravity::Center);
     m_outline.setZPosition(1);
     m_rotationBand.setZPosition(1);
     addSublayer(m_anchorPointLayer);
@@ -76,7 +66,7 @@ PCBorderLayer::PCBorderLayer(PCLayer& layer) : m_borderedLayer(layer) {
 const Layer& PCBorderLayer::handle(PCBorderLocation location) const {
     assertContract(location >= PCBorderLocationTopLeft && location <= PCBorderLocationBottomRight,
                    u"no handle of a border"_s);
-    return *m_handles[indexOf(location)];
+    return m_handles[indexOf(location)];
 }
 
 // The magnification that the project's preferences remember.
@@ -88,6 +78,7 @@ double PCBorderLayer::zoom() const {
 }
 
 void PCBorderLayer::syncWithBorderedLayer() {
+    showPictures();
     keepPartsAtScreenSize();
     setAnchorPoint(m_borderedLayer.anchorPoint());
     setBounds(m_borderedLayer.bounds());
@@ -95,31 +86,70 @@ void PCBorderLayer::syncWithBorderedLayer() {
     const QPointF place = presented.position + presented.transform.translation;
     const Layer* above = m_borderedLayer.superlayer();
     setPosition(above && superlayer() ? above->convertPointTo(place, superlayer()) : place);
-    placeParts();
+    const Affine fromBordered = fromBorderedLayer();
+    placeParts(fromBordered);
     shapeOutline();
-    shapeRotationBand();
+    shapeRotationBand(fromBordered);
+}
+
+// Thousands of handles share one image, in as many pixels as the screen has for it.
+void PCBorderLayer::showPictures() {
+    const PCElement* element = m_borderedLayer.element();
+    const PCProject* project = element ? element->project() : nullptr;
+    const double scale = project ? project->backingScale() : 1;
+    if (scale == m_pictureScale) { return; }
+    m_pictureScale = scale;
+    const auto show = [scale](Layer& part, const QImage& picture) {
+        part.setContents(picture);
+        part.setContentsScale(scale);
+    };
+    for (Layer& handle : m_handles) {
+        show(handle, TweeneryStyle::handleImage(scale));
+    }
+    show(m_anchorPointLayer, TweeneryStyle::anchorPointAxisImage(scale));
 }
 
 void PCBorderLayer::keepPartsAtScreenSize() {
     const LayerTransform inverse =
         inverseScale(superlayer() ? superlayer()->transform().scale : QPointF(1, 1));
-    for (const auto& handle : m_handles) {
-        handle->setTransform(inverse);
+    for (Layer& handle : m_handles) {
+        handle.setTransform(inverse);
     }
     m_anchorPointLayer.setTransform(inverse);
 }
 
-void PCBorderLayer::placeParts() {
+// One map for all parts: of hundreds of borders in a drag each converts a dozen points. The border
+// itself is neither turned nor scaled.
+Affine PCBorderLayer::fromBorderedLayer() const {
+    Affine toSuper;
+    for (const Layer* layer = &m_borderedLayer; layer && layer != superlayer();
+         layer = layer->superlayer()) {
+        toSuper = toSuper.then(layer->toSuperlayer());
+    }
+    return {toSuper.linear, toSuper.offset - toSuperlayer().offset};
+}
+
+void PCBorderLayer::placeParts(const Affine& fromBordered) {
     const Layer& bordered = m_borderedLayer;
     const double width = bordered.bounds().width();
     const double height = bordered.bounds().height();
     const auto place = [&](QPointF unitPoint) {
-        return bordered.convertPointTo({unitPoint.x() * width, unitPoint.y() * height}, this);
+        return fromBordered.map({unitPoint.x() * width, unitPoint.y() * height});
     };
     for (size_t i = 0; i < kHandleCount; ++i) {
-        m_handles[i]->setPosition(place(kHandlePlaces[i]));
+        m_handles[i].setPosition(place(kHandlePlaces[i]));
     }
     m_anchorPointLayer.setPosition(place(bordered.anchorPoint()));
+}
+
+QRectF PCBorderLayer::drawnRect() const {
+    QRectF rect = m_anchorPointLayer.frame();
+    for (const Layer& handle : m_handles) {
+        rect |= handle.frame();
+    }
+    // The outline's sharp corners reach beyond the handles.
+    const double reach = kLongestMiter / zoom();
+    return toSuperlayer().mapRect(rect.adjusted(-reach, -reach, reach, reach));
 }
 
 QPainterPath PCBorderLayer::quadrilateralOfHandles() const {
@@ -148,7 +178,7 @@ QPointF PCBorderLayer::netScaleOfBorderedLayer() const {
     return scale;
 }
 
-void PCBorderLayer::shapeRotationBand() {
+void PCBorderLayer::shapeRotationBand(const Affine& fromBordered) {
     const float width = kRotationBandWidth / static_cast<float>(zoom());
     const auto marginAt = [width](double netScale) {
         const float scale = std::abs(static_cast<float>(netScale));
@@ -160,11 +190,10 @@ void PCBorderLayer::shapeRotationBand() {
         QRectF(QPointF(), m_borderedLayer.bounds().size()).adjusted(-dx, -dy, dx, dy);
     QPainterPath path;
     path.setFillRule(Qt::OddEvenFill);
-    const Layer& bordered = m_borderedLayer;
-    path.moveTo(bordered.convertPointTo(outer.topLeft(), this));
-    path.lineTo(bordered.convertPointTo(outer.topRight(), this));
-    path.lineTo(bordered.convertPointTo(outer.bottomRight(), this));
-    path.lineTo(bordered.convertPointTo(outer.bottomLeft(), this));
+    path.moveTo(fromBordered.map(outer.topLeft()));
+    path.lineTo(fromBordered.map(outer.topRight()));
+    path.lineTo(fromBordered.map(outer.bottomRight()));
+    path.lineTo(fromBordered.map(outer.bottomLeft()));
     path.closeSubpath();
     path.addPath(quadrilateralOfHandles());
     m_rotationBand.editShape().path = path;
@@ -173,7 +202,7 @@ void PCBorderLayer::shapeRotationBand() {
 PCBorderLocation PCBorderLayer::borderLocationForPoint(QPointF point) const {
     if (!m_borderedLayer.isSelected()) { return PCBorderLocationNone; }
     for (size_t i = 0; i < kHandleCount; ++i) {
-        if (layerContains(*m_handles[i], point)) { return locationOf(i); }
+        if (layerContains(m_handles[i], point)) { return locationOf(i); }
     }
     // What a press on the mark means is settled without the border.
     if (layerContains(m_anchorPointLayer, point)) { return PCBorderLocationNone; }

@@ -36,8 +36,6 @@ class PCBorderLayer : public Layer {
     /// The bordered layer is not owned and outlives the border. The result is up to date, and in no
     /// tree.
     static std::unique_ptr<PCBorderLayer> layerWithLayerToBorder(PCLayer& layer);
-    /// A handle: a white square of 13 points with a dark rim.
-    static std::unique_ptr<Layer> handleLayer();
 
     QColor colorOfBorder() const { return m_outline.shape()->strokeColor; }
     void setColorOfBorder(const QColor& color) { m_outline.editShape().strokeColor = color; }
@@ -45,6 +43,8 @@ class PCBorderLayer : public Layer {
 
     /// Takes over the bordered layer's place, as presented.
     void syncWithBorderedLayer();
+    /// Around all that is drawn of it, in the superlayer's coordinates.
+    QRectF drawnRect() const;
     /// The bordered layer's scale on the canvas, without the canvas's magnification.
     double netXScaleOfBoundedLayer() const { return netScaleOfBorderedLayer().x(); }
     double netYScaleOfBoundedLayer() const { return netScaleOfBorderedLayer().y(); }
@@ -69,18 +69,21 @@ class PCBorderLayer : public Layer {
     static constexpr size_t kHandleCount = 8;
 
     PCLayer& m_borderedLayer;
-    std::array<std::unique_ptr<Layer>, kHandleCount> m_handles;  // by location
+    std::array<Layer, kHandleCount> m_handles;  // by location
     Layer m_anchorPointLayer;
     ShapeLayer m_outline;
     ShapeLayer m_rotationBand;
+    double m_pictureScale = 0;
 
     explicit PCBorderLayer(PCLayer& layer);
     QPointF netScaleOfBorderedLayer() const;
+    Affine fromBorderedLayer() const;
     double zoom() const;
+    void showPictures();
     void keepPartsAtScreenSize();
-    void placeParts();
+    void placeParts(const Affine& fromBordered);
     void shapeOutline();
-    void shapeRotationBand();
+    void shapeRotationBand(const Affine& fromBordered);
     QPainterPath quadrilateralOfHandles() const;
 };
 

@@ -116,7 +116,7 @@ PCEditorLayer::PCEditorLayer()
                                .cornerRadius = 0});
     m_anchorPointLayer.setBounds({0, 0, 19, 19});
     m_anchorPointLayer.setZPosition(39'999);
-    m_anchorPointLayer.setContents(TweeneryStyle::anchorPointImage());
+    m_anchorPointLayer.setContentsGravity(ContentsGravity::Center);
     hideGuides();
 }
 
@@ -166,21 +166,27 @@ PCLayer* PCEditorLayer::layerAtLocationInEditor(QPointF point,
     bool isOnHandle = false;
     for (const PCElement::Ptr& element : currentSelection) {
         PCLayer* layer = PCLayer::of(*element);
-        if (!layer || !layer->containsPoint(convertPointTo(point, layer))) { continue; }
+        if (!layer) { continue; }
+        const bool ownsPoint = layer->borderLayer() && isOnHandleOf(*layer->borderLayer(), point);
+        // An element that is flattened to a line has handles, but no inside.
+        const auto own = pointIn(layer, point);
+        if (!ownsPoint && !(own && layer->containsPoint(*own))) { continue; }
         selected = layer;
-        const PCBorderLayer* border = layer->borderLayer();
-        const PCBorderLocation location =
-            border ? border->borderLocationForPoint(convertPointTo(point, border))
-                   : PCBorderLocationNone;
-        isOnHandle = isOnHandle || location > PCBorderLocationDrag;
+        isOnHandle = isOnHandle || ownsPoint;
     }
     if (selected && (isOnHandle || !isDirect)) { return selected; }
     return layerAtLocationOnEditor(point, isDirect);
 }
 
+bool PCEditorLayer::isOnHandleOf(const PCBorderLayer& border, QPointF point) const {
+    const auto own = pointIn(&border, point);
+    return own && border.borderLocationForPoint(*own) > PCBorderLocationDrag;
+}
+
 PCEditorLocation PCEditorLayer::locationAtPosition(QPointF point, const PCLayer* layer,
                                                    size_t numberOfSelectedElements) const {
     if (!m_canvasLayer) { return PCEditorLocationNone; }
+    m_canvasLayer->updateIfNeeded();
     const auto onMark = m_anchorPointLayer.fromSuperlayer(point);
     const bool marksAnchorPoint = m_showsAnchorPoint || numberOfSelectedElements == 1;
     if (marksAnchorPoint && onMark && m_anchorPointLayer.containsPoint(*onMark)) {
@@ -200,10 +206,12 @@ PCEditorLocation PCEditorLayer::locationAtPosition(QPointF point, const PCLayer*
 }
 
 QPointF PCEditorLayer::convertPointToCanvasFromLayer(QPointF point, const Layer& layer) const {
+    if (m_canvasLayer) { m_canvasLayer->updateIfNeeded(); }
     return layer.convertPointTo(point, m_canvasLayer);
 }
 
 QPointF PCEditorLayer::convertPointFromCanvasToLayer(QPointF point, const Layer& layer) const {
+    if (m_canvasLayer) { m_canvasLayer->updateIfNeeded(); }
     return layer.convertPointFrom(point, m_canvasLayer);
 }
 
@@ -226,6 +234,7 @@ void PCEditorLayer::updateSelectionRect(const QRectF& rect) {
 PCElement::Elements PCEditorLayer::elementsHitInSelectionRect(const QRectF& rect) const {
     PCElement::Elements hit;
     if (!m_canvasLayer || !m_canvasLayer->element()) { return hit; }
+    m_canvasLayer->updateIfNeeded();
     const Quadrilateral marquee = cornersOf(rect.normalized());
     for (const PCElement::Ptr& element : m_canvasLayer->element()->children()) {
         const PCLayer* layer = PCLayer::of(*element);
@@ -309,10 +318,18 @@ void PCEditorLayer::showAxes(bool shows) {
     m_yAxis->setXPosition(bounds().width() / 2);
 }
 
+void PCEditorLayer::showAnchorPointPicture() {
+    const PCProject* project = m_canvasLayer->element()->project();
+    const double scale = project ? project->backingScale() : 1;
+    m_anchorPointLayer.setContents(TweeneryStyle::anchorPointImage(scale));
+    m_anchorPointLayer.setContentsScale(scale);
+}
+
 void PCEditorLayer::refreshBounds(const QRectF& bounds, float magnificationFactor) {
     setBounds(bounds);
     setPosition(superlayer() ? superlayer()->bounds().center() : bounds.center());
     if (!m_canvasLayer || !m_canvasLayer->element()) { return; }
+    showAnchorPointPicture();
     const QSizeF canvasSize = m_canvasLayer->element()->size();
     const auto magnification = static_cast<double>(magnificationFactor);
     const QPointF centre(bounds.width() / 2, bounds.height() / 2);
@@ -322,6 +339,7 @@ void PCEditorLayer::refreshBounds(const QRectF& bounds, float magnificationFacto
     const LayerTransform inverse = inverseScale({magnification, magnification});
     m_verticalSnapGuideline->setTransform(inverse);
     m_horizontalSnapGuideline->setTransform(inverse);
+    m_canvasLayer->repaintEverything();
     m_canvasLayer->setNeedsLayout();
 
     const bool isFramed =

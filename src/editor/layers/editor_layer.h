@@ -116,9 +116,12 @@ class PCEditorLayer : public Layer {
     std::unique_ptr<PCGuideLayer> m_horizontalSnapGuideline;
     Layer m_selectionLayer;
 
+    /// On a handle or the rotation band, at a point of the editor.
+    bool isOnHandleOf(const PCBorderLayer& border, QPointF point) const;
     void canvasLayerGoes();
     void showCanvasFrame(bool shows, QSizeF sizeOnScreen);
     void showAxes(bool shows);
+    void showAnchorPointPicture();
     void setCanvasStyle(const QBrush& background, double cornerRadius);
 };
 

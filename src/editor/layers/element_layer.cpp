@@ -1,11 +1,13 @@
 #include "editor/layers/element_layer.h"
 
+#include <algorithm>
 #include <cmath>
-#include <unordered_map>
 
 #include "base/errors.h"
 #include "editor/layers/editor_layer.h"
+#include "editor/layers/project_layers.h"
 #include "editor/layers/quadrilateral.h"
+#include "editor/layers/screen_image.h"
 #include "editor/layers/timeline_animations.h"
 #include "editor/layers/tweenery_style.h"
 #include "model/project.h"
@@ -22,6 +24,43 @@ QPointF placeOrZero(QPointF place) {
     return std::isnan(place.x()) || std::isnan(place.y()) ? QPointF() : place;
 }
 
+// The operators of these types compare with some room.
+bool same(QPointF a, QPointF b) {
+    return a.x() == b.x() && a.y() == b.y();
+}
+
+bool same(const QRectF& a, const QRectF& b) {
+    return a.x() == b.x() && a.y() == b.y() && a.width() == b.width() && a.height() == b.height();
+}
+
+bool same(const LayerTransform& a, const LayerTransform& b) {
+    return same(a.scale, b.scale) && a.rotation == b.rotation && same(a.translation, b.translation);
+}
+
+// Copies a value into a layer that has another one; says whether it did.
+template <typename Value>
+bool copy(const Value& value, const Value& shown, Layer& layer,
+          void (Layer::*set)(const Value& value)) {
+    if (same(value, shown)) { return false; }
+    (layer.*set)(value);
+    return true;
+}
+
+bool copyPlace(Layer& layer, QPointF position, QPointF anchorPoint) {
+    if (same(position, layer.position()) && same(anchorPoint, layer.anchorPoint())) {
+        return false;
+    }
+    layer.setPosition(position);
+    layer.setAnchorPoint(anchorPoint);
+    return true;
+}
+
+bool copyOpacity(Layer& layer, double opacity) {
+    if (opacity == layer.opacity()) { return false; }
+    layer.setOpacity(opacity);
+    return true;
+}
+
 // The artwork of one pixel a point; null when there is none that can be read.
 QImage artworkOf(const PCElement& element) {
     PCProject* project = element.project();
@@ -32,14 +71,20 @@ QImage artworkOf(const PCElement& element) {
     } catch (const InputError&) { return {}; }
 }
 
-}  // namespace
-
-PCLayer::PCLayer() {
-    setContentsGravity(ContentsGravity::Center);
+// Calls `visit` for the layer and all element layers below it.
+template <typename Visit>
+void forEachFrom(PCLayer& layer, const Visit& visit) {
+    visit(layer);
+    for (Layer* sublayer : layer.sublayers()) {
+        if (auto* below = dynamic_cast<PCLayer*>(sublayer)) { forEachFrom(*below, visit); }
+    }
 }
+
+}  // namespace
 
 PCLayer::~PCLayer() {
     if (m_editor) { m_editor->canvasLayerGoes(); }
+    if (ProjectLayers* layers = m_layers.get()) { layers->layerGoes(*this); }
 }
 
 PCLayer* PCLayer::of(const PCElement& element) {
@@ -55,142 +100,96 @@ PCLayer* PCLayer::canvasLayer() const {
     return project && project->canvas() ? of(*project->canvas()) : nullptr;
 }
 
+void PCLayer::updateIfNeeded() const {
+    if (ProjectLayers* layers = m_layers.get()) { layers->update(); }
+}
+
 void PCLayer::setElement(PCElement* element) {
     m_element = element;
-    if (!element) { return; }
-    if (element->isCanvas()) {
-        syncBoundsWithModel();
-    } else {
-        syncWithModel();
+    if (element) { elementDidChange(); }
+}
+
+void PCLayer::elementDidChange() {
+    if (m_isStale) { return; }
+    if (ProjectLayers* layers = m_layers.get()) { layers->layerIsStale(*this); }
+}
+
+void PCLayer::repaintEverything() {
+    if (ProjectLayers* layers = m_layers.get()) { layers->repaintEverything(); }
+}
+
+void PCLayer::childrenDidChange() {
+    m_stackingIsStale = true;
+    elementDidChange();
+}
+
+// Copying the model.
+
+bool PCLayer::copyElement(EditTime time) {
+    const PCElement& element = *m_element;
+    QPointF position = element.position();
+    LayerTransform transform{element.scale(), element.zRotation(), {}};
+    double opacity = element.opacity();
+    const QString* image = &element.imageName();
+    if (!time.isSetup()) {
+        const ElementValues values = element.valuesAtTimeInMS(time.timeInMS());
+        position = placeOrZero(position + values.translation);
+        transform = {values.scale, static_cast<double>(values.rotation), {}};
+        opacity = static_cast<double>(values.opacity);
+        image = values.image;
     }
+    bool changed = copyPlace(*this, position, element.anchorPoint());
+    changed |= copy({QPointF(), element.size()}, bounds(), *this, &Layer::setBounds);
+    changed |= copy(transform, this->transform(), *this, &Layer::setTransform);
+    changed |= copyOpacity(*this, element.hidden() ? 0 : opacity);
+    changed |= copyImage(*image);
+    return changed;
 }
 
-// Setup state.
-
-void PCLayer::syncWithModel() {
-    if (!m_element || isCanvasLayer()) { return; }
-    setZPosition(0);
-    setBounds({QPointF(), m_element->size()});
-    setPosition(m_element->position());
-    setAnchorPoint(m_element->anchorPoint());
-    setTransform({m_element->scale(), m_element->zRotation(), {}});
-    syncHiddenWithModel();
-    syncContentsWithModel();
+// Its place on the screen is the editor's business; the element's own does not take part.
+bool PCLayer::copyCanvas() {
+    return copy({QPointF(), m_element->size()}, bounds(), *this, &Layer::setBounds);
 }
 
-void PCLayer::syncBoundsWithModel() {
-    setBounds({QPointF(), m_element->size()});
-    syncBorder();
-}
-
-void PCLayer::syncPositionWithModel() {
-    setPosition(m_element->position());
-    syncBorder();
-}
-
-void PCLayer::syncTransformsWithModel() {
-    setTransform({m_element->scale(), m_element->zRotation(), {}});
-    setAnchorPoint(m_element->anchorPoint());
-    syncBorder();
-}
-
-void PCLayer::syncAnchorPointWithModel() {
-    setAnchorPoint(m_element->anchorPoint());
-    setPosition(m_element->position());
-    syncBorder();
-}
-
-void PCLayer::syncOpacityWithModel() {
-    setOpacity(m_element->opacity());
-}
-
-void PCLayer::syncHiddenWithModel() {
-    setOpacity(m_element->hidden() ? 0 : m_element->opacity());
-}
-
-void PCLayer::syncContentsWithModel() {
-    PCProject* project = m_element->project();
-    const auto set =
-        project ? project->imageSetManager().imageSetWithName(m_element->imageName()) : nullptr;
-    if (set) {
-        const double scale = set->has2XArtwork() ? project->backingScale() : 1;
-        showImage(m_element->imageName(), scale);
-        setContentsScale(scale);
-    } else {
-        showImage({}, 1);
-    }
-    syncBorder();
-}
-
-void PCLayer::showImage(const QString& name, double backingScale) {
-    PCProject* project = m_element->project();
-    const uint64_t revision = project ? project->imageSetManager().revision() : 0;
+bool PCLayer::copyImage(const QString& name) {
+    PCProject& project = *m_element->project();
+    const ShownImage image{name, project.backingScale(), project.imageSetManager().revision(),
+                           true};
     ShownImage& shown = m_shownImage;
-    if (shown.isKnown && shown.revision == revision && shown.backingScale == backingScale &&
-        shown.name == name) {
-        return;
+    if (shown.isKnown && shown.revision == image.revision &&
+        shown.backingScale == image.backingScale && shown.name == image.name) {
+        return false;
     }
-    shown = {name, backingScale, revision, true};
-    try {
-        setContents(project && !name.isEmpty()
-                        ? project->imageSetManager().imageWithName(name, backingScale)
-                        : QImage());
-    } catch (const InputError&) { setContents({}); }
+    shown = image;
+    const ScreenImage onScreen = screenImageWithName(project, name);
+    if (onScreen.image.cacheKey() == contents().cacheKey() && onScreen.scale == contentsScale()) {
+        return false;
+    }
+    setContents(onScreen.image);
+    setContentsScale(onScreen.scale);
+    return true;
 }
 
-// State at a time.
-
-void PCLayer::syncWithModelAtTimeInMS(int32_t timeInMS) {
-    if (!m_element || isCanvasLayer()) { return; }
-    PCProject* project = m_element->project();
-    if (!project || project->isSetupMode()) { return; }
-    const ElementValues values = m_element->valuesAtTimeInMS(std::max(timeInMS, 0));
-    setTransform({values.scale, static_cast<double>(values.rotation), {}});
-    setPosition(placeOrZero(m_element->position() + values.translation));
-    if (!m_element->isGroup()) { showImage(*values.image, project->backingScale()); }
-    setOpacity(m_element->hidden() ? 0 : static_cast<double>(values.opacity));
-    syncBorder();
-}
-
-void PCLayer::syncHiddenWithModelAtTimeInMS(int32_t timeInMS) {
-    setOpacity(m_element->hidden()
-                   ? 0
-                   : static_cast<double>(m_element->opacityAtTimeInMS(std::max(timeInMS, 0))));
-}
-
-void PCLayer::syncZIndexWithModelAtTimeInMS(int32_t timeInMS) {
-    if (!m_element || isCanvasLayer() || !m_element->parentElement()) { return; }
-    const auto timeline = m_element->parentElement()->childrenZPositionsTimeline();
-    if (!timeline) { return; }
-    const auto place = timeline->arrayValueAtTimeInMS(std::max(timeInMS, 0))
-                           .indexOf(m_element->identifier().toString());
-    setZPosition(place < 0 ? m_element->index() : static_cast<double>(place));
+std::optional<QStringList> PCLayer::stackingAt(EditTime time) const {
+    if (time.isSetup()) { return std::nullopt; }
+    const auto timeline = m_element->childrenZPositionsTimeline();
+    const bool isKeyed = timeline && !timeline->isEmpty();
+    return isKeyed ? timeline->arrayValueAtTimeInMS(time.timeInMS()) : QStringList();
 }
 
 // Border.
 
-void PCLayer::syncBorder() {
-    if (m_borderLayer) { m_borderLayer->syncWithBorderedLayer(); }
-    // The borders of elements within a group follow before the next drawing.
-    if (sublayers().empty()) { return; }
-    if (PCLayer* canvas = canvasLayer()) { canvas->setNeedsLayout(); }
-}
-
 void PCLayer::layoutSublayers() {
-    if (!isCanvasLayer()) { return; }
-    for (Layer* sublayer : sublayers()) {
-        if (auto* border = dynamic_cast<PCBorderLayer*>(sublayer)) {
-            border->syncWithBorderedLayer();
-        }
-    }
+    updateIfNeeded();
 }
 
 void PCLayer::setSelected(bool selected) {
+    const bool hadBorder = m_borderLayer != nullptr;
     m_selected = selected;
-    if (!m_element) { return; }
-    setPosition(m_element->position());
     m_borderLayer.reset();
-    if (selected) { showBorder(); }
+    if (selected && m_element) { showBorder(); }
+    if (hadBorder == selected) { return; }
+    if (ProjectLayers* layers = m_layers.get()) { layers->borderDidChange(*this); }
 }
 
 void PCLayer::showBorder() {
@@ -203,25 +202,55 @@ void PCLayer::showBorder() {
     if (PCLayer* canvas = canvasLayer()) {
         canvas->addSublayer(static_cast<Layer&>(*m_borderLayer));
     }
-    m_borderLayer->syncWithBorderedLayer();
 }
 
 // Tree.
 
 void PCLayer::addSublayer(ElementViewLayer& sublayer) {
-    if (auto* layer = dynamic_cast<PCLayer*>(&sublayer)) { Layer::addSublayer(*layer); }
+    insertSublayer(sublayer, UINT32_MAX);
 }
 
 void PCLayer::insertSublayer(ElementViewLayer& sublayer, uint32_t index) {
-    if (auto* layer = dynamic_cast<PCLayer*>(&sublayer)) { Layer::insertSublayer(*layer, index); }
+    auto* layer = dynamic_cast<PCLayer*>(&sublayer);
+    if (!layer) { return; }
+    Layer::insertSublayer(*layer, index);
+    layer->adopt(m_layers);
+    childrenDidChange();
+}
+
+// What was changed while it was in no tree, or shown by others, is copied now.
+void PCLayer::adopt(const WeakRef<ProjectLayers>& layers) {
+    forEachFrom(*this, [this, &layers](PCLayer& layer) {
+        if (ProjectLayers* others = layer.m_layers.get(); others != layers.get()) {
+            if (others) { others->layerGoes(layer); }
+            layer.m_layers = layers;
+            layer.m_isStale = false;
+        }
+        layer.m_stackingIsStale = true;
+        layer.m_needsPlacing = true;
+        layer.elementDidChange();
+        PCLayer* canvas = layer.m_borderLayer ? canvasLayer() : nullptr;
+        if (canvas) { canvas->addSublayer(static_cast<Layer&>(*layer.m_borderLayer)); }
+    });
 }
 
 void PCLayer::removeFromSuperlayer() {
-    if (m_borderLayer) { m_borderLayer->removeFromSuperlayer(); }
+    ProjectLayers* layers = m_layers.get();
+    forEachFrom(*this, [layers](PCLayer& layer) {
+        if (layer.m_borderLayer) { layer.m_borderLayer->removeFromSuperlayer(); }
+        if (layers) { layers->layerLeavesTree(layer); }
+    });
+    if (auto* parent = dynamic_cast<PCLayer*>(superlayer())) { parent->childrenDidChange(); }
     Layer::removeFromSuperlayer();
 }
 
 // Animations.
+
+void PCLayer::removeAllAnimations() {
+    if (!isAnimated()) { return; }
+    Layer::removeAllAnimations();
+    repaintEverything();
+}
 
 void PCLayer::addAnimationForProperty(PCPropertyType type) {
     assertContract(elementTimelineSlot(type) >= 0,
@@ -281,61 +310,6 @@ bool PCLayer::containsPoint(QPointF point) const {
                            const auto own = layer ? layer->fromSuperlayer(point) : std::nullopt;
                            return own && layer->containsPoint(*own);
                        });
-}
-
-// All layers.
-
-PCLayerFactory& PCLayerFactory::shared() {
-    static PCLayerFactory factory;
-    return factory;
-}
-
-namespace {
-
-template <typename Sync>
-void syncBelow(PCElement& element, const Sync& sync) {
-    for (const PCElement::Ptr& child : element.children()) {
-        if (PCLayer* layer = PCLayer::of(*child)) { sync(*layer); }
-        syncBelow(*child, sync);
-    }
-}
-
-// Gives the children their places in the stored order; those that it does not name keep their own.
-void stackChildren(PCElement& parent, const QStringList& order) {
-    std::unordered_map<Identifier, int> placeOf;
-    for (int place = 0; place < static_cast<int>(order.size()); ++place) {
-        placeOf.emplace(Identifier(order[place]), place);
-    }
-    int index = 0;
-    for (const PCElement::Ptr& child : parent.children()) {
-        const auto found = placeOf.find(child->identifier());
-        PCLayer* layer = PCLayer::of(*child);
-        if (layer) { layer->setZPosition(found == placeOf.end() ? index : found->second); }
-        ++index;
-    }
-}
-
-void stackBelow(PCElement& parent, int32_t timeInMS) {
-    if (parent.children().empty()) { return; }
-    const auto timeline = parent.childrenZPositionsTimeline();
-    const bool isKeyed = timeline && !timeline->isEmpty();
-    stackChildren(parent, isKeyed ? timeline->arrayValueAtTimeInMS(timeInMS) : QStringList());
-    for (const PCElement::Ptr& child : parent.children()) {
-        stackBelow(*child, timeInMS);
-    }
-}
-
-}  // namespace
-
-void syncLayersWithModel(PCProject& project) {
-    syncBelow(*project.canvas(), [](PCLayer& layer) { layer.syncWithModel(); });
-}
-
-void syncLayersWithModelAtTimeInMS(PCProject& project, int32_t timeInMS) {
-    if (project.isSetupMode()) { return; }
-    syncBelow(*project.canvas(),
-              [timeInMS](PCLayer& layer) { layer.syncWithModelAtTimeInMS(timeInMS); });
-    stackBelow(*project.canvas(), std::max(timeInMS, 0));
 }
 
 }  // namespace tweenery

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <QStringList>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
+#include "base/weak_ref.h"
 #include "editor/layers/border_layer.h"
+#include "model/edit_time.h"
 #include "model/element.h"
 #include "model/view_layer.h"
 #include "scene/layer.h"
@@ -11,13 +15,17 @@
 namespace tweenery {
 
 class PCEditorLayer;
+class ProjectLayers;
 
 /// The layer that draws one element: a copy of the element's state, in setup or at a time. The
 /// layers of an element's children are its sublayers, so that groups carry them along. An element
-/// that is hidden shows as opacity 0. Owned by its element.
+/// that is hidden shows as opacity 0. Owned by its element; ProjectLayers makes it and says when it
+/// copies.
 class PCLayer : public Layer, public ElementViewLayer {
  public:
-    PCLayer();
+    explicit PCLayer(const std::shared_ptr<ProjectLayers>& layers) : m_layers(layers) {
+        setContentsGravity(ContentsGravity::Center);
+    }
     ~PCLayer() override;
 
     /// The layer of an element; null for an element made without a screen.
@@ -27,35 +35,23 @@ class PCLayer : public Layer, public ElementViewLayer {
     bool isSelected() const { return m_selected; }
     /// The selection border, a sublayer of the canvas's layer; null unless selected.
     PCBorderLayer* borderLayer() const { return m_borderLayer.get(); }
+    /// Brings all layers of the project up to date, where one waits for it. Whoever asks a layer
+    /// for its geometry amid edits calls it first.
+    void updateIfNeeded() const;
 
-    // What the model asks for. Nothing of it changes the model.
+    // What the model tells. Nothing of it changes the model; what it says is copied at the next
+    // update of the project's layers.
 
     void setElement(PCElement* element) override;
-    void syncPositionWithModel() override;
-    void syncTransformsWithModel() override;
-    void syncAnchorPointWithModel() override;
-    /// Shows a hidden element until the next syncHiddenWithModel().
-    void syncOpacityWithModel() override;
-    void syncBoundsWithModel() override;
-    /// An image that cannot be read, or that no set has, shows nothing.
-    void syncContentsWithModel() override;
-    void syncHiddenWithModel() override;
-    void syncHiddenWithModelAtTimeInMS(int32_t timeInMS);
-    /// The setup state. Nothing happens on the canvas's layer, here and in the two that follow.
-    void syncWithModel() override;
-    /// The state at a time; below 0 counts as 0. Nothing happens in setup mode.
-    void syncWithModelAtTimeInMS(int32_t timeInMS) override;
-    /// The element's place in its parent's children order at the time. Whoever syncs all layers
-    /// uses syncLayersWithModelAtTimeInMS(), which reads each order once.
-    void syncZIndexWithModelAtTimeInMS(int32_t timeInMS);
+    void elementDidChange() override;
     void setSelected(bool selected) override;
     using Layer::addSublayer;
     using Layer::insertSublayer;
     void addSublayer(ElementViewLayer& sublayer) override;
     void insertSublayer(ElementViewLayer& sublayer, uint32_t index) override;
-    /// The border goes too.
+    /// The borders of the element and of those below it go too.
     void removeFromSuperlayer() override;
-    void removeAllAnimations() override { Layer::removeAllAnimations(); }
+    void removeAllAnimations() override;
 
     /// Puts the element's timeline of that type on this layer as an animation, under the type's key
     /// path, in place of the one there. An empty timeline leaves none. Playback has keys of its
@@ -71,12 +67,13 @@ class PCLayer : public Layer, public ElementViewLayer {
     bool containsPoint(QPointF point) const override;
 
  protected:
-    /// The canvas's layer brings the borders up to date.
+    /// The canvas's layer brings all others up to date.
     void layoutSublayers() override;
     bool coversPoint(QPointF point) const override;
 
  private:
     friend class PCEditorLayer;
+    friend class ProjectLayers;
 
     // The image that the contents show, to tell whether they are up to date.
     struct ShownImage {
@@ -87,31 +84,38 @@ class PCLayer : public Layer, public ElementViewLayer {
     };
 
     PCElement* m_element = nullptr;
-    bool m_selected = false;
+    WeakRef<ProjectLayers> m_layers;  // null once nobody shows the project any more
     std::unique_ptr<PCBorderLayer> m_borderLayer;
     ShownImage m_shownImage;
+    // The stored order by which the children stand; empty: their own; nothing: setup, where the
+    // order of the layers decides.
+    std::optional<QStringList> m_stackedBy;
     PCEditorLayer* m_editor = nullptr;  // of the canvas's layer
+
+    // Kept by ProjectLayers: areas of the canvas that were reported as painted, and what waits.
+    QRectF m_painted;
+    QRectF m_paintedBorder;
+    size_t m_placeAmongStale = 0;
+    bool m_isStale = false;
+    bool m_stackingIsStale = false;
+    bool m_needsPlacing = false;  // whatever is copied: it is new here, or its border is
+    bool m_hasChanged = false;
+    bool m_selected = false;
 
     bool isCanvasLayer() const;
     PCLayer* canvasLayer() const;
-    void showImage(const QString& name, double backingScale);
-    void syncBorder();
+    void childrenDidChange();
+    void repaintEverything();
+    void adopt(const WeakRef<ProjectLayers>& layers);
+    /// Each returns whether anything looks different.
+    bool copyElement(EditTime time);
+    bool copyCanvas();
+    bool copyImage(const QString& name);
+    /// The stored order of the children at the time; see m_stackedBy.
+    std::optional<QStringList> stackingAt(EditTime time) const;
     void showBorder();
     bool isOwnedByBorder(QPointF point) const;
     bool imageCovers(QPointF point) const;
 };
-
-/// Gives each element of a project a PCLayer.
-class PCLayerFactory : public ElementViewLayerFactory {
- public:
-    /// The one factory; it has no state.
-    static PCLayerFactory& shared();
-    std::unique_ptr<ElementViewLayer> layer() override { return std::make_unique<PCLayer>(); }
-};
-
-/// The setup state in every layer of a project.
-void syncLayersWithModel(PCProject& project);
-/// The state and the stacking at a time in every layer; nothing in setup mode.
-void syncLayersWithModelAtTimeInMS(PCProject& project, int32_t timeInMS);
 
 }  // namespace tweenery

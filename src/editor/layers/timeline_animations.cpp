@@ -156,25 +156,24 @@ KeyframeAnimation TimelineAnimations::imageAnimation(const Timeline& timeline,
     const std::vector<Entry> entries = entriesOf(timeline);
     KeyframeAnimation animation = animationWithEntries(timeline, LayerProperty::Contents, entries);
     animation.images.reserve(entries.size());
+    animation.imageScales.reserve(entries.size());
     for (const Entry& entry : entries) {
-        animation.images.push_back(
+        const ScreenImage& shown =
             imageWithName(entry.keyframe == kSetup
                               ? element.imageName()
-                              : stringOfValue(timeline.storedValueOfKeyframe(entry.keyframe))));
+                              : stringOfValue(timeline.storedValueOfKeyframe(entry.keyframe)));
+        animation.images.push_back(shown.image);
+        animation.imageScales.push_back(shown.scale);
     }
     return animation;
 }
 
-QImage TimelineAnimations::imageWithName(const QString& name) {
-    const auto known = m_images.constFind(name);
-    if (known != m_images.constEnd()) { return *known; }
-    QImage image;
-    try {
-        image = m_project.imageSetManager().imageWithName(name, m_project.backingScale());
-    } catch (const InputError&) {
-        // Shows nothing, as on a layer that stands still.
+const ScreenImage& TimelineAnimations::imageWithName(const QString& name) {
+    auto known = m_images.find(name);
+    if (known == m_images.end()) {
+        known = m_images.insert(name, screenImageWithName(m_project, name));
     }
-    return *m_images.insert(name, image);
+    return *known;
 }
 
 QString TimelineAnimations::animationKeyForTimelineOnAnimationName(const Timeline& timeline,

@@ -1,13 +1,13 @@
 #pragma once
 
 #include <QHash>
-#include <QImage>
 #include <QString>
 #include <cstdint>
 #include <optional>
 #include <unordered_map>
 #include <vector>
 
+#include "editor/layers/screen_image.h"
 #include "model/keyed_property_timeline.h"
 #include "scene/keyframe_animation.h"
 
@@ -42,7 +42,7 @@ class TimelineAnimations {
     using PlacesOfChildren = QHash<QString, std::vector<double>>;
 
     PCProject& m_project;
-    QHash<QString, QImage> m_images;
+    QHash<QString, ScreenImage> m_images;
     std::unordered_map<const PCElement*, PlacesOfChildren> m_placesByParent;
 
     std::optional<KeyframeAnimation> ownAnimation(const Timeline& timeline,
@@ -50,7 +50,7 @@ class TimelineAnimations {
     std::optional<KeyframeAnimation> stackingAnimation(const PCElement& element);
     KeyframeAnimation imageAnimation(const Timeline& timeline, const PCElement& element);
     const PlacesOfChildren& placesOfChildren(const PCElement& parent, const Timeline& order);
-    QImage imageWithName(const QString& name);
+    const ScreenImage& imageWithName(const QString& name);
 };
 
 }  // namespace tweenery

@@ -45,10 +45,16 @@ inline QColor keyedBorderColor() {
 
 /// The texture "checkerboard" that shows where the canvas is transparent.
 const QImage& canvasPattern();
+
+// Pictures that keep their size on the screen, with `scale` pixels for each of its points. Each is
+// drawn once, with its middle in the middle of the image.
+
 /// The marker "anchor_point" of the one selected element's anchor point, which can be dragged.
-const QImage& anchorPointImage();
+QImage anchorPointImage(double scale);
 /// The marker "anchor_point_axis" within a selection border.
-const QImage& anchorPointAxisImage();
+QImage anchorPointAxisImage(double scale);
+/// A handle of a selection border: a white square of 13 points with a black rim.
+QImage handleImage(double scale);
 
 }  // namespace TweeneryStyle
 }  // namespace tweenery

@@ -9,11 +9,16 @@
 namespace tweenery {
 
 Playback::Playback(const std::shared_ptr<PCProject>& project, PCProjectTimeManager& timeManager,
-                   PCElementSelectionManager& selectionManager)
-    : m_project(project), m_timeManager(timeManager), m_selectionManager(selectionManager) {
+                   PCElementSelectionManager& selectionManager,
+                   std::shared_ptr<ProjectLayers> layers)
+    : m_project(project),
+      m_timeManager(timeManager),
+      m_selectionManager(selectionManager),
+      m_layers(std::move(layers)) {
     m_subscriptions = {m_timeManager.addPlayheadTimeListener(this),
                        m_timeManager.addPlaybackStateListener(this),
                        project->animationsManager().addChangeListener(this)};
+    show(EditTime::at(m_timeManager.playheadPositionInMS()));
 }
 
 void Playback::togglePlayPause() {
@@ -34,18 +39,18 @@ void Playback::restoreSelection() {
         return !project || project->elementForIdentifier(element->identifier()) != element;
     });
     m_selectionManager.selectElements(elements);
-    // A layer that is selected goes to its setup position.
-    syncLayersAtTimeInMS(m_timeManager.playheadPositionInMS());
 }
 
 void Playback::timeManagerDidChangePlaybackState(PCProjectTimeManager& manager) {
     const auto project = m_project.lock();
     if (!project) { return; }
     if (manager.isPlayingBack()) {
+        show(EditTime::setup());
         attachAnimations(*project);
+        if (m_layers) { m_layers->repaintEverything(); }
     } else {
         removeAnimations();
-        syncLayersWithModelAtTimeInMS(*project, manager.playheadPositionInMS());
+        show(EditTime::at(manager.playheadPositionInMS()));
     }
 }
 
@@ -57,7 +62,6 @@ void Playback::attachAnimations(PCProject& project) {
         const PCElement::Ptr element = project.elementForIdentifier(identifier);
         PCLayer* layer = element ? PCLayer::of(*element) : nullptr;
         if (!layer) { continue; }
-        layer->syncWithModel();
         m_animatedElements.push_back(element);
         for (const PCKeyedPropertyTimeline::Ptr& timeline : group->allTimelines()) {
             // A hidden element is a layer of opacity 0, and stays one.
@@ -80,32 +84,24 @@ void Playback::removeAnimations() {
 }
 
 void Playback::timeManagerDidUpdatePlayhead(PCProjectTimeManager& manager) {
-    if (!manager.isPlayingBack()) { syncLayersAtTimeInMS(manager.playheadPositionInMS()); }
+    if (!manager.isPlayingBack()) { show(EditTime::at(manager.playheadPositionInMS())); }
 }
 
 void Playback::timeManagerDidUpdateSkimPlayhead(PCProjectTimeManager& manager) {
-    if (!manager.isPlayingBack()) { syncLayersAtTimeInMS(manager.skimPositionInMS()); }
+    if (!manager.isPlayingBack()) { show(EditTime::at(manager.skimPositionInMS())); }
 }
 
-void Playback::syncLayersAtTimeInMS(int32_t timeInMS) {
-    if (const auto project = m_project.lock()) {
-        syncLayersWithModelAtTimeInMS(*project, timeInMS);
-    }
+void Playback::show(EditTime time) {
+    if (m_layers) { m_layers->show(time); }
 }
 
 void Playback::animationManagerDidSelectAnimation(PCAnimationsManager&, const PCAnimation::Ptr&) {
-    const auto project = m_project.lock();
-    if (!project) { return; }
     m_selectionManager.deselectAllElements();
     if (m_timeManager.isPlayingBack()) {
         m_timeManager.setPlayback(false);
         m_selectionBeforePlayback.clear();
     }
-    if (project->isSetupMode()) {
-        syncLayersWithModel(*project);
-    } else {
-        syncLayersWithModelAtTimeInMS(*project, m_timeManager.playheadPositionInMS());
-    }
+    show(EditTime::at(m_timeManager.playheadPositionInMS()));
 }
 
 }  // namespace tweenery

@@ -95,6 +95,8 @@ void PCProjectTimeManager::setPlayback(bool playback) {
 void PCProjectTimeManager::startPlayback() {
     m_playbackStartTimeInMS = m_playheadPositionInMS;
     m_playbackStartMediaTimeInSeconds = m_clock.now();
+    // The layers may stand at the skim playhead.
+    scrubToTimeInMS(m_playheadPositionInMS);
     if (m_displaylinkAdapter) { m_displaylinkAdapter->setPaused(false); }
 }
 

@@ -5,7 +5,7 @@
 #include <future>
 
 #include "editor/canvas/event_anchor_point.h"
-#include "editor/layer_scene.h"
+#include "editor/editor_scene.h"
 
 namespace tweenery::test {
 namespace {
@@ -26,7 +26,7 @@ class SelectionCounter : public PCElementSelectionManagerListener {
 };
 
 TEST(CanvasPicture, IsThatOfTheCanvasUnselectedAtActualSize) {
-    LayerScene scene({120, 90});
+    EditorScene scene({120, 90});
     EventAnchorPoint anchor(scene.project, scene.selection, scene.editor);
     scene.addPicture(scene.canvas, u"a"_s,
                      {.position = {30, 40}, .rotation = 0.4, .size = {30, 20}});
@@ -51,7 +51,7 @@ TEST(CanvasPicture, IsThatOfTheCanvasUnselectedAtActualSize) {
 
 // It is a picture of the moment at which it was taken.
 TEST(CanvasPicture, IsPaintedByAnotherThreadWhileTheProjectIsEdited) {
-    LayerScene scene({120, 90});
+    EditorScene scene({120, 90});
     scene.addPicture(scene.canvas, u"a"_s, {.position = {30, 40}, .size = {30, 20}});
     const QImage expected = scene.editor.imageRepresentation();
     const CanvasPicture picture(scene.editor, {});

@@ -4,7 +4,7 @@
 
 #include <QtMath>
 
-#include "editor/layer_scene.h"
+#include "editor/editor_scene.h"
 
 namespace tweenery::test {
 namespace {
@@ -75,7 +75,7 @@ TEST(CursorChoice, MeasuresTheAngleFromTheVertical) {
 }
 
 TEST(CursorChoice, FollowsThePointerOverTheCanvas) {
-    LayerScene scene;
+    EditorScene scene;
     scene.addPicture(
         scene.canvas, u"box"_s,
         {.position = {200, 200}, .rotation = qDegreesToRadians(30.0), .size = {100, 60}});
@@ -109,7 +109,7 @@ TEST(CursorChoice, FollowsThePointerOverTheCanvas) {
     selectNewAnimation(*scene.project, u"Turn"_s);
     box->setZRotation(static_cast<float>(qDegreesToRadians(90.0)), 500);
     scene.select({u"box"_s});
-    syncLayersWithModelAtTimeInMS(*scene.project, 500);
+    scene.layers->show(EditTime::at(500));
     scene.editor.layoutIfNeeded();
     // Where its side is now, turned by a quarter in 32 bits.
     EXPECT_EQ(at({200, 254}).substr(0, 25), "cursor_transform @ 269.99");

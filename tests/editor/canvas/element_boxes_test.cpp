@@ -5,7 +5,7 @@
 #include <QtMath>
 #include <random>
 
-#include "editor/layer_scene.h"
+#include "editor/editor_scene.h"
 
 namespace tweenery::test {
 namespace {
@@ -21,7 +21,7 @@ void expectNear(const std::optional<QRectF>& actual, const QRectF& expected) {
 }
 
 TEST(ElementBoxes, EncloseTheFrames) {
-    LayerScene scene;
+    EditorScene scene;
     const double quarter = qDegreesToRadians(90.0);
     addElement(scene.canvas, u"plain"_s, {.position = {100, 50}, .size = {40, 20}});
     addElement(scene.canvas, u"turned"_s,
@@ -68,7 +68,7 @@ TEST(ElementBoxes, AreWhatIsShownAtEachTime) {
                     .size = {number(5, 90), number(5, 90)},
                     .anchor = {number(-1, 2), number(0, 1)}};
     };
-    LayerScene scene;
+    EditorScene scene;
     PCElement::Elements all;
     PCElement::Ptr parent = scene.canvas;
     for (int depth = 0; depth < 4; ++depth) {
@@ -95,7 +95,7 @@ TEST(ElementBoxes, AreWhatIsShownAtEachTime) {
         }
     }
     for (const int time : {0, 130, 700, 5000}) {
-        syncLayersWithModelAtTimeInMS(*scene.project, time);
+        scene.layers->show(EditTime::at(time));
         check(EditTime::at(time));
     }
 }

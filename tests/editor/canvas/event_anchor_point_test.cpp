@@ -2,14 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include "editor/layer_scene.h"
+#include "editor/editor_scene.h"
 
 namespace tweenery::test {
 namespace {
 
 using namespace Qt::StringLiterals;
 
-struct AnchorScene : LayerScene {
+struct AnchorScene : EditorScene {
     PCElement::Ptr a = addElement(canvas, u"a"_s, {.position = {100, 200}, .size = {20, 40}});
     PCElement::Ptr b = addElement(canvas, u"b"_s, {.position = {300, 400}});
     EventAnchorPoint anchor{project, selection, editor};
@@ -50,11 +50,11 @@ TEST(EventAnchorPoint, GoesByWhatIsShownInAnAnimation) {
     AnchorScene scene;
     selectNewAnimation(*scene.project, u"Move"_s);
     scene.a->setTranslation({50, -20}, 300);
-    syncLayersWithModelAtTimeInMS(*scene.project, 300);
+    scene.layers->show(EditTime::at(300));
     scene.select({u"a"_s});
     EXPECT_FALSE(scene.showsRing());
     EXPECT_TRUE(scene.hasAxis(u"a"_s));
-    syncLayersWithModelAtTimeInMS(*scene.project, 300);
+    scene.layers->show(EditTime::at(300));
     scene.anchor.updateAdditiveAnchorPointLocation();
     EXPECT_EQ(scene.point(), QPointF(150, 180));
 }

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "base/errors.h"
+#include "editor/editor_scene.h"
 #include "support/model_builder.h"
 #include "support/scripted_ports.h"
 
@@ -153,6 +154,27 @@ TEST_F(PasteboardCommands, BringTheTimelinesAlong) {
     project->animationsManager().setSelectedAnimation(animation);
     EXPECT_EQ(keysText(*pasted[0]->opacityTimeline()), "10:0.5");
     EXPECT_EQ(keysText(*pasted[0]->children()[1]->opacityTimeline()), "100:0.25");
+}
+
+TEST(PasteOnAScreen, LayersShowThePlayheadsTime) {
+    EditorScene scene;
+    MemoryPasteboard pasteboard;
+    addImageSet(*scene.project, u"setup.png"_s, Qt::red);
+    addImageSet(*scene.project, u"keyed.png"_s, Qt::blue);
+    const auto source = addElement(scene.canvas, u"A"_s, {.position = {30, 40}});
+    source->setImageName(u"setup.png"_s);
+    selectNewAnimation(*scene.project, u"Move"_s);
+    source->setTranslation({100, 0}, 500);
+    source->setImageContents(u"keyed.png"_s, 500);
+    scene.layers->show(EditTime::at(500));
+    scene.select({u"A"_s});
+    copySelectedElements(*scene.project, scene.selection, pasteboard);
+    const auto pasted = pasteElements(*scene.project, scene.selection, pasteboard);
+    ASSERT_EQ(pasted.size(), 1U);
+    for (const auto& element : {source, pasted[0]}) {
+        EXPECT_EQ(scene.layer(element).position(), QPointF(130, 40));
+        EXPECT_EQ(scene.layer(element).contents().pixelColor(3, 3), QColor(Qt::blue));
+    }
 }
 
 TEST_F(PasteboardCommands, RefuseHostileContentWhole) {

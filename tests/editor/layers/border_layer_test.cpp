@@ -5,7 +5,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "editor/layer_scene.h"
+#include "editor/editor_scene.h"
 
 namespace tweenery::test {
 namespace {
@@ -15,12 +15,12 @@ using namespace Qt::StringLiterals;
 constexpr double pi = std::numbers::pi;
 
 // The upright box around a part of a border, in points of the screen.
-QRectF onScreen(const LayerScene& scene, const Layer& part, const QRectF& rect) {
+QRectF onScreen(const EditorScene& scene, const Layer& part, const QRectF& rect) {
     return part.convertRectTo(rect, &scene.editor);
 }
 
 // How far the rotation band reaches beyond the outline, left and above, in points of the screen.
-QSizeF bandWidth(const LayerScene& scene, const PCBorderLayer& border) {
+QSizeF bandWidth(const EditorScene& scene, const PCBorderLayer& border) {
     const Layer& band = border.rotationBand();
     const QRectF outer = onScreen(scene, band, band.shape()->path.boundingRect());
     const QRectF inner = onScreen(scene, band, border.outline().shape()->path.boundingRect());
@@ -31,7 +31,7 @@ TEST(BorderLayer, KeepsItsSizeOnTheScreen) {
     for (const float zoom : {0.25F, 1.0F, 4.0F}) {
         for (const QPointF scale : {QPointF(1, 1), QPointF(2, 0.5), QPointF(-3, 1)}) {
             SCOPED_TRACE(testing::Message() << "zoom " << zoom << ", scale " << scale.x());
-            LayerScene scene;
+            EditorScene scene;
             scene.magnify(zoom);
             const auto group =
                 addGroup(scene.canvas, u"G"_s, {.scale = {0.5, 1}, .size = {300, 300}});
@@ -50,7 +50,7 @@ TEST(BorderLayer, KeepsItsSizeOnTheScreen) {
 }
 
 TEST(BorderLayer, TakesAZoomOfZeroForNone) {
-    LayerScene scene;
+    EditorScene scene;
     addElement(scene.canvas, u"A"_s, {.size = {100, 100}});
     scene.project->preferences().setCanvasZoomLevel(0);
     scene.select({u"A"_s});
@@ -58,7 +58,7 @@ TEST(BorderLayer, TakesAZoomOfZeroForNone) {
 }
 
 TEST(BorderLayer, AFlatElementHasNoBandBesideIt) {
-    LayerScene scene;
+    EditorScene scene;
     addElement(scene.canvas, u"A"_s, {.position = {50, 50}, .scale = {0, 1}, .size = {100, 100}});
     scene.select({u"A"_s});
     EXPECT_EQ(bandWidth(scene, scene.border(u"A"_s)), QSizeF(0, 20));
@@ -66,7 +66,7 @@ TEST(BorderLayer, AFlatElementHasNoBandBesideIt) {
 }
 
 TEST(BorderLayer, StandsOnTheTurnedCorners) {
-    LayerScene scene;
+    EditorScene scene;
     scene.magnify(2);
     const auto element = addElement(scene.canvas, u"A"_s,
                                     {.position = {400, 300},
@@ -96,7 +96,7 @@ TEST(BorderLayer, StandsOnTheTurnedCorners) {
 }
 
 TEST(BorderLayer, TellsItsPartsApart) {
-    LayerScene scene;
+    EditorScene scene;
     addElement(scene.canvas, u"A"_s,
                {.position = {300, 300}, .size = {200, 100}, .anchor = {0.5, 0.5}});
     scene.select({u"A"_s});
@@ -129,7 +129,7 @@ TEST(BorderLayer, TellsItsPartsApart) {
 
 // A small element's handles overlap its anchor mark.
 TEST(BorderLayer, AHandleGoesBeforeTheAnchorMark) {
-    LayerScene scene;
+    EditorScene scene;
     addElement(scene.canvas, u"A"_s, {.position = {300, 300}, .size = {10, 10}});
     scene.select({u"A"_s});
     const PCBorderLayer& border = scene.border(u"A"_s);
@@ -138,7 +138,7 @@ TEST(BorderLayer, AHandleGoesBeforeTheAnchorMark) {
 }
 
 TEST(BorderLayer, IsHitInItsBandAlone) {
-    LayerScene scene;
+    EditorScene scene;
     const auto element =
         addElement(scene.canvas, u"A"_s, {.position = {300, 300}, .size = {200, 100}});
     scene.select({u"A"_s});
@@ -149,7 +149,7 @@ TEST(BorderLayer, IsHitInItsBandAlone) {
 }
 
 TEST(BorderLayer, FollowsItsElementAndTheGroupsAroundIt) {
-    LayerScene scene;
+    EditorScene scene;
     const auto group = addGroup(scene.canvas, u"G"_s, {.size = {100, 100}, .anchor = {0, 0}});
     const auto element = addElement(group, u"A"_s, {.size = {20, 20}, .anchor = {0, 0}});
     scene.select({u"A"_s});

@@ -6,7 +6,7 @@
 
 #include "editor/canvas/snapping.h"
 #include "editor/canvas/zoom.h"
-#include "editor/layer_scene.h"
+#include "editor/editor_scene.h"
 #include "editor/layers/tweenery_style.h"
 
 namespace tweenery::test {
@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 // Two pictures side by side in a group, a third over the right one's right half, a locked one over
 // all of them.
-struct PressScene : LayerScene {
+struct PressScene : EditorScene {
     PressScene() {
         magnify(2);
         const auto group = addGroup(canvas, u"G"_s,
@@ -30,6 +30,18 @@ struct PressScene : LayerScene {
             ->setLocked(true);
     }
 };
+
+TEST(EditorLayer, AFlatSelectedElementTakesPressesOnItsHandlesAlone) {
+    PressScene scene;
+    scene.addPicture(scene.canvas, u"Flat"_s,
+                     {.position = {500, 300}, .scale = {0, 1}, .size = {50, 80}});
+    scene.select({u"Flat"_s});
+    for (const bool isDirect : {false, true}) {
+        EXPECT_EQ(scene.pressed({275, 170}, isDirect), u"Front"_s);
+        EXPECT_EQ(scene.pressed({700, 700}, isDirect), u"-"_s);
+        EXPECT_EQ(scene.pressed({500, 260}, isDirect), u"Flat"_s) << "its upper handles";
+    }
+}
 
 TEST(EditorLayer, FindsTheElementThatAPressMeans) {
     const QPointF onLeft(130, 150);
@@ -61,7 +73,7 @@ TEST(EditorLayer, FindsTheElementThatAPressMeans) {
 }
 
 TEST(EditorLayer, TellsWhatAPressWouldDo) {
-    LayerScene scene({400, 300});
+    EditorScene scene({400, 300});
     scene.addPicture(scene.canvas, u"A"_s, {.position = {200, 150}, .size = {200, 100}});
     const auto at = [&](QPointF point) {
         const auto selected = scene.selection.selectedElements();
@@ -99,7 +111,7 @@ TEST(EditorLayer, TellsWhatAPressWouldDo) {
 }
 
 TEST(EditorLayer, TheMarqueeTouchesOutlinesNotBoxes) {
-    LayerScene scene;
+    EditorScene scene;
     // A square of 100 on its corner around (200, 200): its box reaches 70.7 points out.
     const auto square =
         addElement(scene.canvas, u"A"_s,
@@ -128,7 +140,7 @@ TEST(EditorLayer, TheMarqueeTouchesOutlinesNotBoxes) {
 }
 
 TEST(EditorLayer, ShowsAGuideWhereABoxStandsAligned) {
-    LayerScene scene({1000, 600});
+    EditorScene scene({1000, 600});
     struct Case {
         QRectF box;
         double x;  // below 0: no guide
@@ -169,7 +181,7 @@ TEST(EditorLayer, FitsTheCanvasIntoTheDocument) {
         const QRectF bounds =
             PCEditorLayer::boundsSizedForCanvasSize(c.canvas, c.magnification, c.container);
         EXPECT_EQ(bounds, QRectF(QPointF(), c.document));
-        LayerScene scene(c.canvas);
+        EditorScene scene(c.canvas);
         scene.editor.refreshBounds(bounds, c.magnification);
         EXPECT_EQ(scene.onEditor({c.canvas.width() / 2, c.canvas.height() / 2}), bounds.center());
         EXPECT_EQ(scene.editor.innerBorder().isHidden(), !c.isFramed);
@@ -183,7 +195,7 @@ TEST(EditorLayer, FitsTheCanvasIntoTheDocument) {
 }
 
 TEST(EditorLayer, DrawsItsParts) {
-    LayerScene scene({100, 80});
+    EditorScene scene({100, 80});
     scene.addPicture(scene.canvas, u"A"_s, {.position = {70, 40}, .size = {20, 20}});
     const QRectF bounds(0, 0, 301, 281);  // the canvas lies at (100.5, 100.5)
     scene.editor.refreshBounds(bounds, 1);
@@ -196,7 +208,7 @@ TEST(EditorLayer, DrawsItsParts) {
     EXPECT_TRUE(pattern == QColor(Qt::white) || pattern == QColor(219, 219, 219));
     EXPECT_EQ(picture.pixel(150, 40), TweeneryStyle::guideColor().rgb()) << "the guide";
 
-    LayerScene unbounded({0, 0});
+    EditorScene unbounded({0, 0});
     const QImage empty = unbounded.editor.imageRepresentation();
     EXPECT_EQ(empty.size(), QSize(5000, 5000));
     int axes = 0;

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "base/errors.h"
-#include "editor/layer_scene.h"
+#include "editor/editor_scene.h"
 
 namespace tweenery::test {
 namespace {
@@ -32,7 +32,7 @@ std::string layerNames(const Layer& layer) {
 }
 
 TEST(ElementLayer, FollowsTheTreeAheadOfGuidesAndBorders) {
-    LayerScene scene;
+    EditorScene scene;
     buildTree(*scene.project, "A G{B C} D");
     EXPECT_EQ(layerNames(scene.layer(scene.canvas)), "AG{BC}D***");
     scene.project->undoManager().removeAllActions();
@@ -49,7 +49,7 @@ TEST(ElementLayer, FollowsTheTreeAheadOfGuidesAndBorders) {
 }
 
 TEST(ElementLayer, CopiesTheSetupState) {
-    LayerScene scene;
+    EditorScene scene;
     const auto element = addElement(scene.canvas, u"A"_s,
                                     {.position = {30, 40},
                                      .scale = {2, -1},
@@ -66,44 +66,38 @@ TEST(ElementLayer, CopiesTheSetupState) {
     EXPECT_NEAR(shown.y(), corner.y(), 1e-12);
 
     element->setHidden(true);
-    EXPECT_EQ(layer.opacity(), 0);
     element->setOpacity(0.9);
-    EXPECT_EQ(layer.opacity(), 0.9) << "a change of the opacity alone shows it again";
-    scene.layer(element).syncWithModel();
-    EXPECT_EQ(layer.opacity(), 0);
+    EXPECT_EQ(scene.layer(element).opacity(), 0) << "whatever its opacity";
     element->setHidden(false);
-    EXPECT_EQ(layer.opacity(), 0.9);
+    EXPECT_EQ(scene.layer(element).opacity(), 0.9);
 }
 
 TEST(ElementLayer, CopiesTheStateAtATime) {
-    LayerScene scene;
+    EditorScene scene;
     const auto element = addElement(scene.canvas, u"A"_s, {.position = {30, 40}, .opacity = 0.5});
-    PCLayer& layer = scene.layer(element);
-    layer.syncWithModelAtTimeInMS(1000);
-    EXPECT_EQ(layer.position(), QPointF(30, 40));
+    const auto layerAt = [&](int32_t time) -> const PCLayer& {
+        scene.layers->show(EditTime::at(time));
+        return scene.layer(element);
+    };
+    EXPECT_EQ(layerAt(1000).position(), QPointF(30, 40)) << "no animation is selected";
 
     selectNewAnimation(*scene.project, u"Move"_s);
     element->setTranslation({10, 0}, 0);
     element->setTranslation({110, 50}, 1000);
     element->setOpacity(1.0F, 1000);
-    layer.syncWithModelAtTimeInMS(500);
-    EXPECT_EQ(layer.position(), QPointF(90, 65));
-    EXPECT_NEAR(layer.opacity(), 0.75, 1e-6);
-    layer.syncWithModelAtTimeInMS(-5);
-    EXPECT_EQ(layer.position(), QPointF(40, 40)) << "a negative time counts as 0";
+    EXPECT_EQ(layerAt(500).position(), QPointF(90, 65));
+    EXPECT_NEAR(layerAt(500).opacity(), 0.75, 1e-6);
 
     element->setHidden(true);
     element->setOpacity(0.8F, 500);
-    EXPECT_EQ(layer.opacity(), 0) << "a hidden element stays hidden";
+    EXPECT_EQ(layerAt(500).opacity(), 0) << "a hidden element stays hidden";
 
     scene.project->animationsManager().setSelectedAnimation(nullptr);
-    layer.syncWithModel();
-    layer.syncWithModelAtTimeInMS(1000);
-    EXPECT_EQ(layer.position(), QPointF(30, 40)) << "nothing happens in setup mode";
+    EXPECT_EQ(layerAt(1000).position(), QPointF(30, 40));
 }
 
 TEST(ElementLayer, CarriesItsTimelinesAsAnimations) {
-    LayerScene scene;
+    EditorScene scene;
     const auto element = addElement(scene.canvas, u"A"_s);
     selectNewAnimation(*scene.project, u"Move"_s);
     element->setTranslation({100, 0}, 1000);
@@ -129,7 +123,7 @@ TEST(ElementLayer, CarriesItsTimelinesAsAnimations) {
 }
 
 TEST(ElementLayer, StacksByTheChildrenOrderOfTheTime) {
-    LayerScene scene;
+    EditorScene scene;
     buildTree(*scene.project, "A B C");
     const auto a = named(*scene.project, u"A"_s);
     const auto b = named(*scene.project, u"B"_s);
@@ -148,20 +142,15 @@ TEST(ElementLayer, StacksByTheChildrenOrderOfTheTime) {
                           scene.layer(c).zPosition()};
     };
     for (const int32_t time : {0, 499, 500, 501, 2000}) {
-        syncLayersWithModelAtTimeInMS(*scene.project, time);
-        const auto all = places();
-        for (const auto& element : {a, b, c}) {
-            scene.layer(element).syncZIndexWithModelAtTimeInMS(time);
-        }
-        EXPECT_EQ(all, places()) << "one by one and all at once, at " << time;
+        scene.layers->show(EditTime::at(time));
         const std::array<double, 3> expected =
             time < 500 ? std::array<double, 3>{0, 1, 2} : std::array<double, 3>{1, 2, 0};
-        EXPECT_EQ(all, expected) << "at " << time;
+        EXPECT_EQ(places(), expected) << "at " << time;
     }
 }
 
 TEST(ElementLayer, ShowsTheArtworkOfTheScreen) {
-    LayerScene scene;
+    EditorScene scene;
     scene.addImage(u"plain.png"_s, filled({10, 10}, Qt::red));
     scene.addImage(u"dense@2x.png"_s, filled({20, 20}, Qt::blue));
     const auto plain = addElement(scene.canvas, u"Plain"_s);
@@ -195,8 +184,72 @@ TEST(ElementLayer, ShowsTheArtworkOfTheScreen) {
     EXPECT_TRUE(scene.layer(plain).contents().isNull());
 }
 
+// In setup, keyed, and as an animation plays it.
+TEST(ElementLayer, AnImageHasTheSizeOfItsSetOnEveryScreen) {
+    const QSizeF points(10, 10);
+    for (const double screen : {1.0, 1.25, 1.5, 2.0, 3.0}) {
+        EditorScene scene;
+        scene.addImage(u"plain.png"_s, filled({10, 10}, Qt::red));
+        scene.addImage(u"dense@2x.png"_s, filled({20, 20}, Qt::blue));
+        scene.project->setBackingScale(screen);
+        for (const auto& [setup, keyed] :
+             {std::pair{u"plain.png"_s, u"dense.png"_s}, {u"dense.png"_s, u"plain.png"_s}}) {
+            SCOPED_TRACE(testing::Message() << setup.toStdString() << " on " << screen);
+            scene.project->animationsManager().setSelectedAnimation(nullptr);
+            const auto element = addElement(scene.canvas, u"A"_s);
+            element->setImageName(setup);
+            const auto drawn = [&] {
+                const LayerValues& shown = scene.layer(element).presented();
+                return QSizeF(shown.contents.size()) / shown.contentsScale;
+            };
+            EXPECT_EQ(drawn(), points);
+            selectNewAnimation(*scene.project, u"Change"_s);
+            element->setImageContents(keyed, 500);
+            scene.layers->show(EditTime::at(500));
+            EXPECT_EQ(drawn(), points);
+            scene.layers->show(EditTime::setup());
+            scene.layer(element).addAnimationForProperty(PCPropertyTypeImageContents);
+            for (const double seconds : {0.0, 0.5}) {
+                scene.layer(scene.canvas).setTimeOffset(seconds);
+                EXPECT_EQ(drawn(), points) << "played at " << seconds;
+            }
+        }
+    }
+}
+
+TEST(ElementLayer, AGroupShowsItsImageKeys) {
+    EditorScene scene;
+    scene.addImage(u"red.png"_s, filled({10, 10}, Qt::red));
+    const auto group = addGroup(scene.canvas, u"G"_s);
+    selectNewAnimation(*scene.project, u"Change"_s);
+    group->setImageContents(u"red.png"_s, 0);
+    scene.layers->show(EditTime::at(100));
+    EXPECT_EQ(scene.layer(group).contents().size(), QSize(10, 10));
+}
+
+TEST(ElementLayer, TheCanvasStandsWhereTheEditorPutsIt) {
+    EditorScene scene;
+    const QPointF place = scene.layer(scene.canvas).position();
+    const LayerTransform transform = scene.layer(scene.canvas).transform();
+    const auto expectInPlace = [&] {
+        EXPECT_EQ(scene.layer(scene.canvas).position(), place);
+        EXPECT_EQ(scene.layer(scene.canvas).transform().scale, transform.scale);
+        EXPECT_EQ(scene.layer(scene.canvas).transform().rotation, 0);
+        EXPECT_EQ(scene.layer(scene.canvas).opacity(), 1);
+    };
+    scene.canvas->setPosition({70, 70});
+    scene.canvas->setScale({3, 3});
+    scene.canvas->setZRotation(1);
+    scene.canvas->setAnchorPoint({0, 0});
+    scene.canvas->setOpacity(0.5);
+    expectInPlace();
+    selectNewAnimation(*scene.project, u"Move"_s);
+    scene.canvas->setTranslation({5, 5}, 0);
+    expectInPlace();
+}
+
 TEST(ElementLayer, LosesItsBorderWithItsPlace) {
-    LayerScene scene;
+    EditorScene scene;
     buildTree(*scene.project, "A G{B}");
     const auto a = named(*scene.project, u"A"_s);
     scene.select({u"A"_s, u"B"_s});
@@ -215,7 +268,7 @@ TEST(ElementLayer, LosesItsBorderWithItsPlace) {
 }
 
 TEST(ElementLayer, GoesBeforeTheEditorOrAfterIt) {
-    auto scene = std::make_unique<LayerScene>();
+    auto scene = std::make_unique<EditorScene>();
     buildTree(*scene->project, "A G{B}");
     scene->select({u"A"_s});
     scene->selection.deselectAllElements();
@@ -226,7 +279,7 @@ TEST(ElementLayer, GoesBeforeTheEditorOrAfterIt) {
     EXPECT_EQ(layerNames(scene->layer(scene->canvas)), "AG{B}***");
     const PCProject::Ptr project = scene->project;
     scene.reset();
-    EXPECT_EQ(layerNames(*PCLayer::of(*project->canvas())), "AG{B}");
+    EXPECT_EQ(PCLayer::of(*project->canvas()), nullptr) << "without a screen again";
 }
 
 // Artwork of 4 by 1 points with the alphas 0, 50, 51 and 255.
@@ -240,7 +293,7 @@ QImage alphaSteps() {
 }
 
 TEST(ElementLayer, IsHitWhereItsArtworkShows) {
-    LayerScene scene;
+    EditorScene scene;
     scene.addImage(u"steps.png"_s, alphaSteps());
     const auto steps = addElement(scene.canvas, u"Steps"_s);
     steps->setImageName(u"steps.png"_s);
@@ -268,7 +321,7 @@ TEST(ElementLayer, IsHitWhereItsArtworkShows) {
 }
 
 TEST(ElementLayer, AGroupCoversWhatItsChildrenCoverWithinItsBounds) {
-    LayerScene scene;
+    EditorScene scene;
     const auto group = addGroup(scene.canvas, u"G"_s,
                                 {.position = {100, 100}, .size = {100, 100}, .anchor = {0, 0}});
     scene.addPicture(group, u"In"_s, {.position = {10, 10}, .size = {20, 20}, .anchor = {0, 0}});

@@ -240,6 +240,7 @@ class OneTruth : public testing::Test {
 /// A project on layers, as a window has it, with a clock that the test moves.
 struct OneTruth::Stage {
     PCProject::Ptr project;
+    ProjectLayers::Ptr layers;
     ScriptedClock clock;
     RecordingLog log;
     PCEditorLayer editor;
@@ -247,12 +248,12 @@ struct OneTruth::Stage {
     PCElementSelectionManager selection{project};
     std::optional<Playback> playback;
 
-    explicit Stage(const PCProject::Ptr& shown) : project(shown) {
-        project->setViewLayerFactory(&PCLayerFactory::shared());
+    explicit Stage(const PCProject::Ptr& shown)
+        : project(shown), layers(ProjectLayers::forProject(shown)) {
         PCLayer& canvas = *PCLayer::of(*project->canvas());
         editor.setCanvasLayer(canvas);
         time.prepareToAnimateLayer(canvas);
-        playback.emplace(project, time, selection);
+        playback.emplace(project, time, selection, layers);
     }
     /// In the middle of the millisecond, so that seconds that are no whole binary numbers do not
     /// fall into the one before.

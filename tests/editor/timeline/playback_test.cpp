@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "editor/layer_scene.h"
+#include "editor/editor_scene.h"
 #include "support/model_recorders.h"
 #include "support/scripted_clock.h"
 
@@ -16,7 +16,7 @@ namespace {
 
 /// A document without a window: back and front, of which back moves to x 100 and comes in front
 /// within a second.
-class PlaybackTest : public testing::Test, protected LayerScene {
+class PlaybackTest : public testing::Test, protected EditorScene {
  protected:
     ScriptedClock clock;
     RecordingLog log;
@@ -35,7 +35,7 @@ class PlaybackTest : public testing::Test, protected LayerScene {
         canvas->setChildrenZPositions(idsOf({back, front}), 0);
         canvas->setChildrenZPositions(idsOf({front, back}), 1000);
         time.prepareToAnimateLayer(layer(canvas));
-        playback.emplace(project, time, selection);
+        playback.emplace(project, time, selection, layers);
     }
     void TearDown() override { playback.reset(); }
     static QStringList idsOf(const PCElement::Elements& elements) {
@@ -100,6 +100,13 @@ TEST_F(PlaybackTest, SkimmingShowsTheSkimmedTimeUnlessPlaying) {
     playback->togglePlayPause();
     time.setSkimPositionInMS(750);
     EXPECT_EQ(layer(back).position(), QPointF(10, 20));
+}
+
+TEST_F(PlaybackTest, PlayAfterASkimShowsThePlayheadAtOnce) {
+    time.setPlayheadPositionInMS(500);
+    time.setSkimPositionInMS(250);
+    playback->togglePlayPause();
+    EXPECT_EQ(backAsSeen(), "60 at 0");
 }
 
 TEST_F(PlaybackTest, AnotherAnimationEndsIt) {

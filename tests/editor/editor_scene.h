@@ -4,25 +4,27 @@
 
 #include "editor/canvas/element_selection_manager.h"
 #include "editor/layers/editor_layer.h"
+#include "editor/layers/project_layers.h"
 #include "support/model_builder.h"
 
 namespace tweenery::test {
 
 /// A project on a screen: every element has its layer, the canvas lies in an editor.
-struct LayerScene {
+struct EditorScene {
     PCProject::Ptr project = PCProject::init();
     PCElement::Ptr canvas = project->canvas();
+    ProjectLayers::Ptr layers;
     PCEditorLayer editor;
     PCElementSelectionManager selection{project};
 
-    explicit LayerScene(QSizeF size = {1000, 800}) {
+    explicit EditorScene(QSizeF size = {1000, 800}) {
         project->setBackingScale(1);
         canvas->setSize(size);
-        project->setViewLayerFactory(&PCLayerFactory::shared());
+        layers = ProjectLayers::forProject(project);
         editor.setCanvasLayer(*PCLayer::of(*canvas));
         magnify(1);
     }
-    ~LayerScene() { selection.deselectAllElements(); }
+    ~EditorScene() { selection.deselectAllElements(); }
 
     void magnify(float factor) {
         project->preferences().setCanvasZoomLevel(factor);
@@ -30,7 +32,11 @@ struct LayerScene {
             PCEditorLayer::boundsSizedForCanvasSize(canvas->size(), factor, QSizeF()), factor);
         editor.layoutIfNeeded();
     }
-    PCLayer& layer(const PCElement::Ptr& element) const { return *PCLayer::of(*element); }
+    /// Up to date.
+    PCLayer& layer(const PCElement::Ptr& element) const {
+        layers->update();
+        return *PCLayer::of(*element);
+    }
     PCLayer& layer(const QString& name) const { return layer(named(*project, name)); }
     /// An image set of one pixel a point.
     void addImage(const QString& filename, const QImage& image) const {

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QImage>
+#include <QString>
+
+namespace tweenery {
+
+class PCProject;
+
+/// An image of a project as the screen shows it. Drawn at its scale it has the size of its set in
+/// points, whichever artwork was chosen.
+struct ScreenImage {
+    QImage image;
+    double scale = 1;  // pixels for one point
+};
+
+/// The artwork for the project's backing scale. Null when there is no set of that name, or its
+/// artwork cannot be read.
+ScreenImage screenImageWithName(PCProject& project, const QString& name);
+
+}  // namespace tweenery
