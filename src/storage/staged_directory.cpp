@@ -248,6 +248,7 @@ bool StagedDirectory::tryCreate() {
     struct stat made, replaced;
     if (::fstat(m_descriptor.number(), &made) != 0 || made.st_uid != ::geteuid() ||
         tryLock(m_descriptor) == Lock::Held || made.st_nlink == 0) {
+        ::unlinkat(parent, m_name.c_str(), AT_REMOVEDIR);
         return false;
     }
     const bool replaces = m_current && ::fstat(m_current.number(), &replaced) == 0;
