@@ -52,7 +52,8 @@ void exercise(const QString& path) {
     exerciseAnimations(*project);
     project->debugDescription();
     const QString copy = scratch() + u"/Copy.tweenery"_s;
-    writePackageCopy(*project->fileWrapper(), copy, true);
+    QDir(copy).removeRecursively();
+    writePackageCopy(*project->fileWrapper(), copy);
     const PCProject::Ptr again = PCProject::projectForReadingWithFileWrapper(readPackage(copy));
     require(again->canvas()->debugDescription() == project->canvas()->debugDescription());
     require(again->animationsManager().animations().size() ==
@@ -65,7 +66,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     fuzz::FuzzInput input({data, size});
     const QString path = scratch() + u"/Fuzz.tweenery"_s;
     try {
-        writePackageCopy(*fuzz::structuredPackage(input), path, true);
+        QDir(path).removeRecursively();
+        writePackageCopy(*fuzz::structuredPackage(input), path);
         exercise(path);
     } catch (const InputError&) {
         // What a package with faults deserves.

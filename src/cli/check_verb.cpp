@@ -6,7 +6,6 @@
 #include "cli/support/packages.h"
 #include "cli/verbs.h"
 #include "codegen/project_exporter.h"
-#include "storage/posix_files.h"
 
 using namespace Qt::StringLiterals;
 
@@ -15,38 +14,37 @@ namespace {
 
 using Diagnostics = std::vector<ExportDiagnostic>;
 
-/// What an export as the project's preferences have it would meet.
-Diagnostics diagnosticsOf(PCProject& project) {
-    return diagnosticsOfExport(project, project.preferences().generatedCodeUsesSwift(),
-                               ExportOptions::fromPreferences(project));
+/// What an export would meet: as the options say, and else the project's preferences.
+Diagnostics diagnosticsOf(PCProject& project, const Invocation& invocation) {
+    ExportOptions options = ExportOptions::fromPreferences(project);
+    if (invocation.has(kPlatformOption.name)) {
+        options.generateForMac = invocation.value(kPlatformOption.name) == u"mac";
+    }
+    const bool usesSwift = invocation.has(kLanguageOption.name)
+                               ? invocation.value(kLanguageOption.name) == u"swift"
+                               : project.preferences().generatedCodeUsesSwift();
+    return diagnosticsOfExport(project, usesSwift, options);
 }
 
-void printJson(const PackageCheck& check, const Diagnostics& diagnostics, Report& report) {
-    JsonWriter json(JsonWriter::Keys::Sorted);
+void writeJson(const PackageCheck& check, const Diagnostics& diagnostics, JsonWriter& json) {
     json.beginObject();
     writeDiagnostics(diagnostics, json);
     json.key("entries").integer(static_cast<int64_t>(check.entriesCount));
-    json.key("errors").beginArray();
-    for (const InputError& error : check.errors) {
-        json.beginObject(JsonWriter::Layout::OneLine);
-        json.key("entry").string(error.entry()).key("reason").string(error.reason()).endObject();
-    }
-    json.endArray().key("notes").beginArray();
+    json.key("oddities").beginArray();
     for (const PackageCheck::Note& note : check.notes) {
         json.beginObject(JsonWriter::Layout::OneLine);
         json.key("entry").string(note.entry).key("text").string(note.text).endObject();
     }
-    json.endArray().key("package").string(report.packagePath());
-    report.print(json.endObject().take());
+    json.endArray().endObject();
 }
 
-void printText(const PackageCheck& check, const Diagnostics& diagnostics, Report& report) {
+void printText(const PackageCheck& check, const Diagnostics& diagnostics, DiagnosticDetail detail,
+               Report& report) {
     for (const PackageCheck::Note& note : check.notes) {
-        report.printLine(
-            report.attributed(printableName(u"note: %1: %2"_s.arg(note.entry, note.text))));
+        report.printLine(u"note: %1/%2: %3"_s.arg(report.packagePath(), note.entry, note.text));
     }
-    for (const ExportDiagnostic& diagnostic : diagnostics) {
-        report.printLine(report.attributed(textOf(diagnostic)));
+    for (const QString& line : linesOf(diagnostics, detail)) {
+        report.printLine(report.attributed(line));
     }
     const size_t errorsCount = check.errors.size();
     report.printLine(u"%1: %2 checked, %3"_s.arg(
@@ -54,9 +52,22 @@ void printText(const PackageCheck& check, const Diagnostics& diagnostics, Report
         errorsCount == 0 ? u"all readable"_s : counted(errorsCount, u"error")));
 }
 
-void check(Report& report, bool asJson) {
-    const FileWrapper::Ptr root = readVersionedPackage(report);
+/// What stops an export is an error of the package.
+void judge(const Diagnostics& diagnostics, bool isStrict, Report& report) {
+    for (const ExportDiagnostic& diagnostic : diagnostics) {
+        if (diagnostic.severity == ExportDiagnostic::Severity::Error) {
+            report.fail({report.packagePath(), textOf(diagnostic)});
+        } else if (isStrict && diagnostic.severity == ExportDiagnostic::Severity::Warning) {
+            report.endWithWarnings();
+        }
+    }
+}
+
+void check(const Invocation& invocation, Report& report) {
+    std::vector<InputError> unread;
+    const FileWrapper::Ptr root = readVersionedPackage(report, &unread);
     PackageCheck check = checkPackage(root);
+    check.errors.insert(check.errors.begin(), unread.begin(), unread.end());
     for (const InputError& error : check.errors) {
         report.fail(error);
     }
@@ -66,27 +77,33 @@ void check(Report& report, bool asJson) {
             check.project = projectOf(root);  // throws what stands in the way
         }
         noteOddities(check);
-        diagnostics = diagnosticsOf(*check.project);
+        diagnostics = diagnosticsOf(*check.project, invocation);
+        judge(diagnostics, invocation.has(kStrictOption.name), report);
     }
-    asJson ? printJson(check, diagnostics, report) : printText(check, diagnostics, report);
+    if (report.isJson()) {
+        report.setResult([&](JsonWriter& json) { writeJson(check, diagnostics, json); });
+    } else {
+        printText(check, diagnostics, detailFrom(invocation), report);
+    }
 }
 
 ExitCode run(const Invocation& invocation, Console& console) {
-    const bool asJson = invocation.has(kJsonOption.name);
-    return runOnPackages(invocation.operands(), console,
-                         [asJson](Report& report) { check(report, asJson); });
+    invocation.requireNotBoth(kQuietOption, {kVerboseOption});
+    return runOnPackages(invocation, console, [&](Report& report) { check(invocation, report); });
 }
 
 }  // namespace
 
 const Verb& checkVerb() {
-    static const Verb verb{"check",
-                           "PKG...",
-                           1,
-                           Verb::kMany,
-                           "Reads every entry of each package and tells what is wrong.",
-                           {kJsonOption},
-                           run};
+    static const Verb verb{
+        "check",
+        "PKG...",
+        1,
+        Verb::kMany,
+        "Reads every entry of each package and tells what is wrong, and what an export would meet.",
+        {kLanguageOption, kPlatformOption, kStrictOption, kVerboseOption, kQuietOption,
+         kJsonOption},
+        run};
     return verb;
 }
 

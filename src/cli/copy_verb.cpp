@@ -29,7 +29,7 @@ ExitCode run(const Invocation& invocation, Console& console) {
     const QString destination = invocation.operands().at(1);
     const bool replaces = invocation.has(kForceOption.name);
     requirePlaceForPackage(destination, replaces);
-    return runOnPackage(invocation.operands().first(), console, [&](Report& report) {
+    return runOnPackage(invocation, console, [&](Report& report) {
         const PCProject::Ptr project = openForReading(report);
         requireOutsidePackage(destination, report.packagePath());
         writeEverythingAnew(*project);

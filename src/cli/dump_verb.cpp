@@ -1,7 +1,6 @@
 // tweenc dump: the whole package as one stable JSON, for people to compare and for git to show.
 
 #include <QCryptographicHash>
-#include <QFileInfo>
 #include <QHash>
 #include <algorithm>
 
@@ -11,6 +10,8 @@
 #include "cli/support/packages.h"
 #include "cli/verbs.h"
 #include "storage/input_file.h"
+#include "storage/package_entries.h"
+#include "storage/system_names.h"
 
 using namespace Qt::StringLiterals;
 
@@ -108,9 +109,8 @@ void dumpPackage(Report& report) {
     JsonWriter json(JsonWriter::Keys::Sorted);
     json.beginObject();
     writeAnimations(*project, entries, json);
-    const QString canvas = u"canvas"_s;
     json.key("elements");
-    writeElements({project->packageRoot()->child(canvas)->contents(), canvas}, json);
+    writeElements({project->packageRoot()->child(kCanvasEntry)->contents(), kCanvasEntry}, json);
     writeImageSets(*project, entries, json);
     json.key("modelVersion").integer(project->version().modelVersion());
     writeOtherEntries(entries, json);
@@ -143,7 +143,8 @@ void dumpArchive(Report& report) {
 
 ExitCode run(const Invocation& invocation, Console& console) {
     const QString path = invocation.operands().first();
-    return runOnPackage(path, console, QFileInfo(path).isFile() ? dumpArchive : dumpPackage);
+    return runOnPackage(invocation, console,
+                        kindOfPath(path) == PathKind::File ? dumpArchive : dumpPackage);
 }
 
 }  // namespace

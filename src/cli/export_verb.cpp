@@ -1,9 +1,12 @@
 // tweenc export: source code and artwork from projects.
 
+#include <QDateTime>
+#include <QLocale>
 #include <QSet>
 
 #include "base/path_name.h"
 #include "cli/support/diagnostic_text.h"
+#include "cli/support/number_words.h"
 #include "cli/support/packages.h"
 #include "cli/verbs.h"
 #include "codegen/export_error.h"
@@ -17,19 +20,40 @@ namespace tweenery {
 namespace {
 
 constexpr VerbOption kOutOption{"out", "DIR", "where the files go; made if it is not there", true};
-constexpr VerbOption kLanguageOption{"lang", "objc|swift", "the language"};
-constexpr VerbOption kPlatformOption{"platform", "ios|mac", "the platform"};
 constexpr VerbOption kClipOption{"clip", nullptr, "the scene is clipped to its bounds"};
 constexpr VerbOption kNoClipOption{"no-clip", nullptr, "it is not"};
 constexpr VerbOption kImagesOption{"images", nullptr, "copy the artwork into DIR/images"};
 constexpr VerbOption kNoImagesOption{"no-images", nullptr, "do not"};
-constexpr VerbOption kCleanOption{"clean-images", nullptr, "remove DIR/images first"};
-constexpr VerbOption kDateOption{"date", "TEXT", "the date in the files' heads, today's otherwise"};
-constexpr VerbOption kStrictOption{"strict", nullptr, "end with 3 when there are warnings"};
+constexpr VerbOption kCleanOption{"clean-images", nullptr,
+                                  "remove DIR/images with all that is in it first"};
+constexpr VerbOption kDateOption{
+    "date", "TEXT",
+    "the date in the files' heads; otherwise that of SOURCE_DATE_EPOCH, "
+    "or today's, in UTC"};
+constexpr VerbOption kDryRunOption{"dry-run", nullptr,
+                                   "write nothing, and list what would be written"};
 
 // It stands in a comment, which it must not end.
 void requireOneLine(const QString& date) {
     if (printableName(date) != date) { throw UsageError{u"--date takes one line of text"_s}; }
+}
+
+// The same on every machine: no time zone or language of the user's counts.
+QString dateFrom(const Invocation& invocation) {
+    if (invocation.has(kDateOption.name)) { return invocation.value(kDateOption.name); }
+    QDateTime time = QDateTime::currentDateTimeUtc();
+    const char* const variable = "SOURCE_DATE_EPOCH";
+    if (qEnvironmentVariableIsSet(variable)) {
+        bool isNumber = false;
+        const qint64 seconds = qEnvironmentVariable(variable).toLongLong(&isNumber);
+        time = QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
+        if (!isNumber || seconds < 0 || !time.isValid() || time.date().year() > 9999) {
+            throw InputError(QString::fromLatin1(variable),
+                             u"is no number of seconds since 1970"_s);
+        }
+    }
+    return QLocale(QLocale::English, QLocale::UnitedStates)
+        .toString(time.date(), QLocale::ShortFormat);
 }
 
 ExportOptions optionsFrom(const Invocation& invocation, PCProject& project) {
@@ -39,10 +63,10 @@ ExportOptions optionsFrom(const Invocation& invocation, PCProject& project) {
     }
     options.clipsToBounds = invocation.choice(kClipOption.name).value_or(options.clipsToBounds);
     options.includesImages = invocation.choice(kImagesOption.name).value_or(options.includesImages);
-    if (invocation.has(kCleanOption.name)) { options.cleansImageDirectory = true; }
-    if (invocation.has(kDateOption.name)) {
-        options.stamp.date = invocation.value(kDateOption.name).toStdString();
-    }
+    // What a package remembers empties no folder of the user's.
+    options.cleansImageDirectory = invocation.has(kCleanOption.name);
+    options.stamp.date = dateFrom(invocation).toStdString();
+    options.isDryRun = invocation.has(kDryRunOption.name);
     return options;
 }
 
@@ -78,31 +102,32 @@ QString pathOf(const QString& file, const QString& directory) {
     return file == u"." ? directory : directory + u'/' + file;
 }
 
-void printJson(const ExportResult& result, const QString& directory, Report& report) {
-    JsonWriter json(JsonWriter::Keys::Sorted);
+void writeJson(const ExportResult& result, const QString& directory, JsonWriter& json) {
     json.beginObject();
     writeDiagnostics(result.diagnostics, json);
     json.key("directory").string(directory);
-    json.key("failures").beginArray();
-    for (const ExportFailure& failure : result.files.failures) {
-        json.beginObject(JsonWriter::Layout::OneLine);
-        json.key("path").string(failure.path).key("reason").string(failure.reason).endObject();
-    }
-    json.endArray().key("files").beginArray();
+    json.key("files").beginArray();
     for (const QString& path : result.files.paths) {
         json.string(path);
     }
-    json.endArray().key("package").string(report.packagePath());
-    report.print(json.endObject().take());
+    json.endArray().endObject();
 }
 
-void printText(const ExportResult& result, const QString& directory, Report& report) {
-    for (const ExportDiagnostic& diagnostic : result.diagnostics) {
-        report.writeLine(report.attributed(textOf(diagnostic)));
+void printText(const ExportResult& result, const QString& directory, DiagnosticDetail detail,
+               Report& report) {
+    for (const QString& line : linesOf(result.diagnostics, detail)) {
+        report.writeLine(report.attributed(line));
     }
     for (const QString& path : result.files.paths) {
         report.printLine(pathOf(path, directory));
     }
+}
+
+void tellCleaning(const ExportResult& result, const QString& directory, Report& report) {
+    const size_t count = result.files.removedFilesCount;
+    if (count == 0) { return; }
+    report.writeLine(u"tweenc: %1/images: %2 removed, as --clean-images says"_s.arg(
+        directory, counted(count, u"file")));
 }
 
 bool hasWarnings(const ExportResult& result) {
@@ -121,11 +146,15 @@ void exportPackage(const Invocation& invocation, Report& report) {
         result = exportCodeToDirectory(project, directory, usesSwift(invocation, *project),
                                        optionsFrom(invocation, *project));
     } catch (const ExportError& error) { throw InputError(report.packagePath(), error.message()); }
+    tellCleaning(result, directory, report);
     for (const ExportFailure& failure : result.files.failures) {
         report.failOutside({pathOf(failure.path, directory), failure.reason});
     }
-    invocation.has(kJsonOption.name) ? printJson(result, directory, report)
-                                     : printText(result, directory, report);
+    if (report.isJson()) {
+        report.setResult([&](JsonWriter& json) { writeJson(result, directory, json); });
+    } else {
+        printText(result, directory, detailFrom(invocation), report);
+    }
     if (invocation.has(kStrictOption.name) && hasWarnings(result)) { report.endWithWarnings(); }
 }
 
@@ -134,8 +163,10 @@ ExitCode run(const Invocation& invocation, Console& console) {
         throw UsageError{u"--out takes a directory"_s};
     }
     requireOneLine(invocation.value(kDateOption.name));
+    invocation.requireNotBoth(kCleanOption, {kNoImagesOption});
+    invocation.requireNotBoth(kQuietOption, {kVerboseOption});
     requireFoldersOfTheirOwn(invocation);
-    return runOnPackages(invocation.operands(), console,
+    return runOnPackages(invocation, console,
                          [&](Report& report) { exportPackage(invocation, report); });
 }
 
@@ -147,10 +178,11 @@ const Verb& exportVerb() {
         "PKG...",
         1,
         Verb::kMany,
-        "Writes source code and artwork; several projects go into a folder each. Options left out "
-        "come from the project's preferences.",
+        "Writes source code and artwork, over the files of an export before; several projects go "
+        "into a folder each. Options left out come from the project's preferences.",
         {kOutOption, kLanguageOption, kPlatformOption, kClipOption, kNoClipOption, kImagesOption,
-         kNoImagesOption, kCleanOption, kDateOption, kStrictOption, kJsonOption},
+         kNoImagesOption, kCleanOption, kDateOption, kDryRunOption, kStrictOption, kVerboseOption,
+         kQuietOption, kJsonOption},
         run};
     return verb;
 }

@@ -5,7 +5,6 @@
 #include "cli/support/number_words.h"
 #include "cli/support/packages.h"
 #include "cli/verbs.h"
-#include "storage/posix_files.h"
 
 using namespace Qt::StringLiterals;
 
@@ -52,9 +51,10 @@ QString densities(const PCImageSet& set) {
 
 QString textOf(const AnimationInfo& item) {
     const PCAnimation::Summary& summary = item.summary;
+    const QString period = QString::number(summary.course.wholePeriodInMS());
     return u"    %1  %2 ms%3, %4, %5"_s.arg(
-        printableName(item.animation->name()), QString::number(summary.durationInMS),
-        summary.hasLooping ? u" looping"_s : QString(),
+        item.animation->name(), QString::number(summary.durationInMS),
+        summary.hasLooping ? u" looping, all together every %1 ms"_s.arg(period) : QString(),
         counted(summary.timelinesCount, u"timeline"), counted(summary.keyframesCount, u"keyframe"));
 }
 
@@ -62,7 +62,7 @@ void printText(const ProjectInfo& info, Report& report) {
     PCProject& project = *info.project;
     const QSizeF canvas = project.canvas()->size();
     const auto sets = project.imageSetManager().allImageSets();
-    report.printLine(printableName(project.projectName()));
+    report.printLine((project.projectName()));
     report.printLine(u"  model version %1"_s.arg(project.version().modelVersion()));
     report.printLine(
         u"  canvas %1 x %2"_s.arg(numberText(canvas.width()), numberText(canvas.height())));
@@ -75,8 +75,7 @@ void printText(const ProjectInfo& info, Report& report) {
     report.printLine(u"  "_s + counted(sets.size(), u"image set"));
     for (const auto& set : sets) {
         const QSize size = set->size();
-        report.printLine(u"    %1  %2 x %3%4"_s.arg(printableName(set->name()),
-                                                    numberText(size.width()),
+        report.printLine(u"    %1  %2 x %3%4"_s.arg((set->name()), numberText(size.width()),
                                                     numberText(size.height()), densities(*set)));
     }
 }
@@ -90,6 +89,9 @@ void writeAnimations(const ProjectInfo& info, JsonWriter& json) {
         json.key("keyframes").integer(static_cast<int64_t>(summary.keyframesCount));
         json.key("looping").boolean(summary.hasLooping);
         json.key("name").string(animation->name());
+        json.key("periodInMS");
+        const int64_t period = summary.course.wholePeriodInMS();
+        period > 0 ? json.integer(period) : json.null();
         json.key("timelines").integer(static_cast<int64_t>(summary.timelinesCount));
         json.endObject();
     }
@@ -110,10 +112,9 @@ void writeImageSets(PCProject& project, JsonWriter& json) {
     json.endArray();
 }
 
-void printJson(const ProjectInfo& info, Report& report) {
+void writeJson(const ProjectInfo& info, JsonWriter& json) {
     PCProject& project = *info.project;
     const QSizeF canvas = project.canvas()->size();
-    JsonWriter json(JsonWriter::Keys::Sorted);
     json.beginObject();
     writeAnimations(info, json);
     json.key("canvas").beginObject(JsonWriter::Layout::OneLine);
@@ -123,27 +124,25 @@ void printJson(const ProjectInfo& info, Report& report) {
     writeImageSets(project, json);
     json.key("modelVersion").integer(project.version().modelVersion());
     json.key("name").string(project.projectName());
-    report.print(json.endObject().take());
+    json.endObject();
 }
 
 ExitCode run(const Invocation& invocation, Console& console) {
-    const bool asJson = invocation.has(kJsonOption.name);
-    return runOnPackages(invocation.operands(), console, [asJson](Report& report) {
+    return runOnPackages(invocation, console, [](Report& report) {
         const ProjectInfo info = infoOf(openForReading(report));
-        asJson ? printJson(info, report) : printText(info, report);
+        if (report.isJson()) {
+            report.setResult([&](JsonWriter& json) { writeJson(info, json); });
+        } else {
+            printText(info, report);
+        }
     });
 }
 
 }  // namespace
 
 const Verb& infoVerb() {
-    static const Verb verb{"info",
-                           "PKG...",
-                           1,
-                           Verb::kMany,
-                           "Prints what each project holds, as text or one JSON object.",
-                           {kJsonOption},
-                           run};
+    static const Verb verb{
+        "info", "PKG...", 1, Verb::kMany, "Prints what each project holds.", {kJsonOption}, run};
     return verb;
 }
 

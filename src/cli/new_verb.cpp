@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QRegularExpression>
+#include <map>
 
 #include "cli/support/packages.h"
 #include "cli/verbs.h"
@@ -29,29 +30,66 @@ std::optional<QSizeF> canvasSizeFrom(const Invocation& invocation) {
     return size;
 }
 
-/// Makes an image set and an element for each file.
+/// A file for each pixel density of one picture, the highest last.
+struct Densities {
+    std::map<int, QString> pathsByDensity;
+};
+
+int densityOf(const PCImage& image) {
+    return image.is3X() ? 3 : image.is2X() ? 2 : 1;
+}
+
+/// Makes an image set and an element for each picture.
 class ArtworkImport {
  public:
     explicit ArtworkImport(PCProject& project) : m_project(project) {}
 
+    /// Files of one name but for their density belong together.
     void add(const QString& path) {
-        const auto image = PCImage::pcimageWithData(readInputFile(path), path);
-        const QString name = image->keyname();
-        if (m_paths.contains(name)) {
-            throw InputError(path,
-                             u"makes the image set %1, as %2 does; give one file for each "
-                             u"picture, that of the highest density"_s.arg(name, m_paths[name]));
+        const PCImage named(QImage(), path);
+        const QString set = named.keyname();
+        if (!m_artwork.contains(set)) { m_order << set; }
+        const auto [other, isNew] =
+            m_artwork[set].pathsByDensity.try_emplace(densityOf(named), path);
+        if (!isNew) {
+            throw InputError(
+                path, u"is the same picture of the image set %1 as %2"_s.arg(set, other->second));
         }
-        try {
-            m_project.imageSetManager().addImageSetWithPCImage(image);
-        } catch (const InputError& error) { throw InputError(path, error.reason()); }
-        m_paths.insert(name, path);
-        addElement(*image);
+    }
+
+    void run() {
+        for (const QString& set : m_order) {
+            importSet(m_artwork[set]);
+        }
     }
 
  private:
     PCProject& m_project;
-    QHash<QString, QString> m_paths;  // by the name of the set
+    QStringList m_order;
+    QHash<QString, Densities> m_artwork;  // by the name of the set
+
+    // The densities that are not given are drawn from the highest.
+    void importSet(const Densities& artwork) {
+        const QString& path = artwork.pathsByDensity.rbegin()->second;
+        const auto image = imageAt(path);
+        try {
+            const auto set = m_project.imageSetManager().addImageSetWithPCImage(image);
+            for (const auto& [density, given] : artwork.pathsByDensity) {
+                if (given != path) { storeRendition(*set, density, *imageAt(given)); }
+            }
+        } catch (const InputError& error) { throw InputError(path, error.reason()); }
+        addElement(*image);
+    }
+
+    static std::shared_ptr<PCImage> imageAt(const QString& path) {
+        return PCImage::pcimageWithData(readInputFile(path), path);
+    }
+
+    static void storeRendition(const PCImageSet& set, int density, const PCImage& image) {
+        const QString name = density == 1 ? u"Original."_s : u"Original@%1x."_s.arg(density);
+        set.fileWrapper()->pc_replaceSubFileWrapperNamed(name + image.extension(),
+                                                         image.dataRepresentation());
+    }
 
     // In front of those before it. Its name becomes unique where it enters the tree.
     void addElement(const PCImage& image) {
@@ -70,7 +108,7 @@ ExitCode run(const Invocation& invocation, Console& console) {
     const bool replaces = invocation.has(kForceOption.name);
     const std::optional<QSizeF> canvasSize = canvasSizeFrom(invocation);
     requirePlaceForPackage(paths.first(), replaces);
-    return runOnPackage(paths.first(), console, [&](Report& report) {
+    return runOnPackage(invocation, console, [&](Report& report) {
         const PCProject::Ptr project = PCProject::init();
         const UndoRegistrationPause pause(project->undoManager());
         if (canvasSize) { project->canvas()->setSize(*canvasSize); }
@@ -78,6 +116,7 @@ ExitCode run(const Invocation& invocation, Console& console) {
         for (const QString& path : paths.mid(1)) {
             import.add(path);
         }
+        import.run();
         writePackageCopy(*project->fileWrapper(), report.packagePath(), replaces);
     });
 }
@@ -85,14 +124,15 @@ ExitCode run(const Invocation& invocation, Console& console) {
 }  // namespace
 
 const Verb& newVerb() {
-    static const Verb verb{
-        "new",
-        "DEST.tweenery [IMAGE...]",
-        1,
-        Verb::kMany,
-        "Makes a project from artwork: an image set and an element for each PNG or JPEG file.",
-        {kCanvasOption, kForceOption},
-        run};
+    static const Verb verb{"new",
+                           "DEST.tweenery [IMAGE...]",
+                           1,
+                           Verb::kMany,
+                           "Makes a project from artwork: an image set and an element for each PNG "
+                           "or JPEG file; files named "
+                           "a.png, a@2x.png and a@3x.png make one.",
+                           {kCanvasOption, kForceOption},
+                           run};
     return verb;
 }
 

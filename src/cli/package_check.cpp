@@ -12,6 +12,8 @@
 #include "model/preferences/project_preferences.h"
 #include "model/preferences/project_version.h"
 #include "storage/image_header.h"
+#include "storage/package_entries.h"
+#include "storage/pixel_allowance.h"
 
 using namespace Qt::StringLiterals;
 
@@ -24,8 +26,9 @@ void requireUtf8(const PackageEntry& entry) {
     if (decode.hasError()) { throw InputError(entry.path, u"is not UTF-8 text"_s); }
 }
 
-void requireImage(const PackageEntry& entry) {
+void requireImage(const PackageEntry& entry, PixelAllowance& allowance) {
     const QByteArray& contents = entry.node->contents();
+    allowance.take(contents, entry.path);
     decodeImage(contents, entry.path);
     const bool isNamedPng = pathExtension(entry.path) == u"png";
     if ((imageFormatOf(contents) == ImageFormat::Png) == isNamedPng) { return; }
@@ -50,6 +53,7 @@ class EntryReader {
 
  private:
     QHash<QString, PCAnimation::Ptr> m_animations;  // by the names of their directories
+    mutable PixelAllowance m_allowance;
 
     void decodeTimeline(const PackageEntry& entry, const KeyedUnarchiver& archive) const;
     template <typename Decode>
@@ -76,7 +80,7 @@ void EntryReader::read(const PackageEntry& entry) const {
                                   [&](const auto& archive) { decodeTimeline(entry, archive); });
         case EntryKind::Rendition:
         case EntryKind::Preview:
-            return requireImage(entry);
+            return requireImage(entry, m_allowance);
         case EntryKind::AnimationName:
             return requireUtf8(entry);
         case EntryKind::Unknown:
@@ -114,14 +118,12 @@ PCProject::Ptr projectIfReadable(const FileWrapper::Ptr& root) {
 }
 
 void requireEntries(const FileWrapper& root, PackageCheck& check) {
-    for (const QString& name : {u"canvas"_s, u"preferences"_s}) {
+    for (const QString& name : {kCanvasEntry, kPreferencesEntry}) {
         const FileWrapper::Ptr node = root.child(name);
         if (!node) { check.errors.emplace_back(name, u"is missing from the package"_s); }
-        if (node && !node->isRegularFile()) {
-            check.errors.emplace_back(name, u"is not a regular file"_s);
-        }
+        if (node && !node->isRegularFile()) { check.errors.emplace_back(name, kIsNoRegularFile); }
     }
-    if (!root.child(u"version"_s)) { check.notes.push_back({u"version"_s, u"is missing"_s}); }
+    if (!root.child(kVersionEntry)) { check.notes.push_back({kVersionEntry, u"is missing"_s}); }
 }
 
 void noteOldTimelines(const PCAnimation& animation, const QString& path, PackageCheck& check) {
@@ -161,12 +163,12 @@ void noteOddities(PackageCheck& check) {
     for (const PCElement::Ptr& element : project.canvas()->elementAndAllDescendants()) {
         const auto [first, isNew] = names.emplace(element->identifier(), element->name());
         if (isNew) { continue; }
-        check.notes.push_back({u"canvas"_s,
+        check.notes.push_back({kCanvasEntry,
                                u"the elements '%1' and '%2' have one identifier; only "
                                u"the first is found by it"_s.arg(first->second, element->name())});
     }
     for (const PCAnimation::Ptr& animation : project.animationsManager().animations()) {
-        const QString path = u"animations/"_s + animation->identifier();
+        const QString path = kAnimationsEntry + u'/' + animation->identifier();
         if (animation->name().isNull()) { check.notes.push_back({path, u"has no name"_s}); }
         noteOldTimelines(*animation, path, check);
     }

@@ -3,6 +3,7 @@
 #include "model/animation.h"
 #include "model/images/image_set.h"
 #include "model/property_timeline_group.h"
+#include "storage/package_entries.h"
 
 using namespace Qt::StringLiterals;
 
@@ -24,9 +25,9 @@ enum class DirectoryKind {
 DirectoryKind kindOfSubdirectory(DirectoryKind parent, const QString& name) {
     switch (parent) {
         case DirectoryKind::Root:
-            if (name == u"images") { return DirectoryKind::Images; }
-            if (name == u"animations") { return DirectoryKind::Animations; }
-            if (name == u"QuickLook") { return DirectoryKind::Previews; }
+            if (name == kImagesEntry) { return DirectoryKind::Images; }
+            if (name == kAnimationsEntry) { return DirectoryKind::Animations; }
+            if (name == kQuickLookEntry) { return DirectoryKind::Previews; }
             return DirectoryKind::Unknown;
         case DirectoryKind::Images:
             return DirectoryKind::ImageSet;
@@ -40,9 +41,9 @@ DirectoryKind kindOfSubdirectory(DirectoryKind parent, const QString& name) {
 }
 
 EntryKind kindOfRootFile(const QString& name) {
-    if (name == u"version") { return EntryKind::Version; }
-    if (name == u"preferences") { return EntryKind::Preferences; }
-    if (name == u"canvas") { return EntryKind::Canvas; }
+    if (name == kVersionEntry) { return EntryKind::Version; }
+    if (name == kPreferencesEntry) { return EntryKind::Preferences; }
+    if (name == kCanvasEntry) { return EntryKind::Canvas; }
     return EntryKind::Unknown;
 }
 

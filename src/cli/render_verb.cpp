@@ -1,6 +1,5 @@
 // tweenc render: pictures of a project at given times.
 
-#include <QFileInfo>
 #include <QRegularExpression>
 #include <atomic>
 #include <chrono>
@@ -16,6 +15,7 @@
 #include "codegen/export_error.h"
 #include "codegen/export_plan.h"
 #include "editor/layers/tweenery_style.h"
+#include "storage/package_entries.h"
 
 using namespace Qt::StringLiterals;
 
@@ -85,21 +85,10 @@ QBrush backgroundFrom(const Invocation& invocation) {
     return QColor(text);
 }
 
-void requireNotBoth(const Invocation& invocation, const VerbOption& option,
-                    std::initializer_list<VerbOption> others) {
-    if (!invocation.has(option.name)) { return; }
-    for (const VerbOption& other : others) {
-        if (invocation.has(other.name)) {
-            throw UsageError{u"takes --%1 or --%2, not both"_s.arg(QLatin1StringView(option.name),
-                                                                   QLatin1StringView(other.name))};
-        }
-    }
-}
-
 void requireSense(const Invocation& invocation) {
-    requireNotBoth(invocation, kPngsOption,
-                   {kAnimationOption, kAtOption, kFromOption, kToOption, kFpsOption});
-    requireNotBoth(invocation, kAtOption, {kFromOption, kToOption, kFpsOption});
+    invocation.requireNotBoth(kPngsOption,
+                              {kAnimationOption, kAtOption, kFromOption, kToOption, kFpsOption});
+    invocation.requireNotBoth(kAtOption, {kFromOption, kToOption, kFpsOption});
     for (const VerbOption& option : {kAtOption, kFromOption, kToOption, kFpsOption}) {
         if (invocation.has(option.name) && !invocation.has(kAnimationOption.name)) {
             throw UsageError{u"--%1 needs --animation: the setup state has no time"_s.arg(
@@ -158,11 +147,8 @@ Request requestFrom(const Invocation& invocation) {
     return request;
 }
 
-// The animation's name as far as it is fit for a file.
 QString fileNameOf(const PCAnimation::Ptr& animation) {
-    if (!animation) { return u"setup"_s; }
-    static const QRegularExpression unfit(u"[/\\x00-\\x1f]"_s);
-    return QString(animation->name()).replace(unfit, u"_"_s);
+    return animation ? nameForFile(animation->name()) : u"setup"_s;
 }
 
 class FramePlanner {
@@ -200,17 +186,17 @@ class FramePlanner {
     void addTaggedAnimations() {
         const ExportPlan plan = planExport(*m_project, {});
         for (const PCAnimationExportBundle& bundle : plan.pngGeneratorAnimationExportBundles) {
-            const QString name = QString::fromStdString(bundle.baseMethodName);
+            const QString name = nameForFile(QString::fromStdString(bundle.baseMethodName));
             forEachPNGTime(bundle, [&](int32_t time) {
                 if (m_frames.size() == kMostFrames) {
-                    throw InputError(u"animations"_s,
+                    throw InputError(kAnimationsEntry,
                                      u"have more than %1 frames"_s.arg(kMostFrames));
                 }
                 add(bundle.animation, name, time);
             });
         }
         if (m_frames.empty()) {
-            throw InputError(u"animations"_s,
+            throw InputError(kAnimationsEntry,
                              u"there is none whose name ends in \"pngs\" and a number of "
                              u"milliseconds, such as walk_pngs_40"_s);
         }
@@ -220,6 +206,18 @@ class FramePlanner {
     PCProject::Ptr m_project;
     std::vector<PictureFrame> m_frames;
 };
+
+void writeJson(const PictureTargets& targets, JsonWriter& json) {
+    json.beginObject().key("pictures").beginArray();
+    for (const PictureFrame& frame : targets.frames) {
+        if (frame.path.isNull()) { continue; }
+        json.beginObject(JsonWriter::Layout::OneLine);
+        json.key("animation").string(frame.animation ? frame.animation->name() : QString());
+        json.key("path").string(frame.path);
+        json.key("time").integer(frame.timeInMS).endObject();
+    }
+    json.endArray().key("sheet").string(targets.sheetPath).endObject();
+}
 
 void renderPackage(const Request& request, Console& console, Report& report) {
     const PCProject::Ptr project = openForReading(report);
@@ -233,6 +231,9 @@ void renderPackage(const Request& request, Console& console, Report& report) {
     targets.requireFree(request.replaces);
     ScenePictures scene(project, request.look);
     PictureRun(scene, targets, console).run();
+    if (report.isJson()) {
+        report.setResult([&](JsonWriter& json) { writeJson(targets, json); });
+    }
     for (const QString& path : targets.paths()) {
         report.printLine(path);
     }
@@ -240,7 +241,7 @@ void renderPackage(const Request& request, Console& console, Report& report) {
 
 ExitCode run(const Invocation& invocation, Console& console) {
     const Request request = requestFrom(invocation);
-    return runOnPackage(invocation.operands().first(), console,
+    return runOnPackage(invocation, console,
                         [&](Report& report) { renderPackage(request, console, report); });
 }
 
@@ -254,7 +255,7 @@ const Verb& renderVerb() {
                            "Draws the scene at given times into PNG files or one sprite sheet.",
                            {kAnimationOption, kAtOption, kFromOption, kToOption, kFpsOption,
                             kScaleOption, kBackgroundOption, kClipOption, kOutOption, kSheetOption,
-                            kColumnsOption, kPngsOption, kReplaceOption},
+                            kColumnsOption, kPngsOption, kReplaceOption, kQuietOption, kJsonOption},
                            run};
     return verb;
 }

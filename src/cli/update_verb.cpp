@@ -3,6 +3,7 @@
 #include "cli/support/packages.h"
 #include "cli/verbs.h"
 #include "model/document.h"
+#include "storage/output_folder.h"
 #include "storage/package_store.h"
 
 using namespace Qt::StringLiterals;
@@ -11,6 +12,8 @@ namespace tweenery {
 namespace {
 
 constexpr VerbOption kYesOption{"yes", nullptr, "do not ask"};
+constexpr VerbOption kBackupOption{
+    "backup", "DIR", "where the backup goes; Backups in the documents folder otherwise"};
 
 /// Asks on the terminal, takes yes for an answer, and remembers what was asked.
 class TerminalAlerts : public AlertPort {
@@ -55,6 +58,27 @@ void refuse(const TerminalAlerts& alerts, const QString& path) {
         path, wasAsked ? u"was not updated, as you decided"_s : textOfAlert(alerts.lastAlert()));
 }
 
+/// Has backups go elsewhere for its life.
+class BackupPlace {
+ public:
+    explicit BackupPlace(const QString& path) : m_before(PCProject::givenBackupDirectory()) {
+        if (!path.isNull()) { PCProject::setBackupDirectory(path); }
+    }
+    ~BackupPlace() { PCProject::setBackupDirectory(m_before); }
+    BackupPlace(const BackupPlace&) = delete;
+    BackupPlace& operator=(const BackupPlace&) = delete;
+
+ private:
+    QString m_before;
+};
+
+/// A folder that was named has to be one that can be written into.
+void requireBackupFolder(const QString& folder, const QString& package) {
+    if (folder.isNull()) { return; }
+    requireOutsidePackage(folder, package);
+    OutputFolder::make(folder);
+}
+
 void update(Report& report, TerminalAlerts& alerts) {
     const QString& path = report.packagePath();
     const FileWrapper::Ptr root = readPackage(path);
@@ -66,21 +90,24 @@ void update(Report& report, TerminalAlerts& alerts) {
     }
     PCDocument document(alerts, report);
     if (!document.readFromFileWrapper(root)) { refuse(alerts, path); }
-    const QString backup = document.project()->backupPath();
-    if (backup.isNull()) {
-        throw InputError(PCProject::backupDirectory(),
-                         u"the backup could not be written there; nothing was updated"_s);
-    }
     savePackage(*document.fileWrapperOfProject(), path);
     report.printLine(u"%1 was updated from model version %2 to %3."_s.arg(
         path, QString::number(stored), QString::number(current)));
-    report.printLine(u"Backup: "_s + backup);
+    const QString& backup = document.project()->backupPath();
+    if (!backup.isNull()) { report.printLine(u"Backup: "_s + backup); }
 }
 
 ExitCode run(const Invocation& invocation, Console& console) {
     TerminalAlerts alerts(console, invocation.has(kYesOption.name));
-    return runOnPackage(invocation.operands().first(), console,
-                        [&](Report& report) { update(report, alerts); });
+    const QString backups = invocation.value(kBackupOption.name);
+    if (invocation.has(kBackupOption.name) && backups.isEmpty()) {
+        throw UsageError{u"--backup takes a directory"_s};
+    }
+    const BackupPlace place(backups);
+    return runOnPackage(invocation, console, [&](Report& report) {
+        requireBackupFolder(backups, report.packagePath());
+        update(report, alerts);
+    });
 }
 
 }  // namespace
@@ -91,7 +118,7 @@ const Verb& updateVerb() {
                            1,
                            1,
                            "Brings an older project to the current model version, after a backup.",
-                           {kYesOption},
+                           {kYesOption, kBackupOption},
                            run};
     return verb;
 }

@@ -1,11 +1,11 @@
 #include "codegen/artwork_export.h"
 
-#include <QFile>
-#include <filesystem>
 #include <map>
 
 #include "base/errors.h"
-#include "storage/package_store.h"
+#include "base/path_name.h"
+#include "storage/image_header.h"
+#include "storage/package_entries.h"
 
 using namespace Qt::StringLiterals;
 
@@ -17,33 +17,63 @@ using ImageSets = std::map<QString, std::shared_ptr<PCImageSet>>;
 
 const QString kImagesDirectory = u"images"_s;
 
-std::filesystem::path filePath(const QString& path) {
-    return QFile::encodeName(path).toStdString();
+struct ArtworkFile {
+    QString name;  // of the file
+    QByteArray data;
+    QString imageSet;
+    QString entry;  // of the package
+};
+
+QString entryOf(const PCImageSet& set, const QString& basename) {
+    const QString png = basename + u".png"_s;
+    const QString file = set.fileWrapper()->child(png) ? png : basename + u".jpg"_s;
+    return u"%1/%2/%3"_s.arg(kImagesEntry, set.name(), file);
 }
 
-/// Makes the folder; gives the reason when there is none afterwards that can be trusted.
-QString reasonForNoImagesDirectory(const QString& path) {
-    std::error_code error;
-    const auto target = filePath(path);
-    if (std::filesystem::is_symlink(target, error)) { return u"it is a symbolic link"_s; }
-    std::filesystem::create_directories(target, error);
-    if (error) { return QString::fromStdString(error.message()); }
-    return std::filesystem::is_directory(target, error) ? QString() : u"it is no directory"_s;
-}
-
-void exportSet(const PCImageSet& set, const QString& directory, WrittenFiles& files) {
-    const auto write = [&](const QString& name, const QByteArray& data) {
-        if (data.isNull()) { return; }
-        const QString path = kImagesDirectory + u'/' + name;
-        if (isSafeFilename(name)) {
-            writeExportedFile(directory, path, {data}, files);
-        } else {
-            files.failures.push_back({path, u"the image set's name is no file name"_s});
+std::vector<ArtworkFile> artworkOf(const std::vector<std::shared_ptr<PCImageSet>>& sets) {
+    std::vector<ArtworkFile> artwork;
+    for (const auto& set : sets) {
+        const auto add = [&](const QString& name, const QByteArray& data, const QString& basename) {
+            if (data.isNull()) { return; }
+            artwork.push_back({name, data, set->name(), entryOf(*set, basename)});
+        };
+        add(set->name(), set->originalData(), u"Original"_s);
+        if (set->has2XArtwork()) {
+            add(set->artwork2XName(), set->original2xData(), u"Original@2x"_s);
         }
-    };
-    write(set.name(), set.originalData());
-    if (set.has2XArtwork()) { write(set.artwork2XName(), set.original2xData()); }
-    if (set.has3XArtwork()) { write(set.artwork3XName(), set.original3xData()); }
+        if (set->has3XArtwork()) {
+            add(set->artwork3XName(), set->original3xData(), u"Original@3x"_s);
+        }
+    }
+    return artwork;
+}
+
+/// What stands against a file of that name with that content, which came with the package; empty
+/// when nothing does. A file that is no picture could be anything, and so could one without a
+/// picture's name.
+QString faultOf(const ArtworkFile& artwork) {
+    const auto format = imageFormatOf(artwork.data);
+    if (!format) { return u"is neither a PNG nor a JPEG image"_s; }
+    const QString extension = pathExtension(artwork.name).toLower();
+    const bool isNamedPng = extension == u"png";
+    const bool isNamedJpeg = extension == u"jpg" || extension == u"jpeg";
+    if (!isNamedPng && !isNamedJpeg) { return u"is not named as a PNG or JPEG image"_s; }
+    if (isNamedPng == (*format == ImageFormat::Png)) { return {}; }
+    return isNamedPng ? u"is a JPEG image, though it is named as a PNG"_s
+                      : u"is a PNG image, though it is named as a JPEG"_s;
+}
+
+// The file has to go where nothing else of this export goes.
+QString reasonAgainst(const ArtworkFile& artwork,
+                      const std::multimap<QString, QString>& setsByFile) {
+    const auto [first, last] = setsByFile.equal_range(artwork.name);
+    for (auto other = first; other != last; ++other) {
+        if (other->second == artwork.imageSet) { continue; }
+        return u"is what the image sets %1 and %2 would both write; it is not written"_s.arg(
+            std::min(artwork.imageSet, other->second), std::max(artwork.imageSet, other->second));
+    }
+    const QString fault = faultOf(artwork);
+    return fault.isEmpty() ? fault : u"is not written: %1 %2"_s.arg(artwork.entry, fault);
 }
 
 }  // namespace
@@ -73,29 +103,34 @@ std::vector<std::shared_ptr<PCImageSet>> imageSetsInUse(PCProject& project) {
     return inUse;
 }
 
-WrittenFiles exportArtwork(const std::vector<std::shared_ptr<PCImageSet>>& sets,
-                           const QString& directory, bool clean) {
-    WrittenFiles files;
-    const QString target = directory + u'/' + kImagesDirectory;
-    if (clean) {
-        std::error_code ignored;  // there may be nothing to remove
-        std::filesystem::remove_all(filePath(target), ignored);
+void exportArtwork(const std::vector<std::shared_ptr<PCImageSet>>& sets, const OutputFolder& folder,
+                   bool clean, WrittenFiles& files) {
+    if (clean) { files.removedFilesCount = folder.remove(kImagesDirectory); }
+    const std::vector<ArtworkFile> artwork = artworkOf(sets);
+    std::multimap<QString, QString> setsByFile;
+    for (const ArtworkFile& file : artwork) {
+        setsByFile.emplace(file.name, file.imageSet);
     }
-    const QString reason = reasonForNoImagesDirectory(target);
-    if (!reason.isEmpty()) {
-        files.failures.push_back({kImagesDirectory, reason});
-        return files;
+    try {
+        const OutputFolder images = folder.subfolder(kImagesDirectory);
+        for (const ArtworkFile& file : artwork) {
+            const QString path = kImagesDirectory + u'/' + file.name;
+            const QString reason = reasonAgainst(file, setsByFile);
+            if (reason.isEmpty()) {
+                writeExportedFile(images, file.name, {file.data}, path, files);
+            } else {
+                files.failures.push_back({path, reason});
+            }
+        }
+    } catch (const InputError& error) {
+        files.failures.push_back({kImagesDirectory, error.reason()});
     }
-    for (const auto& set : sets) {
-        exportSet(*set, directory, files);
-    }
-    return files;
 }
 
-void writeExportedFile(const QString& directory, const QString& path, const QByteArrayList& pieces,
-                       WrittenFiles& files) {
+void writeExportedFile(const OutputFolder& folder, const QString& name,
+                       const QByteArrayList& pieces, const QString& path, WrittenFiles& files) {
     try {
-        writeFileAtomically(directory + u'/' + path, pieces);
+        folder.write(name, pieces);
         files.paths << path;
     } catch (const InputError& error) { files.failures.push_back({path, error.reason()}); }
 }

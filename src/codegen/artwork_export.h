@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "model/project.h"
+#include "storage/output_folder.h"
 
 namespace tweenery {
 
@@ -18,21 +19,23 @@ struct ExportFailure {
 struct WrittenFiles {
     QStringList paths;
     std::vector<ExportFailure> failures;
+    size_t removedFilesCount = 0;  // of the folder "images", when it was cleaned
 };
 
 /// The image sets in use, by name: those of all elements that are no groups, and those that any
 /// animation shows. Throws InputError when a stored image timeline cannot be read.
 std::vector<std::shared_ptr<PCImageSet>> imageSetsInUse(PCProject& project);
 
-/// Copies the artwork of `sets` into "images" inside `directory`, which exists; with `clean` that
-/// folder is removed first. A file that cannot be written is a failure, and the copy goes on.
-/// Nothing is written or removed through a symbolic link below `directory`.
-WrittenFiles exportArtwork(const std::vector<std::shared_ptr<PCImageSet>>& sets,
-                           const QString& directory, bool clean);
+/// Copies the artwork of `sets` into "images" inside `folder`; with `clean` that folder is removed
+/// first. Only PNG and JPEG images with a name that says so are copied, and no file that two sets
+/// would write. What is not, or cannot be, written is a failure, and the copy goes on. Nothing is
+/// written or removed through a symbolic link below `folder`.
+void exportArtwork(const std::vector<std::shared_ptr<PCImageSet>>& sets, const OutputFolder& folder,
+                   bool clean, WrittenFiles& files);
 
-/// Writes one file, made of `pieces`, into `directory`, under a relative path below it, and notes
-/// how it went.
-void writeExportedFile(const QString& directory, const QString& path, const QByteArrayList& pieces,
-                       WrittenFiles& files);
+/// Writes the file `name`, made of `pieces`, into `folder`, and notes how it went with `path`, its
+/// path relative to the export's directory.
+void writeExportedFile(const OutputFolder& folder, const QString& name,
+                       const QByteArrayList& pieces, const QString& path, WrittenFiles& files);
 
 }  // namespace tweenery

@@ -132,6 +132,7 @@ class Collector {
     std::vector<Diagnostic> m_diagnostics;
     QSet<QString> m_elementNames{u"__scaling__"_s};
     QSet<QString> m_methodStems;
+    int64_t m_slicedValues = 0;
 };
 
 void Collector::checkProject() {
@@ -307,7 +308,7 @@ void Collector::checkSlicedAnimation(const PCAnimationExportBundle& bundle) {
             "tag \"sliced\" away."_s);
         return;
     }
-    if (const auto obstacle = obstacleToSlicing(bundle)) {
+    if (const auto obstacle = obstacleToSlicing(bundle, m_slicedValues)) {
         add(Kind::CannotSlice, Severity::Error, *bundle.animation,
             u"The export stops: %1; take the tag \"sliced\" away, or these keyframes."_s.arg(
                 *obstacle));
@@ -327,8 +328,10 @@ void Collector::checkSlicedAnimation(const PCAnimationExportBundle& bundle) {
 }
 
 void Collector::checkPngAnimation(const PCAnimationExportBundle& bundle) {
-    size_t pictures = 0;
-    forEachPNGTime(bundle, [&](int32_t) { ++pictures; });
+    // Beyond 2^24 ms the steps, which are 32-bit numbers, no longer advance evenly.
+    constexpr int64_t lastEvenTime = 1 << 24;
+    const auto step = static_cast<int64_t>(bundle.generatePNGsDeltaTimeInMS);
+    const int64_t pictures = std::min<int64_t>(bundle.durationInMS, lastEvenTime) / step + 1;
     add(Kind::NoPicturesDrawn, Severity::Note, *bundle.animation,
         u"Its %1 pictures are not drawn, and it has no methods; take the tag \"pngs\" away to "
         "export it as code."_s.arg(pictures));

@@ -1,6 +1,7 @@
 #include "codegen/frame_sliced_animation_code.h"
 
 #include "base/errors.h"
+#include "base/limits.h"
 #include "base/number_text.h"
 #include "codegen/export_error.h"
 #include "codegen/standard_animation_code.h"
@@ -96,10 +97,27 @@ std::optional<QString> obstacleToSlicing(const PCAnimationExportBundle& bundle) 
     return {};
 }
 
+std::optional<QString> obstacleToSlicing(const PCAnimationExportBundle& bundle,
+                                         int64_t& valuesInAll) {
+    if (const auto obstacle = obstacleToSlicing(bundle)) { return obstacle; }
+    for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
+        for (const auto* timeline : record.slicingOrder()) {
+            if (!timeline->EXPORT_isNonChanging()) { valuesInAll += bundle.numberOfFrameSlices; }
+        }
+    }
+    if (valuesInAll <= limits::kSlicedValuesInAll) { return {}; }
+    return beyondLimit(
+        u"values of frame sliced animations (with animation '%1')"_s.arg(bundle.animation->name()),
+        valuesInAll, limits::kSlicedValuesInAll);
+}
+
 void FrameSlicedAnimationCode::prepareForSlicedAnimationExport() {
     if (!writesText()) { return; }
+    int64_t valuesInAll = 0;
     for (Bundle& bundle : m_plan.frameSlicedAnimationExportBundles) {
-        if (const auto obstacle = obstacleToSlicing(bundle)) { throw ExportError(*obstacle); }
+        if (const auto obstacle = obstacleToSlicing(bundle, valuesInAll)) {
+            throw ExportError(*obstacle);
+        }
         sortByChange(bundle);
         const QString structType = u"%1_%2_Values"_s.arg(
             m_plan.generatedClassName, QString::fromStdString(bundle.baseMethodName));

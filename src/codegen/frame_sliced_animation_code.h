@@ -63,5 +63,8 @@ inline constexpr int32_t kMaximumFrameSlices = 1'000'000;
 
 /// Why no table can hold the frame-sliced animation; nothing when one can.
 std::optional<QString> obstacleToSlicing(const PCAnimationExportBundle& bundle);
+/// The same with what all sliced animations hold together: their values are added to `valuesInAll`.
+std::optional<QString> obstacleToSlicing(const PCAnimationExportBundle& bundle,
+                                         int64_t& valuesInAll);
 
 }  // namespace tweenery

@@ -1,9 +1,9 @@
 #include "codegen/project_exporter.h"
 
 #include <QDate>
-#include <QDir>
 #include <QLocale>
 
+#include "base/errors.h"
 #include "codegen/language/objc_code_provider.h"
 #include "codegen/language/swift_code_provider.h"
 #include "codegen/project_code_generator.h"
@@ -32,6 +32,7 @@ ExportOptions ExportOptions::fromPreferences(PCProject& project) {
             preferences.generatedCodeClipsToBounds(),
             preferences.generatedCodeIncludesImages(),
             preferences.generatedCodeCleansImageDirectory(),
+            false,
             {TWEENERY_VERSION, date.toStdString()}};
 }
 
@@ -53,20 +54,16 @@ ExportResult exportCodeToDirectory(const std::shared_ptr<PCProject>& project,
 
     ExportResult result;
     result.diagnostics = generator.diagnostics();
-    if (!QDir().mkpath(directory)) {
-        result.files.failures.push_back({u"."_s, u"the directory cannot be made"_s});
-        return result;
-    }
-    for (const auto& [name, pieces] : generator.fileContentsByName()) {
-        writeExportedFile(directory, name, viewsOf(pieces), result.files);
-    }
-    if (options.includesImages) {
-        const WrittenFiles artwork =
-            exportArtwork(imageSets, directory, options.cleansImageDirectory);
-        result.files.paths += artwork.paths;
-        result.files.failures.insert(result.files.failures.end(), artwork.failures.begin(),
-                                     artwork.failures.end());
-    }
+    try {
+        const OutputFolder folder =
+            options.isDryRun ? OutputFolder::pretended(directory) : OutputFolder::make(directory);
+        for (const auto& [name, pieces] : generator.fileContentsByName()) {
+            writeExportedFile(folder, name, viewsOf(pieces), name, result.files);
+        }
+        if (options.includesImages) {
+            exportArtwork(imageSets, folder, options.cleansImageDirectory, result.files);
+        }
+    } catch (const InputError& error) { result.files.failures.push_back({u"."_s, error.reason()}); }
     return result;
 }
 

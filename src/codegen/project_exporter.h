@@ -15,6 +15,7 @@ struct ExportOptions {
     bool clipsToBounds = false;         // the scene is clipped to its bounds
     bool includesImages = true;         // the artwork is copied beside the source
     bool cleansImageDirectory = false;  // the folder "images" is emptied first
+    bool isDryRun = false;              // nothing is written, and the result as if it had been
     GenerationStamp stamp;              // the comment at the head of each file
 
     /// As the project remembers them. The stamp has this program's version, and today's date in the

@@ -4,9 +4,11 @@
 #include <algorithm>
 
 #include "base/errors.h"
+#include "base/limits.h"
 #include "model/animations_manager.h"
 #include "model/project.h"
 #include "storage/keyed_archiver.h"
+#include "storage/package_entries.h"
 
 using namespace Qt::StringLiterals;
 
@@ -15,11 +17,6 @@ namespace {
 
 bool isElementDirectoryName(const QString& name) {
     return name != kAnimationNameFile && name != kAnimationKeyAllFile;
-}
-
-const FileWrapper& requireRegularFile(const FileWrapper& file, const QString& entry) {
-    if (!file.isRegularFile()) { throw InputError(entry, u"is not a regular file"_s); }
-    return file;
 }
 
 }  // namespace
@@ -46,7 +43,13 @@ void PCAnimation::readName() {
     if (!file || !file->isRegularFile()) { return; }
     QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decode(file->contents());
-    if (!decode.hasError()) { m_name = text; }
+    if (decode.hasError()) { return; }
+    if (text.size() > limits::kLengthOfText) {
+        throw InputError(
+            path() + u'/' + kAnimationNameFile,
+            beyondLimit(u"characters of a name"_s, text.size(), limits::kLengthOfText));
+    }
+    m_name = text;
 }
 
 void PCAnimation::readMasterTimeline() {
@@ -77,7 +80,7 @@ PCAnimationsManager* PCAnimation::animationsManager() const {
 }
 
 QString PCAnimation::path() const {
-    return u"animations/"_s + identifier();
+    return kAnimationsEntry + u'/' + identifier();
 }
 
 QString PCAnimation::description() const {
@@ -164,7 +167,7 @@ void PCAnimation::saveTimeline(const PCKeyedPropertyTimeline& timeline, PCProper
                                const Identifier& element) {
     const QString directoryName = element.toString();
     if (!isSafeFilename(directoryName)) {
-        throw InputError(u"canvas"_s,
+        throw InputError(kCanvasEntry,
                          u"holds an element whose identifier cannot name a directory: %1"_s.arg(
                              directoryName.left(100)));
     }
@@ -201,6 +204,7 @@ PCAnimation::Summary PCAnimation::storedSummary() const {
             summary.durationInMS = std::max(summary.durationInMS, timeline.durationInMS);
             summary.hasLooping =
                 summary.hasLooping || timeline.repeatBehavior != PCRepeatBehaviorNever;
+            summary.course.add(timeline.durationInMS, timeline.repeatBehavior);
             summary.timelinesCount += 1;
             summary.keyframesCount += timeline.keyframesCount;
         }

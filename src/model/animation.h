@@ -6,6 +6,7 @@
 
 #include "base/identifier.h"
 #include "model/keyed_property_timeline.h"
+#include "model/properties/course.h"
 #include "model/property_timeline_group.h"
 #include "storage/file_wrapper.h"
 
@@ -62,6 +63,7 @@ class PCAnimation : public std::enable_shared_from_this<PCAnimation> {
     struct Summary {
         int32_t durationInMS = 0;
         bool hasLooping = false;
+        Course course;
         size_t timelinesCount = 0;
         size_t keyframesCount = 0;
     };

@@ -4,6 +4,7 @@
 
 #include "base/errors.h"
 #include "model/project.h"
+#include "storage/package_entries.h"
 
 using namespace Qt::StringLiterals;
 
@@ -13,7 +14,7 @@ PCAnimationsManager::PCAnimationsManager(const std::shared_ptr<PCProject>& proje
     : m_project(project) {
     const UndoRegistrationPause pause(project->undoManager());
     m_fileWrapper =
-        project->packageRoot()->pc_ensureSubfileWrapperDirectoryExistsWithName(u"animations"_s);
+        project->packageRoot()->pc_ensureSubfileWrapperDirectoryExistsWithName(kAnimationsEntry);
     for (const auto& [name, node] : m_fileWrapper->fileWrappers()) {
         if (node->isDirectory()) { insertByName(makeAnimation(node)); }
     }

@@ -7,22 +7,17 @@
 #include "base/errors.h"
 #include "storage/bitmap.h"
 #include "storage/keyed_archiver.h"
+#include "storage/package_entries.h"
 
 using namespace Qt::StringLiterals;
 
 namespace tweenery {
 namespace {
 
-const QString kCanvasEntry = u"canvas"_s;
-const QString kPreferencesEntry = u"preferences"_s;
-const QString kVersionEntry = u"version"_s;
-const QString kQuickLookEntry = u"QuickLook"_s;
-
 const FileWrapper& requireFile(const FileWrapper& root, const QString& entry) {
     const FileWrapper::Ptr file = root.child(entry);
     if (!file) { throw InputError(entry, u"is missing from the package"_s); }
-    if (!file->isRegularFile()) { throw InputError(entry, u"is not a regular file"_s); }
-    return *file;
+    return requireRegularFile(*file, entry);
 }
 
 // Both sides cut to whole pixels; the longer one becomes `longest`.

@@ -49,16 +49,19 @@ class PCProject : public PCAnimationsManagerChangeListener,
     static int32_t modelVersionOfProjectFileWrapper(const FileWrapper& root);
     static FileWrapper::Ptr updateProjectFileWrapperToLastestModelVersion(FileWrapper::Ptr root,
                                                                           LogPort& log);
-    /// Copies the package into the backup directory; failures are ignored. Returns its
-    /// path, null after a failure.
+    /// Copies the package into the backup directory, under a name of its own; failures are ignored.
+    /// Returns its path, null after a failure.
     static QString backupProjectFileWrapper(const FileWrapper& root);
     static void clearProjectBackups();
     /// The path of the backup that was taken when this project was opened to be updated; null when
     /// none was needed, or it failed.
     const QString& backupPath() const { return m_backupPath; }
-    /// "Backups" in the user's documents directory, or what setBackupDirectory() gave.
+    /// "Backups" in the user's documents directory, or what setBackupDirectory() gave. Null when
+    /// the user has no home folder.
     static QString backupDirectory();
     static void setBackupDirectory(const QString& path);
+    /// What it was last given; empty for nothing.
+    static const QString& givenBackupDirectory();
 
     // Parts.
 
@@ -170,6 +173,7 @@ class PCProject : public PCAnimationsManagerChangeListener,
 
     static Ptr build(FileWrapper::Ptr root);
     static QString backUpIfOlder(const FileWrapper& root, LogPort& log);
+    static QString writeBackup(const FileWrapper& root);
     ProjectIndex& index();
     bool isInTree(const PCElement& element) const;
     void writeQuickLook();

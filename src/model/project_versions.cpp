@@ -7,7 +7,10 @@
 
 #include "base/errors.h"
 #include "model/project.h"
+#include "storage/output_folder.h"
+#include "storage/package_entries.h"
 #include "storage/package_store.h"
+#include "storage/system_names.h"
 
 using namespace Qt::StringLiterals;
 
@@ -23,14 +26,17 @@ QString nameOf(const FileWrapper& root) {
     return root.preferredFilename().isEmpty() ? root.filename() : root.preferredFilename();
 }
 
+bool isThere(const QString& path) {
+    return kindOfPath(path) != PathKind::Nothing;
+}
+
 }  // namespace
 
 int32_t PCProject::modelVersionOfProjectFileWrapper(const FileWrapper& root) {
-    const QString entry = u"version"_s;
-    const FileWrapper::Ptr file = root.child(entry);
+    const FileWrapper::Ptr file = root.child(kVersionEntry);
     if (!file || !file->isRegularFile()) { return 0; }
     try {
-        return PCProjectVersion::decode(KeyedUnarchiver(file->contents(), entry).root())
+        return PCProjectVersion::decode(KeyedUnarchiver(file->contents(), kVersionEntry).root())
             ->modelVersion();
     } catch (const InputError&) { return 0; }
 }
@@ -44,7 +50,15 @@ FileWrapper::Ptr PCProject::updateProjectFileWrapperToLastestModelVersion(FileWr
 QString PCProject::backUpIfOlder(const FileWrapper& root, LogPort& log) {
     const int32_t version = modelVersionOfProjectFileWrapper(root);
     if (version >= currentModelVersion()) { return {}; }
-    QString backupPath = backupProjectFileWrapper(root);
+    QString backupPath;
+    try {
+        backupPath = writeBackup(root);
+    } catch (const InputError& error) {
+        // A failed backup does not stop the update.
+        log.writeLine(
+            u"The backup %1 could not be written (%2). The project is updated without one."_s.arg(
+                error.entry(), error.reason()));
+    }
     log.writeLine(u"Updating Model of %1 (From v%2 to v%3)"_s.arg(
         nameOf(root), QString::number(version), QString::number(currentModelVersion())));
     return backupPath;
@@ -52,24 +66,44 @@ QString PCProject::backUpIfOlder(const FileWrapper& root, LogPort& log) {
 
 QString PCProject::backupDirectory() {
     if (!backupDirectoryOverride().isEmpty()) { return backupDirectoryOverride(); }
+    if (qEnvironmentVariableIsEmpty("HOME")) { return {}; }
     return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + u"/Backups"_s;
+}
+
+const QString& PCProject::givenBackupDirectory() {
+    return backupDirectoryOverride();
 }
 
 void PCProject::setBackupDirectory(const QString& path) {
     backupDirectoryOverride() = path;
 }
 
-QString PCProject::backupProjectFileWrapper(const FileWrapper& root) {
-    const QString date = QDateTime::currentDateTime().toString(u"yyyy.MM.dd_HH.mm.ss"_s);
-    const QString stem = QFileInfo(nameOf(root)).completeBaseName();
-    const QString path = u"%1/%2_%3.tweenery"_s.arg(backupDirectory(), date, stem);
-    QDir().mkpath(backupDirectory());
-    try {
-        writePackageCopy(root, path, true);
-    } catch (const InputError&) {
-        return {};  // a failed backup does not stop the update
+QString PCProject::writeBackup(const FileWrapper& root) {
+    const QString directory = backupDirectory();
+    const QString name = QDateTime::currentDateTime().toString(u"yyyy.MM.dd_HH.mm.ss"_s) + u'_' +
+                         QFileInfo(nameOf(root)).completeBaseName();
+    if (directory.isEmpty()) {
+        throw InputError(name, u"there is no home folder, as the variable HOME is not set"_s);
     }
-    return path;
+    OutputFolder::make(directory);
+    // Another update within the same second has the same name.
+    for (int number = 1;; ++number) {
+        const QString suffix = number == 1 ? QString() : u" %1"_s.arg(number);
+        const QString path = u"%1/%2%3.tweenery"_s.arg(directory, name, suffix);
+        if (isThere(path)) { continue; }
+        try {
+            writePackageCopy(root, path);
+            return path;
+        } catch (const InputError& error) {
+            if (!isThere(path)) { throw InputError(path, error.reason()); }
+        }
+    }
+}
+
+QString PCProject::backupProjectFileWrapper(const FileWrapper& root) {
+    try {
+        return writeBackup(root);
+    } catch (const InputError&) { return {}; }
 }
 
 void PCProject::clearProjectBackups() {

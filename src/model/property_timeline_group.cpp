@@ -4,6 +4,7 @@
 
 #include "base/errors.h"
 #include "model/element.h"
+#include "storage/package_entries.h"
 
 using namespace Qt::StringLiterals;
 
@@ -71,7 +72,7 @@ PCKeyedPropertyTimeline::Ptr PCPropertyTimelineGroup::propertyTimelineFromParent
     const FileWrapper::Ptr file = m_directory ? m_directory->child(filename) : nullptr;
     if (!file) { return PCKeyedPropertyTimeline::initForElement(nullptr, type); }
     const QString entry = u"%1/%2/%3"_s.arg(m_parentPath, m_directory->filename(), filename);
-    if (!file->isRegularFile()) { throw InputError(entry, u"is not a regular file"_s); }
+    requireRegularFile(*file, entry);
     auto timeline = PCKeyedPropertyTimeline::unarchive(file->contents(), entry);
     timeline->takeTypeOfFile(type);
     return timeline;

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "base/limits.h"
 #include "base/point_text.h"
 
 namespace tweenery {
@@ -29,7 +30,8 @@ ArchivedKind kindOfInstances(std::string_view className) {
 
 }  // namespace
 
-KeyedUnarchiver::Table::Table(const QByteArray& data, const QString& entry) : m_plist(data, entry) {
+KeyedUnarchiver::Table::Table(const QByteArray& data, const QString& entry)
+    : m_bytes(static_cast<size_t>(data.size())), m_plist(data, entry) {
     open();
 }
 
@@ -261,8 +263,16 @@ std::optional<std::string_view> KeyedUnarchiver::Table::ascii(const ArchivedValu
     return ascii(requireString(value, key));
 }
 
+void KeyedUnarchiver::Table::requireShort(const PlistObject& string) const {
+    if (string.count > limits::kLengthOfText) {
+        fail(beyondLimit(QStringLiteral("characters of a name"), string.count,
+                         limits::kLengthOfText));
+    }
+}
+
 QString KeyedUnarchiver::Table::text(const PlistObject& string) {
     if (string.count <= ShortString) { return m_plist.text(string); }
+    requireShort(string);
     QString& shared = m_longStrings[string.payload];
     if (shared.isNull()) { shared = m_plist.text(string); }
     return shared;
@@ -302,6 +312,12 @@ QStringList KeyedUnarchiver::Table::strings(const ArchivedValue& value, std::str
     if (value.isAbsent()) { return {}; }
     const Array array = this->array(value, key);
     if (array.size == 0) { return {}; }
+    // A list that is written out takes a byte at least for each of its items.
+    m_listedStrings += array.size;
+    if (m_listedStrings > m_bytes) {
+        fail(beyondLimit(QStringLiteral("names in the archive's lists"),
+                         static_cast<int64_t>(m_listedStrings), static_cast<int64_t>(m_bytes)));
+    }
     QStringList& shared = m_stringLists[m_plist.object(array.ref).payload];
     if (!shared.isEmpty()) { return shared; }
     QStringList list;

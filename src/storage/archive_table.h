@@ -105,6 +105,7 @@ struct KeyedUnarchiver::Table {
         ArchivedKind kind = ArchivedKind::Object;  // of its instances
     };
 
+    size_t m_bytes;  // of the archive
     BinaryPlist m_plist;
     PlistObject m_objects;          // the array $objects
     uint32_t m_nullRef = NoObject;  // the property list's object that stands for null
@@ -119,8 +120,10 @@ struct KeyedUnarchiver::Table {
     // of them cannot ask for more memory than the archive's size warrants.
     QHash<const uint8_t*, QString> m_longStrings;
     QHash<const uint8_t*, QStringList> m_stringLists;
+    size_t m_listedStrings = 0;
 
     void open();
+    void requireShort(const PlistObject& string) const;
     uint32_t itemNumber(const PlistObject& array, size_t index);
     PlistObject requireString(const ArchivedValue& value, std::string_view key);
     std::optional<std::string_view> ascii(const PlistObject& string) const;

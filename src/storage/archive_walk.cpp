@@ -54,6 +54,10 @@ class ArchiveWalk {
                 break;
             case PlistType::Ascii:
                 m_plist.ascii(object);
+                m_table.requireShort(object);
+                break;
+            case PlistType::Utf16:
+                m_table.requireShort(object);
                 break;
             case PlistType::Uid:
                 verifyReference(object);

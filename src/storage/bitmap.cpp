@@ -9,14 +9,14 @@
 #include <cmath>
 
 #include "base/errors.h"
+#include "base/limits.h"
 #include "storage/image_header.h"
+#include "storage/pixel_allowance.h"
 
 namespace tweenery {
 
 namespace {
 
-constexpr int maximumSide = 16384;
-constexpr int64_t maximumPixels = 64'000'000;
 // Room for the largest image with 16 bits in each of four samples, in MiB.
 constexpr int allocationLimit = 512;
 
@@ -35,8 +35,8 @@ QSize checkedSize(const QByteArray& data, ImageFormat format, const QString& ent
     if (!size || size->isEmpty()) {
         throw InputError(entry, QStringLiteral("is damaged: its header cannot be read"));
     }
-    if (size->width() > maximumSide || size->height() > maximumSide ||
-        int64_t{size->width()} * size->height() > maximumPixels) {
+    if (size->width() > limits::kSideOfPicture || size->height() > limits::kSideOfPicture ||
+        int64_t{size->width()} * size->height() > limits::kPixelsOfPicture) {
         throw InputError(
             entry,
             QStringLiteral("is too large: %1 by %2 pixels").arg(size->width()).arg(size->height()));
@@ -80,7 +80,8 @@ DecodedImage decodeChecked(const QByteArray& data, const QString& entry, Orienta
     const QSize size = checkedSize(data, format, entry);
     const QString reason = QStringLiteral("is damaged: data is missing or changed");
     if (!isImageComplete(data, format)) { throw InputError(entry, reason); }
-    DecodedImage decoded = decodeAs(format, data, entry, orientation);
+    const DecodingTurn turn(decodingCost(data, entry));
+    DecodedImage decoded = decodeAs(format, withoutTextChunks(data), entry, orientation);
     const QSize found = decoded.image.size();
     if (found != size && !(decoded.wasTurned && found == size.transposed())) {
         throw InputError(entry, reason);

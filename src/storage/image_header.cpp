@@ -17,6 +17,9 @@ enum JpegMarker : uint8_t {
     HuffmanTables = 0xc4,  // these three lie among the frame markers and are none
     JpegExtension = 0xc8,
     ArithmeticTables = 0xcc,
+    FirstRestart = 0xd0,
+    LastRestart = 0xd7,
+    EndOfImage = 0xd9,
     StartOfScan = 0xda,
     Fill = 0xff,
 };
@@ -111,6 +114,28 @@ std::optional<QSize> pngSize(const QByteArray& data) {
     return QSize(static_cast<int>(width), static_cast<int>(height));
 }
 
+/// The number of scans; those of small pictures inside of a segment do not count.
+int64_t jpegScans(const QByteArray& data) {
+    int64_t scans = 0;
+    qsizetype position = walkJpegSegments(data, [&](uint8_t, qsizetype) { return false; });
+    if (position < 0) { return 0; }
+    ++scans;
+    // Within a scan 0xff comes with 0, or as the marker of a restart, or else ends the scan.
+    while ((position = data.indexOf(char(Fill), position)) >= 0 && position + 4 <= data.size()) {
+        const uint8_t marker = byteAt(data, position + 1);
+        const bool isInScan = marker == 0 || (marker >= FirstRestart && marker <= LastRestart);
+        if (isInScan || marker == Fill) {
+            position += marker == Fill ? 1 : 2;
+            continue;
+        }
+        if (marker == StartOfScan) { ++scans; }
+        if (marker == EndOfImage) { break; }
+        position += 2 + std::max<qsizetype>(bigEndianAt<uint16_t>(data, position + 2), 2);
+        if (position >= data.size()) { break; }
+    }
+    return scans;
+}
+
 bool isJpegComplete(const QByteArray& data) {
     const qsizetype scan = walkJpegSegments(data, [](uint8_t, qsizetype) { return false; });
     return scan >= 0 && data.indexOf(QByteArrayView("\xff\xd9", 2), scan) >= 0;
@@ -138,6 +163,32 @@ bool isInterlaced(const QByteArray& data, ImageFormat format) {
 
 bool isImageComplete(const QByteArray& data, ImageFormat format) {
     return format == ImageFormat::Png ? isPngComplete(data) : isJpegComplete(data);
+}
+
+ImageEffort imageEffort(const QByteArray& data) {
+    constexpr qsizetype depthAt = 24;  // behind the size in the first chunk of a PNG
+    if (imageFormatOf(data) == ImageFormat::Jpeg) { return {.scans = jpegScans(data)}; }
+    return {.hasWideSamples = data.size() > depthAt && byteAt(data, depthAt) == 16};
+}
+
+QByteArray withoutTextChunks(const QByteArray& data) {
+    if (imageFormatOf(data) != ImageFormat::Png) { return data; }
+    constexpr qsizetype frame = 12;  // length, type, checksum
+    QByteArray kept;
+    qsizetype copiedTo = 0;
+    qsizetype position = pngSignatureLength;
+    while (data.size() - position >= frame) {
+        const qsizetype length = bigEndianAt<uint32_t>(data, position);
+        if (length > data.size() - position - frame) { break; }
+        const auto type = QByteArrayView(data).sliced(position + 4, 4);
+        if (type == "tEXt" || type == "zTXt" || type == "iTXt") {
+            kept.append(QByteArrayView(data).sliced(copiedTo, position - copiedTo));
+            copiedTo = position + frame + length;
+        }
+        position += frame + length;
+    }
+    if (copiedTo == 0) { return data; }
+    return kept.append(QByteArrayView(data).sliced(copiedTo));
 }
 
 }  // namespace tweenery

@@ -25,4 +25,15 @@ bool isInterlaced(const QByteArray& data, ImageFormat format);
 /// that is needed for the pixels are right.
 bool isImageComplete(const QByteArray& data, ImageFormat format);
 
+/// What makes decoding dearer than its number of pixels tells.
+struct ImageEffort {
+    int64_t scans = 1;            // of a JPEG: the decoder goes over all pixels in each
+    bool hasWideSamples = false;  // a PNG of 16 bits a sample
+};
+ImageEffort imageEffort(const QByteArray& data);
+
+/// The PNG without its chunks of text, which nobody here reads and a decoder unpacks one and all;
+/// `data` itself when it has none, or is no PNG.
+QByteArray withoutTextChunks(const QByteArray& data);
+
 }  // namespace tweenery

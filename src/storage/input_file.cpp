@@ -5,6 +5,8 @@
 #include <cerrno>
 
 #include "base/errors.h"
+#include "base/limits.h"
+#include "storage/package_entries.h"
 #include "storage/posix_files.h"
 
 using namespace Qt::StringLiterals;
@@ -15,13 +17,15 @@ QByteArray readInputFile(const QString& path) {
     const auto fail = [&](const QString& what) {
         throw InputError(path, failureText(what, errno));
     };
-    constexpr off_t maxFileSize = off_t(1) << 30;
     constexpr int flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
     const FileDescriptor file(::open(systemPath(path).constData(), flags));
     struct stat status;
     if (!file || ::fstat(file.number(), &status) != 0) { fail(u"could not be opened"_s); }
-    if (!S_ISREG(status.st_mode)) { throw InputError(path, u"is not a regular file"_s); }
-    if (status.st_size > maxFileSize) { throw InputError(path, u"is larger than 1 GiB"_s); }
+    if (!S_ISREG(status.st_mode)) { throw InputError(path, kIsNoRegularFile); }
+    if (status.st_size > limits::kBytesOfEntry) {
+        throw InputError(path,
+                         beyondLimit(u"bytes of a file"_s, status.st_size, limits::kBytesOfEntry));
+    }
     QByteArray bytes(status.st_size, Qt::Uninitialized);
     for (qsizetype filled = 0; filled < bytes.size();) {
         const ssize_t got = ::read(file.number(), bytes.data() + filled,

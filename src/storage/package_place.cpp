@@ -82,9 +82,8 @@ FileDescriptor openPackage(const QString& path) {
     constexpr int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
     FileDescriptor package(::open(bytes.constData(), flags));
     if (!package && errno == ENOENT) {
-        const PackagePlace place(path);
-        if (!recoverSetAside(place)) { throw InputError(path, u"does not exist"_s); }
-        package = openDirectoryAt(place.parent.number(), place.name.c_str());
+        package = openSetAside(PackagePlace(path));
+        if (!package) { throw InputError(path, u"does not exist"_s); }
     }
     if (package) { return package; }
     if (errno == ENOTDIR) { throw InputError(path, u"is not a directory"_s); }

@@ -1,11 +1,15 @@
 #include <dirent.h>
 #include <fcntl.h>
 
+#include <atomic>
 #include <cerrno>
 #include <climits>
+#include <mutex>
 
 #include "base/errors.h"
+#include "base/limits.h"
 #include "base/parallel_walk.h"
+#include "storage/package_entries.h"
 #include "storage/package_place.h"
 #include "storage/package_store.h"
 #include "storage/posix_files.h"
@@ -15,8 +19,6 @@ namespace tweenery {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr off_t maxFileSize = off_t(1) << 30;
 
 [[noreturn]] void failChanged(const QString& entry) {
     throw InputError(entry, u"was changed while it was read"_s);
@@ -40,8 +42,26 @@ QString kindText(unsigned char type) {
     }
 }
 
+/// What of the file is only said to be there. Leaves the file at its beginning.
+int64_t bytesOfHoles(const FileDescriptor& file, off_t size) {
+    constexpr int glances = 1000;
+    int64_t stored = 0;
+    off_t end = 0;
+    for (int i = 0; i < glances && end < size; ++i) {
+        const off_t begin = ::lseek(file.number(), end, SEEK_DATA);
+        if (begin < 0) { break; }
+        end = ::lseek(file.number(), begin, SEEK_HOLE);
+        if (end < begin) { return 0; }  // the file system does not tell
+        stored += end - begin;
+    }
+    ::lseek(file.number(), 0, SEEK_SET);
+    return size - stored;
+}
+
 class PackageReader {
  public:
+    explicit PackageReader(std::vector<InputError>* unread) : m_unread(unread) {}
+
     /// `root` is open; its node is filled.
     void read(FileDescriptor root, const FileWrapper::Ptr& node, const QString& path);
 
@@ -56,12 +76,20 @@ class PackageReader {
 
     void readDirectory(const DirectoryPtr& directory);
     void readSubdirectory(const DirectoryPtr& parent, FileWrapper& node);
-    static void readEntry(Directory& directory, const ListedEntry& entry);
+    void readEntry(Directory& directory, const ListedEntry& entry);
     static void addSubdirectory(Directory& directory, const QString& filename);
-    static void readFile(const Directory& directory, const char* name, const QString& filename);
+    void readFile(const Directory& directory, const char* name, const QString& filename);
+    void requireRoom(const FileDescriptor& file, const struct stat& status, const QString& entry);
     static void readLink(const Directory& directory, const char* name, const QString& filename);
 
+    template <typename Read>
+    void attempt(const Read& read);
+
+    std::vector<InputError>* m_unread;  // null: the first entry that cannot be read ends all
+    std::mutex m_mutex;
     ParallelWalk m_walk;
+    std::atomic<int64_t> m_bytes = 0;
+    std::atomic<int64_t> m_bytesOfHoles = 0;
 };
 
 void PackageReader::read(FileDescriptor root, const FileWrapper::Ptr& node, const QString& path) {
@@ -78,11 +106,23 @@ void PackageReader::readDirectory(const DirectoryPtr& directory) {
         throw InputError(directory->path(), failureText(u"could not be listed"_s, errno));
     }
     for (const ListedEntry& entry : entries) {
-        readEntry(*directory, entry);
+        attempt([&] { readEntry(*directory, entry); });
     }
     m_walk.forEach(0, directory->subdirectories.size(), [this, directory](size_t index) {
-        readSubdirectory(directory, *directory->subdirectories[index]);
+        attempt([&] { readSubdirectory(directory, *directory->subdirectories[index]); });
     });
+}
+
+template <typename Read>
+void PackageReader::attempt(const Read& read) {
+    constexpr size_t mostUnread = 100;
+    try {
+        read();
+    } catch (const InputError& error) {
+        const std::lock_guard lock(m_mutex);
+        if (!m_unread || m_unread->size() == mostUnread) { throw; }
+        m_unread->push_back(error);
+    }
 }
 
 void PackageReader::readSubdirectory(const DirectoryPtr& parent, FileWrapper& node) {
@@ -133,6 +173,28 @@ void PackageReader::addSubdirectory(Directory& directory, const QString& filenam
     directory.subdirectories.push_back(node.get());
 }
 
+// Counts what is about to be read. A file of a few blocks can claim any size; what is not stored of
+// it costs a package nothing, and us memory.
+void PackageReader::requireRoom(const FileDescriptor& file, const struct stat& status,
+                                const QString& entry) {
+    if (status.st_size > limits::kBytesOfEntry) {
+        throw InputError(
+            entry, beyondLimit(u"bytes of an entry"_s, status.st_size, limits::kBytesOfEntry));
+    }
+    const int64_t bytes = m_bytes += status.st_size;
+    if (bytes > limits::kBytesReadInAll) {
+        throw InputError(entry, beyondLimit(u"bytes of the package up to here"_s, bytes,
+                                            limits::kBytesReadInAll));
+    }
+    constexpr int64_t blockSize = 512;  // of st_blocks, whatever the file system has
+    if (status.st_blocks * blockSize >= status.st_size) { return; }
+    const int64_t holes = m_bytesOfHoles += bytesOfHoles(file, status.st_size);
+    if (holes > limits::kBytesOfHolesInAll) {
+        throw InputError(entry, beyondLimit(u"bytes of the package that are nowhere stored"_s,
+                                            holes, limits::kBytesOfHolesInAll));
+    }
+}
+
 // O_NONBLOCK: should a named pipe have taken the file's place, opening it must not wait.
 void PackageReader::readFile(const Directory& directory, const char* name,
                              const QString& filename) {
@@ -145,7 +207,7 @@ void PackageReader::readFile(const Directory& directory, const char* name,
         throw InputError(entry(), failureText(u"could not be opened"_s, errno));
     }
     if (!S_ISREG(before.st_mode)) { failChanged(entry()); }
-    if (before.st_size > maxFileSize) { throw InputError(entry(), u"is larger than 1 GiB"_s); }
+    requireRoom(file, before, entry());
 
     QByteArray contents(before.st_size, Qt::Uninitialized);
     for (off_t filled = 0; filled < before.st_size;) {
@@ -183,17 +245,18 @@ void PackageReader::readLink(const Directory& directory, const char* name,
 
 }  // namespace
 
-FileWrapper::Ptr readPackage(const QString& path) {
+FileWrapper::Ptr readPackage(const QString& path, std::vector<InputError>* unread) {
     FileDescriptor root = openPackage(path);
     struct stat status;
     if (::fstat(root.number(), &status) != 0) {
         throw InputError(path, failureText(u"could not be opened"_s, errno));
     }
+    if (!looksLikePackage(root)) { throw InputError(path, u"is not a Tweenery package"_s); }
     FileWrapper::Ptr node = FileWrapper::directory(packageName(path));
     node->setFilename(node->preferredFilename());
     node->setOrigin(originOf(status));
     try {
-        PackageReader().read(std::move(root), node, path);
+        PackageReader(unread).read(std::move(root), node, path);
     } catch (const std::bad_alloc&) {
         throw InputError(path, u"needs more memory than there is"_s);
     }

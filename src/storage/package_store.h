@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/errors.h"
 #include "storage/file_wrapper.h"
 
 namespace tweenery {
@@ -14,7 +15,8 @@ namespace tweenery {
 /// one larger than 1 GiB or with a name that is not UTF-8 throws InputError naming it. `path`
 /// itself may be a link to the package. Depth of directories is bounded by 64. The
 /// root's filename is the last path component.
-FileWrapper::Ptr readPackage(const QString& path);
+/// With `unread`, an entry that cannot be read is listed there and left out, up to 100 of them.
+FileWrapper::Ptr readPackage(const QString& path, std::vector<InputError>* unread = nullptr);
 
 /// Entries (relative paths) in which the package at `path` differs from what `root` was read from
 /// or last saved as; empty when nothing changed behind our back. Compares identity, size and time.
@@ -61,7 +63,8 @@ void savePackage(const FileWrapper& root, const QString& path,
 
 /// Writes `root` as a package at a place where nothing is yet, leaving the nodes' origins alone (a
 /// backup, a copy). Atomic likewise. Throws InputError when something is at `path`, unless
-/// `replace`.
+/// `replace`: then it may be a package, told by its own name and its `version`, wherever a link at
+/// `path` leads.
 void writePackageCopy(const FileWrapper& root, const QString& path, bool replace = false);
 
 /// Writes one file atomically (temporary file beside it, flush, rename). A symbolic link at `path`

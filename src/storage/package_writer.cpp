@@ -6,7 +6,10 @@
 
 #include "base/errors.h"
 #include "base/parallel_walk.h"
+#include "base/path_name.h"
+#include "storage/output_folder.h"
 #include "storage/package_comparison.h"
+#include "storage/package_entries.h"
 #include "storage/package_place.h"
 #include "storage/package_store.h"
 #include "storage/posix_files.h"
@@ -202,6 +205,7 @@ void PackageBuilder::finish(Directory& directory) {
 
 void PackageBuilder::placeEntry(Directory& directory, const QString& name,
                                 const FileWrapper& node) {
+    requireNotStopped();
     const QByteArray entryName = name.toUtf8();
     if (m_links && node.origin() && directory.current >= 0 && link(directory, entryName, node)) {
         return;
@@ -287,6 +291,14 @@ void requireDirectory(const FileWrapper& root) {
                      u"was changed on disk since it was opened"_s);
 }
 
+// A link may have led here, and a name alone makes no package.
+void requireReplaceable(const PackagePlace& place, const FileDescriptor& current) {
+    const QString name = QString::fromUtf8(place.name);
+    if (pathExtension(name) != kPackageExtension || !isPackage(current)) {
+        throw InputError(place.path, u"is no package that could be replaced"_s);
+    }
+}
+
 }  // namespace
 
 void WrittenPackage::becomeStored() const {
@@ -326,6 +338,7 @@ void writePackageCopy(const FileWrapper& root, const QString& path, bool replace
     requireDirectory(root);
     const PackagePlace place(path);
     StagedDirectory staged(place, replace);
+    if (staged.current()) { requireReplaceable(place, staged.current()); }
     PackageBuilder(PackageBuilder::Unchanged::Write, OnDiskChange::Overwrite)
         .build(root, path, staged);
     staged.commit();
@@ -338,23 +351,10 @@ void writeFileAtomically(const QString& path, const QByteArray& data) {
 void writeFileAtomically(const QString& path, const QByteArrayList& pieces) {
     const std::string target = systemPath(path).toStdString();
     const size_t nameAt = target.rfind('/') + 1;
-    const std::string staging = target.substr(0, nameAt) + stagingName(target.substr(nameAt));
-    constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-    FileDescriptor file(::open(staging.c_str(), flags, DEFFILEMODE));
-    if (!file) { throw InputError(path, failureText(u"could not be written"_s, errno)); }
-    struct stat present;
-    const bool replaces = ::lstat(target.c_str(), &present) == 0 && S_ISREG(present.st_mode);
-    const bool isWritten = std::all_of(pieces.begin(), pieces.end(), [&](const QByteArray& piece) {
-        return writeAll(file.number(), piece);
-    });
-    if (isWritten && (!replaces || ::fchmod(file.number(), present.st_mode & ACCESSPERMS) == 0) &&
-        ::fsync(file.number()) == 0 && file.close() &&
-        ::rename(staging.c_str(), target.c_str()) == 0) {
-        return;
-    }
-    const int error = errno;
-    ::unlink(staging.c_str());
-    throw InputError(path, failureText(u"could not be written"_s, error));
+    const std::string folder = nameAt == 0 ? "." : target.substr(0, nameAt);
+    const FileDescriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!opened) { throw InputError(path, failureText(u"could not be written"_s, errno)); }
+    writeFileInto(opened, target.substr(nameAt), pieces, path);
 }
 
 }  // namespace tweenery

@@ -8,6 +8,8 @@
 
 #include "base/errors.h"
 #include "base/parallel_walk.h"
+#include "base/visible_text.h"
+#include "storage/system_names.h"
 
 namespace tweenery {
 
@@ -100,18 +102,26 @@ void empty(ParallelWalk& walk, const std::shared_ptr<DoomedDirectory>& directory
 
 }  // namespace
 
-void removeTree(int directory, const std::string& name) {
-    if (::unlinkat(directory, name.c_str(), 0) == 0 || errno == ENOENT) { return; }
+bool removeOpenedTree(int directory, const std::string& name, FileDescriptor opened) {
+    ::lseek(opened.number(), 0, SEEK_SET);  // it may have been listed before
     auto root = std::make_shared<DoomedDirectory>();
     root->parentDescriptor = directory;
     root->name = name;
-    root->descriptor = openDirectoryAt(directory, name.c_str());
-    if (!root->descriptor) { return; }
+    root->descriptor = std::move(opened);
     ParallelWalk walk;
     try {
         walk.run([&] { empty(walk, std::exchange(root, nullptr)); });
     } catch (const std::bad_alloc&) {
         // What is left is removed next time.
+    }
+    struct stat status;
+    return ::fstatat(directory, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0 && errno == ENOENT;
+}
+
+void removeTree(int directory, const std::string& name) {
+    if (::unlinkat(directory, name.c_str(), 0) == 0 || errno == ENOENT) { return; }
+    if (FileDescriptor opened = openDirectoryAt(directory, name.c_str())) {
+        removeOpenedTree(directory, name, std::move(opened));
     }
 }
 
@@ -138,18 +148,37 @@ bool isAsStored(const FileWrapper& stored, const struct stat& status) {
     return false;
 }
 
+namespace {
+
+bool isByteOfName(char16_t unit) {
+    return unit >= kByteOfName + 0x80 && unit <= kByteOfName + 0xff;
+}
+
+}  // namespace
+
 QByteArray systemPath(const QString& path) {
-    if (path.isEmpty() || path.contains(QChar(0)) || !path.isValidUtf16()) {
-        throw InputError(printableName(path), u"is no path"_s);
+    const auto fail = [&] { throw InputError(printableName(path), u"is no path"_s); };
+    if (path.isEmpty() || path.contains(QChar(0))) { fail(); }
+    if (path.isValidUtf16()) { return path.toUtf8(); }
+    QByteArray bytes;
+    for (qsizetype i = 0; i < path.size(); ++i) {
+        const QChar unit = path[i];
+        const bool isPair =
+            unit.isHighSurrogate() && i + 1 < path.size() && path[i + 1].isLowSurrogate();
+        if (isPair) {
+            bytes += QStringView(path).sliced(i++, 2).toUtf8();
+        } else if (isByteOfName(unit.unicode())) {
+            bytes += static_cast<char>(unit.unicode() - kByteOfName);
+        } else if (unit.isSurrogate()) {
+            fail();
+        } else {
+            bytes += QString(unit).toUtf8();
+        }
     }
-    return path.toUtf8();
+    return bytes;
 }
 
 namespace {
-
-bool isControl(char16_t unit) {
-    return unit < 0x20 || unit == 0x7f;
-}
 
 QString escaped(uint unit) {
     return u"\\x"_s + QString::number(unit, 16).rightJustified(2, u'0');
@@ -158,11 +187,7 @@ QString escaped(uint unit) {
 }  // namespace
 
 QString printableName(const QString& name) {
-    QString text;
-    for (const QChar c : name) {
-        text += isControl(c.unicode()) ? escaped(c.unicode()) : QString(c);
-    }
-    return text;
+    return visibleText(name);
 }
 
 QString printableName(std::string_view name) {
@@ -173,7 +198,7 @@ QString printableName(std::string_view name) {
     QString text;
     for (const char c : name) {
         const auto unit = static_cast<unsigned char>(c);
-        text += isControl(unit) || unit > 0x7f ? escaped(unit) : QString(QLatin1Char(c));
+        text += isInvisible(unit) || unit > 0x7f ? escaped(unit) : QString(QLatin1Char(c));
     }
     return text;
 }

@@ -55,6 +55,9 @@ bool flushDirectory(int directory);
 
 /// Removes the entry `name` of `directory` with everything in it. What cannot be removed stays.
 void removeTree(int directory, const std::string& name);
+/// Empties the directory `opened`, and removes what is empty under `name` in `directory` then. What
+/// the name has come to mean meanwhile loses nothing. True when nothing has that name then.
+bool removeOpenedTree(int directory, const std::string& name, FileDescriptor opened);
 
 FileWrapper::Origin originOf(const struct stat& status);
 /// True when `status` is what `stored` (a node with an origin) was read from or saved as.
@@ -62,7 +65,7 @@ bool isAsStored(const FileWrapper& stored, const struct stat& status);
 
 /// The bytes of a path for the system. Throws InputError when no path can have that name.
 QByteArray systemPath(const QString& path);
-/// `name` for a message: control characters, and all beyond ASCII if it is not UTF-8, as \xNN.
+/// `name` for a message: what would not show, and all beyond ASCII if it is not UTF-8, as \xNN.
 QString printableName(std::string_view name);
 QString printableName(const QString& name);
 /// "could not be read: Input/output error"

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include <QDir>
 #include <QProcess>
 #include <sstream>
@@ -27,10 +29,9 @@ TEST(Usage, WrongOnesAreToldApart) {
         {{u"info"_s, u"--yaml"_s, u"P"_s}, "tweenc: info: Unknown option 'yaml'."},
         {{u"dump"_s, u"P"_s, u"Q"_s}, "tweenc: dump: takes only PKG"},
         {{u"values"_s, u"P"_s, u"--json"_s}, "tweenc: values: needs --at MS[,MS...]"},
-        {{u"values"_s, u"P"_s, u"--at"_s, u"0"_s}, "tweenc: values: needs --json"},
         {{u"values"_s, u"P"_s, u"--at"_s, u"0,x"_s, u"--json"_s},
          "tweenc: values: --at takes whole milliseconds, 0 or later, not 'x'"},
-        {{u"values"_s, u"P"_s, u"--at"_s, u"-1"_s, u"--json"_s},
+        {{u"values"_s, u"P"_s, u"--at=-1"_s, u"--json"_s},
          "tweenc: values: --at takes whole milliseconds, 0 or later, not '-1'"},
         {{u"values"_s, u"P"_s, u"--at"_s, u"2147483648"_s, u"--json"_s},
          "tweenc: values: --at takes whole milliseconds, 0 or later, not '2147483648'"},
@@ -43,6 +44,22 @@ TEST(Usage, WrongOnesAreToldApart) {
          "tweenc: export: --platform takes ios or mac, not 'tv'"},
         {{u"export"_s, u"P"_s, u"--out"_s, u"d"_s, u"--date"_s, u"a\nb"_s},
          "tweenc: export: --date takes one line of text"},
+        {{u"export"_s, u"P"_s, u"--out"_s, u"--json"_s},
+         "tweenc: export: --out takes a value, not --json; one that begins with a dash is given as "
+         "--out=..."},
+        {{u"export"_s, u"P"_s, u"--out"_s},
+         "tweenc: export: --out takes a value; one that begins with a dash is given as --out=..."},
+        {{u"info"_s, u"-x.tweenery"_s},
+         "tweenc: info: -x.tweenery is no option; a name that begins with a dash goes behind --"},
+        {{u"export"_s, u"P"_s, u"--out=d"_s, u"--clip"_s, u"--no-clip"_s},
+         "tweenc: export: takes --clip or --no-clip, not both"},
+        {{u"export"_s, u"P"_s, u"--out=d"_s, u"--no-images"_s, u"--clean-images"_s},
+         "tweenc: export: takes --clean-images or --no-images, not both"},
+        {{u"export"_s, u"P"_s, u"--out=d"_s, u"--lang=objc"_s, u"--lang=swift"_s},
+         "tweenc: export: takes --lang once"},
+        {{u"check"_s, u"P"_s, u"--quiet"_s, u"--verbose"_s},
+         "tweenc: check: takes --quiet or --verbose, not both"},
+        {{u"update"_s, u"P"_s, u"--backup="_s}, "tweenc: update: --backup takes a directory"},
         {{u"copy"_s, u"P"_s, u"Q"_s},
          "tweenc: copy: writes packages, named like Name.tweenery, not 'Q'"},
         {{u"new"_s, u"Q.tweenery"_s, u"--canvas"_s, u"0x10"_s},
@@ -55,6 +72,8 @@ TEST(Usage, WrongOnesAreToldApart) {
         EXPECT_EQ(run.code, 2) << c.firstErrorLine;
         EXPECT_EQ(run.firstErrorLine(), c.firstErrorLine);
         EXPECT_EQ(run.out, "");
+        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'),
+                  c.arguments.front() == u"frobnicate" ? 1 : 2);
     }
     EXPECT_EQ(tweenc({}).code, 2);
     EXPECT_EQ(tweenc({u"--version"_s}).out, "tweenc " TWEENERY_VERSION "\n");
@@ -65,8 +84,9 @@ TEST(Usage, AnAnimationThatIsNotThereIsAnsweredWithThoseThatAre) {
                                 u"--at"_s, u"0"_s, u"--json"_s});
     EXPECT_EQ(run.code, 1);
     EXPECT_EQ(run.err,
-              "tweenc: animations: there is none named 'Nod'; there are 'Bounce', 'Easing Parade', "
-              "'Idle Loop'\n");
+              "tweenc: " + packagePath(u"Bounce"_s).toStdString() +
+                  "/animations: there is none named 'Nod'; there are 'Bounce', 'Easing Parade', "
+                  "'Idle Loop'\n");
 }
 
 TEST(Output, ThatCannotBeWrittenIsAnError) {
@@ -76,6 +96,27 @@ TEST(Output, ThatCannotBeWrittenIsAnError) {
     EXPECT_EQ(runTweenc({u"info"_s, packagePath(u"Card"_s)}, {.out = full, .err = err, .in = in}),
               1);
     EXPECT_EQ(err.str(), "tweenc: standard output: could not be written\n");
+}
+
+TEST(Program, TakesNamesAsTheyAre) {
+    QTemporaryDir place;
+    const std::string package = place.path().toStdString() + "/b\xff.tweenery";
+    std::filesystem::copy(packagePath(u"Bounce"_s).toStdString(), package,
+                          std::filesystem::copy_options::recursive);
+    QProcess shell;
+    shell.setWorkingDirectory(place.path());
+    shell.start(u"sh"_s, {u"-c"_s,
+                          u"p=$(printf 'b\\377.tweenery'); q=$(printf '\\376.tweenery'); "
+                          "\"$0\" check \"$p\" && \"$0\" copy \"$p\" \"$q\" && "
+                          "\"$0\" export \"$q\" --out \"${p%.*}\" && \"$0\" info \"$q.gone\""_s,
+                          QStringLiteral(TWEENERY_TWEENC)});
+    ASSERT_TRUE(shell.waitForFinished());
+    EXPECT_EQ(shell.exitCode(), 1);
+    EXPECT_EQ(shell.readAllStandardError().toStdString(),
+              "tweenc: \\xfe.tweenery.gone: does not exist\n");
+    EXPECT_TRUE(std::filesystem::exists(place.path().toStdString() + "/\xfe.tweenery/version"));
+    EXPECT_TRUE(std::filesystem::exists(place.path().toStdString() + "/b\xff/images"));
+    std::filesystem::remove_all(place.path().toStdString());  // names that Qt cannot spell
 }
 
 TEST(Program, IsQuietAndLeavesTheUsersHomeAlone) {

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <QDir>
 #include <QImage>
@@ -100,7 +101,7 @@ struct VersionTest : testing::Test {
         return {{u"info"_s, package},
                 {u"describe"_s, package},
                 {u"dump"_s, package},
-                {u"values"_s, package, u"--at"_s, u"0"_s, u"--json"_s},
+                {u"values"_s, package, u"--at"_s, u"0"_s},
                 {u"check"_s, package},
                 {u"export"_s, package, u"--out"_s, shop.path(u"out"_s)},
                 {u"copy"_s, package, shop.path(u"Copy.tweenery"_s), u"--force"_s}};
@@ -114,8 +115,9 @@ TEST_F(VersionTest, AnOlderPackageIsReadAsItIs) {
         const Outcome run = tweenc(command);
         EXPECT_EQ(run.code, 0) << run.err;
         EXPECT_EQ(run.firstErrorLine(),
-                  "tweenc: version: the project counts as one of model version 13, older than 14; "
-                  "it is read as it is and nothing in it is changed");
+                  "tweenc: " + package.toStdString() +
+                      "/version: the project counts as one of model version 13, older than 14; "
+                      "it is read as it is and nothing in it is changed");
     }
     EXPECT_THAT(differences(snapshotOf(package), before), IsEmpty());
     EXPECT_FALSE(QDir(backups).exists());
@@ -175,14 +177,14 @@ TEST_F(VersionTest, AnUpdateAsksFirst) {
     }
 }
 
-TEST_F(VersionTest, AnUpdateWithoutABackupIsNone) {
+TEST_F(VersionTest, AnUpdateGoesOnWithoutABackupAndSaysSo) {
     storeVersion(13);
     replaceContents(backups, "a file where the directory should be");
-    const DirectorySnapshot before = snapshotOf(package);
     const Outcome run = tweenc({u"update"_s, package, u"--yes"_s});
-    EXPECT_EQ(run.code, 1);
-    EXPECT_THAT(run.err, HasSubstr("tweenc: " + backups.toStdString() + ": the backup could not"));
-    EXPECT_THAT(differences(snapshotOf(package), before), IsEmpty());
+    EXPECT_EQ(run.code, 0);
+    EXPECT_THAT(run.err, StartsWith("The backup " + backups.toStdString()));
+    EXPECT_THAT(run.err, HasSubstr("Not a directory). The project is updated without one."));
+    EXPECT_THAT(tweenc({u"info"_s, package}).out, HasSubstr("model version 14"));
 }
 
 TEST(New, MakesAnElementForEachPicture) {
@@ -210,10 +212,26 @@ TEST(New, MakesAnElementForEachPicture) {
     EXPECT_EQ(tweenc({u"check"_s, package}).code, 0);
 }
 
+TEST(New, MakesOneSetOfTheDensitiesOfAPicture) {
+    Workshop shop;
+    const QString package = shop.path(u"N.tweenery"_s);
+    const QString low = writePicture(shop.path(u"a.png"_s), {10, 20});
+    const QString high = writePicture(shop.path(u"a@3x.png"_s), {33, 66});  // not just three times
+    ASSERT_EQ(tweenc({u"new"_s, package, high, low}).code, 0);
+    const auto project = PCProject::projectForReadingWithFileWrapper(readPackage(package));
+    ASSERT_EQ(project->canvas()->children().size(), 1U);
+    EXPECT_EQ((*project->canvas()->children().begin())->size(), QSizeF(10, 20));
+    const auto set = project->imageSetManager().imageSetWithName(u"a.png"_s);
+    EXPECT_EQ(set->originalImage()->size(), QSize(10, 20));
+    EXPECT_EQ(set->original2xImage()->size(), QSize(22, 44));
+    EXPECT_EQ(set->original3xImage()->size(), QSize(33, 66));
+}
+
 TEST(New, RefusesArtworkThatItCannotUse) {
     Workshop shop;
     const QString picture = writePicture(shop.path(u"a.png"_s));
-    const QString twice = writePicture(shop.path(u"a@2x.png"_s));
+    QDir().mkpath(shop.path(u"other"_s));
+    const QString twice = writePicture(shop.path(u"other/a.png"_s));
     const QString text = shop.path(u"b.png"_s);
     const QString misnamed = shop.path(u"c.tiff"_s);
     replaceContents(text, "no picture");
@@ -223,7 +241,7 @@ TEST(New, RefusesArtworkThatItCannotUse) {
         const char* reason;
     };
     const std::vector<Case> cases = {
-        {twice, "makes the image set a.png, as "},
+        {twice, "is the same picture of the image set a.png as "},
         {text, "is neither a PNG nor a JPEG image"},
         {misnamed, "is not named as a PNG or JPEG image"},
         {u"/dev/zero"_s, "is not a regular file"},
@@ -246,19 +264,19 @@ TEST(Export, TakesItsChoicesFromTheOptionsAndThePreferences) {
         ExportOptions choices;
     };
     const std::vector<Case> cases = {
-        {u"Card"_s, {}, false, {false, true, true, false, {}}},
+        {u"Card"_s, {}, false, {false, true, true, false, false, {}}},
         {u"Card"_s,
          {u"--lang"_s, u"objc"_s, u"--platform"_s, u"mac"_s, u"--clip"_s, u"--no-images"_s},
          false,
-         {true, true, false, false, {}}},
+         {true, true, false, false, false, {}}},
         {u"Tags"_s,
-         {u"--lang=swift"_s, u"--platform=ios"_s, u"--no-clip"_s, u"--clip"_s, u"--images"_s},
+         {u"--lang=swift"_s, u"--platform=ios"_s, u"--clip"_s, u"--images"_s},
          true,
-         {false, true, true, false, {}}},
+         {false, true, true, false, false, {}}},
         {u"Bounce"_s,
-         {u"--clip"_s, u"--no-clip"_s, u"--clean-images"_s, u"--images"_s, u"--lang=objc"_s},
+         {u"--no-clip"_s, u"--clean-images"_s, u"--images"_s, u"--lang=objc"_s},
          false,
-         {false, false, true, true, {}}},
+         {false, false, true, true, false, {}}},
     };
     for (const Case& c : cases) {
         Workshop shop;
@@ -295,6 +313,95 @@ TEST(Export, EndsWithThreeForWarningsOnlyWhenStrict) {
     EXPECT_THAT(run(u"Tags"_s, {}).err, HasSubstr("warning: element 'inner_button': "));
     EXPECT_THAT(run(u"Tags"_s, {u"--json"_s}).out, HasSubstr("\"kind\": \"colliding-names\""));
     EXPECT_EQ(run(u"Bounce"_s, {u"--strict"_s}).code, 0);  // notes alone
+}
+
+TEST(Export, SaysMuchOrLittle) {
+    Workshop shop;
+    const QString package = packagePath(u"Tags"_s);
+    const QString out = shop.path(u"out"_s);
+    const auto run = [&](const QStringList& options) {
+        return tweenc(QStringList{u"export"_s, package, u"--out"_s, out} + options);
+    };
+    const Outcome dry = run({u"--dry-run"_s});
+    EXPECT_EQ(dry.code, 0);
+    EXPECT_FALSE(QDir(out).exists());
+    const Outcome real = run({});
+    EXPECT_EQ(dry.out, real.out);
+    EXPECT_EQ(run({u"--quiet"_s}).out + run({u"--quiet"_s}).err, "");
+    const Outcome all = run({u"--verbose"_s});
+    const auto lines = [](const std::string& text) {
+        return std::count(text.begin(), text.end(), '\n');
+    };
+    EXPECT_GE(lines(all.err), lines(real.err));
+}
+
+TEST(Export, DatesItsFilesAlikeEverywhere) {
+    Workshop shop;
+    const auto headOf = [&](const QStringList& options) {
+        const QString out = shop.path(u"out"_s);
+        const Outcome run = tweenc(QStringList{u"export"_s, packagePath(u"Card"_s), u"--out"_s, out,
+                                               u"--lang"_s, u"swift"_s} +
+                                   options);
+        EXPECT_EQ(run.code, 0) << run.err;
+        return contentsOf(out + u"/CardView.swift"_s).toStdString();
+    };
+    ::qputenv("SOURCE_DATE_EPOCH", "951782399");
+    EXPECT_THAT(headOf({}), HasSubstr(" on 2/28/00."));
+    EXPECT_THAT(headOf({u"--date"_s, u"today"_s}), HasSubstr(" on today."));
+    ::qputenv("SOURCE_DATE_EPOCH", "yesterday");
+    EXPECT_THAT(tweenc({u"export"_s, packagePath(u"Card"_s), u"--out"_s, shop.path(u"out"_s)}).err,
+                HasSubstr("SOURCE_DATE_EPOCH: is no number of seconds since 1970"));
+    ::qunsetenv("SOURCE_DATE_EPOCH");
+}
+
+TEST(Check, CountsWhatStopsAnExport) {
+    Workshop shop;
+    const QString package = shop.copyOf(u"Tags"_s);
+    EXPECT_EQ(tweenc({u"check"_s, package}).code, 0);
+    EXPECT_EQ(tweenc({u"check"_s, package, u"--strict"_s}).code, 3);
+    EXPECT_EQ(tweenc({u"check"_s, package, u"--quiet"_s}).out, "");
+    // A table of frames cannot hold a picture that changes, which only Objective-C would have.
+    const QDir animations(shop.copyOf(u"Bounce"_s, u"B.tweenery"_s) + u"/animations"_s);
+    for (const QString& animation : animations.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        replaceContents(animations.filePath(animation + u"/name.data"_s),
+                        "Walk_sliced_2000000" + animation.left(1).toUtf8());
+    }
+    const QString sliced = shop.path(u"B.tweenery"_s);
+    const Outcome objc = tweenc({u"check"_s, sliced, u"--lang"_s, u"objc"_s});
+    EXPECT_EQ(objc.code, 1);
+    EXPECT_THAT(objc.err, HasSubstr("tweenc: " + sliced.toStdString() + ": error: animation '"));
+    EXPECT_EQ(tweenc({u"check"_s, sliced, u"--lang"_s, u"swift"_s}).code, 0);
+}
+
+TEST(Check, TellsEveryBadEntry) {
+    Workshop shop;
+    const QString package = shop.copyOf(u"Card"_s);
+    replaceContents(package + u"/canvas"_s, "noise");
+    replaceContents(package + u"/preferences"_s, "noise");
+    QFile::remove(package + u"/version"_s);
+    ASSERT_EQ(::mkfifo(QFile::encodeName(package + u"/version"_s), 0600), 0);
+    const Outcome run = tweenc({u"check"_s, package});
+    EXPECT_EQ(run.code, 1);
+    for (const char* entry : {"/canvas: ", "/preferences: ", "/version: is a named pipe"}) {
+        EXPECT_THAT(run.err, HasSubstr("tweenc: " + package.toStdString() + entry));
+    }
+}
+
+TEST_F(VersionTest, ABackupGoesWhereItIsTold) {
+    storeVersion(13);
+    const QString elsewhere = shop.path(u"deep/elsewhere"_s);
+    EXPECT_EQ(tweenc({u"update"_s, package, u"--yes"_s, u"--backup"_s, package + u"/in"_s}).code,
+              1);
+    EXPECT_EQ(tweenc({u"update"_s, package, u"--yes"_s, u"--backup"_s, elsewhere}).code, 0);
+    EXPECT_EQ(QDir(elsewhere).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 1);
+    EXPECT_FALSE(QDir(backups).exists());
+}
+
+TEST(Values, ComeAsATableToo) {
+    const Outcome run = tweenc({u"values"_s, packagePath(u"Card"_s), u"--at"_s, u"0"_s});
+    EXPECT_EQ(run.code, 0) << run.err;
+    EXPECT_THAT(run.out, StartsWith("at 0 ms\n  element"));
+    EXPECT_THAT(run.out, HasSubstr("rotation"));
 }
 
 TEST(Export, FailsWhereItCannotWrite) {

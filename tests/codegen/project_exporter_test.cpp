@@ -119,6 +119,56 @@ TEST_F(ProjectExporter, NeverWritesThroughALink) {
     }
 }
 
+// What a package calls an image may be anything, and be called anything.
+TEST_F(ProjectExporter, WritesPicturesOnlyAndEachOfThemOnce) {
+    Scene scene;
+    scene.addImage(u"good.png"_s);
+    scene.addImage(u"twin@2x.png"_s);
+    const QByteArray png =
+        scene.project()->imageSetManager().imageSetWithName(u"good.png"_s)->originalData();
+    const auto store = [&](const QString& name, const QByteArray& data) {
+        scene.project()
+            ->packageRoot()
+            ->child(u"images"_s)
+            ->pc_ensureSubfileWrapperDirectoryExistsWithName(name)
+            ->pc_replaceSubFileWrapperNamed(u"Original.png"_s, data);
+    };
+    store(u"authorized_keys"_s, "ssh-ed25519 AAAA");
+    store(u".bashrc"_s, png);
+    store(u"-rf"_s, png);
+    store(u"text.png"_s, "no picture");
+    store(u"photo.jpg"_s, png);
+    store(u"twin@2x.png"_s, png);
+    const char* const names[] = {"good.png", "twin.png", "authorized_keys", ".bashrc",
+                                 "-rf",      "text.png", "photo.jpg",       "twin@2x.png"};
+    for (const char* name : names) {
+        scene.add(QString::fromLatin1(name))->setImageName(QString::fromLatin1(name));
+    }
+    const auto project =
+        PCProject::projectForReadingWithFileWrapper(scene.project()->fileWrapper());
+    project->setProjectName(u"Scene"_s);
+    const ExportResult result = exportCodeToDirectory(project, path(u"out"_s), true, options(true));
+    EXPECT_EQ(result.files.paths,
+              QStringList({u"SceneView.swift"_s, u"images/good.png"_s, u"images/twin.png"_s}));
+    std::map<QString, QString> reasons;
+    for (const ExportFailure& failure : result.files.failures) {
+        reasons[failure.path] = failure.reason;
+    }
+    EXPECT_EQ(reasons.size(), 6U);
+    EXPECT_EQ(reasons[u"images/authorized_keys"_s],
+              u"is not written: images/authorized_keys/Original.png is neither a PNG nor a JPEG "
+              u"image"_s);
+    EXPECT_EQ(reasons[u"images/.bashrc"_s],
+              u"is not written: images/.bashrc/Original.png is not named as a PNG or JPEG image"_s);
+    EXPECT_EQ(
+        reasons[u"images/photo.jpg"_s],
+        u"is not written: images/photo.jpg/Original.png is a PNG image, though it is named as "
+        u"a JPEG"_s);
+    EXPECT_EQ(
+        reasons[u"images/twin@2x.png"_s],
+        u"is what the image sets twin.png and twin@2x.png would both write; it is not written"_s);
+}
+
 TEST_F(ProjectExporter, NotesFailuresAndGoesOn) {
     Scene scene;
     const QString longName = QString(250, u'n');
@@ -169,8 +219,8 @@ TEST_F(ProjectExporter, HostileNamesCompile) {
     int number = 0;
     for (const QString& name :
          {u"quote \" and \\"_s, u"line\nbreak"_s, u"ends in \\"_s, u"blank after \\ "_s,
-          u"/* comment */ // \u0001\u0085"_s, u"%@ %d \\u0041"_s, QString(u"nul \0 nul"_s),
-          u"日本語 🎈"_s, u"² ½ ① ⅷ ١٢٣"_s}) {
+          u"/* comment */ // \u0001\u0085"_s, u"%@ %d \\u0041"_s, u"three \?\?/\"];abort();//z"_s,
+          u"end \?\?/"_s, QString(u"nul \0 nul"_s), u"日本語 🎈"_s, u"² ½ ① ⅷ ١٢٣"_s}) {
         ++number;
         const auto element = scene.add(name + u" e%1"_s.arg(number));
         element->setImageName(name + u".png"_s);

@@ -43,7 +43,8 @@ class Document : public testing::Test {
                                                 KeyedArchiver::archivedDataWithRootObject(record));
         }
         root->pc_replaceSubFileWrapperNamed(u"unknown"_s, "carried along");
-        writePackageCopy(*root, path, true);
+        QDir(path).removeRecursively();
+        writePackageCopy(*root, path);
     }
     QStringList backupNames() const {
         return QDir(backups).entryList(QDir::Dirs | QDir::NoDotAndDotDot);

@@ -142,13 +142,13 @@ TEST(HostileArchives, ObjectsThatOverlapAreRefused) {
 }
 
 TEST(HostileArchives, SharedTextsAreDecodedOnce) {
-    // 2,000 references to a megabyte of text and to a list of 20,000 names.
+    // References to the longest text and to a list of 2,000 names.
     RawArchive raw(4, 4);
     auto& plist = raw.plist;
-    const auto text = plist.uid(raw.file(plist.ascii(std::string(1 << 20, 'x'))));
-    const auto list = plist.array(std::vector<RawPlist::Ref>(20000, plist.ascii("name")));
+    const auto text = plist.uid(raw.file(plist.ascii(std::string(500, 'x'))));
+    const auto list = plist.array(std::vector<RawPlist::Ref>(2000, plist.ascii("name")));
     std::vector<RawPlist::Ref> items;
-    for (int i = 0; i < 2000; ++i) {
+    for (int i = 0; i < 3; ++i) {
         items.push_back(plist.uid(raw.file(
             plist.dictionary({{plist.ascii("text"), text}, {plist.ascii("list"), list}}))));
     }
@@ -157,8 +157,8 @@ TEST(HostileArchives, SharedTextsAreDecodedOnce) {
     const ArchivedArray array = archive.root().decodeArray("items");
     const QString first = array.object(0).decodeString("text");
     const QStringList names = array.object(0).decodeStrings("list");
-    ASSERT_EQ(first.size(), 1 << 20);
-    ASSERT_EQ(names.size(), 20000);
+    ASSERT_EQ(first.size(), 500);
+    ASSERT_EQ(names.size(), 2000);
     for (size_t i = 1; i < array.size(); ++i) {
         ASSERT_EQ(array.object(i).decodeString("text").constData(), first.constData());
         ASSERT_EQ(array.object(i).decodeStrings("list").constData(), names.constData());
@@ -182,7 +182,7 @@ TEST(HostileArchives, WhatIsSharedCannotBeLong) {
     EXPECT_THROW(decoder.decodeObject("class"), InputError);
     EXPECT_THROW(decoder.decodePoint("point"), InputError);
     EXPECT_EQ(decoder.decodeAscii("text"), std::nullopt);
-    EXPECT_EQ(decoder.decodeString("text").size(), 100000);
+    EXPECT_THROW(decoder.decodeString("text"), InputError);
 }
 
 TEST(HostileArchives, BadClassEntriesAreRefused) {

@@ -1,10 +1,14 @@
 #include <gmock/gmock.h>
 #include <sys/file.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
 
 #include <csignal>
 
+#include "storage/interference.h"
+#include "storage/keyed_archiver.h"
 #include "storage/package_fixture.h"
+#include "storage/posix_files.h"
 
 namespace tweenery::test {
 namespace {
@@ -217,8 +221,9 @@ TEST_F(PackageStoreTest, RefusesNamesThatNoFileCanHave) {
         const auto root = readPackage(path());
         const auto images = root->child(u"images"_s);
         images->pc_replaceSubFileWrapperNamed(name, "x");
-        EXPECT_EQ(errorOf([&] { savePackage(*root, path()); }),
-                  "images/" + name.toStdString() + ": is no name that a file can have");
+        EXPECT_EQ(
+            errorOf([&] { savePackage(*root, path()); }),
+            "images/" + printableName(name).toStdString() + ": is no name that a file can have");
         EXPECT_EQ(snapshotOf(directory()), before);
     }
 }
@@ -292,24 +297,63 @@ TEST_F(PackageStoreTest, NeedsOnlyTheParentToBeWritable) {
     EXPECT_THAT(hiddenEntriesIn(directory()), IsEmpty());
 }
 
-TEST_F(PackageStoreTest, RemovesLeftoversButNotWhatIsInUse) {
-    const std::string base = directory().toStdString() + "/";
-    const std::string inUse = ".Demo.tweenery.saving-0123abcd";
-    for (const std::string& name :
-         {inUse, std::string(".Demo.tweenery.saving-deadbeef/sub"),
-          std::string(".Demo.tweenery.set-aside-00000000"),
-          std::string(".Demo.tweenery.saving-deadbeef0"),
-          std::string(".Demo.tweenery.saving-notserial"), std::string(".Other.saving-deadbeef")}) {
-        fs::create_directories(base + name);
+/// Saves in a process of its own, which dies at the moment.
+void dieWhileSaving(const QString& path, Moment moment) {
+    const pid_t process = ::fork();
+    if (process == 0) {
+        setInterference([moment](Moment now) {
+            if (now == moment) { ::_exit(0); }
+        });
+        const auto root = readPackage(path);
+        savePackage(*root, path);
+        ::_exit(1);
     }
-    const int lock = ::open((base + inUse).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    ASSERT_EQ(::flock(lock, LOCK_EX), 0);
+    int status = 0;
+    ::waitpid(process, &status, 0);
+    ASSERT_EQ(status, 0);
+}
+
+TEST_F(PackageStoreTest, RemovesItsLeftoversAndNothingElse) {
+    const std::string base = directory().toStdString() + "/";
+    for (const char* planted :
+         {".Demo.tweenery.saving-deadbeef", ".Demo.tweenery.set-aside-deadbee0",
+          ".Demo.tweenery.saving-0123abcd"}) {
+        fs::create_directories(base + planted + "/letters");
+    }
+    // A mark that names another folder.
+    std::ofstream(base + ".Demo.tweenery.saving-0123abcd.mark") << "tweenery save 1 2 3\n";
+    const auto planted = snapshotOf(directory());
+    dieWhileSaving(path(), Moment::PackageIsBuilt);
+    EXPECT_EQ(hiddenEntriesIn(directory()).size(), 5U);
+    const auto before = snapshotOf(directory());
     const auto root = readPackage(path());
+    EXPECT_EQ(snapshotOf(directory()), before) << "reading writes nothing";
     savePackage(*root, path());
-    EXPECT_THAT(hiddenEntriesIn(directory()),
-                UnorderedElementsAre(inUse, ".Demo.tweenery.saving-deadbeef0",
-                                     ".Demo.tweenery.saving-notserial", ".Other.saving-deadbeef"));
-    ::close(lock);
+    EXPECT_THAT(
+        hiddenEntriesIn(directory()),
+        UnorderedElementsAre(".Demo.tweenery.saving-deadbeef", ".Demo.tweenery.set-aside-deadbee0",
+                             ".Demo.tweenery.saving-0123abcd"));
+    EXPECT_TRUE(snapshotOf(directory()).contains(".Demo.tweenery.saving-0123abcd/letters"));
+}
+
+TEST_F(PackageStoreTest, KeepsWhatComesIntoThePlaceWhileItSaves) {
+    const auto root = readPackage(path());
+    root->pc_replaceSubFileWrapperNamed(u"canvas"_s, "changed");
+    const std::string foreign = directory().toStdString() + "/foreign";
+    fs::create_directories(foreign + "/deep");
+    std::ofstream(foreign + "/deep/letter") << "dear";
+    const auto expected = snapshotOf(QString::fromStdString(foreign));
+    setInterference([&](Moment now) {
+        if (now != Moment::PackageIsBuilt) { return; }
+        fs::rename(path().toStdString(), path().toStdString() + " moved");
+        fs::rename(foreign, path().toStdString());
+    });
+    EXPECT_EQ(errorOf([&] { savePackage(*root, path()); }),
+              path().toStdString() + ": was replaced by another program while it was saved");
+    setInterference(nullptr);
+    EXPECT_EQ(snapshotOf(path()), expected);
+    EXPECT_EQ(snapshotOf(path() + u" moved"_s).at("canvas").content, "the canvas");
+    EXPECT_THAT(hiddenEntriesIn(directory()), IsEmpty());
 }
 
 TEST_F(PackageStoreTest, RefusesASaveDuringAnotherOne) {
@@ -322,17 +366,31 @@ TEST_F(PackageStoreTest, RefusesASaveDuringAnotherOne) {
     savePackage(*root, path());
 }
 
-TEST_F(PackageStoreTest, PutsBackAPackageThatWasSetAside) {
+// As a save leaves it that dies between its two steps where the file system cannot exchange.
+TEST_F(PackageStoreTest, FindsAPackageThatWasSetAsideAndPutsItBackWhenItSaves) {
+    const std::string aside = directory().toStdString() + "/.Demo.tweenery.set-aside-00000000";
     const auto before = snapshotOf(path());
     const auto root = readPackage(path());
-    const std::string aside = directory().toStdString() + "/.Demo.tweenery.set-aside-00000000";
+    struct stat status {};
+    ASSERT_EQ(::stat(path().toUtf8(), &status), 0);
     fs::rename(path().toStdString(), aside);
+    EXPECT_EQ(errorOf([&] { readPackage(path()); }), path().toStdString() + ": does not exist");
+    std::ofstream(directory().toStdString() + "/.Demo.tweenery.saving-00000000.mark")
+        << "tweenery save " << status.st_dev << " 1 " << status.st_ino << "\n";
+    const auto whole = snapshotOf(directory());
     EXPECT_EQ(readPackage(path())->fileWrappers().size(), root->fileWrappers().size());
-    EXPECT_EQ(snapshotOf(path()), before);
-    fs::rename(path().toStdString(), aside);
+    EXPECT_EQ(snapshotOf(directory()), whole) << "reading writes nothing";
     savePackage(*root, path());
     EXPECT_EQ(snapshotOf(path()), before);
+    EXPECT_THAT(hiddenEntriesIn(directory()), IsEmpty());
 }
+
+struct Version : Archivable {
+    ArchiveClass archiveClass() const override { return {"PCProjectVersion"}; }
+    void encodeWithCoder(KeyedEncoder& coder) const override {
+        coder.encodeInt("modelVersion", 14);
+    }
+};
 
 TEST_F(PackageStoreTest, CopiesShareNothingWithThePackage) {
     const auto root = readPackage(path());
@@ -344,6 +402,12 @@ TEST_F(PackageStoreTest, CopiesShareNothingWithThePackage) {
     EXPECT_EQ(errorOf([&] { writePackageCopy(*root, copy); }),
               copy.toStdString() + ": already exists");
     root->pc_deleteSubFileWrapperNamed(u"canvas"_s);
+    const auto before = snapshotOf(copy);
+    EXPECT_EQ(errorOf([&] { writePackageCopy(*root, copy, true); }),
+              copy.toStdString() + ": is no package that could be replaced");
+    EXPECT_EQ(snapshotOf(copy), before);
+    std::ofstream((copy + u"/version"_s).toStdString())
+        << KeyedArchiver::archivedDataWithRootObject(Version()).toStdString();
     writePackageCopy(*root, copy, true);
     EXPECT_FALSE(snapshotOf(copy).contains("canvas"));
     EXPECT_EQ(snapshotOf(copy).size() + 1, snapshotOf(path()).size());

@@ -2,6 +2,7 @@
 
 #include <QRegularExpression>
 
+#include "base/visible_text.h"
 #include "cli/support/verb.h"
 
 using namespace Qt::StringLiterals;
@@ -44,6 +45,20 @@ QString FrameNames::pathOf(size_t number, int32_t timeInMS, const QString& name)
         }
     }
     return path;
+}
+
+QString nameForFile(const QString& name) {
+    constexpr qsizetype longest = 80;
+    QString fit;
+    for (const QChar c : name.left(longest)) {
+        const bool isUnfit =
+            c == u'/' || c == u'\\' || (!c.isSurrogate() && isInvisible(c.unicode()));
+        fit += isUnfit ? u'_' : c;
+    }
+    if (!fit.isEmpty() && fit.back().isHighSurrogate()) { fit.chop(1); }
+    if (fit.isEmpty()) { return u"_"_s; }
+    if (fit.front() == u'.' || fit.front() == u'-') { fit.front() = u'_'; }
+    return fit;
 }
 
 }  // namespace tweenery

@@ -25,4 +25,8 @@ class FrameNames {
     std::vector<Piece> m_pieces;
 };
 
+/// `name` as far as it is fit for a part of a file's name: no separators, nothing that does not
+/// show, no dot or dash in front, at most 80 characters.
+QString nameForFile(const QString& name);
+
 }  // namespace tweenery

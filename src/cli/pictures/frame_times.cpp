@@ -2,48 +2,22 @@
 
 #include <cmath>
 #include <limits>
-#include <numeric>
 
 #include "base/errors.h"
+#include "model/properties/course.h"
 
 using namespace Qt::StringLiterals;
 
 namespace tweenery {
 namespace {
 
-// Loops of different lengths meet again after a time that may be far away: beyond this one period
-// of the longest has to do.
-constexpr int64_t kLongestPeriodInMS = 10 * 60 * 1000;
-
-// What the timelines of a selected animation have in common.
-struct Course {
-    int64_t endInMS = 0;            // of those that do not repeat
-    int64_t longestPeriodInMS = 0;  // of those that do; 0: none does
-    int64_t periodInMS = 1;         // of them together
-
-    void add(const PCKeyedPropertyTimeline& timeline) {
-        const int64_t duration = timeline.durationInMS();
-        if (timeline.repeatBehavior() == PCRepeatBehaviorNever || duration == 0) {
-            endInMS = std::max(endInMS, duration);
-            return;
-        }
-        const bool reverses = timeline.repeatBehavior() == PCRepeatBehaviorForeverAutoreverse;
-        const int64_t period = reverses ? 2 * duration : duration;
-        longestPeriodInMS = std::max(longestPeriodInMS, period);
-        // Either factor is below 2^33, or no longer multiplied.
-        if (periodInMS <= kLongestPeriodInMS) { periodInMS = std::lcm(periodInMS, period); }
-    }
-    int64_t wholePeriodInMS() const {
-        if (longestPeriodInMS == 0) { return 0; }
-        return periodInMS <= kLongestPeriodInMS ? periodInMS : longestPeriodInMS;
-    }
-};
-
 Course courseOf(const PCProject& project) {
     Course course;
     for (const PCElement::Ptr& element : project.canvas()->elementAndAllDescendants()) {
         for (const PCPropertyType type : elementTimelineTypes()) {
-            if (const auto timeline = element->timeline(type)) { course.add(*timeline); }
+            if (const auto timeline = element->timeline(type)) {
+                course.add(timeline->durationInMS(), timeline->repeatBehavior());
+            }
         }
     }
     return course;
@@ -54,8 +28,8 @@ int64_t endOf(const FrameRange& range, const PCProject& project) {
     if (range.to) { return int64_t{*range.to} + 1; }
     const Course course = courseOf(project);
     const int64_t period = course.wholePeriodInMS();
-    if (period > 0 && period >= course.endInMS) { return range.from + period; }
-    return std::max<int64_t>(range.from, course.endInMS) + 1;
+    if (period > 0 && period >= course.endInMS()) { return range.from + period; }
+    return std::max<int64_t>(range.from, course.endInMS()) + 1;
 }
 
 }  // namespace

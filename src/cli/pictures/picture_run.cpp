@@ -1,6 +1,5 @@
 #include "cli/pictures/picture_run.h"
 
-#include <QFileInfo>
 #include <QPainter>
 #include <QSet>
 #include <cmath>
@@ -11,7 +10,10 @@
 #include "cli/support/json_writer.h"
 #include "cli/support/verb.h"
 #include "storage/bitmap.h"
+#include "storage/output_folder.h"
+#include "storage/package_entries.h"
 #include "storage/package_store.h"
+#include "storage/system_names.h"
 
 using namespace Qt::StringLiterals;
 
@@ -47,6 +49,11 @@ QStringList PictureTargets::paths() const {
     return paths;
 }
 
+static QString folderOf(const QString& path) {
+    const qsizetype slash = path.lastIndexOf(u'/');
+    return slash < 0 ? u"."_s : path.left(slash + 1);
+}
+
 void PictureTargets::requireFree(bool replaces) const {
     QSet<QString> taken;
     for (const QString& path : paths()) {
@@ -56,13 +63,12 @@ void PictureTargets::requireFree(bool replaces) const {
                              u"apart"_s);
         }
         taken.insert(path);
-        const QFileInfo present(path);
-        if (!replaces && (present.exists() || present.isSymLink())) {
+        const PathKind present = kindOfPath(path);
+        if (!replaces && present != PathKind::Nothing) {
             throw InputError(path, u"is already there; --force replaces it"_s);
         }
-        if (present.isDir()) { throw InputError(path, u"is a directory"_s); }
-        const QString directory = present.path();
-        if (!QFileInfo(directory).isDir()) { throw InputError(directory, u"is no directory"_s); }
+        if (present == PathKind::Directory) { throw InputError(path, u"is a directory"_s); }
+        OutputFolder::make(folderOf(path));
     }
 }
 
@@ -95,7 +101,7 @@ void PictureRun::measure() {
         m_pixels |= m_scene.pixels();
     }
     if (m_pixels.isEmpty()) {
-        throw InputError(u"canvas"_s,
+        throw InputError(kCanvasEntry,
                          u"has no size, and nothing shows that a picture could hold"_s);
     }
     requireSize(m_pixels.width(), m_pixels.height(), u"a picture"_s);

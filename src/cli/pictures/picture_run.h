@@ -32,7 +32,8 @@ struct PictureTargets {
     void takeSheet(const QString& path);
     /// All files, in the order in which they are named to the user.
     QStringList paths() const;
-    /// Throws InputError when a file is there that may not be replaced, or two have one path.
+    /// Makes the folders of all files. Throws InputError when a file is there that may not be
+    /// replaced, or two have one path.
     void requireFree(bool replaces) const;
 };
 

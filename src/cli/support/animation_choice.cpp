@@ -1,6 +1,7 @@
 #include "cli/support/animation_choice.h"
 
 #include "base/errors.h"
+#include "storage/package_entries.h"
 
 using namespace Qt::StringLiterals;
 
@@ -14,7 +15,7 @@ PCAnimation::Ptr animationNamed(const QString& name, const PCProject::Ptr& proje
         names += u'\'' + animation->name() + u'\'';
     }
     if (PCAnimation::Ptr animation = manager.animationForIdentifier(name)) { return animation; }
-    throw InputError(u"animations"_s,
+    throw InputError(kAnimationsEntry,
                      u"there is none named '%1'; %2"_s.arg(
                          name, names.isEmpty() ? u"the project has no animations"_s
                                                : u"there are "_s + names.join(u", "_s)));

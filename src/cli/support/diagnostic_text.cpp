@@ -1,6 +1,7 @@
 #include "cli/support/diagnostic_text.h"
 
-#include "storage/posix_files.h"
+#include <map>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -22,9 +23,31 @@ QString nameOf(ExportDiagnostic::Subject subject) {
 }  // namespace
 
 QString textOf(const ExportDiagnostic& diagnostic) {
-    return printableName(u"%1: %2 '%3': %4"_s.arg(nameOf(diagnostic.severity),
-                                                  nameOf(diagnostic.subject), diagnostic.name,
-                                                  diagnostic.sentence));
+    return u"%1: %2 '%3': %4"_s.arg(nameOf(diagnostic.severity), nameOf(diagnostic.subject),
+                                    diagnostic.name, diagnostic.sentence);
+}
+
+DiagnosticDetail detailFrom(const Invocation& invocation) {
+    return invocation.has(kVerboseOption.name) ? DiagnosticDetail::All : DiagnosticDetail::Grouped;
+}
+
+QStringList linesOf(const std::vector<ExportDiagnostic>& diagnostics, DiagnosticDetail detail) {
+    using Key = std::tuple<ExportDiagnostic::Subject, QString, ExportDiagnostic::Kind>;
+    std::map<Key, std::pair<qsizetype, size_t>> groups;  // the line of the first, and how many
+    QStringList lines;
+    for (const ExportDiagnostic& diagnostic : diagnostics) {
+        const Key key{diagnostic.subject, diagnostic.identifier, diagnostic.kind};
+        const auto [group, isNew] = groups.try_emplace(key, lines.size(), 0);
+        ++group->second.second;
+        if (isNew || detail == DiagnosticDetail::All) { lines << textOf(diagnostic); }
+    }
+    if (detail == DiagnosticDetail::All) { return lines; }
+    for (const auto& [key, group] : groups) {
+        const auto& [line, count] = group;
+        if (count == 1) { continue; }
+        lines[line] += u" (the first of %1 such; --verbose tells all)"_s.arg(count);
+    }
+    return lines;
 }
 
 void writeDiagnostics(const std::vector<ExportDiagnostic>& diagnostics, JsonWriter& json) {

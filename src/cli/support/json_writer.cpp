@@ -5,19 +5,26 @@
 #include <cmath>
 
 #include "base/errors.h"
+#include "base/visible_text.h"
+#include "cli/support/report.h"
 
 using namespace Qt::StringLiterals;
 
 namespace tweenery {
 namespace {
 
-// Everything but quotes, backslashes, control characters and halves of surrogate pairs stands as it
-// is, in UTF-8.
+// Everything but quotes, backslashes, halves of surrogate pairs and what would not show stands as
+// it is, in UTF-8.
 bool needsEscape(const QString& text, qsizetype at) {
     const QChar c = text[at];
-    if (c == u'"' || c == u'\\' || c.unicode() < 0x20) { return true; }
-    if (c.isHighSurrogate()) { return at + 1 == text.size() || !text[at + 1].isLowSurrogate(); }
-    return c.isLowSurrogate() && (at == 0 || !text[at - 1].isHighSurrogate());
+    if (c == u'"' || c == u'\\') { return true; }
+    if (c.isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate()) {
+        return isInvisible(QChar::surrogateToUcs4(c, text[at + 1]));
+    }
+    if (c.isLowSurrogate() && at > 0 && text[at - 1].isHighSurrogate()) {
+        return isInvisible(QChar::surrogateToUcs4(text[at - 1], c));
+    }
+    return isInvisible(c.unicode());
 }
 
 std::string escape(QChar c) {
@@ -57,11 +64,12 @@ JsonWriter& JsonWriter::end(char bracket) {
 void JsonWriter::breakLine() {
     constexpr size_t indent = 2;
     m_text += '\n';
-    m_text.append(m_levels.size() * indent, ' ');
+    m_text.append((m_depth + m_levels.size()) * indent, ' ');
 }
 
 // The comma and the break before a value of a list, or before a key.
 void JsonWriter::beginValue() {
+    requireFitForOutput(m_text.size());
     if (std::exchange(m_followsKey, false) || m_levels.empty()) { return; }
     Level& level = m_levels.back();
     if (!level.isEmpty) { m_text += level.layout == Layout::Lines ? "," : ", "; }
@@ -131,9 +139,9 @@ JsonWriter& JsonWriter::pair(double x, double y) {
     return beginArray(Layout::OneLine).real(x).real(y).endArray();
 }
 
-std::string JsonWriter::take() {
+std::string JsonWriter::takeValue() {
     assertContract(m_levels.empty(), u"JSON has not ended"_s);
-    return std::exchange(m_text, {}) + '\n';
+    return std::exchange(m_text, {});
 }
 
 }  // namespace tweenery

@@ -15,7 +15,9 @@ class JsonWriter {
     enum class Layout { Lines, OneLine };
     enum class Keys { AsGiven, Sorted };  // Sorted: AssertionFailure unless they come sorted
 
-    explicit JsonWriter(Keys keys = Keys::AsGiven) : m_keys(keys) {}
+    /// What is written will stand `depth` levels deep in another text.
+    explicit JsonWriter(Keys keys = Keys::AsGiven, size_t depth = 0)
+        : m_keys(keys), m_depth(depth) {}
 
     JsonWriter& beginObject(Layout layout = Layout::Lines) { return begin('{', layout); }
     JsonWriter& endObject() { return end('}'); }
@@ -34,8 +36,13 @@ class JsonWriter {
     /// Two reals in a list.
     JsonWriter& pair(double x, double y);
 
-    /// The text with a line break at its end. Everything begun must have ended.
-    std::string take();
+    /// A whole value that was written for this depth.
+    JsonWriter& value(std::string_view json) { return raw(json); }
+
+    /// The text. Everything begun must have ended.
+    std::string takeValue();
+    /// The same with a line break at its end.
+    std::string take() { return takeValue() + '\n'; }
 
  private:
     struct Level {
@@ -45,6 +52,7 @@ class JsonWriter {
     };
 
     Keys m_keys;
+    size_t m_depth;
     std::string m_text;
     std::vector<Level> m_levels;
     bool m_followsKey = false;

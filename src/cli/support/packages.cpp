@@ -1,10 +1,9 @@
 #include "cli/support/packages.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <filesystem>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -12,14 +11,14 @@
 #include "base/path_name.h"
 #include "cli/support/verb.h"
 #include "model/document.h"
+#include "storage/package_entries.h"
 #include "storage/package_store.h"
+#include "storage/system_names.h"
 
 using namespace Qt::StringLiterals;
 
 namespace tweenery {
 namespace {
-
-const QString kVersionEntry = u"version"_s;
 
 void runGuarded(const PackageTask& task, Report& report) {
     try {
@@ -32,12 +31,37 @@ void runGuarded(const PackageTask& task, Report& report) {
     }
 }
 
+/// Prints reports, in JSON as one list.
+class ResultList {
+ public:
+    ResultList(Console& console, const ResultStyle& style)
+        : m_console(console), m_isJson(style.form == ResultForm::Json) {
+        if (m_isJson) { m_console.out << '['; }
+    }
+    ~ResultList() {
+        if (m_isJson) { m_console.out << "\n]\n" << std::flush; }
+    }
+    ResultList(const ResultList&) = delete;
+    ResultList& operator=(const ResultList&) = delete;
+
+    void add(const Report& report) {
+        if (m_isJson) { m_console.out << (std::exchange(m_isFirst, false) ? "\n  " : ",\n  "); }
+        report.printTo(m_console);
+    }
+
+ private:
+    Console& m_console;
+    bool m_isJson;
+    bool m_isFirst = true;
+};
+
 /// Works on the packages with threads of its own, while the caller prints what is ready.
 class PackageRun {
  public:
-    PackageRun(const QStringList& paths, const PackageTask& task) : m_task(task) {
+    PackageRun(const QStringList& paths, const ResultStyle& style, const PackageTask& task)
+        : m_style(style), m_task(task) {
         for (const QString& path : paths) {
-            m_packages.push_back({Report(path, paths.size() > 1)});
+            m_packages.push_back({Report(path, style.form, style.isQuiet)});
         }
         startThreads();
         if (m_threads.empty()) { work(); }
@@ -45,12 +69,13 @@ class PackageRun {
 
     ExitCode print(Console& console) {
         ExitCode worst = ExitCode::Done;
+        ResultList list(console, m_style);
         for (Package& package : m_packages) {
             waitFor(package, console);
-            package.report.printTo(console);
+            list.add(package.report);
             const ExitCode code = package.report.exitCode();
             if (worst != ExitCode::BadInput && code != ExitCode::Done) { worst = code; }
-            package.report = Report({}, false);  // its text is no longer needed
+            package.report = Report({});  // its text is no longer needed
         }
         return worst;
     }
@@ -86,7 +111,7 @@ class PackageRun {
         std::unique_lock lock(m_mutex);
         bool isTold = false;
         while (!m_finished.wait_for(lock, quietTime, [&] { return package.isDone; })) {
-            if (!console.showsProgress) { continue; }
+            if (!console.showsProgress || m_style.isQuiet) { continue; }
             console.err << "\rtweenc: " << m_doneCount << " of " << m_packages.size()
                         << " packages done" << std::flush;
             isTold = true;
@@ -95,6 +120,7 @@ class PackageRun {
         if (isTold) { console.err << eraseLine << std::flush; }
     }
 
+    const ResultStyle m_style;
     const PackageTask& m_task;
     std::vector<Package> m_packages;
     std::atomic<size_t> m_next = 0;
@@ -108,7 +134,7 @@ class PackageRun {
 QString faultOfVersion(const FileWrapper& root) {
     const FileWrapper::Ptr file = root.child(kVersionEntry);
     if (!file) { return {}; }
-    if (!file->isRegularFile()) { return u"is not a regular file"_s; }
+    if (!file->isRegularFile()) { return kIsNoRegularFile; }
     try {
         PCProjectVersion::decode(KeyedUnarchiver(file->contents(), kVersionEntry).root());
     } catch (const InputError& error) { return error.reason(); }
@@ -124,23 +150,24 @@ void noteOlderVersion(const FileWrapper& root, int32_t version, Report& report) 
     report.note(kVersionEntry, fault.isEmpty() ? older : fault + u"; "_s + older);
 }
 
-bool looksLikePackage(const QString& path) {
-    const QDir directory(path);
-    return directory.isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System |
-                             QDir::NoDotAndDotDot) ||
-           directory.exists(u"canvas"_s) || directory.exists(kVersionEntry);
-}
-
 }  // namespace
 
-ExitCode runOnPackages(const QStringList& paths, Console& console, const PackageTask& task) {
-    return PackageRun(paths, task).print(console);
+ResultStyle ResultStyle::of(const Invocation& invocation) {
+    return {invocation.knows(kJsonOption.name) && invocation.has(kJsonOption.name)
+                ? ResultForm::Json
+                : ResultForm::Text,
+            invocation.knows(kQuietOption.name) && invocation.has(kQuietOption.name)};
 }
 
-ExitCode runOnPackage(const QString& path, Console& console, const PackageTask& task) {
-    Report report(path, false);
+ExitCode runOnPackages(const Invocation& invocation, Console& console, const PackageTask& task) {
+    return PackageRun(invocation.operands(), ResultStyle::of(invocation), task).print(console);
+}
+
+ExitCode runOnPackage(const Invocation& invocation, Console& console, const PackageTask& task) {
+    const ResultStyle style = ResultStyle::of(invocation);
+    Report report(invocation.operands().first(), style.form, style.isQuiet);
     runGuarded(task, report);
-    report.printTo(console);
+    ResultList(console, style).add(report);
     return report.exitCode();
 }
 
@@ -148,8 +175,8 @@ QString textOfAlert(const Alert& alert) {
     return alert.message + u": "_s + alert.informativeText;
 }
 
-FileWrapper::Ptr readVersionedPackage(Report& report) {
-    FileWrapper::Ptr root = readPackage(report.packagePath());
+FileWrapper::Ptr readVersionedPackage(Report& report, std::vector<InputError>* unread) {
+    FileWrapper::Ptr root = readPackage(report.packagePath(), unread);
     const int32_t version = PCProject::modelVersionOfProjectFileWrapper(*root);
     if (version > PCProject::currentModelVersion()) {
         throw InputError(report.packagePath(), textOfAlert(alertForNewerProject(root->filename())));
@@ -172,25 +199,22 @@ void requirePlaceForPackage(const QString& path, bool replaces) {
     if (pathExtension(lastPathComponent(path)) != u"tweenery"_s) {
         throw UsageError{u"writes packages, named like Name.tweenery, not '%1'"_s.arg(path)};
     }
-    const QFileInfo present(path);
-    if (!present.exists() && !present.isSymLink()) { return; }
+    if (kindOfPath(path) == PathKind::Nothing) { return; }
     if (!replaces) { throw InputError(path, u"is already there; --force replaces it"_s); }
-    if (!present.isDir() || !looksLikePackage(path)) {
-        throw InputError(path, u"is no package that could be replaced"_s);
-    }
 }
 
 void requireOutsidePackage(const QString& path, const QString& package) {
-    const QString inside = QFileInfo(package).canonicalFilePath();
-    if (inside.isEmpty()) {
+    const auto resolved = [](const QString& given) {
+        std::error_code error;
+        return std::filesystem::weakly_canonical(
+            std::filesystem::absolute(systemPath(given).toStdString()), error);
+    };
+    if (kindOfPath(package) == PathKind::Nothing) {
         return;  // there is no package to be changed
     }
     // Links count where they are; what is not there yet will be made where its parent is.
-    QFileInfo place(path);
-    while (!place.exists() && !place.isRoot()) {
-        place = QFileInfo(place.absolutePath());
-    }
-    if ((place.canonicalFilePath() + u'/').startsWith(inside + u'/')) {
+    const std::string inside = resolved(package).string() + '/';
+    if ((resolved(path).string() + '/').starts_with(inside)) {
         throw InputError(path, u"lies in the package %1, which would be changed"_s.arg(package));
     }
 }

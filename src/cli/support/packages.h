@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "cli/support/report.h"
+#include "cli/support/verb.h"
 #include "model/project.h"
 
 namespace tweenery {
@@ -11,16 +12,25 @@ namespace tweenery {
 /// What a verb does with one package. An InputError that it throws becomes the report's.
 using PackageTask = std::function<void(Report&)>;
 
-/// Does the task for each package, on all cores; the reports are printed in the order of the paths.
-/// One package that fails does not stop the others. Tells the progress of a long run.
-ExitCode runOnPackages(const QStringList& paths, Console& console, const PackageTask& task);
+/// What --json and --quiet say of the results.
+struct ResultStyle {
+    ResultForm form = ResultForm::Text;
+    bool isQuiet = false;
 
-/// The same for one package, on this thread and without a word on the progress.
-ExitCode runOnPackage(const QString& path, Console& console, const PackageTask& task);
+    static ResultStyle of(const Invocation& invocation);
+};
+
+/// Does the task for each package that is an operand, on all cores; the reports are printed in
+/// their order. One package that fails does not stop the others. Tells the progress of a long run.
+ExitCode runOnPackages(const Invocation& invocation, Console& console, const PackageTask& task);
+
+/// The same for the first operand alone, on this thread and without a word on the progress.
+ExitCode runOnPackage(const Invocation& invocation, Console& console, const PackageTask& task);
 
 /// Reads the package and checks its model version: a newer one throws InputError, of an older one
-/// the report takes a note.
-FileWrapper::Ptr readVersionedPackage(Report& report);
+/// the report takes a note. With `unread`, entries that cannot be read are listed there and left
+/// out.
+FileWrapper::Ptr readVersionedPackage(Report& report, std::vector<InputError>* unread = nullptr);
 
 /// The project of the package, as it is stored: older packages are not updated. Its name is that
 /// of the package. Nothing is written. Throws InputError.
@@ -29,7 +39,8 @@ PCProject::Ptr openForReading(Report& report);
 PCProject::Ptr projectOf(const FileWrapper::Ptr& root);
 
 /// Checks that a package may be written to `path`: that the name is one for a package (UsageError)
-/// and that nothing is there or, when `replaces`, at most a package (InputError).
+/// and that nothing is there unless `replaces` (InputError). Whether what is there is a package is
+/// for the writing to see.
 void requirePlaceForPackage(const QString& path, bool replaces);
 
 /// Throws InputError when what is to be written to `path` would change the package.

@@ -1,6 +1,10 @@
 #include "cli/support/report.h"
 
+#include "base/limits.h"
+#include "base/visible_text.h"
+#include "storage/package_entries.h"
 #include "storage/posix_files.h"
+#include "storage/system_names.h"
 
 using namespace Qt::StringLiterals;
 
@@ -11,43 +15,101 @@ std::string errorLine(const QString& entry, const QString& reason) {
 }
 
 QString Report::attributed(const QString& text) const {
-    return m_isOneOfSeveral ? m_packagePath + u": "_s + text : text;
+    return m_packagePath + u": "_s + text;
+}
+
+void requireFitForOutput(size_t bytes) {
+    const auto count = static_cast<int64_t>(bytes);
+    if (count > limits::kBytesOfOutput) {
+        throw InputError(u"standard output"_s,
+                         beyondLimit(u"bytes of one package"_s, count, limits::kBytesOfOutput));
+    }
+}
+
+void Report::print(std::string utf8) {
+    requireFitForOutput(m_out.size() + utf8.size());
+    if (m_out.empty()) {
+        m_out = std::move(utf8);
+    } else {
+        m_out += utf8;
+    }
 }
 
 void Report::printLine(const QString& line) {
-    m_out += line.toStdString() + '\n';
+    if (!m_isQuiet) { print(visibleText(line).toStdString() + '\n'); }
+}
+
+void Report::setResult(const std::function<void(JsonWriter&)>& write) {
+    constexpr size_t depth = 2;  // in an object of a list
+    JsonWriter json(JsonWriter::Keys::Sorted, depth);
+    write(json);
+    m_result = json.takeValue();
 }
 
 void Report::writeLine(const QString& line) {
-    m_err += line.toStdString() + '\n';
+    if (!m_isQuiet) { m_err += visibleText(line).toStdString() + '\n'; }
 }
 
-// An error of the package as a whole has its path for an entry.
+// What is no entry of the package is a path of the file system, or no path at all.
 QString Report::qualified(const QString& entry) const {
-    if (!m_isOneOfSeveral || entry == m_packagePath) { return entry; }
-    return m_packagePath + u'/' + entry;
+    return isInPackage(entry) ? m_packagePath + u'/' + entry : entry;
+}
+
+bool Report::isInPackage(const QString& entry) const {
+    const QString first = entry.section(u'/', 0, 0);
+    if (first.isEmpty()) { return false; }
+    for (const QString& name : {kVersionEntry, kPreferencesEntry, kCanvasEntry, kImagesEntry,
+                                kAnimationsEntry, kQuickLookEntry}) {
+        if (first == name) { return true; }
+    }
+    try {
+        return kindOfPath(m_packagePath + u'/' + first) != PathKind::Nothing;
+    } catch (const InputError&) { return false; }
 }
 
 void Report::note(const QString& entry, const QString& text) {
-    m_err += errorLine(qualified(entry), text);
+    m_notes.push_back({entry, text});
+    if (!m_isQuiet) { m_err += errorLine(qualified(entry), text); }
+}
+
+void Report::addError(const InputError& error, const QString& shownEntry) {
+    m_errors.push_back({error.entry(), error.reason()});
+    m_err += errorLine(shownEntry, error.reason());
+    m_exitCode = ExitCode::BadInput;
 }
 
 void Report::fail(const InputError& error) {
-    note(error.entry(), error.reason());
-    m_exitCode = ExitCode::BadInput;
+    addError(error, qualified(error.entry()));
 }
 
 void Report::failOutside(const InputError& error) {
-    m_err += errorLine(error.entry(), error.reason());
-    m_exitCode = ExitCode::BadInput;
+    addError(error, error.entry());
 }
 
 void Report::endWithWarnings() {
     if (m_exitCode == ExitCode::Done) { m_exitCode = ExitCode::Warnings; }
 }
 
+std::string Report::json() const {
+    JsonWriter json(JsonWriter::Keys::Sorted, 1);
+    const auto writeRemarks = [&](const char* key, const char* textKey, const auto& remarks) {
+        json.key(key).beginArray();
+        for (const Remark& remark : remarks) {
+            json.beginObject(JsonWriter::Layout::OneLine);
+            json.key("entry").string(remark.entry).key(textKey).string(remark.text).endObject();
+        }
+        json.endArray();
+    };
+    json.beginObject();
+    writeRemarks("errors", "reason", m_errors);
+    writeRemarks("notes", "text", m_notes);
+    json.key("package").string(m_packagePath);
+    json.key("result").value(m_result);
+    return json.endObject().takeValue();
+}
+
 void Report::printTo(Console& console) const {
-    console.out << m_out << std::flush;
+    console.out << (isJson() ? json() : m_out) << std::flush;
     console.err << m_err << std::flush;
 }
 

@@ -1,55 +1,83 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <string>
+#include <vector>
 
 #include "base/errors.h"
 #include "base/ports.h"
 #include "cli/support/console.h"
+#include "cli/support/json_writer.h"
 
 namespace tweenery {
 
-/// What a verb has to say of one package, kept until its turn to be printed comes.
+/// How the results of a run are printed.
+enum class ResultForm { Text, Json };
+
+/// What a verb has to say of one package, kept until its turn to be printed comes. In JSON that is
+/// an object with what went wrong and what the verb found; errors and notes go to standard error as
+/// well.
 class Report : public LogPort {
  public:
-    /// With several packages in a run errors name the package too.
-    Report(const QString& packagePath, bool isOneOfSeveral)
-        : m_packagePath(packagePath), m_isOneOfSeveral(isOneOfSeveral) {}
+    explicit Report(const QString& packagePath, ResultForm form = ResultForm::Text,
+                    bool isQuiet = false)
+        : m_packagePath(packagePath), m_form(form), m_isQuiet(isQuiet) {}
 
     const QString& packagePath() const { return m_packagePath; }
     /// Ends with BadInput unless something was worse before.
     ExitCode exitCode() const { return m_exitCode; }
+    bool isJson() const { return m_form == ResultForm::Json; }
 
-    /// `text` with the package in front of it when there are several.
+    /// `text` with the package in front of it.
     QString attributed(const QString& text) const;
 
-    /// Adds to the results.
-    void print(const std::string& utf8) { m_out += utf8; }
+    /// Adds to the results in text.
+    void print(std::string utf8);
+    /// A line of the results in text, unless errors only are wanted; what would not show is
+    /// escaped.
     void printLine(const QString& line);
+    /// The result in JSON: one value, which `write` writes with sorted keys.
+    void setResult(const std::function<void(JsonWriter&)>& write);
 
-    /// "tweenc: <entry>: <reason>" on standard error, and exit code 1. The entry lies in the
-    /// package.
+    /// "tweenc: <package>/<entry>: <reason>" on standard error, and exit code 1.
     void fail(const InputError& error);
     /// The same for an entry that is a path of the file system.
     void failOutside(const InputError& error);
-    /// The same line without failing.
+    /// The same line without failing, unless errors only are wanted.
     void note(const QString& entry, const QString& text);
-    /// Exported, but with warnings that were not wanted.
+    /// There were warnings, and they were not wanted.
     void endWithWarnings();
-    /// A plain line on standard error.
+    /// A plain line on standard error, unless errors only are wanted; what would not show is
+    /// escaped.
     void writeLine(const QString& line) override;
 
     void printTo(Console& console) const;
 
  private:
+    struct Remark {
+        QString entry;
+        QString text;
+    };
+
     QString m_packagePath;
-    bool m_isOneOfSeveral;
+    ResultForm m_form;
+    bool m_isQuiet;
     ExitCode m_exitCode = ExitCode::Done;
     std::string m_out;
     std::string m_err;
+    std::string m_result = "null";
+    std::vector<Remark> m_errors;
+    std::vector<Remark> m_notes;
 
     QString qualified(const QString& entry) const;
+    bool isInPackage(const QString& entry) const;
+    void addError(const InputError& error, const QString& shownEntry);
+    std::string json() const;
 };
+
+/// Throws InputError when that many bytes are too many for the results of one package.
+void requireFitForOutput(size_t bytes);
 
 /// "tweenc: <entry>: <reason>" and a line break, in UTF-8, control characters escaped.
 std::string errorLine(const QString& entry, const QString& reason);

@@ -34,6 +34,45 @@ void addOptions(QCommandLineParser& parser, const Verb& verb) {
     }
 }
 
+const VerbOption* optionNamed(const QString& name, const Verb& verb) {
+    const auto found = std::find_if(
+        verb.options.begin(), verb.options.end(),
+        [&](const VerbOption& option) { return name == QLatin1StringView(option.name); });
+    return found == verb.options.end() ? nullptr : &*found;
+}
+
+/// The parser takes whatever comes behind an option for its value, and a name that begins with a
+/// dash for options of one letter.
+void requireNoOptionForAValue(const QStringList& arguments, const Verb& verb) {
+    for (qsizetype i = 0; i < arguments.size() && arguments[i] != u"--"; ++i) {
+        const QString& argument = arguments[i];
+        if (!argument.startsWith(u'-') || argument == u"-") { continue; }
+        if (!argument.startsWith(u"--")) {
+            throw UsageError{
+                u"%1 is no option; a name that begins with a dash goes behind --"_s.arg(argument)};
+        }
+        const VerbOption* option = optionNamed(argument.sliced(2), verb);
+        if (!option || !option->value) { continue; }
+        const QString value = arguments.value(++i);
+        const bool isNegative = value.size() > 1 && value[1].isDigit();
+        if (i >= arguments.size() || (value.startsWith(u'-') && !isNegative)) {
+            throw UsageError{
+                u"%1 takes a value%2; one that begins with a dash is given as %1=..."_s.arg(
+                    argument, value.isEmpty() ? QString() : u", not "_s + value)};
+        }
+    }
+}
+
+void requireOnce(const QCommandLineParser& parser, const VerbOption& option) {
+    const QString name = QString::fromLatin1(option.name);
+    if (option.value && parser.values(name).size() > 1) {
+        throw UsageError{u"takes --%1 once"_s.arg(name)};
+    }
+    if (parser.isSet(name) && name.startsWith(u"no-") && parser.isSet(name.sliced(3))) {
+        throw UsageError{u"takes --%1 or --%2, not both"_s.arg(name.sliced(3), name)};
+    }
+}
+
 void requireOption(const QCommandLineParser& parser, const VerbOption& option) {
     const QString name = QString::fromLatin1(option.name);
     if (!parser.isSet(name)) {
@@ -60,6 +99,7 @@ void requireUsage(const QCommandLineParser& parser, const Verb& verb) {
     }
     for (const VerbOption& option : verb.options) {
         requireOption(parser, option);
+        requireOnce(parser, option);
     }
 }
 
@@ -75,15 +115,25 @@ QStringList Invocation::operands() const {
     return paths;
 }
 
+bool Invocation::knows(const char* option) const {
+    return optionNamed(QString::fromLatin1(option), m_verb) != nullptr;
+}
+
 std::optional<bool> Invocation::choice(const char* name) const {
     const QString yes = QString::fromLatin1(name);
-    const QString no = u"no-"_s + yes;
-    const QStringList given = m_parser.optionNames();
-    const auto last = std::find_if(given.rbegin(), given.rend(), [&](const QString& option) {
-        return option == yes || option == no;
-    });
-    if (last == given.rend()) { return std::nullopt; }
-    return *last == yes;
+    if (m_parser.isSet(yes)) { return true; }
+    return m_parser.isSet(u"no-"_s + yes) ? std::optional(false) : std::nullopt;
+}
+
+void Invocation::requireNotBoth(const VerbOption& option,
+                                std::initializer_list<VerbOption> others) const {
+    if (!has(option.name)) { return; }
+    for (const VerbOption& other : others) {
+        if (has(other.name)) {
+            throw UsageError{u"takes --%1 or --%2, not both"_s.arg(QLatin1StringView(option.name),
+                                                                   QLatin1StringView(other.name))};
+        }
+    }
 }
 
 QString usageLine(const Verb& verb) {
@@ -106,12 +156,13 @@ ExitCode runVerb(const Verb& verb, const QStringList& arguments, Console& consol
             printHelp(verb, console);
             return ExitCode::Done;
         }
+        requireNoOptionForAValue(arguments, verb);
         if (!isParsed) { throw UsageError{parser.errorText()}; }
         requireUsage(parser, verb);
-        return verb.run(Invocation(parser), console);
+        return verb.run(Invocation(parser, verb), console);
     } catch (const UsageError& error) {
-        console.err << errorLine(name, error.reason) << "Usage: " << usageLine(verb).toStdString()
-                    << '\n';
+        console.err << errorLine(name, error.reason) << "tweenc " << verb.name
+                    << " --help tells how it is used\n";
         return ExitCode::WrongUsage;
     }
 }

@@ -19,21 +19,29 @@ struct VerbOption {
     bool isRequired = false;
 };
 
+struct Verb;
+
 /// A verb's operands and options as they were given, checked against what the verb allows.
 class Invocation {
  public:
-    explicit Invocation(const QCommandLineParser& parser) : m_parser(parser) {}
+    Invocation(const QCommandLineParser& parser, const Verb& verb)
+        : m_parser(parser), m_verb(verb) {}
 
     /// Paths lose the slashes at their end.
     QStringList operands() const;
+    /// The verb has that option.
+    bool knows(const char* option) const;
     bool has(const char* option) const { return m_parser.isSet(QLatin1StringView(option)); }
-    /// Of an option given more than once the last value; null when it was not given.
+    /// Null when the option was not given.
     QString value(const char* option) const { return m_parser.value(QLatin1StringView(option)); }
-    /// True or false as the last of `--name` and `--no-name` says; nothing when neither was given.
+    /// True or false as `--name` or `--no-name` says; nothing when neither was given.
     std::optional<bool> choice(const char* name) const;
+    /// Throws UsageError when the option and any of the others were given.
+    void requireNotBoth(const VerbOption& option, std::initializer_list<VerbOption> others) const;
 
  private:
     const QCommandLineParser& m_parser;
+    const Verb& m_verb;
 };
 
 /// A command that was given wrongly; it ends with ExitCode::WrongUsage. `reason` is one line.
@@ -59,7 +67,14 @@ ExitCode runVerb(const Verb& verb, const QStringList& arguments, Console& consol
 /// "tweenc info PKG... [--json]"
 QString usageLine(const Verb& verb);
 
-inline constexpr VerbOption kJsonOption{"json", nullptr, "print JSON"};
+inline constexpr VerbOption kJsonOption{
+    "json", nullptr, "print one JSON document, a list with an object for each PKG"};
+inline constexpr VerbOption kQuietOption{"quiet", nullptr, "print errors only"};
+inline constexpr VerbOption kVerboseOption{
+    "verbose", nullptr, "print every warning and note, not one for each subject"};
+inline constexpr VerbOption kLanguageOption{"lang", "objc|swift", "the language"};
+inline constexpr VerbOption kPlatformOption{"platform", "ios|mac", "the platform"};
+inline constexpr VerbOption kStrictOption{"strict", nullptr, "end with 3 when there are warnings"};
 inline constexpr VerbOption kForceOption{"force", nullptr, "replace a package that is there"};
 
 }  // namespace tweenery

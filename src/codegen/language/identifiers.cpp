@@ -1,9 +1,12 @@
 #include "codegen/language/identifiers.h"
 
 #include <QChar>
+#include <QRegularExpression>
 #include <QSet>
 #include <algorithm>
 #include <limits>
+#include "base/limits.h"
+#include "base/visible_text.h"
 
 using namespace Qt::StringLiterals;
 
@@ -17,7 +20,8 @@ qsizetype firstLength(const QString& text) {
 }
 
 bool isAlphanumeric(char32_t character) {
-    return QChar::isLetterOrNumber(character) || QChar::isMark(character);
+    return (QChar::isLetterOrNumber(character) || QChar::isMark(character)) &&
+           !isInvisible(character);
 }
 
 /// What no compiler takes of the characters that names keep. They know identifiers by ISO/IEC
@@ -67,11 +71,23 @@ QString pc_stringByLowercasingFirstLetter(const QString& text) {
     return text.left(length).toLower() + text.mid(length);
 }
 
+namespace {
+
+QString numbered(const QString& name, int number) {
+    const QString twos(std::min(number, limits::kRepeatedTwos), u'2');
+    if (number <= limits::kRepeatedTwos) { return name + twos; }
+    return name + twos + u'_' + QString::number(number);
+}
+
+}  // namespace
+
 void TakenNames::erase(const QString& name) {
     m_names.erase(name);
     // Every search that passed `name` must look at it again.
+    static const QRegularExpression number(u"_[0-9]+$"_s);
     QString candidate = name;
     m_lastFree.erase(candidate);
+    candidate.remove(number);
     while (candidate.endsWith(u'2')) {
         candidate.chop(1);
         m_lastFree.erase(candidate);
@@ -80,11 +96,11 @@ void TakenNames::erase(const QString& name) {
 
 QString TakenNames::firstFree(const QString& candidate) const {
     if (!contains(candidate)) { return candidate; }
-    QString& name = m_lastFree.try_emplace(candidate, candidate).first->second;
-    while (contains(name)) {
-        name += u'2';
+    int& number = m_lastFree[candidate];
+    while (contains(numbered(candidate, number))) {
+        ++number;
     }
-    return name;
+    return numbered(candidate, number);
 }
 
 QString codeFriendlyNameFromName(const QString& name, const TakenNames* uniqueInSet, bool isImage) {

@@ -22,13 +22,14 @@ class TakenNames {
     bool contains(const QString& name) const { return m_names.contains(name); }
     void insert(const QString& name) { m_names.insert(name); }
     void erase(const QString& name);
-    /// `candidate`, followed by as many "2" as it takes: hero, hero2, hero22.
+    /// `candidate`, followed by as many "2" as it takes (hero, hero2, hero22), or, of a name that
+    /// very many share, by some and a number, so that names do not grow without end.
     QString firstFree(const QString& candidate) const;
 
  private:
     std::unordered_set<QString> m_names;
     // Where the last search for a candidate ended. What lies before that is taken.
-    mutable std::unordered_map<QString, QString> m_lastFree;
+    mutable std::unordered_map<QString, int> m_lastFree;
 };
 
 /// An identifier made of `name`: its runs of letters, marks and digits joined, each with its first

@@ -5,68 +5,93 @@
 #include <limits>
 
 #include "base/number_text.h"
+#include "base/visible_text.h"
 
 namespace tweenery {
 
 namespace {
 
-/// The length in bytes of the control character at the head of `text`: 0 when there is none. Those
-/// above ASCII are the two-byte sequences C2 80 to C2 9F.
-size_t controlLength(std::string_view text) {
-    const auto first = static_cast<unsigned char>(text.front());
-    if (first < 0x20 || first == 0x7f) { return 1; }
-    const bool above =
-        first == 0xc2 && text.size() > 1 && static_cast<unsigned char>(text[1]) < 0xa0;
-    return above ? 2 : 0;
+struct Character {
+    char32_t code = 0;
+    size_t length = 1;  // in bytes
+};
+
+/// The character at the head of well-formed UTF-8.
+Character firstCharacter(std::string_view text) {
+    const auto byteAt = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned char first = byteAt(0);
+    const size_t length = first < 0xc0 ? 1 : first < 0xe0 ? 2 : first < 0xf0 ? 3 : 4;
+    if (length == 1 || length > text.size()) { return {first, 1}; }
+    char32_t code = first & (0xff >> (length + 1));
+    for (size_t i = 1; i < length; ++i) {
+        code = code << 6 | (byteAt(i) & 0x3f);
+    }
+    return {code, length};
 }
 
-void appendEscapedControl(std::string& out, TargetLanguage language, std::string_view control) {
-    if (control == "\n") {
+void appendHexadecimal(std::string& out, char32_t code) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    if (code >= 16) { appendHexadecimal(out, code / 16); }
+    out += digits[code % 16];
+}
+
+/// `bytes` are those of the character `code`.
+void appendEscaped(std::string& out, TargetLanguage language, char32_t code,
+                   std::string_view bytes) {
+    if (code == U'\n') {
         out += "\\n";
-    } else if (control == "\r") {
+    } else if (code == U'\r') {
         out += "\\r";
-    } else if (control == "\t") {
+    } else if (code == U'\t') {
         out += "\\t";
     } else if (language == TargetLanguage::Swift) {
-        const auto code = static_cast<unsigned char>(control.back());  // C2 80 is U+0080
-        constexpr std::string_view digits = "0123456789ABCDEF";
         out += "\\u{";
-        if (code >= 16) { out += digits[code / 16]; }
-        out += digits[code % 16];
+        appendHexadecimal(out, code);
         out += '}';
     } else {
         // Octal escapes end after three digits, hexadecimal ones swallow what follows.
-        for (const char byte : control) {
-            const auto code = static_cast<unsigned char>(byte);
+        for (const char byte : bytes) {
+            const auto octet = static_cast<unsigned char>(byte);
             out += '\\';
-            out += static_cast<char>('0' + code / 64);
-            out += static_cast<char>('0' + code / 8 % 8);
-            out += static_cast<char>('0' + code % 8);
+            out += static_cast<char>('0' + octet / 64);
+            out += static_cast<char>('0' + octet / 8 % 8);
+            out += static_cast<char>('0' + octet % 8);
         }
     }
 }
 
-/// `name` with its control characters escaped, and each of `marked` behind a backslash.
-std::string escaped(TargetLanguage language, std::string_view name, std::string_view marked) {
+/// Two question marks and one of these are another character to a compiler that keeps to the older
+/// standards of C.
+bool beginsTrigraph(std::string_view text) {
+    return text.size() >= 3 && text.starts_with("??") &&
+           std::string_view("=/'()!<>-").find(text[2]) != std::string_view::npos;
+}
+
+/// `name` with what would not show escaped, each of `marked` behind a backslash, and `breaker`
+/// between the question marks of a trigraph.
+std::string escaped(TargetLanguage language, std::string_view name, std::string_view marked,
+                    char breaker) {
     const auto isInside = [&](char mark) { return name.find(mark) != std::string_view::npos; };
     const bool isPlain = std::all_of(name.begin(), name.end(),
                                      [](char character) {
                                          const auto byte = static_cast<unsigned char>(character);
-                                         return byte >= 0x20 && byte < 0x7f;
+                                         return byte >= 0x20 && byte < 0x7f && byte != '?';
                                      }) &&
                          std::none_of(marked.begin(), marked.end(), isInside);
     std::string text;
     if (isPlain) { return text.assign(name); }
     text.reserve(name.size());
     while (!name.empty()) {
-        const size_t control = controlLength(name);
-        if (control > 0) {
-            appendEscapedControl(text, language, name.substr(0, control));
+        const auto [code, length] = firstCharacter(name);
+        const std::string_view bytes = name.substr(0, length);
+        if (isInvisible(code)) {
+            appendEscaped(text, language, code, bytes);
         } else {
             if (marked.find(name.front()) != std::string_view::npos) { text += '\\'; }
-            text += name.front();
+            text += bytes;
+            if (language == TargetLanguage::ObjectiveC && beginsTrigraph(name)) { text += breaker; }
         }
-        name.remove_prefix(std::max<size_t>(control, 1));
+        name.remove_prefix(length);
     }
     return text;
 }
@@ -108,11 +133,11 @@ int32_t cutToInt32(double value) {
 }
 
 std::string literalText(TargetLanguage language, std::string_view name) {
-    return escaped(language, name, "\"\\");
+    return escaped(language, name, "\"\\", '\\');
 }
 
 std::string commentText(TargetLanguage language, std::string_view name) {
-    std::string text = escaped(language, name, "");
+    std::string text = escaped(language, name, "", ' ');
     if (language == TargetLanguage::ObjectiveC) {
         // A backslash at the end, or before blanks there, joins the next line to the comment. A
         // second backslash would do no better.

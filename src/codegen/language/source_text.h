@@ -101,9 +101,10 @@ void append(std::string& out, SourceTemplate<std::type_identity_t<Args>...> text
 int32_t cutToInt32(double value);
 
 /// `name` as it stands between the quotes of a string literal: quotes, backslashes and control
-/// characters are escaped as the language has it.
+/// characters are escaped as the language has it, and so is all that would not show.
 std::string literalText(TargetLanguage language, std::string_view name);
-/// `name` as it stands behind "//" or in a section mark: what would end the line is escaped.
+/// `name` as it stands behind "//" or in a section mark: what would end the line, or would
+/// not show, is escaped.
 std::string commentText(TargetLanguage language, std::string_view name);
 
 }  // namespace tweenery

@@ -25,7 +25,8 @@ const std::array<QString, PCImageSet::Count>& PCImageSet::basenames() {
     return names;
 }
 
-PCImageSet::PCImageSet(FileWrapper::Ptr fileWrapper) : m_fileWrapper(std::move(fileWrapper)) {}
+PCImageSet::PCImageSet(FileWrapper::Ptr fileWrapper, std::shared_ptr<PixelAllowance> allowance)
+    : m_fileWrapper(std::move(fileWrapper)), m_allowance(std::move(allowance)) {}
 
 bool PCImageSet::isRenditionFile(const QString& filename) {
     const QString extension = pathExtension(filename);
@@ -137,6 +138,7 @@ PCImageSet::Rendition PCImageSet::rendition(Index index) const {
     Rendition& kept = m_renditions[index];
     if (kept) { return kept; }
     if (const auto file = fileForIndex(index)) {
+        if (m_allowance) { m_allowance->take(file->contents(), entryOf(*file)); }
         kept = std::make_shared<PCImage>(decodeImage(file->contents(), entryOf(*file)),
                                          file->filename());
     }

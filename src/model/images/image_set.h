@@ -7,6 +7,7 @@
 
 #include "model/images/image.h"
 #include "storage/file_wrapper.h"
+#include "storage/pixel_allowance.h"
 
 namespace tweenery {
 
@@ -19,8 +20,10 @@ namespace tweenery {
 class PCImageSet {
  public:
     /// A set over a directory node; reads nothing. The node stays readable as long as the set
-    /// lives, also when it has been taken out of its package.
-    explicit PCImageSet(FileWrapper::Ptr fileWrapper);
+    /// lives, also when it has been taken out of its package. What is decoded counts against
+    /// `allowance` (null: without limit), which the sets of a package share.
+    explicit PCImageSet(FileWrapper::Ptr fileWrapper,
+                        std::shared_ptr<PixelAllowance> allowance = nullptr);
 
     /// Writes all renditions of `image` into `fileWrapper`, an empty directory node, and gives the
     /// set. Artwork for lower densities is drawn from a 2x or 3x image, never for higher ones.
@@ -81,6 +84,7 @@ class PCImageSet {
     void writeAll();
 
     FileWrapper::Ptr m_fileWrapper;
+    std::shared_ptr<PixelAllowance> m_allowance;
     mutable std::array<Rendition, Count> m_renditions;
     mutable std::optional<QSize> m_size;
 };

@@ -2,6 +2,7 @@
 
 #include "base/errors.h"
 #include "base/number_text.h"
+#include "storage/package_entries.h"
 
 namespace tweenery {
 
@@ -9,9 +10,12 @@ using namespace Qt::StringLiterals;
 
 PCImageSetManager::PCImageSetManager(const FileWrapper::Ptr& projectFileWrapper)
     : m_imagesFileWrapper(
-          projectFileWrapper->pc_ensureSubfileWrapperDirectoryExistsWithName(u"images"_s)) {
+          projectFileWrapper->pc_ensureSubfileWrapperDirectoryExistsWithName(kImagesEntry)) {
+    const auto allowance = std::make_shared<PixelAllowance>();
     for (const auto& [name, node] : m_imagesFileWrapper->fileWrappers()) {
-        if (node->isDirectory()) { m_imageSets.emplace(name, std::make_shared<PCImageSet>(node)); }
+        if (node->isDirectory()) {
+            m_imageSets.emplace(name, std::make_shared<PCImageSet>(node, allowance));
+        }
     }
 }
 

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QByteArrayList>
+#include <QString>
+
+#include "storage/posix_files.h"
+
+namespace tweenery {
+
+/// A folder that files are written into. It is opened once, so that the files go there whatever its
+/// path has come to mean since.
+class OutputFolder {
+ public:
+    /// Opens the folder at `path`, which may be a link to it, and makes it with its parents if it
+    /// is not there. Throws InputError.
+    static OutputFolder make(const QString& path);
+
+    /// A folder in which nothing comes to be, to try what would be written.
+    static OutputFolder pretended(const QString& path) { return {path, FileDescriptor()}; }
+
+    /// Opens the folder `name` in this one, and makes it if it is not there. Throws InputError,
+    /// also when it is a link.
+    OutputFolder subfolder(const QString& name) const;
+    /// Removes the entry `name` of this folder with everything in it, and returns how many files
+    /// that were. What cannot be removed stays.
+    size_t remove(const QString& name) const;
+    /// Writes the file `name`, made of `pieces`, atomically; a link of that name is replaced.
+    /// Throws InputError, also for a name that no file can have.
+    void write(const QString& name, const QByteArrayList& pieces) const;
+
+ private:
+    OutputFolder(QString path, FileDescriptor folder);
+
+    QString m_path;  // for messages
+    FileDescriptor m_folder;
+};
+
+/// Writes the file `name` into the open directory `folder`: a temporary file beside it, flushed,
+/// then renamed. Throws InputError, naming `path`.
+void writeFileInto(const FileDescriptor& folder, const std::string& name,
+                   const QByteArrayList& pieces, const QString& path);
+
+}  // namespace tweenery
