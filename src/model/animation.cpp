@@ -5,8 +5,8 @@
 
 #include "base/errors.h"
 #include "base/limits.h"
-#include "model/animations_manager.h"
-#include "model/project.h"
+#include "model/edit_context.h"
+#include "model/element.h"
 #include "storage/keyed_archiver.h"
 #include "storage/package_entries.h"
 
@@ -22,7 +22,7 @@ bool isElementDirectoryName(const QString& name) {
 }  // namespace
 
 PCAnimation::Ptr PCAnimation::initWithAnimationFileWrapper(
-    FileWrapper::Ptr directory, const std::shared_ptr<PCProject>& project) {
+    FileWrapper::Ptr directory, const std::shared_ptr<EditContext>& project) {
     Ptr animation(new PCAnimation);
     animation->m_fileWrapper = std::move(directory);
     animation->m_project = project;
@@ -159,7 +159,7 @@ void PCAnimation::saveGroup(const Identifier& element, PCPropertyTimelineGroup& 
             saveTimeline(*timeline, type, element);
             timeline->setHasUnsavedChanges(false);
         }
-        if (PCAnimationsManager* manager = animationsManager()) { manager->setHasUnsavedChanges(); }
+        if (const auto project = m_project.lock()) { project->animationFilesDidChange(); }
     }
 }
 

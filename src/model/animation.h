@@ -14,7 +14,7 @@ namespace tweenery {
 
 class PCAnimationsManager;
 class PCElement;
-class PCProject;
+class EditContext;
 
 /// A named set of timelines over the project's element tree, with its directory in the package. The
 /// identifier never changes; the name may.
@@ -27,7 +27,7 @@ class PCAnimation : public std::enable_shared_from_this<PCAnimation> {
     /// Reads the name and makes a group for every entry of `directory` but name.data and
     /// keyall.data; timelines are decoded later. Throws InputError when keyall.data cannot be read.
     static Ptr initWithAnimationFileWrapper(FileWrapper::Ptr directory,
-                                            const std::shared_ptr<PCProject>& project);
+                                            const std::shared_ptr<EditContext>& project);
 
     /// Null when the directory has no readable name.
     const QString& name() const { return m_name; }
@@ -74,7 +74,7 @@ class PCAnimation : public std::enable_shared_from_this<PCAnimation> {
     TimelineGroups m_timelineGroups;
     FileWrapper::Ptr m_fileWrapper;
     PCKeyedPropertyTimeline::Ptr m_masterKeyframesTimeline;
-    std::weak_ptr<PCProject> m_project;
+    std::weak_ptr<EditContext> m_project;
 
     PCAnimation() = default;
     QString path() const;

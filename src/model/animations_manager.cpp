@@ -3,24 +3,26 @@
 #include <algorithm>
 
 #include "base/errors.h"
-#include "model/project.h"
+#include "base/undo_manager.h"
+#include "model/edit_context.h"
+#include "model/element.h"
 #include "storage/package_entries.h"
 
 using namespace Qt::StringLiterals;
 
 namespace tweenery {
 
-PCAnimationsManager::PCAnimationsManager(const std::shared_ptr<PCProject>& project)
+PCAnimationsManager::PCAnimationsManager(const std::shared_ptr<EditContext>& project,
+                                         FileWrapper& package)
     : m_project(project) {
     const UndoRegistrationPause pause(project->undoManager());
-    m_fileWrapper =
-        project->packageRoot()->pc_ensureSubfileWrapperDirectoryExistsWithName(kAnimationsEntry);
+    m_fileWrapper = package.pc_ensureSubfileWrapperDirectoryExistsWithName(kAnimationsEntry);
     for (const auto& [name, node] : m_fileWrapper->fileWrappers()) {
         if (node->isDirectory()) { insertByName(makeAnimation(node)); }
     }
 }
 
-std::shared_ptr<PCProject> PCAnimationsManager::project() const {
+std::shared_ptr<EditContext> PCAnimationsManager::project() const {
     auto project = m_project.lock();
     assertContract(project != nullptr, u"the animations manager has outlived its project"_s);
     return project;

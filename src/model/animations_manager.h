@@ -10,7 +10,7 @@
 namespace tweenery {
 
 class PCAnimationsManager;
-class PCProject;
+class EditContext;
 
 /// Told of the set of animations and of the selection. For the selection a null animation is setup.
 class PCAnimationsManagerChangeListener {
@@ -34,7 +34,7 @@ class PCAnimationsManager {
     // An argument may be an entry of animations(), whatever happens to that list.
 
     /// Loads the animations of the project's package.
-    explicit PCAnimationsManager(const std::shared_ptr<PCProject>& project);
+    PCAnimationsManager(const std::shared_ptr<EditContext>& project, FileWrapper& package);
 
     const Animations& animations() const { return m_animations; }
     PCAnimation::Ptr selectedAnimation() const { return m_selectedAnimation; }
@@ -71,11 +71,11 @@ class PCAnimationsManager {
     Animations m_animations;
     ListenerSet<PCAnimationsManagerChangeListener> m_listeners;
     bool m_hasUnsavedChanges = false;
-    std::weak_ptr<PCProject> m_project;
+    std::weak_ptr<EditContext> m_project;
     PCAnimation::Ptr m_selectedAnimation;
     FileWrapper::Ptr m_fileWrapper;
 
-    std::shared_ptr<PCProject> project() const;
+    std::shared_ptr<EditContext> project() const;
     PCAnimation::Ptr makeAnimation(const FileWrapper::Ptr& directory);
     void insertByName(const PCAnimation::Ptr& animation);
     void nameWithoutUndo(const PCAnimation::Ptr& animation, const QString& name);

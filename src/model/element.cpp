@@ -5,8 +5,8 @@
 #include <numbers>
 
 #include "base/errors.h"
+#include "model/edit_context.h"
 #include "model/element_sampler.h"
-#include "model/project.h"
 
 using namespace Qt::StringLiterals;
 
@@ -101,7 +101,7 @@ const QString& PCElement::name() const {
 // Tree.
 
 bool PCElement::isCanvas() const {
-    const PCProject* owner = m_project.get();
+    const EditContext* owner = m_project.get();
     return owner && owner->canvas().get() == this;
 }
 
@@ -114,9 +114,9 @@ int32_t PCElement::index() const {
     return static_cast<int32_t>(m_parent->m_subelements.indexOf(*this));
 }
 
-void PCElement::setProject(const std::shared_ptr<PCProject>& project) {
+void PCElement::setProject(const std::shared_ptr<EditContext>& project) {
     if (m_project.get() == project.get()) { return; }
-    m_project = WeakRef<PCProject>(project);
+    m_project = WeakRef<EditContext>(project);
     for (const Ptr& child : m_subelements) {
         child->setProject(project);
     }
@@ -130,7 +130,7 @@ void PCElement::insertSubelement(const Ptr& child, size_t index) {
     m_subelements.insert(index, child);
     child->m_parent = this;
     child->setProject(m_project.lock());
-    if (PCProject* owner = project()) {
+    if (EditContext* owner = project()) {
         owner->treeDidInsertElement(*child);
         child->updateNameToBeUnique();
     }
@@ -144,7 +144,7 @@ void PCElement::removeSubelementAtIndex(size_t index) {
     assertContract(index < m_subelements.size(), u"no subelement at this index"_s);
     const Ptr child = m_subelements[index];
     registerUndo([child, index](PCElement& self) { self.insertSubelement(child, index); });
-    if (PCProject* owner = project()) { owner->treeWillRemoveElement(*child); }
+    if (EditContext* owner = project()) { owner->treeWillRemoveElement(*child); }
     child->m_parent = nullptr;
     child->viewLayer().removeFromSuperlayer();
     m_subelements.removeAt(index);
@@ -172,7 +172,7 @@ void PCElement::moveToParentElement(const Ptr& parent, size_t index) {
     index = std::min(index, parent->m_subelements.size());
     parent->m_subelements.insert(index, self);
     m_parent = parent.get();
-    if (PCProject* owner = project()) {
+    if (EditContext* owner = project()) {
         owner->treeDidMoveElement();
         updateNameToBeUnique();
     }
@@ -185,7 +185,7 @@ void PCElement::moveToParentElement(const Ptr& parent, size_t index) {
 
 // Stored without a notification.
 void PCElement::updateNameToBeUnique() {
-    PCProject* owner = project();
+    EditContext* owner = project();
     if (!owner || isPlayedBack()) { return; }
     if (!m_name.isNull()) {
         const QString unique = owner->uniqueElementNameWithBase(m_name, this);
@@ -269,7 +269,7 @@ ElementViewLayer& PCElement::viewLayer() const {
 }
 
 void PCElement::rebuildViewLayerHeirarchy() {
-    const PCProject* owner = project();
+    const EditContext* owner = project();
     ElementViewLayerFactory* factory = owner ? owner->viewLayerFactory() : nullptr;
     m_viewLayer = factory ? factory->layer() : nullptr;
     viewLayer().setElement(this);
@@ -414,8 +414,22 @@ void PCElement::clearTimelines() {
     m_timelinesAreFresh = false;
 }
 
+std::array<const PCKeyedPropertyTimeline*, kElementTimelineCount> PCElement::attachedTimelines()
+    const {
+    std::array<const PCKeyedPropertyTimeline*, kElementTimelineCount> attached{};
+    for (size_t slot = 0; slot < attached.size(); ++slot) {
+        attached[slot] = attachedTimeline(elementTimelineTypes()[slot]);
+    }
+    return attached;
+}
+
+PCRepeatBehavior PCElement::repeatBehaviorOfSiblingsOrder() const {
+    const auto order = m_parent ? m_parent->childrenZPositionsTimeline() : nullptr;
+    return order ? order->repeatBehavior() : PCRepeatBehaviorNever;
+}
+
 ElementSampler& PCElement::sampler() const {
-    if (!m_sampler) { m_sampler = std::make_unique<ElementSampler>(*this); }
+    if (!m_sampler) { m_sampler = std::make_unique<ElementSampler>(*this, attachedTimelines()); }
     return *m_sampler;
 }
 

@@ -76,7 +76,9 @@ inline const QString childrenZPosition =
 /// locked, expanded and scalesLocked, which do not show) and post a notification (but for anchor
 /// point, size, image and scalesLocked, which have none). setGroup, setSelected, setModified and
 /// the two timeline splits neither compare nor undo; only the splits mark `modified`.
-class PCElement : public Archivable, public std::enable_shared_from_this<PCElement> {
+class PCElement : public Archivable,
+                  public TimelineOwner,
+                  public std::enable_shared_from_this<PCElement> {
     struct Passkey {};
 
  public:
@@ -104,7 +106,7 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     // Fields.
 
     const Identifier& identifier() const { return m_identifier; }
-    const QString& name() const;
+    const QString& name() const override;
     bool isGroup() const { return m_group; }
     QPointF position() const { return m_position; }
     QPointF scale() const { return m_scale; }
@@ -165,9 +167,10 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     PCElement* parentElement() const;
     /// The place in the parent's subelements. Throws AssertionFailure without a parent.
     int32_t index() const;
-    PCProject* project() const { return m_project.get(); }
+    EditContext* project() const override { return m_project.get(); }
+    PCElement* element() override { return this; }
     /// Passed on to all children when it changes.
-    void setProject(const std::shared_ptr<PCProject>& project);
+    void setProject(const std::shared_ptr<EditContext>& project);
     bool isCanvas() const;
     /// An index above the count is replaced by the count. `child` must be in no tree
     /// (AssertionFailure). Throws InputError, and changes nothing, where the tree of a project
@@ -249,9 +252,10 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
 
     // State at a time in milliseconds, through the attached timelines; zero or null without them.
 
-    PropertyValue setupValueForPropertyType(PCPropertyType type) const;
+    PropertyValue setupValueForPropertyType(PCPropertyType type) const override;
     /// Of a float property; 0 for others.
-    float setupNumberForPropertyType(PCPropertyType type) const;
+    float setupNumberForPropertyType(PCPropertyType type) const override;
+    PCRepeatBehavior repeatBehaviorOfSiblingsOrder() const override;
     /// All of them at once, which is faster than one after the other.
     ElementValues valuesAtTimeInMS(int32_t timeInMS) const;
     float zRotationAtTimeInMS(int32_t timeInMS) const;
@@ -294,7 +298,7 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     QVariantMap copyablePlistRepresentation() const;
     /// Throws InputError when the dictionary has no such form.
     static Ptr elementWithPasteablePlist(const QVariantMap& plist,
-                                         const std::shared_ptr<PCProject>& project);
+                                         const std::shared_ptr<EditContext>& project);
     static Ptr initWithPasteboardPropertyList(const QVariantList& plist);
 
     QString description() const { return name(); }
@@ -305,8 +309,6 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     static QStringList observableKeys();
 
  private:
-    friend class ElementSampler;
-    friend class PCKeyedPropertyTimeline;
     friend class PCProject;
     friend BlockHook& blockHook(const PCElement& element) { return element.m_blockHook; }
     using Timelines = std::array<PCKeyedPropertyTimeline::Ptr, kElementTimelineCount>;
@@ -328,7 +330,7 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
     double m_zRotation = 0;
     double m_opacity = 1;
     QString m_imageName;
-    WeakRef<PCProject> m_project;
+    WeakRef<EditContext> m_project;
     std::unique_ptr<ElementViewLayer> m_viewLayer;  // null: the layer that does nothing
     mutable std::unique_ptr<Timelines> m_timelines;
     mutable std::unique_ptr<ElementSampler> m_sampler;  // of the timelines, once asked for a value
@@ -340,13 +342,14 @@ class PCElement : public Archivable, public std::enable_shared_from_this<PCEleme
 
     static Ptr make();
     PCKeyedPropertyTimeline* attachedTimeline(PCPropertyType type) const;
+    std::array<const PCKeyedPropertyTimeline*, kElementTimelineCount> attachedTimelines() const;
     ElementSampler& sampler() const;
     void forgetSamples() const;
-    void forgetSamplesOf(const PCKeyedPropertyTimeline& timeline) const;
+    void forgetSamplesOf(const PCKeyedPropertyTimeline& timeline) const override;
     PCKeyedPropertyTimeline* makeFreshTimeline(PCPropertyType type) const;
     static Ptr decodeTree(const KeyedUnarchiver& archive, const KeyedDecoder& coder, int depth,
                           std::vector<bool>& seen);
-    static Ptr pasteTree(const QVariantMap& plist, const std::shared_ptr<PCProject>& project,
+    static Ptr pasteTree(const QVariantMap& plist, const std::shared_ptr<EditContext>& project,
                          int depth);
 
     /// What an inverse stores and nothing else; see UndoManager::needsInverse().

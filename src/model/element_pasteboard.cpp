@@ -88,7 +88,7 @@ QVariantMap PCElement::copyablePlistRepresentation() const {
     }
     plist.insert(u"layerSublayers"_s, children);
     if (!m_imageName.isNull()) { plist.insert(u"layerImageName"_s, m_imageName); }
-    const PCProject* owner = project();
+    const EditContext* owner = project();
     if (!owner || owner->isSetupMode()) { return plist; }
     for (const auto& [type, key] : kTimelineKeys) {
         if (const auto attached = timeline(type)) {
@@ -101,7 +101,7 @@ QVariantMap PCElement::copyablePlistRepresentation() const {
 
 QVariantList PCElement::pasteboardPropertyList() const {
     QVariantMap plist = copyablePlistRepresentation();
-    const PCProject* owner = project();
+    const EditContext* owner = project();
     if (!owner) { return {plist}; }
     const ElementPlacement onCanvas = placementUnder(*this, *owner->canvas());
     plist.insert(u"layerScale"_s, pointPlist(onCanvas.scale));
@@ -111,7 +111,7 @@ QVariantList PCElement::pasteboardPropertyList() const {
 }
 
 PCElement::Ptr PCElement::elementWithPasteablePlist(const QVariantMap& plist,
-                                                    const std::shared_ptr<PCProject>& project) {
+                                                    const std::shared_ptr<EditContext>& project) {
     return pasteTree(plist, project, 1);
 }
 
@@ -121,13 +121,13 @@ PCElement::Ptr PCElement::initWithPasteboardPropertyList(const QVariantList& pli
 }
 
 PCElement::Ptr PCElement::pasteTree(const QVariantMap& plist,
-                                    const std::shared_ptr<PCProject>& project, int depth) {
+                                    const std::shared_ptr<EditContext>& project, int depth) {
     if (plist.isEmpty()) { refuse(u"holds no element"_s); }
     if (depth > kMaximumDepth) {
         refuse(u"nests its elements more than %1 levels deep"_s.arg(kMaximumDepth));
     }
     Ptr element = init();
-    element->m_project = WeakRef<PCProject>(project);
+    element->m_project = WeakRef<EditContext>(project);
     element->setFromPlist(plist);
     for (const QVariant& item : plist.value(u"layerSublayers"_s).toList()) {
         Ptr child = pasteTree(item.toMap(), project, depth + 1);

@@ -1,6 +1,6 @@
 #include "model/element_sampler.h"
 
-#include "model/element.h"
+#include "model/keyed_property_timeline.h"
 
 namespace tweenery {
 namespace {
@@ -28,14 +28,15 @@ QPointF pointOf(float x, float y) {
 
 }  // namespace
 
-ElementSampler::ElementSampler(const PCElement& element) : m_element(element) {
+ElementSampler::ElementSampler(const TimelineOwner& element, const Timelines& attached)
+    : m_element(element) {
     for (size_t slot = 0; slot < m_tracks.size(); ++slot) {
         const PCPropertyType type = elementTimelineTypes()[slot];
-        const PCKeyedPropertyTimeline* timeline = element.attachedTimeline(type);
+        const PCKeyedPropertyTimeline* timeline = attached[slot];
         if (!timeline) { continue; }
         m_tracks[slot] = {timeline, timeline->packedKeyframes()};
         const auto bit = static_cast<uint8_t>(1U << slot);
-        const bool isForeign = timeline->element() != &element || timeline->propertyType() != type;
+        const bool isForeign = timeline->owner() != &element || timeline->propertyType() != type;
         if (isForeign) { m_foreign |= bit; }
         if (timeline->repeatBehavior() != PCRepeatBehaviorNever) { m_repeating |= bit; }
     }

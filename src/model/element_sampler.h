@@ -10,8 +10,8 @@
 
 namespace tweenery {
 
-class PCElement;
 class PCKeyedPropertyTimeline;
+class TimelineOwner;
 
 /// Answers an element's timelines at a time from memory that lies together: where their keyframes
 /// are, and the spans around the time last asked for, where the next one mostly lies too. The
@@ -20,7 +20,8 @@ class PCKeyedPropertyTimeline;
 class ElementSampler {
  public:
     /// The element outlives it, and keeps the timelines that are attached to it.
-    explicit ElementSampler(const PCElement& element);
+    using Timelines = std::array<const PCKeyedPropertyTimeline*, kElementTimelineCount>;
+    ElementSampler(const TimelineOwner& element, const Timelines& attached);
 
     ElementValues valuesAt(int32_t timeInMS);
     /// Absolute; 0 without a timeline.
@@ -55,7 +56,7 @@ class ElementSampler {
     // only the timeline itself knows.
     uint8_t m_repeating = 0;
     uint8_t m_foreign = 0;
-    const PCElement& m_element;
+    const TimelineOwner& m_element;
     std::array<Track, kElementTimelineCount> m_tracks;
 
     static bool has(uint8_t bits, size_t slot) { return (bits >> slot & 1) != 0; }

@@ -53,13 +53,13 @@ double PCElement::storableRotation(double radians) {
 }
 
 UndoManager* PCElement::recordingUndoManager() const {
-    PCProject* owner = project();
+    EditContext* owner = project();
     if (!owner || !owner->undoManager().isUndoRegistrationEnabled()) { return nullptr; }
     return &owner->undoManager();
 }
 
 void PCElement::post(const QString& notification) {
-    if (PCProject* owner = project()) { owner->notificationCentre().post(notification, this); }
+    if (EditContext* owner = project()) { owner->notificationCentre().post(notification, this); }
 }
 
 void PCElement::setPosition(QPointF position) {
@@ -158,14 +158,14 @@ void PCElement::setName(const QString& newName) {
 
 void PCElement::storeName(const QString& newName) {
     const QString old = std::exchange(m_name, newName);
-    if (PCProject* owner = project()) { owner->nameDidChange(*this, old); }
+    if (EditContext* owner = project()) { owner->nameDidChange(*this, old); }
 }
 
 void PCElement::setImageName(const QString& imageName) {
     if (imageName == m_imageName) { return; }
     // Undone and redone, the size has a step of its own.
     if (!isPlayedBack()) {
-        PCProject* owner = project();
+        EditContext* owner = project();
         const auto set = owner ? owner->imageSetManager().imageSetWithName(imageName) : nullptr;
         setSize(set ? QSizeF(set->size()) : QSizeF(0, 0));  // throws for damaged artwork
     }
@@ -179,7 +179,7 @@ void PCElement::setImageName(const QString& imageName) {
 
 // While undoing, redoing or cancelling, whatever an edit had changed beside has its own step.
 bool PCElement::isPlayedBack() const {
-    PCProject* owner = project();
+    EditContext* owner = project();
     return owner && (owner->undoManager().isUndoing() || owner->undoManager().isRedoing());
 }
 

@@ -25,7 +25,7 @@ struct Neighbours {
 };
 
 Neighbours masterNeighbours(const PCElement& element, int32_t timeInMS) {
-    PCProject* project = element.project();
+    EditContext* project = element.project();
     const PCAnimation::Ptr animation =
         project ? project->animationsManager().selectedAnimation() : nullptr;
     if (!animation) { return {}; }

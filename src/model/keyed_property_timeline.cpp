@@ -6,8 +6,8 @@
 #include <limits>
 
 #include "base/errors.h"
-#include "model/element.h"
-#include "model/project.h"
+#include "base/undo_manager.h"
+#include "model/edit_context.h"
 #include "model/properties/easing.h"
 #include "model/properties/timing_tables.h"
 
@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 
 PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::initForElement(
-    const std::shared_ptr<PCElement>& element, PCPropertyType type) {
+    const std::shared_ptr<TimelineOwner>& element, PCPropertyType type) {
     auto timeline = std::make_shared<PCKeyedPropertyTimeline>(Passkey(), type);
     timeline->setElement(element);
     return timeline;
@@ -26,28 +26,30 @@ PCKeyedPropertyTimeline::~PCKeyedPropertyTimeline() {
     detachAll();
 }
 
-void PCKeyedPropertyTimeline::setElement(const std::shared_ptr<PCElement>& element) {
+PCElement* PCKeyedPropertyTimeline::element() const {
+    TimelineOwner* owner = m_owner.get();
+    return owner ? owner->element() : nullptr;
+}
+
+void PCKeyedPropertyTimeline::setElement(const std::shared_ptr<TimelineOwner>& element) {
     forgetSamples();
-    m_element = WeakRef<PCElement>(element);
+    m_owner = WeakRef<TimelineOwner>(element);
     forgetSamples();
 }
 
-PCProject* PCKeyedPropertyTimeline::project() const {
-    if (const PCElement* owner = element()) { return owner->project(); }
+EditContext* PCKeyedPropertyTimeline::project() const {
+    if (const TimelineOwner* element = owner()) { return element->project(); }
     return m_project.lock().get();
 }
 
 UndoManager* PCKeyedPropertyTimeline::undoManager() const {
-    PCProject* owner = project();
-    return owner ? &owner->undoManager() : nullptr;
+    EditContext* context = project();
+    return context ? &context->undoManager() : nullptr;
 }
 
 PCRepeatBehavior PCKeyedPropertyTimeline::currentRepeatBehavior() const {
     if (m_propertyType != PCPropertyTypeChildrenZPositions) { return repeatBehavior(); }
-    const PCElement* owner = element();
-    const PCElement* parent = owner ? owner->parentElement() : nullptr;
-    const Ptr decisive = parent ? parent->childrenZPositionsTimeline() : nullptr;
-    return decisive ? decisive->repeatBehavior() : PCRepeatBehaviorNever;
+    return owner() ? owner()->repeatBehaviorOfSiblingsOrder() : PCRepeatBehaviorNever;
 }
 
 bool PCKeyedPropertyTimeline::autoreversesFromCurrentRepeatBehavior() const {
@@ -89,14 +91,13 @@ float PCKeyedPropertyTimeline::interpolateFloatForEffectiveTimeInMS(int32_t effe
 }
 
 PropertyValue PCKeyedPropertyTimeline::setupValue() const {
-    const PCElement* owner = element();
-    return owner ? owner->setupValueForPropertyType(m_propertyType) : PropertyValue();
+    return owner() ? owner()->setupValueForPropertyType(m_propertyType) : PropertyValue();
 }
 
 // Without the boxing of setupValue().
 float PCKeyedPropertyTimeline::setupNumber() const {
-    const PCElement* owner = element();
-    return owner ? owner->setupNumberForPropertyType(m_propertyType) : 0;
+    const TimelineOwner* element = owner();
+    return element ? element->setupNumberForPropertyType(m_propertyType) : 0;
 }
 
 FactorAndOffset PCKeyedPropertyTimeline::factorAndOffset() const {
@@ -260,9 +261,9 @@ QString PCKeyedPropertyTimeline::displayString() const {
 }
 
 QString PCKeyedPropertyTimeline::debugDescription() const {
-    const QString elementName = element() ? element()->name() : QString();
+    const QString elementName = owner() ? owner()->name() : QString();
     QString text = u"[timeline%1 %2 (count:%3): "_s.arg(
-        element() ? u" (%1)"_s.arg(elementName) : QString(), stringFromPropertyType(m_propertyType),
+        owner() ? u" (%1)"_s.arg(elementName) : QString(), stringFromPropertyType(m_propertyType),
         QString::number(keyframesCount()));
     if (!isEmpty() && m_times.front() > 0) {
         text += u"%1 (from element '%2')"_s.arg(describeValue(valueAtTimeInMS(0)), elementName);

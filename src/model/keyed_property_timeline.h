@@ -13,6 +13,7 @@
 #include "model/properties/property_type.h"
 #include "model/properties/repeat_behavior.h"
 #include "model/property_keyframe.h"
+#include "model/timeline_owner.h"
 #include "storage/keyed_archiver.h"
 #include "storage/keyed_unarchiver.h"
 
@@ -20,7 +21,7 @@ namespace tweenery {
 
 class PCElement;
 class PCKeyedPropertyTimeline;
-class PCProject;
+class EditContext;
 class UndoManager;
 
 /// Told of every change of a timeline: its keyframes, their values, its repeat behaviour.
@@ -46,8 +47,9 @@ struct TimelineSummary {
 /// made when asked for and the same as long as somebody holds it. Two that were moved to one time
 /// both stay there: the later in the list is the one that shows from then on, and that is found and
 /// written by the time.
-class PCKeyedPropertyTimeline : public Archivable,
-                                public std::enable_shared_from_this<PCKeyedPropertyTimeline> {
+class PCKeyedPropertyTimeline final : public Archivable,
+                                      public KeyframeStore,
+                                      public std::enable_shared_from_this<PCKeyedPropertyTimeline> {
     struct Passkey {};
 
  public:
@@ -58,7 +60,7 @@ class PCKeyedPropertyTimeline : public Archivable,
     static constexpr size_t kNotFound = static_cast<size_t>(-1);
 
     /// An empty timeline. `element` may be null (the master keyframes timeline).
-    static Ptr initForElement(const std::shared_ptr<PCElement>& element, PCPropertyType type);
+    static Ptr initForElement(const std::shared_ptr<TimelineOwner>& element, PCPropertyType type);
     /// Reads an archived timeline. Throws InputError when it is none. The result counts as changed.
     static Ptr initWithArchive(const KeyedUnarchiver& archive);
     static Ptr unarchive(const QByteArray& data, const QString& entry);
@@ -83,12 +85,14 @@ class PCKeyedPropertyTimeline : public Archivable,
     ArchiveClass archiveClass() const override { return {"PCKeyedPropertyTimeline"}; }
     void encodeWithCoder(KeyedEncoder& coder) const override;
 
-    PCPropertyType propertyType() const { return m_propertyType; }
+    PCPropertyType propertyType() const override { return m_propertyType; }
     /// Null for a timeline just loaded, for the master timeline, and once the element has gone.
-    PCElement* element() const { return m_element.get(); }
-    void setElement(const std::shared_ptr<PCElement>& element);
-    PCProject* project() const;
-    void setProject(const std::weak_ptr<PCProject>& project) { m_project = project; }
+    PCElement* element() const;
+    void setElement(const std::shared_ptr<TimelineOwner>& element);
+    /// The same, as what the timeline knows of it.
+    const TimelineOwner* owner() const { return m_owner.get(); }
+    EditContext* project() const;
+    void setProject(const std::weak_ptr<EditContext>& project) { m_project = project; }
     /// Not owned; told as long as the subscription is kept.
     Subscription addChangeListener(PCKeyedPropertyTimelineChangeListener* listener);
     bool hasUnsavedChanges() const { return m_hasUnsavedChanges; }
@@ -163,8 +167,8 @@ class PCKeyedPropertyTimeline : public Archivable,
     size_t firstKeyframeIndexAtOrAfterTimeInMS(int32_t timeInMS) const;
     /// Despite its name the last keyframe at or before that time.
     size_t firstKeyframeIndexAtOrBeforeTimeInMS(int32_t timeInMS) const;
-    KeyframePtr keyframeAtOrAfterTimeInMS(int32_t timeInMS) const;
-    KeyframePtr keyframeAtOrBeforeTimeInMS(int32_t timeInMS) const;
+    KeyframePtr keyframeAtOrAfterTimeInMS(int32_t timeInMS) const override;
+    KeyframePtr keyframeAtOrBeforeTimeInMS(int32_t timeInMS) const override;
     KeyframePtr existingKeyframeAtKeyframeIndex(size_t index) const;
     /// Of two at the same distance the earlier; null for an empty timeline.
     KeyframePtr keyframeClosestToTimeInMS(int32_t timeInMS) const;
@@ -181,13 +185,13 @@ class PCKeyedPropertyTimeline : public Archivable,
     const PropertyValue* valueObjects() const {
         return m_otherValues ? m_otherValues->data() : nullptr;
     }
-    int32_t timeOfKeyframe(size_t index) const { return m_times[index]; }
+    int32_t timeOfKeyframe(size_t index) const override { return m_times[index]; }
     PCEasingMode easingModeOfKeyframe(size_t index) const {
         return static_cast<PCEasingMode>(m_keys[index].easingMode);
     }
     bool keyframeIsInstant(size_t index) const { return m_keys[index].has(kInstant); }
     PropertyValue storedValueOfKeyframe(size_t index) const;
-    KeyframeRecord recordOfKeyframe(size_t index) const;
+    KeyframeRecord recordOfKeyframe(size_t index) const override;
     /// The handle of the keyframe at `index` while somebody holds it, else null: makes none.
     KeyframePtr heldKeyframe(size_t index) const;
 
@@ -237,9 +241,18 @@ class PCKeyedPropertyTimeline : public Archivable,
     QString displayString() const;
     QString debugDescription() const;
 
- private:
-    friend class PCPropertyKeyframe;
+    // For the handles.
 
+    Ptr timeline() override { return shared_from_this(); }
+    const Identifier& identifierOfKeyframe(size_t index) const override {
+        return m_identifiers[index];
+    }
+    void rewriteKeyframe(size_t index, const KeyframeRecord& record) override;
+    void forgetHandle(size_t index) override;
+    void didChange() override;
+    void registerUndoOfKeyframe(UndoAction inverse) override;
+
+ private:
     using Key = PackedKeyframe;
     using Held = PackedKeyframe::Held;
     using enum PackedKeyframe::Flag;
@@ -251,13 +264,13 @@ class PCKeyedPropertyTimeline : public Archivable,
     bool m_hasUnsavedChanges = false;
     bool m_isAsStored = false;
     bool m_isOfOlderVersion = false;
-    WeakRef<PCElement> m_element;
+    WeakRef<TimelineOwner> m_owner;
     std::vector<int32_t> m_times;
     std::vector<Key> m_keys;  // parallel to m_times, like the three below
     std::vector<Identifier> m_identifiers;
     std::unique_ptr<OtherValues> m_otherValues;  // only when one is no number
     mutable std::unique_ptr<Handles> m_handles;  // once one was asked for
-    std::weak_ptr<PCProject> m_project;          // of a timeline without an element
+    std::weak_ptr<EditContext> m_project;        // of a timeline without an element
     std::unique_ptr<ListenerSet<PCKeyedPropertyTimelineChangeListener>>
         m_listeners;  // once one came
 
@@ -302,7 +315,6 @@ class PCKeyedPropertyTimeline : public Archivable,
     KeyframePtr handleAt(size_t index) const;
     void attach(PCPropertyKeyframe& handle, size_t index);
     void detach(PCPropertyKeyframe& handle);
-    void forgetHandle(size_t index);
     void renumberHandles(size_t from);
     void restoreOrder();
     std::vector<size_t> indicesByTime() const;
@@ -315,7 +327,6 @@ class PCKeyedPropertyTimeline : public Archivable,
     void detachAll();
     void reserveLists(size_t count);
     void clearLists();
-    void didChange();
     void contentsDidChange();
     void forgetSamples() const;
     KeyframeRecord newKeyframeRecord(int32_t timeInMS) const;

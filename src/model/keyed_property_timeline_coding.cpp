@@ -223,7 +223,7 @@ PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::copy() const {
     other->m_keys = m_keys;
     other->m_identifiers = m_identifiers;
     if (m_otherValues) { other->m_otherValues = std::make_unique<OtherValues>(*m_otherValues); }
-    other->m_element = m_element;
+    other->m_owner = m_owner;
     other->m_project = m_project;
     return other;
 }

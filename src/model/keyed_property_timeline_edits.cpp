@@ -7,10 +7,9 @@
 #include <numeric>
 
 #include "base/errors.h"
-#include "model/element.h"
+#include "model/edit_context.h"
 #include "model/keyed_property_timeline.h"
-#include "model/preferences/app_preferences.h"
-#include "model/project.h"
+#include "model/preferences/project_preferences.h"
 #include "model/properties/easing.h"
 
 using namespace Qt::StringLiterals;
@@ -138,7 +137,7 @@ void PCKeyedPropertyTimeline::attach(PCPropertyKeyframe& handle, size_t index) {
     (*m_handles)[index] = &handle;
     handle.m_owner = this;
     handle.m_index = index;
-    handle.m_timeline = weak_from_this();
+    handle.m_store = weak_from_this();
     handle.m_record = {};
 }
 
@@ -175,7 +174,7 @@ void PCKeyedPropertyTimeline::contentsDidChange() {
 }
 
 void PCKeyedPropertyTimeline::forgetSamples() const {
-    if (const PCElement* owner = element()) { owner->forgetSamplesOf(*this); }
+    if (const TimelineOwner* element = owner()) { element->forgetSamplesOf(*this); }
 }
 
 Subscription PCKeyedPropertyTimeline::addChangeListener(
@@ -184,6 +183,15 @@ Subscription PCKeyedPropertyTimeline::addChangeListener(
         m_listeners = std::make_unique<ListenerSet<PCKeyedPropertyTimelineChangeListener>>();
     }
     return m_listeners->add(listener);
+}
+
+void PCKeyedPropertyTimeline::rewriteKeyframe(size_t index, const KeyframeRecord& record) {
+    writeRecord(index, record);
+    m_hasUnsavedChanges = true;  // whether it is reported or not
+}
+
+void PCKeyedPropertyTimeline::registerUndoOfKeyframe(UndoAction inverse) {
+    if (owner()) { registerUndo(std::move(inverse)); }
 }
 
 void PCKeyedPropertyTimeline::didChange() {
@@ -207,10 +215,10 @@ KeyframeRecord PCKeyedPropertyTimeline::newKeyframeRecord(int32_t timeInMS) cons
     KeyframeRecord record;
     record.timeInMS = timeInMS;
     record.identifier = Identifier::generate();
-    record.instantTransition = !PCAppPreferences::tweenOn();
-    PCProject* owner = project();
+    EditContext* context = project();
+    record.instantTransition = context && !context->tweenOn();
     const PCEasingMode easing =
-        owner ? owner->preferences().defaultEasingMode() : PCEasingModeLinear;
+        context ? context->preferences().defaultEasingMode() : PCEasingModeLinear;
     if (easing == easingModeInstant) {
         record.instantTransition = true;
     } else {

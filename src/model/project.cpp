@@ -69,7 +69,8 @@ PCProject::Ptr PCProject::init() {
     project->m_version = std::make_shared<PCProjectVersion>();
     project->m_version->setModelVersion(currentModelVersion());
     project->m_fileWrapper = FileWrapper::directory();
-    project->m_animationsManager = std::make_unique<PCAnimationsManager>(project);
+    project->m_animationsManager =
+        std::make_unique<PCAnimationsManager>(project, *project->m_fileWrapper);
     project->m_imageSetManager = std::make_unique<PCImageSetManager>(project->m_fileWrapper);
     return project;
 }
@@ -85,7 +86,8 @@ PCProject::Ptr PCProject::build(FileWrapper::Ptr root) {
         KeyedUnarchiver(requireFile(package, kPreferencesEntry).contents(), kPreferencesEntry)
             .root());
     project->m_canvas = PCElement::makeCanvas();
-    project->m_animationsManager = std::make_unique<PCAnimationsManager>(project);
+    project->m_animationsManager =
+        std::make_unique<PCAnimationsManager>(project, *project->m_fileWrapper);
     project->m_selectionSubscription =
         project->m_animationsManager->addChangeListener(project.get());
     project->m_imageSetManager = std::make_unique<PCImageSetManager>(project->m_fileWrapper);

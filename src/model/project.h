@@ -12,8 +12,10 @@
 #include "base/ports.h"
 #include "base/undo_manager.h"
 #include "model/animations_manager.h"
+#include "model/edit_context.h"
 #include "model/element.h"
 #include "model/images/image_set_manager.h"
+#include "model/preferences/app_preferences.h"
 #include "model/preferences/project_preferences.h"
 #include "model/preferences/project_version.h"
 #include "model/project_index.h"
@@ -28,6 +30,7 @@ QStringList childrenOrderInLine(const QStringList& stored, const QStringList& pr
 /// The root of the model: owns the package's file-wrapper tree, the element tree, the animations,
 /// the image sets, the preferences, the version record and the one undo manager.
 class PCProject : public PCAnimationsManagerChangeListener,
+                  public EditContext,
                   public std::enable_shared_from_this<PCProject> {
  public:
     using Ptr = std::shared_ptr<PCProject>;
@@ -70,19 +73,22 @@ class PCProject : public PCAnimationsManagerChangeListener,
     FileWrapper::Ptr fileWrapper();
     /// The tree as it stands.
     const FileWrapper::Ptr& packageRoot() const { return m_fileWrapper; }
-    const PCElement::Ptr& canvas() const { return m_canvas; }
+    const PCElement::Ptr& canvas() const override { return m_canvas; }
     void setCanvas(const PCElement::Ptr& canvas);
     PCProjectVersion& version() { return *m_version; }
-    PCProjectPreferences& preferences() { return *m_preferences; }
-    PCImageSetManager& imageSetManager() { return *m_imageSetManager; }
-    PCAnimationsManager& animationsManager() { return *m_animationsManager; }
-    UndoManager& undoManager() { return m_undoManager; }
-    NotificationCentre& notificationCentre() { return m_notificationCentre; }
+    PCProjectPreferences& preferences() override { return *m_preferences; }
+    PCImageSetManager& imageSetManager() override { return *m_imageSetManager; }
+    PCAnimationsManager& animationsManager() override { return *m_animationsManager; }
+    UndoManager& undoManager() override { return m_undoManager; }
+    NotificationCentre& notificationCentre() override { return m_notificationCentre; }
     const QString& projectName() const { return m_projectName; }
     void setProjectName(const QString& name) { m_projectName = name; }
-    bool isSetupMode() const { return m_animationsManager->selectedAnimation() == nullptr; }
+    bool isSetupMode() const override {
+        return m_animationsManager->selectedAnimation() == nullptr;
+    }
     bool inAdditiveMode() const { return m_inAdditiveMode; }
-    double backingScale() const { return m_backingScale; }
+    bool tweenOn() const override { return PCAppPreferences::tweenOn(); }
+    double backingScale() const override { return m_backingScale; }
     /// Re-reads every element's contents at the scale.
     void setBackingScale(double scale);
     void updateContentScales();
@@ -95,11 +101,11 @@ class PCProject : public PCAnimationsManagerChangeListener,
     /// Not owned. Null: elements are made without a screen.
     /// Gives every element a new layer.
     void setViewLayerFactory(ElementViewLayerFactory* factory);
-    ElementViewLayerFactory* viewLayerFactory() const { return m_viewLayerFactory; }
+    ElementViewLayerFactory* viewLayerFactory() const override { return m_viewLayerFactory; }
 
     // Look-up and listings.
 
-    PCElement::Ptr elementForIdentifier(const Identifier& identifier);
+    PCElement::Ptr elementForIdentifier(const Identifier& identifier) override;
     QStringList namesFromIdentifiers(const QStringList& identifiers);
     /// Descendants of the root, front first, each followed by its own listing.
     Elements heirarchyWithRoot(const PCElement& root) const;
@@ -127,7 +133,8 @@ class PCProject : public PCAnimationsManagerChangeListener,
     void ungroupElements(const Elements& elements);
     bool elementsAreAllGroups(const Elements& elements) const;
     Elements duplicateItems(const Elements& elements, float positionOffset);
-    QString uniqueElementNameWithBase(const QString& base, const PCElement* ignoredElement);
+    QString uniqueElementNameWithBase(const QString& base,
+                                      const PCElement* ignoredElement) override;
     void updateZIndexAnimation();
     void updateChildrenZPositionsForElement(PCElement& element);
     static QStringList sortedSubelementIdentifiers(const PCElement& element);
@@ -139,12 +146,13 @@ class PCProject : public PCAnimationsManagerChangeListener,
     /// descendants, go to the selected animation; in setup mode they are dropped.
     void insertPastedElements(const Elements& elements, const PCElement::Ptr& parent, size_t index);
 
-    // Bookkeeping by the tree itself.
+    // Bookkeeping by the animations and the tree themselves.
 
-    void treeDidInsertElement(PCElement& element);
-    void treeWillRemoveElement(PCElement& element);
-    void treeDidMoveElement() { m_index.treeDidMove(); }
-    void nameDidChange(const PCElement& element, const QString& oldName);
+    void animationFilesDidChange() override { m_animationsManager->setHasUnsavedChanges(); }
+    void treeDidInsertElement(PCElement& element) override;
+    void treeWillRemoveElement(PCElement& element) override;
+    void treeDidMoveElement() override { m_index.treeDidMove(); }
+    void nameDidChange(const PCElement& element, const QString& oldName) override;
 
     void animationManagerDidSelectAnimation(PCAnimationsManager& manager,
                                             const PCAnimation::Ptr& animation) override;

@@ -23,7 +23,7 @@ std::shared_ptr<PCImage> highestArtwork(PCImageSet& set) {
 // Its own image, and those of its keyframes in the selected animation, which go with a copy.
 QSet<QString> imagesShownBy(const PCElement& element) {
     QSet<QString> names{element.imageName()};
-    const PCProject* project = element.project();
+    const EditContext* project = element.project();
     const auto timeline =
         project && !project->isSetupMode() ? element.imageContentsTimeline() : nullptr;
     for (size_t i = 0; timeline && i < timeline->keyframesCount(); ++i) {

@@ -1,8 +1,6 @@
 #include "model/property_keyframe.h"
 
 #include "base/errors.h"
-#include "model/keyed_property_timeline.h"
-#include "model/project.h"
 #include "model/properties/easing.h"
 
 using namespace Qt::StringLiterals;
@@ -10,16 +8,16 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 
 std::shared_ptr<PCPropertyKeyframe> PCPropertyKeyframe::initWithPropertyTimeline(
-    const std::shared_ptr<PCKeyedPropertyTimeline>& timeline) {
+    const std::shared_ptr<KeyframeStore>& timeline) {
     KeyframeRecord record;
     record.identifier = Identifier::generate();
     return initWithRecord(timeline, std::move(record));
 }
 
 std::shared_ptr<PCPropertyKeyframe> PCPropertyKeyframe::initWithRecord(
-    const std::shared_ptr<PCKeyedPropertyTimeline>& timeline, KeyframeRecord record) {
+    const std::shared_ptr<KeyframeStore>& timeline, KeyframeRecord record) {
     std::shared_ptr<PCPropertyKeyframe> keyframe(new PCPropertyKeyframe);
-    keyframe->m_timeline = timeline;
+    keyframe->m_store = timeline;
     keyframe->m_record = std::move(record);
     return keyframe;
 }
@@ -29,7 +27,8 @@ PCPropertyKeyframe::~PCPropertyKeyframe() {
 }
 
 std::shared_ptr<PCKeyedPropertyTimeline> PCPropertyKeyframe::timeline() const {
-    return m_timeline.lock();
+    const auto store = m_store.lock();
+    return store ? store->timeline() : nullptr;
 }
 
 size_t PCPropertyKeyframe::index() const {
@@ -38,23 +37,23 @@ size_t PCPropertyKeyframe::index() const {
 }
 
 std::shared_ptr<PCPropertyKeyframe> PCPropertyKeyframe::nextKeyframe() const {
-    const auto owner = timeline();
+    const auto owner = m_store.lock();
     if (!owner || timeInMS() == INT32_MAX) { return nullptr; }
     return owner->keyframeAtOrAfterTimeInMS(timeInMS() + 1);
 }
 
 std::shared_ptr<PCPropertyKeyframe> PCPropertyKeyframe::prevKeyframe() const {
-    const auto owner = timeline();
+    const auto owner = m_store.lock();
     if (!owner || timeInMS() == INT32_MIN) { return nullptr; }
     return owner->keyframeAtOrBeforeTimeInMS(timeInMS() - 1);
 }
 
 const Identifier& PCPropertyKeyframe::identifier() const {
-    return m_owner ? m_owner->m_identifiers[m_index] : m_record.identifier;
+    return m_owner ? m_owner->identifierOfKeyframe(m_index) : m_record.identifier;
 }
 
 int32_t PCPropertyKeyframe::timeInMS() const {
-    return m_owner ? m_owner->m_times[m_index] : m_record.timeInMS;
+    return m_owner ? m_owner->timeOfKeyframe(m_index) : m_record.timeInMS;
 }
 
 bool PCPropertyKeyframe::instantTransition() const {
@@ -91,8 +90,7 @@ void PCPropertyKeyframe::change(Change changeRecord) {
     }
     KeyframeRecord changed = m_owner->recordOfKeyframe(m_index);
     changeRecord(changed);
-    m_owner->writeRecord(m_index, changed);
-    m_owner->m_hasUnsavedChanges = true;  // whether it is reported or not
+    m_owner->rewriteKeyframe(m_index, changed);
 }
 
 void PCPropertyKeyframe::setInstantTransition(bool instant) {
@@ -141,14 +139,12 @@ void PCPropertyKeyframe::reportChange() {
 }
 
 void PCPropertyKeyframe::registerUndo(UndoAction inverse) {
-    const auto owner = timeline();
-    // The master timeline has no element, hence no undo step.
-    if (owner && owner->element()) { owner->registerUndo(std::move(inverse)); }
+    if (const auto owner = m_store.lock()) { owner->registerUndoOfKeyframe(std::move(inverse)); }
 }
 
 bool PCPropertyKeyframe::valueIsEqualToKeyframeValue(const PCPropertyKeyframe& other) const {
-    const auto ours = timeline();
-    const auto theirs = other.timeline();
+    const auto ours = m_store.lock();
+    const auto theirs = other.m_store.lock();
     if (!ours || !theirs || ours->propertyType() != theirs->propertyType()) { return false; }
     if (ours->propertyType() >= PCPropertyTypeZPosition) { return false; }
     return valuesEqual(propertyValue(), other.propertyValue());

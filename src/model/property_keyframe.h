@@ -9,11 +9,13 @@
 #include "base/identifier.h"
 #include "base/undo_action.h"
 #include "model/properties/easing.h"
+#include "model/properties/property_type.h"
 #include "model/properties/property_value.h"
 
 namespace tweenery {
 
 class PCKeyedPropertyTimeline;
+class PCPropertyKeyframe;
 
 /// The stored fields of one keyframe. A timeline keeps them packed; see PCKeyedPropertyTimeline.
 struct KeyframeRecord {
@@ -33,6 +35,33 @@ PCEasingMode packedEasingMode(PCEasingMode mode);
 /// "(easeIn)" for descriptions; empty for linear.
 QString easingSuffix(PCEasingMode mode);
 
+/// Where keyframes are kept, as their handles see it: the timeline. Indices count from 0 in order
+/// of time.
+class KeyframeStore {
+ public:
+    virtual std::shared_ptr<PCKeyedPropertyTimeline> timeline() = 0;
+    virtual PCPropertyType propertyType() const = 0;
+    virtual const Identifier& identifierOfKeyframe(size_t index) const = 0;
+    virtual int32_t timeOfKeyframe(size_t index) const = 0;
+    virtual KeyframeRecord recordOfKeyframe(size_t index) const = 0;
+    virtual std::shared_ptr<PCPropertyKeyframe> keyframeAtOrAfterTimeInMS(
+        int32_t timeInMS) const = 0;
+    virtual std::shared_ptr<PCPropertyKeyframe> keyframeAtOrBeforeTimeInMS(
+        int32_t timeInMS) const = 0;
+
+    /// Stores what a handle was given, as an unsaved change.
+    virtual void rewriteKeyframe(size_t index, const KeyframeRecord& record) = 0;
+    /// The handle goes.
+    virtual void forgetHandle(size_t index) = 0;
+    /// Tells of a change that is complete.
+    virtual void didChange() = 0;
+    /// Registers nothing where there is no element, as for the master timeline.
+    virtual void registerUndoOfKeyframe(UndoAction inverse) = 0;
+
+ protected:
+    ~KeyframeStore() = default;
+};
+
 /// One value of one property at one time: a handle with identity on a keyframe that its timeline
 /// keeps packed. A keyframe taken out of its timeline, or made without one, keeps its fields
 /// itself. The easing and the instant flag govern the segment that ends at this keyframe.
@@ -41,9 +70,9 @@ class PCPropertyKeyframe : public std::enable_shared_from_this<PCPropertyKeyfram
     /// A keyframe that belongs to `timeline` but is not in its list yet: a new identifier, all
     /// other fields false, zero or empty.
     static std::shared_ptr<PCPropertyKeyframe> initWithPropertyTimeline(
-        const std::shared_ptr<PCKeyedPropertyTimeline>& timeline);
+        const std::shared_ptr<KeyframeStore>& timeline);
     static std::shared_ptr<PCPropertyKeyframe> initWithRecord(
-        const std::shared_ptr<PCKeyedPropertyTimeline>& timeline, KeyframeRecord record);
+        const std::shared_ptr<KeyframeStore>& timeline, KeyframeRecord record);
     ~PCPropertyKeyframe();
     PCPropertyKeyframe(const PCPropertyKeyframe&) = delete;
     PCPropertyKeyframe& operator=(const PCPropertyKeyframe&) = delete;
@@ -102,10 +131,10 @@ class PCPropertyKeyframe : public std::enable_shared_from_this<PCPropertyKeyfram
     friend class PCKeyedPropertyTimeline;
     PCPropertyKeyframe() = default;
 
-    std::weak_ptr<PCKeyedPropertyTimeline> m_timeline;
-    PCKeyedPropertyTimeline* m_owner = nullptr;  // set while in the timeline's list
-    size_t m_index = 0;                          // there
-    KeyframeRecord m_record;                     // while not in a list
+    std::weak_ptr<KeyframeStore> m_store;
+    KeyframeStore* m_owner = nullptr;  // set while in the timeline's list
+    size_t m_index = 0;                // there
+    KeyframeRecord m_record;           // while not in a list
 
     KeyframeRecord record() const;
     template <typename Change>

@@ -105,11 +105,12 @@ TEST(Program, TakesNamesAsTheyAre) {
                           std::filesystem::copy_options::recursive);
     QProcess shell;
     shell.setWorkingDirectory(place.path());
-    shell.start(u"sh"_s, {u"-c"_s,
-                          u"p=$(printf 'b\\377.tweenery'); q=$(printf '\\376.tweenery'); "
-                          "\"$0\" check \"$p\" && \"$0\" copy \"$p\" \"$q\" && "
-                          "\"$0\" export \"$q\" --out \"${p%.*}\" && \"$0\" info \"$q.gone\""_s,
-                          QStringLiteral(TWEENERY_TWEENC)});
+    shell.start(u"sh"_s,
+                {u"-c"_s,
+                 u"p=$(printf 'b\\377.tweenery'); q=$(printf '\\376.tweenery'); "
+                 "\"$0\" check \"$p\" && \"$0\" copy \"$p\" \"$q\" && "
+                 "\"$0\" export --quiet \"$q\" --out \"${p%.*}\" && \"$0\" info \"$q.gone\""_s,
+                 QStringLiteral(TWEENERY_TWEENC)});
     ASSERT_TRUE(shell.waitForFinished());
     EXPECT_EQ(shell.exitCode(), 1);
     EXPECT_EQ(shell.readAllStandardError().toStdString(),

@@ -81,7 +81,7 @@ inline PCElement::Ptr add(const PCElement::Ptr& parent, PCElement::Ptr element, 
     element->setScale(look.scale);
     element->setZRotation(look.rotation);
     element->setOpacity(look.opacity);
-    PCProject* project = parent->project();
+    EditContext* project = parent->project();
     if (project) { project->undoManager().disableUndoRegistration(); }
     parent->insertSubelement(element, parent->children().size());
     if (project) { project->undoManager().enableUndoRegistration(); }

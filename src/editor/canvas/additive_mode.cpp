@@ -10,7 +10,7 @@ namespace tweenery {
 std::optional<QPointF> pivotOfEdit(const PCElement& element, bool additive,
                                    QPointF additiveAnchorPoint) {
     if (!additive) { return element.anchorPoint(); }
-    const PCProject* project = element.project();
+    const EditContext* project = element.project();
     if (!project) { return std::nullopt; }
     const QPointF point = convertPoint(additiveAnchorPoint, *project->canvas(), element);
     const QSizeF size = element.size();

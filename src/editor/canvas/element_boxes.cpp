@@ -51,7 +51,7 @@ std::optional<QRectF> boxOf(const PCElement::Elements& elements, FrameOf frameOf
 
 std::optional<QRectF> frameOnScreen(const PCElement& element) {
     const PCLayer* layer = PCLayer::of(element);
-    const PCProject* project = element.project();
+    const EditContext* project = element.project();
     const PCLayer* canvas = project ? PCLayer::of(*project->canvas()) : nullptr;
     if (!layer || !layer->superlayer() || !canvas) { return std::nullopt; }
     layer->updateIfNeeded();

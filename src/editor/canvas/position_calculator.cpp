@@ -25,7 +25,7 @@ void PCPositionCalculator::updateElements(const PCElement::Elements& elements, b
     for (const PCElement::Ptr& element : elements) {
         const double share = shares.next();
         const PCElement* parent = element->parentElement();
-        const PCProject* project = element->project();
+        const EditContext* project = element->project();
         if (!parent || !project) { continue; }
         const QPointF moved = distanceInParent(share * delta, *project->canvas(), *parent);
         if (!std::isfinite(moved.x()) || !std::isfinite(moved.y())) { continue; }

@@ -72,7 +72,7 @@ const Layer& PCBorderLayer::handle(PCBorderLocation location) const {
 // The magnification that the project's preferences remember.
 double PCBorderLayer::zoom() const {
     PCElement* element = m_borderedLayer.element();
-    PCProject* project = element ? element->project() : nullptr;
+    EditContext* project = element ? element->project() : nullptr;
     const double zoom = project ? static_cast<double>(project->preferences().canvasZoomLevel()) : 1;
     return zoom == 0 ? 1 : zoom;
 }
@@ -95,7 +95,7 @@ void PCBorderLayer::syncWithBorderedLayer() {
 // Thousands of handles share one image, in as many pixels as the screen has for it.
 void PCBorderLayer::showPictures() {
     const PCElement* element = m_borderedLayer.element();
-    const PCProject* project = element ? element->project() : nullptr;
+    const EditContext* project = element ? element->project() : nullptr;
     const double scale = project ? project->backingScale() : 1;
     if (scale == m_pictureScale) { return; }
     m_pictureScale = scale;

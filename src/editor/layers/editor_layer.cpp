@@ -319,7 +319,7 @@ void PCEditorLayer::showAxes(bool shows) {
 }
 
 void PCEditorLayer::showAnchorPointPicture() {
-    const PCProject* project = m_canvasLayer->element()->project();
+    const EditContext* project = m_canvasLayer->element()->project();
     const double scale = project ? project->backingScale() : 1;
     m_anchorPointLayer.setContents(TweeneryStyle::anchorPointImage(scale));
     m_anchorPointLayer.setContentsScale(scale);

@@ -63,7 +63,7 @@ bool copyOpacity(Layer& layer, double opacity) {
 
 // The artwork of one pixel a point; null when there is none that can be read.
 QImage artworkOf(const PCElement& element) {
-    PCProject* project = element.project();
+    EditContext* project = element.project();
     if (!project) { return {}; }
     try {
         const auto set = project->imageSetManager().imageSetWithName(element.imageName());
@@ -96,7 +96,7 @@ bool PCLayer::isCanvasLayer() const {
 }
 
 PCLayer* PCLayer::canvasLayer() const {
-    PCProject* project = m_element ? m_element->project() : nullptr;
+    EditContext* project = m_element ? m_element->project() : nullptr;
     return project && project->canvas() ? of(*project->canvas()) : nullptr;
 }
 
@@ -152,7 +152,7 @@ bool PCLayer::copyCanvas() {
 }
 
 bool PCLayer::copyImage(const QString& name) {
-    PCProject& project = *m_element->project();
+    EditContext& project = *m_element->project();
     const ShownImage image{name, project.backingScale(), project.imageSetManager().revision(),
                            true};
     ShownImage& shown = m_shownImage;
@@ -195,7 +195,7 @@ void PCLayer::setSelected(bool selected) {
 void PCLayer::showBorder() {
     m_borderLayer = PCBorderLayer::layerWithLayerToBorder(*this);
     m_borderLayer->setZPosition(kBorderZPosition);
-    PCProject* project = m_element->project();
+    EditContext* project = m_element->project();
     const bool isSetupMode = !project || project->isSetupMode();
     m_borderLayer->setColorOfBorder(isSetupMode ? TweeneryStyle::setupBorderColor()
                                                 : TweeneryStyle::keyedBorderColor());
@@ -257,7 +257,7 @@ void PCLayer::addAnimationForProperty(PCPropertyType type) {
                    u"* propertytype not supported for generating animations"_s);
     const QString key = keyPathForPropertyType(type);
     removeAnimationForKey(key);
-    PCProject* project = m_element->project();
+    EditContext* project = m_element->project();
     const auto timeline = m_element->timeline(type);
     if (!project || !timeline) { return; }
     if (auto animation = TimelineAnimations(*project).animation(*timeline)) {

@@ -3,7 +3,8 @@
 #include <algorithm>
 
 #include "base/errors.h"
-#include "model/project.h"
+#include "model/edit_context.h"
+#include "model/images/image_set_manager.h"
 
 namespace tweenery {
 namespace {
@@ -14,7 +15,7 @@ double greaterSide(QSize size) {
 
 }  // namespace
 
-ScreenImage screenImageWithName(PCProject& project, const QString& name) {
+ScreenImage screenImageWithName(EditContext& project, const QString& name) {
     const PCImageSetManager& sets = project.imageSetManager();
     try {
         const auto set = sets.imageSetWithName(name);

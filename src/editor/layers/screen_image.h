@@ -5,7 +5,7 @@
 
 namespace tweenery {
 
-class PCProject;
+class EditContext;
 
 /// An image of a project as the screen shows it. Drawn at its scale it has the size of its set in
 /// points, whichever artwork was chosen.
@@ -16,6 +16,6 @@ struct ScreenImage {
 
 /// The artwork for the project's backing scale. Null when there is no set of that name, or its
 /// artwork cannot be read.
-ScreenImage screenImageWithName(PCProject& project, const QString& name);
+ScreenImage screenImageWithName(EditContext& project, const QString& name);
 
 }  // namespace tweenery

@@ -13,7 +13,7 @@
 
 namespace tweenery {
 
-class PCProject;
+class EditContext;
 
 /// Turns timelines into the keyframe animations that play them on layers. One maker serves one
 /// start of playback: an image, and the stacking of one parent's children, are looked up once for
@@ -21,7 +21,7 @@ class PCProject;
 class TimelineAnimations {
  public:
     /// The project must outlive the maker.
-    explicit TimelineAnimations(PCProject& project) : m_project(project) {}
+    explicit TimelineAnimations(EditContext& project) : m_project(project) {}
 
     /// The animation of the timeline on the layer of its element, from the layer's time 0 on. A
     /// children order gives the place of the element among its siblings, by its parent's order; a
@@ -41,7 +41,7 @@ class TimelineAnimations {
     /// A place for each keyframe of the parent's order, by the identifier of the child.
     using PlacesOfChildren = QHash<QString, std::vector<double>>;
 
-    PCProject& m_project;
+    EditContext& m_project;
     QHash<QString, ScreenImage> m_images;
     std::unordered_map<const PCElement*, PlacesOfChildren> m_placesByParent;
 

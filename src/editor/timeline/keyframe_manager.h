@@ -11,6 +11,7 @@
 namespace tweenery {
 
 class PCKeyframeManager;
+class PCProject;
 
 /// Told of every keyframe and every tween that is selected or deselected. A tween is named by the
 /// keyframe that it ends in.
