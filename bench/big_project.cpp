@@ -26,7 +26,9 @@ class Generator {
                                                     isTranslation ? 400.0F : 1.0F);
         return range(m_random);
     }
-    int easing() { return std::uniform_int_distribution<int>(0, 6)(m_random); }
+    PCEasingMode easing() {
+        return easingModes()[std::uniform_int_distribution<size_t>(0, 6)(m_random)].mode;
+    }
     int timeStep() { return std::uniform_int_distribution<int>(20, 600)(m_random); }
     double coordinate(double limit) {
         return std::uniform_real_distribution<double>(0, limit)(m_random);

@@ -55,11 +55,11 @@ void addKeyframes(fuzz::FuzzInput& input, const PCElement& element,
     for (uint32_t left = input.below(5); left > 0; --left) {
         const auto keyframe = timeline.setStoredPropertyValue(
             keyframeValue(input, element, timeline.propertyType()), time);
-        keyframe->setEasingMode(input.below(8));
+        keyframe->setEasingMode(PCEasingMode{input.below(8)});
         keyframe->setInstantTransition(input.chance(20));
         time += static_cast<int32_t>(1 + input.below(3000));
     }
-    timeline.setRepeatBehavior(input.below(4));
+    timeline.setRepeatBehavior(PCRepeatBehavior{input.below(4)});
 }
 
 PCProject::Ptr structuredProject(fuzz::FuzzInput& input) {

@@ -1,4 +1,4 @@
-// Shows packages: gives every element a layer, syncs, selects, hits and draws at the setup state
+// Shows packages: gives every element a layer, selects, hits and draws at the setup state
 // and at times of each animation.
 
 #include <cstdint>
@@ -7,6 +7,7 @@
 #include "base/errors.h"
 #include "editor/canvas/element_selection_manager.h"
 #include "editor/layers/editor_layer.h"
+#include "editor/layers/project_layers.h"
 #include "model/project.h"
 #include "scene/layer_renderer.h"
 #include "structured_package.h"
@@ -41,7 +42,7 @@ void show(PCProject& project, fuzz::FuzzInput& input) {
     const std::shared_ptr<PCProject> standing = project.shared_from_this();
     PCElementSelectionManager selection(standing);
     PCEditorLayer editor;
-    project.setViewLayerFactory(&PCLayerFactory::shared());
+    const ProjectLayers::Ptr layers = ProjectLayers::forProject(standing);
     editor.setCanvasLayer(*PCLayer::of(*project.canvas()));
     editor.refreshBounds(PCEditorLayer::boundsSizedForCanvasSize(project.canvas()->size(), 1, {}),
                          1);
@@ -53,7 +54,8 @@ void show(PCProject& project, fuzz::FuzzInput& input) {
             project.animationsManager().setSelectedAnimation(animation);
         } catch (const InputError&) { continue; }
         for (const int32_t time : {0, 1, 500, 123456, INT32_MAX}) {
-            syncLayersWithModelAtTimeInMS(project, time);
+            layers->show(EditTime::at(time));
+            layers->flush();
             draw(renderer, editor, input);
             press(editor, selection, input);
         }

@@ -315,8 +315,8 @@ void StagedDirectory::removeReplacedInBackground() {
     FileDescriptor parent(::fcntl(m_place.parent.number(), F_DUPFD_CLOEXEC, 0));
     if (m_leftover != Leftover::Replaced || !parent) { return; }
     m_mark->setDirectory(parent.number());
-    const auto removal = std::make_shared<Removal>(m_temporary, std::move(parent), takeLeftover(),
-                                                   m_name, std::move(*m_mark));
+    const auto removal = std::make_shared<Removal>(
+        Removal{m_temporary, std::move(parent), takeLeftover(), m_name, std::move(*m_mark)});
     m_mark.reset();
     inBackground([removal] { removal->carryOut(); });
 }
