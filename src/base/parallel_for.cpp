@@ -1,12 +1,13 @@
 #include "base/parallel_for.h"
 
-#include <algorithm>
 #include <atomic>
 #include <exception>
 #include <mutex>
 #include <system_error>
 #include <thread>
 #include <vector>
+
+#include "base/spare_core.h"
 
 namespace tweenery {
 
@@ -30,10 +31,11 @@ void parallelFor(size_t count, const std::function<void(size_t)>& body) {
         }
     };
     std::vector<std::jthread> helpers;
-    const size_t threads = std::min<size_t>(count, std::thread::hardware_concurrency());
     try {
-        for (size_t i = 1; i < threads; ++i) {
-            helpers.emplace_back(work);
+        for (size_t i = 1; i < count; ++i) {
+            auto core = SpareCore::take();
+            if (!core) { break; }
+            helpers.emplace_back([&work, held = std::move(*core)] { work(); });
         }
     } catch (const std::system_error&) {
         // The system gives no more threads: those that there are do the work.

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <atomic>
 #include <condition_variable>
 #include <exception>
@@ -10,11 +9,14 @@
 #include <thread>
 #include <vector>
 
+#include "base/spare_core.h"
+
 namespace tweenery {
 
-/// Visits a tree on all cores: while a thread is idle, it is given half of what a visit has left to
-/// do. A walk of few visits starts no thread; where the system gives none, those that there are do
-/// the work. For a list whose length is known, parallelFor() is simpler. One run a walk.
+/// Visits a tree on all cores that are without work (SpareCore): while a thread is idle, it is
+/// given half of what a visit has left to do. A walk of few visits starts no thread; where there is
+/// none, those that there are do the work. For a list whose length is known, parallelFor() is
+/// simpler. One run a walk.
 class ParallelWalk {
  public:
     ParallelWalk() { m_helpers.reserve(static_cast<size_t>(m_cores)); }
@@ -76,8 +78,10 @@ class ParallelWalk {
 
     void startHelper() {
         if (m_helpers.size() + 1 >= static_cast<size_t>(m_cores)) { return; }
+        auto core = SpareCore::take();
+        if (!core) { return; }
         try {
-            m_helpers.emplace_back([this] { help(); });
+            m_helpers.emplace_back([this, held = std::move(*core)] { help(); });
         } catch (const std::system_error&) {
             // No more threads: another helper or, in the end, the caller of run() takes the work.
         }
@@ -114,7 +118,7 @@ class ParallelWalk {
         }
     }
 
-    const int m_cores = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+    const int m_cores = static_cast<int>(SpareCore::all());
     std::atomic<int> m_idle = m_cores - 1;
     std::atomic<int> m_visits = 0;  // of those that could have been shared
     std::atomic<bool> m_failed = false;

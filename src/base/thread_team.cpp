@@ -6,6 +6,9 @@
 #include <algorithm>
 #include <atomic>
 #include <memory>
+#include <vector>
+
+#include "base/spare_core.h"
 
 namespace tweenery {
 namespace {
@@ -29,18 +32,30 @@ struct Work {
     }
 };
 
+std::vector<SpareCore> takeCores(size_t most) {
+    std::vector<SpareCore> cores;
+    while (cores.size() < most) {
+        auto core = SpareCore::take();
+        if (!core) { break; }
+        cores.push_back(std::move(*core));
+    }
+    return cores;
+}
+
 }  // namespace
 
 ThreadTeam::ThreadTeam(int threads)
-    : m_threads(threads > 0 ? threads : std::max(1, QThread::idealThreadCount())) {}
+    : m_threads(threads > 0 ? threads : static_cast<int>(SpareCore::all())) {}
 
 void ThreadTeam::run(size_t pieces, const std::function<void(size_t, int)>& task) const {
     constexpr int kPatience = 50;  // ms
     const auto work = std::make_shared<Work>(task, pieces);
     QThreadPool& pool = *QThreadPool::globalInstance();
     const bool isOfPool = pool.contains(QThread::currentThread());
-    const size_t helpers =
-        std::min(pieces, static_cast<size_t>(isOfPool ? m_threads - 1 : m_threads));
+    // The first takes the core of the caller, who waits; in the pool that is the caller itself.
+    const size_t most = std::min(pieces, static_cast<size_t>(m_threads));
+    const std::vector<SpareCore> cores = takeCores(std::max<size_t>(most, 1) - 1);
+    const size_t helpers = std::min(most, cores.size() + (isOfPool ? 0 : 1));
     for (size_t helper = 1; helper <= helpers; ++helper) {
         pool.start([work, helper] { work->help(static_cast<int>(helper)); });
     }

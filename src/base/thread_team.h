@@ -10,7 +10,8 @@ namespace tweenery {
 /// thread that paints is one of the pool's: on these, frames of many small images are fastest.
 class ThreadTeam {
  public:
-    /// `threads` is how many threads of the pool work at most, 0 one for each core.
+    /// `threads` is how many threads of the pool work at most, 0 one for each core; fewer while
+    /// cores have other work (SpareCore).
     explicit ThreadTeam(int threads = 0);
 
     /// Those threads and the caller.

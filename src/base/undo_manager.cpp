@@ -1,6 +1,5 @@
 #include "base/undo_manager.h"
 
-#include <algorithm>
 #include <exception>
 #include <utility>
 

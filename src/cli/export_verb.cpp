@@ -13,6 +13,7 @@
 #include "codegen/project_exporter.h"
 #include "storage/package_place.h"
 #include "storage/posix_files.h"
+#include "storage/system_names.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,7 +1,6 @@
 #include "codegen/printed_key_times.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 #include "model/properties/easing.h"

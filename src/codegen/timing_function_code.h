@@ -2,7 +2,6 @@
 
 #include <QPointF>
 #include <bitset>
-#include <cstdint>
 #include <string_view>
 
 #include "model/properties/easing.h"

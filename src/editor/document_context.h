@@ -3,7 +3,6 @@
 #include <QPointF>
 #include <QStringList>
 #include <cstdint>
-#include <memory>
 
 #include "editor/canvas/element_selection_manager.h"
 #include "editor/canvas/image_import.h"

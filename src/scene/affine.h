@@ -65,4 +65,20 @@ struct Affine {
     }
 };
 
+/// Scales and turns about `anchor`, which comes to stand at `position`.
+inline QTransform placementTransform(QPointF anchor, QPointF scale, double radians,
+                                     QPointF position) {
+    QTransform transform;
+    transform.translate(position.x(), position.y());
+    transform.rotateRadians(radians);
+    transform.scale(scale.x(), scale.y());
+    transform.translate(-anchor.x(), -anchor.y());
+    return transform;
+}
+
+/// Scales and turns about the origin.
+inline QTransform scaleThenTurn(QPointF scale, double radians) {
+    return placementTransform({}, scale, radians, {});
+}
+
 }  // namespace tweenery

@@ -30,12 +30,12 @@ ArchivedKind kindOfInstances(std::string_view className) {
 
 }  // namespace
 
-KeyedUnarchiver::Table::Table(const QByteArray& data, const QString& entry)
+ArchiveTable::ArchiveTable(const QByteArray& data, const QString& entry)
     : m_bytes(static_cast<size_t>(data.size())), m_plist(data, entry) {
     open();
 }
 
-void KeyedUnarchiver::Table::open() {
+void ArchiveTable::open() {
     const auto failAsArchive = [this] { fail(QStringLiteral("this is no keyed archive")); };
     const auto refOf = [this](const PlistObject& dict, std::string_view key) {
         const uint32_t position = m_plist.positionOfKey(dict, key);
@@ -66,11 +66,11 @@ void KeyedUnarchiver::Table::open() {
     if (value.object.type == PlistType::Dict) { m_root = value.number; }
 }
 
-void KeyedUnarchiver::Table::failKey(std::string_view key, const char* reason) const {
+void ArchiveTable::failKey(std::string_view key, const char* reason) const {
     fail(QStringLiteral("the value of %1 %2").arg(quoted(key), QLatin1String(reason)));
 }
 
-uint32_t KeyedUnarchiver::Table::referencedNumber(const PlistObject& uid) const {
+uint32_t ArchiveTable::referencedNumber(const PlistObject& uid) const {
     const uint32_t number = m_plist.uid(uid);
     if (number >= m_objects.count) {
         fail(QStringLiteral("the archive refers to an object that it does not have"));
@@ -78,7 +78,7 @@ uint32_t KeyedUnarchiver::Table::referencedNumber(const PlistObject& uid) const 
     return number;
 }
 
-const PlistObject& KeyedUnarchiver::Table::dictionary(uint32_t number) {
+const PlistObject& ArchiveTable::dictionary(uint32_t number) {
     if (number != m_dictionaryNumber) {
         m_dictionary = m_plist.object(refOfObject(number));
         m_dictionaryNumber = number;
@@ -86,7 +86,7 @@ const PlistObject& KeyedUnarchiver::Table::dictionary(uint32_t number) {
     return m_dictionary;
 }
 
-uint32_t KeyedUnarchiver::Table::find(const PlistObject& dict, std::string_view key) {
+uint32_t ArchiveTable::find(const PlistObject& dict, std::string_view key) {
     requireFewKeys(dict);
     KeyHints::Hint& hint = m_hints.at(key);
     if (hint.isFor(key)) {
@@ -108,24 +108,24 @@ uint32_t KeyedUnarchiver::Table::find(const PlistObject& dict, std::string_view 
     return position;
 }
 
-ArchivedValue KeyedUnarchiver::Table::value(const PlistObject& dict, std::string_view key) {
+ArchivedValue ArchiveTable::value(const PlistObject& dict, std::string_view key) {
     const uint32_t position = find(dict, key);
     if (position == dict.count) { return {}; }
     return resolve(m_plist.value(dict, position));
 }
 
-ArchivedValue KeyedUnarchiver::Table::item(uint32_t arrayRef, size_t index) {
+ArchivedValue ArchiveTable::item(uint32_t arrayRef, size_t index) {
     return resolve(m_plist.item(m_plist.object(arrayRef), static_cast<uint32_t>(index)));
 }
 
-uint32_t KeyedUnarchiver::Table::itemNumber(const PlistObject& array, size_t index) {
+uint32_t ArchiveTable::itemNumber(const PlistObject& array, size_t index) {
     const PlistObject reference = m_plist.object(m_plist.item(array, static_cast<uint32_t>(index)));
     if (reference.type != PlistType::Uid) { return NoObject; }
     const uint32_t number = referencedNumber(reference);
     return dictionary(number).type == PlistType::Dict ? number : NoObject;
 }
 
-ArchivedValue KeyedUnarchiver::Table::resolve(uint32_t ref) {
+ArchivedValue ArchiveTable::resolve(uint32_t ref) {
     ArchivedValue value;
     value.ref = ref;
     value.object = m_plist.object(ref);
@@ -145,7 +145,7 @@ ArchivedValue KeyedUnarchiver::Table::resolve(uint32_t ref) {
     return value;
 }
 
-ArchivedKind KeyedUnarchiver::Table::kindOf(const PlistObject& object) {
+ArchivedKind ArchiveTable::kindOf(const PlistObject& object) {
     switch (object.type) {
         case PlistType::Null:
             return ArchivedKind::Null;
@@ -172,18 +172,17 @@ ArchivedKind KeyedUnarchiver::Table::kindOf(const PlistObject& object) {
     failReference();
 }
 
-void KeyedUnarchiver::Table::requireFewKeys(const PlistObject& dict) const {
+void ArchiveTable::requireFewKeys(const PlistObject& dict) const {
     if (dict.count > MostKeys) {
         fail(QStringLiteral("an object of the archive has too many keys"));
     }
 }
 
-void KeyedUnarchiver::Table::failReference() const {
+void ArchiveTable::failReference() const {
     fail(QStringLiteral("a reference of the archive leads to another reference"));
 }
 
-auto KeyedUnarchiver::Table::classAt(const PlistObject& dict, uint32_t position)
-    -> const ClassEntry& {
+auto ArchiveTable::classAt(const PlistObject& dict, uint32_t position) -> const ClassEntry& {
     static const ClassEntry unknown;
     if (position == dict.count) { return unknown; }
     const PlistObject reference = m_plist.object(m_plist.value(dict, position));
@@ -207,14 +206,14 @@ auto KeyedUnarchiver::Table::classAt(const PlistObject& dict, uint32_t position)
     failKey("$class", "leads to a class entry without a valid name");
 }
 
-bool KeyedUnarchiver::Table::boolean(const ArchivedValue& value, std::string_view key) const {
+bool ArchiveTable::boolean(const ArchivedValue& value, std::string_view key) const {
     if (value.isAbsent()) { return false; }
     if (value.object.isBool()) { return value.object.type == PlistType::True; }
     if (value.object.isNumber()) { return number(value, key) != 0; }
     failKey(key, "is no yes or no");
 }
 
-int32_t KeyedUnarchiver::Table::integer(const ArchivedValue& value, std::string_view key) const {
+int32_t ArchiveTable::integer(const ArchivedValue& value, std::string_view key) const {
     const double whole = std::trunc(number(value, key));
     if (whole < std::numeric_limits<int32_t>::min() ||
         whole > std::numeric_limits<int32_t>::max()) {
@@ -223,14 +222,14 @@ int32_t KeyedUnarchiver::Table::integer(const ArchivedValue& value, std::string_
     return static_cast<int32_t>(whole);
 }
 
-float KeyedUnarchiver::Table::real(const ArchivedValue& value, std::string_view key) const {
+float ArchiveTable::real(const ArchivedValue& value, std::string_view key) const {
     const double wide = number(value, key);
     constexpr double largest = std::numeric_limits<float>::max();
     if (wide < -largest || wide > largest) { failKey(key, "does not fit into a 32-bit float"); }
     return static_cast<float>(wide);
 }
 
-double KeyedUnarchiver::Table::number(const ArchivedValue& value, std::string_view key) const {
+double ArchiveTable::number(const ArchivedValue& value, std::string_view key) const {
     if (value.isAbsent()) { return 0; }
     if (!value.object.isNumber()) { failKey(key, "is no number"); }
     const double number = m_plist.number(value.object);
@@ -238,7 +237,7 @@ double KeyedUnarchiver::Table::number(const ArchivedValue& value, std::string_vi
     return number;
 }
 
-std::optional<PlistObject> KeyedUnarchiver::Table::string(const ArchivedValue& value) {
+std::optional<PlistObject> ArchiveTable::string(const ArchivedValue& value) {
     if (value.kind != ArchivedKind::String) { return std::nullopt; }
     if (value.object.isString()) { return value.object; }
     const PlistObject inner = this->value(value.object, "NS.string").object;
@@ -246,31 +245,30 @@ std::optional<PlistObject> KeyedUnarchiver::Table::string(const ArchivedValue& v
     return inner;
 }
 
-PlistObject KeyedUnarchiver::Table::requireString(const ArchivedValue& value,
-                                                  std::string_view key) {
+PlistObject ArchiveTable::requireString(const ArchivedValue& value, std::string_view key) {
     const auto stored = string(value);
     if (!stored) { failKey(key, "is no string"); }
     return *stored;
 }
 
-QString KeyedUnarchiver::Table::text(const ArchivedValue& value, std::string_view key) {
+QString ArchiveTable::text(const ArchivedValue& value, std::string_view key) {
     return value.isAbsent() ? QString() : text(requireString(value, key));
 }
 
-std::optional<std::string_view> KeyedUnarchiver::Table::ascii(const ArchivedValue& value,
-                                                              std::string_view key) {
+std::optional<std::string_view> ArchiveTable::ascii(const ArchivedValue& value,
+                                                    std::string_view key) {
     if (value.isAbsent()) { return std::nullopt; }
     return ascii(requireString(value, key));
 }
 
-void KeyedUnarchiver::Table::requireShort(const PlistObject& string) const {
+void ArchiveTable::requireShort(const PlistObject& string) const {
     if (string.count > limits::kLengthOfText) {
         fail(beyondLimit(QStringLiteral("characters of a name"), string.count,
                          limits::kLengthOfText));
     }
 }
 
-QString KeyedUnarchiver::Table::text(const PlistObject& string) {
+QString ArchiveTable::text(const PlistObject& string) {
     if (string.count <= ShortString) { return m_plist.text(string); }
     requireShort(string);
     QString& shared = m_longStrings[string.payload];
@@ -278,12 +276,12 @@ QString KeyedUnarchiver::Table::text(const PlistObject& string) {
     return shared;
 }
 
-std::optional<std::string_view> KeyedUnarchiver::Table::ascii(const PlistObject& string) const {
+std::optional<std::string_view> ArchiveTable::ascii(const PlistObject& string) const {
     if (string.type != PlistType::Ascii || string.count > ShortString) { return std::nullopt; }
     return m_plist.ascii(string);
 }
 
-QPointF KeyedUnarchiver::Table::point(const ArchivedValue& value, std::string_view key) {
+QPointF ArchiveTable::point(const ArchivedValue& value, std::string_view key) {
     if (value.isAbsent()) { return {}; }
     ArchivedValue boxed = value;
     if (value.kind == ArchivedKind::Object && classOf(value.object).name == "NSValue") {
@@ -299,7 +297,7 @@ QPointF KeyedUnarchiver::Table::point(const ArchivedValue& value, std::string_vi
     return *point;
 }
 
-auto KeyedUnarchiver::Table::array(const ArchivedValue& value, std::string_view key) -> Array {
+auto ArchiveTable::array(const ArchivedValue& value, std::string_view key) -> Array {
     ArchivedValue items = value;
     if (value.object.type == PlistType::Dict) { items = this->value(value.object, "NS.objects"); }
     if (value.kind != ArchivedKind::Array || items.object.type != PlistType::Array) {
@@ -308,7 +306,7 @@ auto KeyedUnarchiver::Table::array(const ArchivedValue& value, std::string_view 
     return {items.ref, items.object.count};
 }
 
-QStringList KeyedUnarchiver::Table::strings(const ArchivedValue& value, std::string_view key) {
+QStringList ArchiveTable::strings(const ArchivedValue& value, std::string_view key) {
     if (value.isAbsent()) { return {}; }
     const Array array = this->array(value, key);
     if (array.size == 0) { return {}; }

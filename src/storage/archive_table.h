@@ -8,8 +8,8 @@
 #include <optional>
 #include <string_view>
 
+#include "storage/archived_kind.h"
 #include "storage/binary_plist.h"
-#include "storage/keyed_unarchiver.h"
 
 namespace tweenery {
 
@@ -53,10 +53,10 @@ class KeyHints {
 };
 
 /// The object table of an open keyed archive, and what has been learnt about it while reading.
-struct KeyedUnarchiver::Table {
+struct ArchiveTable {
     static constexpr uint32_t NoObject = ArchivedValue::NoObject;
 
-    Table(const QByteArray& data, const QString& entry);
+    ArchiveTable(const QByteArray& data, const QString& entry);
 
     /// The number of the root object; NoObject when there is none.
     uint32_t root() const { return m_root; }

@@ -9,7 +9,7 @@ namespace tweenery {
 /// objects that many others refer to make it slower than the archive is long.
 class ArchiveWalk {
  public:
-    explicit ArchiveWalk(KeyedUnarchiver::Table& table)
+    explicit ArchiveWalk(ArchiveTable& table)
         : m_table(table), m_plist(table.m_plist), m_seen(m_plist.objectCount()) {}
 
     size_t run() {
@@ -23,7 +23,7 @@ class ArchiveWalk {
     }
 
  private:
-    KeyedUnarchiver::Table& m_table;
+    ArchiveTable& m_table;
     const BinaryPlist& m_plist;
     std::vector<bool> m_seen;
     std::vector<uint32_t> m_pending;
@@ -101,7 +101,7 @@ class ArchiveWalk {
     }
 };
 
-size_t KeyedUnarchiver::Table::verifyEverything() {
+size_t ArchiveTable::verifyEverything() {
     return ArchiveWalk(*this).run();
 }
 

@@ -4,7 +4,6 @@
 #include <QtEndian>
 #include <bit>
 #include <cstring>
-#include <limits>
 
 #include "base/errors.h"
 #include "storage/binary_plist.h"

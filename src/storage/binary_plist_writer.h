@@ -3,7 +3,6 @@
 #include <QByteArray>
 #include <QStringView>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>

@@ -9,8 +9,6 @@
 #include <cmath>
 
 #include "base/errors.h"
-#include "base/limits.h"
-#include "storage/image_header.h"
 #include "storage/pixel_allowance.h"
 
 namespace tweenery {
@@ -22,26 +20,6 @@ constexpr int allocationLimit = 512;
 
 QByteArray nameOf(ImageFormat format) {
     return format == ImageFormat::Png ? QByteArrayLiteral("png") : QByteArrayLiteral("jpeg");
-}
-
-ImageFormat requiredFormatOf(const QByteArray& data, const QString& entry) {
-    const auto format = imageFormatOf(data);
-    if (!format) { throw InputError(entry, QStringLiteral("is neither a PNG nor a JPEG image")); }
-    return *format;
-}
-
-QSize checkedSize(const QByteArray& data, ImageFormat format, const QString& entry) {
-    const auto size = imageHeaderSize(data, format);
-    if (!size || size->isEmpty()) {
-        throw InputError(entry, QStringLiteral("is damaged: its header cannot be read"));
-    }
-    if (size->width() > limits::kSideOfPicture || size->height() > limits::kSideOfPicture ||
-        int64_t{size->width()} * size->height() > limits::kPixelsOfPicture) {
-        throw InputError(
-            entry,
-            QStringLiteral("is too large: %1 by %2 pixels").arg(size->width()).arg(size->height()));
-    }
-    return *size;
 }
 
 /// An image as its decoder gave it.
@@ -76,8 +54,8 @@ DecodedImage decodeAs(ImageFormat format, const QByteArray& data, const QString&
 }
 
 DecodedImage decodeChecked(const QByteArray& data, const QString& entry, Orientation orientation) {
-    const ImageFormat format = requiredFormatOf(data, entry);
-    const QSize size = checkedSize(data, format, entry);
+    const ImageFormat format = requiredImageFormat(data, entry);
+    const QSize size = encodedImageSize(data, entry);
     const QString reason = QStringLiteral("is damaged: data is missing or changed");
     if (!isImageComplete(data, format)) { throw InputError(entry, reason); }
     const DecodingTurn turn(decodingCost(data, entry));
@@ -133,17 +111,13 @@ QByteArray encodeAs(ImageFormat format, const QImage& image, int quality) {
 
 }  // namespace
 
-QSize encodedImageSize(const QByteArray& data, const QString& entry) {
-    return checkedSize(data, requiredFormatOf(data, entry), entry);
-}
-
 QImage decodeImage(const QByteArray& data, const QString& entry) {
     return imageForDrawing(decodeChecked(data, entry, Orientation::AsStored).image);
 }
 
 Artwork decodeArtwork(const QByteArray& data, const QString& entry) {
     const auto [image, wasTurned] = decodeChecked(data, entry, Orientation::Upright);
-    const bool canStay = !wasTurned && !isInterlaced(data, requiredFormatOf(data, entry));
+    const bool canStay = !wasTurned && !isInterlaced(data, requiredImageFormat(data, entry));
     return {image, canStay ? data : QByteArray()};
 }
 

@@ -6,13 +6,9 @@
 #include <QSizeF>
 #include <QString>
 
+#include "storage/image_header.h"
+
 namespace tweenery {
-
-enum class ImageFormat { Png, Jpeg };
-
-/// The pixel size of encoded PNG or JPEG bytes, without decoding the pixels. `entry` names the
-/// image in errors. Throws InputError when the bytes are neither, whatever their name.
-QSize encodedImageSize(const QByteArray& data, const QString& entry);
 
 /// Decodes PNG or JPEG bytes, by content, for drawing: imageForDrawing(). The pixels lie as they
 /// are stored. Throws InputError when the bytes are neither, are damaged, or claim more than 16384

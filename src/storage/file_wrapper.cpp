@@ -96,11 +96,6 @@ void FileWrapper::setFilename(const QString& name) {
     didChange();
 }
 
-void FileWrapper::setPreferredFilename(const QString& name) {
-    m_preferredFilename = name;
-    didChange();
-}
-
 const QByteArray& FileWrapper::contents() const {
     if (!m_deferred) { return m_contents; }
     std::call_once(m_deferred->isMade, [this] {

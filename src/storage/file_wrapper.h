@@ -55,7 +55,6 @@ class FileWrapper {
     void setFilename(const QString& name);
     /// The name that the node would like to be filed under.
     const QString& preferredFilename() const { return m_preferredFilename; }
-    void setPreferredFilename(const QString& name);
 
     /// The bytes of a regular file, or the target of a symbolic link. Shared, never copied.
     /// Throws what the maker of a file made later throws.

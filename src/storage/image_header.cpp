@@ -4,6 +4,9 @@
 #include <array>
 #include <functional>
 
+#include "base/errors.h"
+#include "base/limits.h"
+
 namespace tweenery {
 
 namespace {
@@ -151,8 +154,28 @@ std::optional<ImageFormat> imageFormatOf(const QByteArray& data) {
     return std::nullopt;
 }
 
+ImageFormat requiredImageFormat(const QByteArray& data, const QString& entry) {
+    const auto format = imageFormatOf(data);
+    if (!format) { throw InputError(entry, QStringLiteral("is neither a PNG nor a JPEG image")); }
+    return *format;
+}
+
 std::optional<QSize> imageHeaderSize(const QByteArray& data, ImageFormat format) {
     return format == ImageFormat::Png ? pngSize(data) : jpegSize(data);
+}
+
+QSize encodedImageSize(const QByteArray& data, const QString& entry) {
+    const auto size = imageHeaderSize(data, requiredImageFormat(data, entry));
+    if (!size || size->isEmpty()) {
+        throw InputError(entry, QStringLiteral("is damaged: its header cannot be read"));
+    }
+    if (size->width() > limits::kSideOfPicture || size->height() > limits::kSideOfPicture ||
+        int64_t{size->width()} * size->height() > limits::kPixelsOfPicture) {
+        throw InputError(
+            entry,
+            QStringLiteral("is too large: %1 by %2 pixels").arg(size->width()).arg(size->height()));
+    }
+    return *size;
 }
 
 bool isInterlaced(const QByteArray& data, ImageFormat format) {

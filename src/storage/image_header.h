@@ -2,11 +2,13 @@
 
 #include <QByteArray>
 #include <QSize>
+#include <QString>
+#include <cstdint>
 #include <optional>
 
-#include "storage/bitmap.h"
-
 namespace tweenery {
+
+enum class ImageFormat { Png, Jpeg };
 
 /// What the bytes of an encoded image tell before any decoder sees them. The decoders take their
 /// input for honest: they make the pixels that a header claims, fill up what is missing with gray,
@@ -14,9 +16,15 @@ namespace tweenery {
 
 /// By signature; nullopt for anything but PNG and JPEG.
 std::optional<ImageFormat> imageFormatOf(const QByteArray& data);
+/// The same, but throws InputError, naming `entry`, for anything else.
+ImageFormat requiredImageFormat(const QByteArray& data, const QString& entry);
 
 /// The pixel size in the header; nullopt when there is none. Reads no further than the header.
 std::optional<QSize> imageHeaderSize(const QByteArray& data, ImageFormat format);
+/// The pixel size of encoded PNG or JPEG bytes. `entry` names the image in errors. Throws
+/// InputError when the bytes are neither, whatever their name, are damaged, or claim more than
+/// 16384 pixels a side or 64 million in all.
+QSize encodedImageSize(const QByteArray& data, const QString& entry);
 
 /// True for a PNG whose rows come in several passes.
 bool isInterlaced(const QByteArray& data, ImageFormat format);

@@ -8,6 +8,7 @@
 #include "base/limits.h"
 #include "storage/package_entries.h"
 #include "storage/posix_files.h"
+#include "storage/system_names.h"
 
 using namespace Qt::StringLiterals;
 

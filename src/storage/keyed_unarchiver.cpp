@@ -109,12 +109,12 @@ QString ArchivedArray::string(size_t index) const {
 }
 
 KeyedUnarchiver::KeyedUnarchiver(const QByteArray& data, const QString& entry)
-    : m_table(std::make_unique<Table>(data, entry)) {}
+    : m_table(std::make_unique<ArchiveTable>(data, entry)) {}
 
 KeyedUnarchiver::~KeyedUnarchiver() = default;
 
 KeyedDecoder KeyedUnarchiver::root() const {
-    if (m_table->root() == Table::NoObject) {
+    if (m_table->root() == ArchiveTable::NoObject) {
         fail(QStringLiteral("the archive has no root object"));
     }
     return {this, m_table->root()};

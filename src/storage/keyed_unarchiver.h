@@ -10,15 +10,14 @@
 #include <optional>
 #include <string_view>
 
+#include "storage/archived_kind.h"
+
 namespace tweenery {
 
 class KeyedUnarchiver;
 class ArchivedArray;
+struct ArchiveTable;
 struct ArchivedValue;
-
-/// What stands behind a key. Data is also what no reader takes: dates, sets, dictionaries that are
-/// no objects.
-enum class ArchivedKind { Missing, Null, Bool, Number, String, Data, Array, Object };
 
 /// Reads the keys of one archived object. A small value that points into its KeyedUnarchiver, which
 /// must outlive it. Values behind a key are accepted inline or as a reference to a boxed value.
@@ -118,9 +117,7 @@ class KeyedUnarchiver {
     friend class KeyedDecoder;
     friend class ArchivedArray;
     friend class RecordDecoder;
-    friend class ArchiveWalk;
-    struct Table;
-    std::unique_ptr<Table> m_table;
+    std::unique_ptr<ArchiveTable> m_table;
 };
 
 }  // namespace tweenery

@@ -9,6 +9,7 @@
 #include "base/errors.h"
 #include "storage/interference.h"
 #include "storage/staged_directory.h"
+#include "storage/system_names.h"
 #include "storage/temporaries.h"
 
 using namespace Qt::StringLiterals;

@@ -6,7 +6,9 @@
 #include <set>
 
 #include "base/errors.h"
+#include "storage/open_package.h"
 #include "storage/package_store.h"
+#include "storage/system_names.h"
 
 namespace tweenery {
 

@@ -37,8 +37,5 @@ struct PackagePlace {
 
 /// The last component of `path`, or of what it stands for ("." for example).
 QString packageName(const QString& path);
-/// Opens the package directory, for reading. Of a package that was set aside by a save which was
-/// cut off in the midst of a replacement in two steps, that directory. Throws InputError.
-FileDescriptor openPackage(const QString& path);
 
 }  // namespace tweenery

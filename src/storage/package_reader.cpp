@@ -9,10 +9,12 @@
 #include "base/errors.h"
 #include "base/limits.h"
 #include "base/parallel_walk.h"
+#include "storage/open_package.h"
 #include "storage/package_entries.h"
 #include "storage/package_place.h"
 #include "storage/package_store.h"
 #include "storage/posix_files.h"
+#include "storage/system_names.h"
 
 namespace tweenery {
 

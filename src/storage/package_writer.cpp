@@ -1,6 +1,5 @@
 #include <fcntl.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <mutex>
 
@@ -14,6 +13,7 @@
 #include "storage/package_store.h"
 #include "storage/posix_files.h"
 #include "storage/staged_directory.h"
+#include "storage/system_names.h"
 
 namespace tweenery {
 

@@ -6,7 +6,6 @@
 #include <QByteArray>
 #include <QString>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -63,11 +62,6 @@ FileWrapper::Origin originOf(const struct stat& status);
 /// True when `status` is what `stored` (a node with an origin) was read from or saved as.
 bool isAsStored(const FileWrapper& stored, const struct stat& status);
 
-/// The bytes of a path for the system. Throws InputError when no path can have that name.
-QByteArray systemPath(const QString& path);
-/// `name` for a message: what would not show, and all beyond ASCII if it is not UTF-8, as \xNN.
-QString printableName(std::string_view name);
-QString printableName(const QString& name);
 /// "could not be read: Input/output error"
 QString failureText(const QString& whatFailed, int error);
 

@@ -14,7 +14,7 @@ RecordDecoder::RecordDecoder(const ArchivedArray& array, std::span<const std::st
     if (array.size() > 0) { m_items = table().m_plist.object(array.m_array); }
 }
 
-KeyedUnarchiver::Table& RecordDecoder::table() const {
+ArchiveTable& RecordDecoder::table() const {
     return *m_array.m_archive->m_table;
 }
 

@@ -52,7 +52,7 @@ class RecordDecoder {
     };
     mutable std::array<LastValue, kMostKeys> m_lastValues;
 
-    KeyedUnarchiver::Table& table() const;
+    ArchiveTable& table() const;
     void findKeys();
     void requireClass(size_t index);
     const ArchivedValue& valueForKey(size_t key) const;

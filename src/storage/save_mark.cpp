@@ -4,7 +4,6 @@
 #include <sys/file.h>
 
 #include <array>
-#include <cerrno>
 #include <cstdio>
 
 namespace tweenery {

@@ -51,8 +51,4 @@ bool waitForTemporaries(std::chrono::milliseconds longest) {
     return state().gone.wait_for(lock, longest, [] { return state().count == 0; });
 }
 
-void allowTemporaries() {
-    state().isStopped = false;
-}
-
 }  // namespace tweenery

@@ -22,7 +22,5 @@ void stopTemporaries();
 void requireNotStopped();
 /// Waits until no temporary is left, at most that long; false when one still is.
 bool waitForTemporaries(std::chrono::milliseconds longest);
-/// Takes stopTemporaries() back, for tests.
-void allowTemporaries();
 
 }  // namespace tweenery

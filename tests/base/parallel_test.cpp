@@ -8,9 +8,12 @@
 #include <atomic>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "base/parallel_for.h"
 #include "base/parallel_walk.h"
+#include "base/spare_core.h"
 
 namespace tweenery {
 namespace {
@@ -67,6 +70,29 @@ TEST(ParallelFor, throwsTheFailureOfTheLowestIndex) {
             ADD_FAILURE() << "nothing was thrown";
         } catch (const std::runtime_error& error) { EXPECT_STREQ(error.what(), "3"); }
     }
+}
+
+TEST(ParallelFor, workAmidWorkHasNoMoreThreadsThanThereAreCores) {
+    std::atomic<size_t> busy = 0;
+    std::atomic<size_t> most = 0;
+    const auto leaf = [&](size_t) {
+        const size_t now = ++busy;
+        for (size_t seen = most; seen < now && !most.compare_exchange_weak(seen, now);) {}
+        ::usleep(200);  // long enough for others to come
+        --busy;
+    };
+    parallelFor(20, [&](size_t) {
+        parallelFor(5, leaf);
+        ParallelWalk walk;
+        walk.run([&] { walk.forEach(0, 100, leaf); });
+    });
+    EXPECT_LE(most, SpareCore::all());
+
+    std::vector<SpareCore> spare;
+    while (auto core = SpareCore::take()) {
+        spare.push_back(std::move(*core));
+    }
+    EXPECT_EQ(spare.size(), SpareCore::all() - 1) << "all were given back";
 }
 
 // A process that may start no thread. The limit does not hold for the superuser.

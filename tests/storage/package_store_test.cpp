@@ -9,6 +9,7 @@
 #include "storage/keyed_archiver.h"
 #include "storage/package_fixture.h"
 #include "storage/posix_files.h"
+#include "storage/system_names.h"
 
 namespace tweenery::test {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "base/errors.h"
 #include "base/visible_text.h"
-#include "cli/support/report.h"
+#include "cli/support/output_limit.h"
 
 using namespace Qt::StringLiterals;
 

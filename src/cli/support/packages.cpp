@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "base/path_name.h"
+#include "base/spare_core.h"
 #include "cli/support/verb.h"
 #include "model/document.h"
 #include "storage/package_entries.h"
@@ -86,12 +87,14 @@ class PackageRun {
         bool isDone = false;
     };
 
-    // As many as the system gives.
+    // As many as the system gives; the first has the core of the caller, who waits.
     void startThreads() {
-        const size_t cores = std::max(1U, std::thread::hardware_concurrency());
         try {
-            for (size_t i = 0; i < std::min(cores, m_packages.size()); ++i) {
-                m_threads.emplace_back([this] { work(); });
+            m_threads.emplace_back([this] { work(); });
+            for (size_t i = 1; i < m_packages.size(); ++i) {
+                auto core = SpareCore::take();
+                if (!core) { return; }
+                m_threads.emplace_back([this, held = std::move(*core)] { work(); });
             }
         } catch (const std::system_error&) {}
     }

@@ -1,7 +1,7 @@
 #include "cli/support/report.h"
 
-#include "base/limits.h"
 #include "base/visible_text.h"
+#include "cli/support/output_limit.h"
 #include "storage/package_entries.h"
 #include "storage/posix_files.h"
 #include "storage/system_names.h"
@@ -16,14 +16,6 @@ std::string errorLine(const QString& entry, const QString& reason) {
 
 QString Report::attributed(const QString& text) const {
     return m_packagePath + u": "_s + text;
-}
-
-void requireFitForOutput(size_t bytes) {
-    const auto count = static_cast<int64_t>(bytes);
-    if (count > limits::kBytesOfOutput) {
-        throw InputError(u"standard output"_s,
-                         beyondLimit(u"bytes of one package"_s, count, limits::kBytesOfOutput));
-    }
 }
 
 void Report::print(std::string utf8) {

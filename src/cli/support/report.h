@@ -76,9 +76,6 @@ class Report : public LogPort {
     std::string json() const;
 };
 
-/// Throws InputError when that many bytes are too many for the results of one package.
-void requireFitForOutput(size_t bytes);
-
 /// "tweenc: <entry>: <reason>" and a line break, in UTF-8, control characters escaped.
 std::string errorLine(const QString& entry, const QString& reason);
 

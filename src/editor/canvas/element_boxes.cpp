@@ -5,6 +5,7 @@
 
 #include "editor/layers/element_layer.h"
 #include "model/project.h"
+#include "scene/affine.h"
 
 namespace tweenery {
 namespace {
@@ -12,16 +13,11 @@ namespace {
 // From an element's own coordinates to its parent's.
 QTransform placing(const PCElement& element, EditTime when) {
     if (when.isSetup()) { return element.elementToParentTransform(); }
-    QTransform placing;
-    if (element.isCanvas()) { return placing; }
+    if (element.isCanvas()) { return {}; }
     const ElementValues values = element.valuesAtTimeInMS(when.timeInMS());
-    const QPointF position = element.position() + values.translation;
-    const QPointF anchor = element.anchorPointInPts();
-    placing.translate(position.x(), position.y());
-    placing.rotateRadians(static_cast<double>(values.rotation));
-    placing.scale(values.scale.x(), values.scale.y());
-    placing.translate(-anchor.x(), -anchor.y());
-    return placing;
+    return placementTransform(element.anchorPointInPts(), values.scale,
+                              static_cast<double>(values.rotation),
+                              element.position() + values.translation);
 }
 
 QRectF frameOnCanvas(const PCElement& element, EditTime when) {

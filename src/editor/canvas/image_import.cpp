@@ -1,7 +1,6 @@
 #include "editor/canvas/image_import.h"
 
 #include <QFileInfo>
-#include <algorithm>
 
 #include "base/errors.h"
 #include "base/path_name.h"

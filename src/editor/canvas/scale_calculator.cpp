@@ -4,6 +4,7 @@
 
 #include "editor/canvas/additive_mode.h"
 #include "editor/canvas/timed_element.h"
+#include "scene/affine.h"
 
 namespace tweenery {
 namespace {
@@ -72,9 +73,8 @@ void PCScaleCalculator::setTimelineAnchorPoint(QPointF anchorPoint, PCElement& e
     const QPointF scale = element.scaleAtTimeInMS(timeInMS);
     const QPointF newAnchor(anchorPoint.x() * element.size().width(),
                             anchorPoint.y() * element.size().height());
-    QTransform state;
-    state.rotateRadians(static_cast<double>(element.zRotationAtTimeInMS(timeInMS)));
-    state.scale(scale.x(), scale.y());
+    const QTransform state =
+        scaleThenTurn(scale, static_cast<double>(element.zRotationAtTimeInMS(timeInMS)));
     const QPointF shift = state.map(newAnchor) - state.map(element.anchorPointInPts());
     element.setAnchorPoint(anchorPoint);
     element.setTranslation(translation + shift, timeInMS);

@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "base/errors.h"
-#include "editor/layers/element_layer.h"
 #include "editor/layers/inverse_scale.h"
 #include "editor/layers/tweenery_style.h"
 #include "model/project.h"
@@ -41,11 +40,11 @@ bool layerContains(const Layer& part, QPointF pointInBorder) {
 
 }  // namespace
 
-std::unique_ptr<PCBorderLayer> PCBorderLayer::layerWithLayerToBorder(PCLayer& layer) {
+std::unique_ptr<PCBorderLayer> PCBorderLayer::layerWithLayerToBorder(BorderedLayer& layer) {
     return std::unique_ptr<PCBorderLayer>(new PCBorderLayer(layer));
 }
 
-PCBorderLayer::PCBorderLayer(PCLayer& layer) : m_borderedLayer(layer) {
+PCBorderLayer::PCBorderLayer(BorderedLayer& layer) : m_borderedLayer(layer) {
     for (Layer& handle : m_handles) {
         handle.setBounds({0, 0, kHandleSide, kHandleSide});
         handle.setZPosition(2);

@@ -9,7 +9,7 @@
 
 namespace tweenery {
 
-class PCLayer;
+class PCElement;
 
 /// The parts of a selection border.
 enum PCBorderLocation : int64_t {
@@ -27,6 +27,14 @@ enum PCBorderLocation : int64_t {
     PCBorderLocationBottomRight = 11,
 };
 
+/// What a border frames: the layer of an element.
+class BorderedLayer : public Layer {
+ public:
+    /// Null for a layer that has none yet.
+    virtual PCElement* element() const = 0;
+    virtual bool isSelected() const = 0;
+};
+
 /// The frame of a selected element: outline, eight handles, the mark of its anchor point and an
 /// invisible band around the outline in which a drag rotates. It hangs directly below the canvas's
 /// layer, keeps its size on the screen at any magnification, and follows its element through
@@ -35,11 +43,11 @@ class PCBorderLayer : public Layer {
  public:
     /// The bordered layer is not owned and outlives the border. The result is up to date, and in no
     /// tree.
-    static std::unique_ptr<PCBorderLayer> layerWithLayerToBorder(PCLayer& layer);
+    static std::unique_ptr<PCBorderLayer> layerWithLayerToBorder(BorderedLayer& layer);
 
     QColor colorOfBorder() const { return m_outline.shape()->strokeColor; }
     void setColorOfBorder(const QColor& color) { m_outline.editShape().strokeColor = color; }
-    PCLayer& borderedLayer() const { return m_borderedLayer; }
+    BorderedLayer& borderedLayer() const { return m_borderedLayer; }
 
     /// Takes over the bordered layer's place, as presented.
     void syncWithBorderedLayer();
@@ -68,14 +76,14 @@ class PCBorderLayer : public Layer {
  private:
     static constexpr size_t kHandleCount = 8;
 
-    PCLayer& m_borderedLayer;
+    BorderedLayer& m_borderedLayer;
     std::array<Layer, kHandleCount> m_handles;  // by location
     Layer m_anchorPointLayer;
     ShapeLayer m_outline;
     ShapeLayer m_rotationBand;
     double m_pictureScale = 0;
 
-    explicit PCBorderLayer(PCLayer& layer);
+    explicit PCBorderLayer(BorderedLayer& layer);
     QPointF netScaleOfBorderedLayer() const;
     Affine fromBorderedLayer() const;
     double zoom() const;

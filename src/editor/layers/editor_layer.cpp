@@ -121,7 +121,7 @@ PCEditorLayer::PCEditorLayer()
 }
 
 PCEditorLayer::~PCEditorLayer() {
-    if (m_canvasLayer) { m_canvasLayer->m_editor = nullptr; }
+    if (m_canvasLayer) { m_canvasLayer->setHolder(nullptr); }
 }
 
 void PCEditorLayer::canvasLayerGoes() {
@@ -131,10 +131,10 @@ void PCEditorLayer::canvasLayerGoes() {
 void PCEditorLayer::setCanvasLayer(PCLayer& canvas) {
     if (m_canvasLayer) {
         m_canvasLayer->removeFromSuperlayer();
-        m_canvasLayer->m_editor = nullptr;
+        m_canvasLayer->setHolder(nullptr);
     }
     m_canvasLayer = &canvas;
-    canvas.m_editor = this;
+    canvas.setHolder(this);
     setCanvasStyle(canvas.style().background, kCornerRadius);
     canvas.setSpeed(0);
     canvas.Layer::addSublayer(*m_verticalSnapGuideline);

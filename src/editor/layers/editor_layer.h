@@ -40,7 +40,7 @@ enum PCEditorLocation : int64_t {
 /// The root of all that the editor draws: the surround, the canvas with its elements, its frame,
 /// the guides, the marquee and the mark of the anchor point. Its coordinates are screen points from
 /// the top left of the scrollable document; those of the canvas are scene points.
-class PCEditorLayer : public Layer {
+class PCEditorLayer : public Layer, private CanvasLayerHolder {
  public:
     PCEditorLayer();
     ~PCEditorLayer() override;
@@ -103,8 +103,6 @@ class PCEditorLayer : public Layer {
     QImage imageRepresentation();
 
  private:
-    friend class PCLayer;
-
     bool m_showsAnchorPoint = false;
     PCLayer* m_canvasLayer = nullptr;
     Layer m_anchorPointLayer;
@@ -118,7 +116,7 @@ class PCEditorLayer : public Layer {
 
     /// On a handle or the rotation band, at a point of the editor.
     bool isOnHandleOf(const PCBorderLayer& border, QPointF point) const;
-    void canvasLayerGoes();
+    void canvasLayerGoes() override;
     void showCanvasFrame(bool shows, QSizeF sizeOnScreen);
     void showAxes(bool shows);
     void showAnchorPointPicture();

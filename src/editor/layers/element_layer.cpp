@@ -4,8 +4,6 @@
 #include <cmath>
 
 #include "base/errors.h"
-#include "editor/layers/editor_layer.h"
-#include "editor/layers/project_layers.h"
 #include "editor/layers/quadrilateral.h"
 #include "editor/layers/screen_image.h"
 #include "editor/layers/timeline_animations.h"
@@ -83,8 +81,8 @@ void forEachFrom(PCLayer& layer, const Visit& visit) {
 }  // namespace
 
 PCLayer::~PCLayer() {
-    if (m_editor) { m_editor->canvasLayerGoes(); }
-    if (ProjectLayers* layers = m_layers.get()) { layers->layerGoes(*this); }
+    if (m_holder) { m_holder->canvasLayerGoes(); }
+    if (ElementLayerKeeper* keeper = m_keeper.get()) { keeper->layerGoes(*this); }
 }
 
 PCLayer* PCLayer::of(const PCElement& element) {
@@ -101,7 +99,7 @@ PCLayer* PCLayer::canvasLayer() const {
 }
 
 void PCLayer::updateIfNeeded() const {
-    if (ProjectLayers* layers = m_layers.get()) { layers->update(); }
+    if (ElementLayerKeeper* keeper = m_keeper.get()) { keeper->update(); }
 }
 
 void PCLayer::setElement(PCElement* element) {
@@ -111,11 +109,11 @@ void PCLayer::setElement(PCElement* element) {
 
 void PCLayer::elementDidChange() {
     if (m_isStale) { return; }
-    if (ProjectLayers* layers = m_layers.get()) { layers->layerIsStale(*this); }
+    if (ElementLayerKeeper* keeper = m_keeper.get()) { keeper->layerIsStale(*this); }
 }
 
 void PCLayer::repaintEverything() {
-    if (ProjectLayers* layers = m_layers.get()) { layers->repaintEverything(); }
+    if (ElementLayerKeeper* keeper = m_keeper.get()) { keeper->repaintEverything(); }
 }
 
 void PCLayer::childrenDidChange() {
@@ -189,7 +187,7 @@ void PCLayer::setSelected(bool selected) {
     m_borderLayer.reset();
     if (selected && m_element) { showBorder(); }
     if (hadBorder == selected) { return; }
-    if (ProjectLayers* layers = m_layers.get()) { layers->borderDidChange(*this); }
+    if (ElementLayerKeeper* keeper = m_keeper.get()) { keeper->borderDidChange(*this); }
 }
 
 void PCLayer::showBorder() {
@@ -214,16 +212,16 @@ void PCLayer::insertSublayer(ElementViewLayer& sublayer, uint32_t index) {
     auto* layer = dynamic_cast<PCLayer*>(&sublayer);
     if (!layer) { return; }
     Layer::insertSublayer(*layer, index);
-    layer->adopt(m_layers);
+    layer->adopt(m_keeper);
     childrenDidChange();
 }
 
 // What was changed while it was in no tree, or shown by others, is copied now.
-void PCLayer::adopt(const WeakRef<ProjectLayers>& layers) {
-    forEachFrom(*this, [this, &layers](PCLayer& layer) {
-        if (ProjectLayers* others = layer.m_layers.get(); others != layers.get()) {
+void PCLayer::adopt(const WeakRef<ElementLayerKeeper>& keeper) {
+    forEachFrom(*this, [this, &keeper](PCLayer& layer) {
+        if (ElementLayerKeeper* others = layer.m_keeper.get(); others != keeper.get()) {
             if (others) { others->layerGoes(layer); }
-            layer.m_layers = layers;
+            layer.m_keeper = keeper;
             layer.m_isStale = false;
         }
         layer.m_stackingIsStale = true;
@@ -235,10 +233,10 @@ void PCLayer::adopt(const WeakRef<ProjectLayers>& layers) {
 }
 
 void PCLayer::removeFromSuperlayer() {
-    ProjectLayers* layers = m_layers.get();
-    forEachFrom(*this, [layers](PCLayer& layer) {
+    ElementLayerKeeper* keeper = m_keeper.get();
+    forEachFrom(*this, [keeper](PCLayer& layer) {
         if (layer.m_borderLayer) { layer.m_borderLayer->removeFromSuperlayer(); }
-        if (layers) { layers->layerLeavesTree(layer); }
+        if (keeper) { keeper->layerLeavesTree(layer); }
     });
     if (auto* parent = dynamic_cast<PCLayer*>(superlayer())) { parent->childrenDidChange(); }
     Layer::removeFromSuperlayer();

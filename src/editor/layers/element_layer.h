@@ -14,16 +14,40 @@
 
 namespace tweenery {
 
-class PCEditorLayer;
-class ProjectLayers;
+class PCLayer;
+
+/// Who makes the layers of a project's elements and copies them from the model. Layers tell it what
+/// happens to them. Outlived by the layers.
+class ElementLayerKeeper {
+ public:
+    /// Brings up to date what waits.
+    virtual void update() = 0;
+    virtual void repaintEverything() = 0;
+    virtual void layerIsStale(PCLayer& layer) = 0;
+    virtual void layerGoes(PCLayer& layer) = 0;
+    virtual void layerLeavesTree(PCLayer& layer) = 0;
+    virtual void borderDidChange(PCLayer& layer) = 0;
+
+ protected:
+    ~ElementLayerKeeper() = default;
+};
+
+/// Who shows the canvas's layer and has to know when it goes.
+class CanvasLayerHolder {
+ public:
+    virtual void canvasLayerGoes() = 0;
+
+ protected:
+    ~CanvasLayerHolder() = default;
+};
 
 /// The layer that draws one element: a copy of the element's state, in setup or at a time. The
 /// layers of an element's children are its sublayers, so that groups carry them along. An element
-/// that is hidden shows as opacity 0. Owned by its element; ProjectLayers makes it and says when it
+/// that is hidden shows as opacity 0. Owned by its element; its keeper makes it and says when it
 /// copies.
-class PCLayer : public Layer, public ElementViewLayer {
+class PCLayer : public BorderedLayer, public ElementViewLayer {
  public:
-    explicit PCLayer(const std::shared_ptr<ProjectLayers>& layers) : m_layers(layers) {
+    explicit PCLayer(const std::shared_ptr<ElementLayerKeeper>& keeper) : m_keeper(keeper) {
         setContentsGravity(ContentsGravity::Center);
     }
     ~PCLayer() override;
@@ -31,13 +55,17 @@ class PCLayer : public Layer, public ElementViewLayer {
     /// The layer of an element; null for an element made without a screen.
     static PCLayer* of(const PCElement& element);
 
-    PCElement* element() const { return m_element; }
-    bool isSelected() const { return m_selected; }
+    PCElement* element() const override { return m_element; }
+    bool isSelected() const override { return m_selected; }
     /// The selection border, a sublayer of the canvas's layer; null unless selected.
     PCBorderLayer* borderLayer() const { return m_borderLayer.get(); }
     /// Brings all layers of the project up to date, where one waits for it. Whoever asks a layer
     /// for its geometry amid edits calls it first.
     void updateIfNeeded() const;
+    /// For what changes without the model, such as the magnification.
+    void repaintEverything();
+    /// Of the canvas's layer. Not owned; null when there is none any more.
+    void setHolder(CanvasLayerHolder* holder) { m_holder = holder; }
 
     // What the model tells. Nothing of it changes the model; what it says is copied at the next
     // update of the project's layers.
@@ -72,7 +100,6 @@ class PCLayer : public Layer, public ElementViewLayer {
     bool coversPoint(QPointF point) const override;
 
  private:
-    friend class PCEditorLayer;
     friend class ProjectLayers;
 
     // The image that the contents show, to tell whether they are up to date.
@@ -84,13 +111,13 @@ class PCLayer : public Layer, public ElementViewLayer {
     };
 
     PCElement* m_element = nullptr;
-    WeakRef<ProjectLayers> m_layers;  // null once nobody shows the project any more
+    WeakRef<ElementLayerKeeper> m_keeper;  // null once nobody shows the project any more
     std::unique_ptr<PCBorderLayer> m_borderLayer;
     ShownImage m_shownImage;
     // The stored order by which the children stand; empty: their own; nothing: setup, where the
     // order of the layers decides.
     std::optional<QStringList> m_stackedBy;
-    PCEditorLayer* m_editor = nullptr;  // of the canvas's layer
+    CanvasLayerHolder* m_holder = nullptr;
 
     // Kept by ProjectLayers: areas of the canvas that were reported as painted, and what waits.
     QRectF m_painted;
@@ -105,8 +132,7 @@ class PCLayer : public Layer, public ElementViewLayer {
     bool isCanvasLayer() const;
     PCLayer* canvasLayer() const;
     void childrenDidChange();
-    void repaintEverything();
-    void adopt(const WeakRef<ProjectLayers>& layers);
+    void adopt(const WeakRef<ElementLayerKeeper>& keeper);
     /// Each returns whether anything looks different.
     bool copyElement(EditTime time);
     bool copyCanvas();

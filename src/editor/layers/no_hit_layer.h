@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "scene/layer.h"
 
 namespace tweenery {
@@ -9,7 +11,11 @@ namespace tweenery {
 class PCNoHitLayer : public Layer {
  public:
     PCNoHitLayer() = default;
-    static std::unique_ptr<PCNoHitLayer> layerWithHitLayer(Layer* layerToHit);
+    static std::unique_ptr<PCNoHitLayer> layerWithHitLayer(Layer* layerToHit) {
+        auto layer = std::make_unique<PCNoHitLayer>();
+        layer->setLayerToHit(layerToHit);
+        return layer;
+    }
 
     /// Not owned. Null: nothing here is ever hit.
     Layer* layerToHit() const { return m_layerToHit; }

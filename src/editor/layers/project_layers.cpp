@@ -4,7 +4,6 @@
 #include <unordered_map>
 #include <utility>
 
-#include "editor/layers/element_layer.h"
 #include "model/project.h"
 
 namespace tweenery {
@@ -152,7 +151,8 @@ void ProjectLayers::noticeSurroundings(PCProject& project) {
     repaintEverything();
     for (Layer* sublayer : canvas.sublayers()) {
         auto* border = dynamic_cast<PCBorderLayer*>(sublayer);
-        if (border) { borderDidChange(border->borderedLayer()); }
+        auto* bordered = border ? dynamic_cast<PCLayer*>(&border->borderedLayer()) : nullptr;
+        if (bordered) { borderDidChange(*bordered); }
     }
 }
 

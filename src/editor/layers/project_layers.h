@@ -6,14 +6,13 @@
 #include <memory>
 #include <vector>
 
+#include "editor/layers/element_layer.h"
 #include "model/edit_time.h"
 #include "model/view_layer.h"
 #include "scene/affine.h"
 
 namespace tweenery {
 
-class PCBorderLayer;
-class PCLayer;
 class PCProject;
 
 /// Makes the layers of a project's elements and keeps them, with the borders of selected elements,
@@ -22,6 +21,7 @@ class PCProject;
 /// loop's turn ends, or earlier when somebody draws or asks where something is. Nobody else copies
 /// a layer. Main thread only.
 class ProjectLayers : public ElementViewLayerFactory,
+                      public ElementLayerKeeper,
                       public std::enable_shared_from_this<ProjectLayers> {
     struct Passkey {};
 
@@ -44,20 +44,19 @@ class ProjectLayers : public ElementViewLayerFactory,
     EditTime shown() const { return m_shown; }
 
     /// Brings up to date what waits. Costs next to nothing when nothing does.
-    void update();
+    void update() override;
     /// The same, and says what has to be painted again since the last call, in canvas coordinates;
     /// the rectangles may overlap, and edges may reach a pixel beyond. `kEverywhere` stands for
     /// everything. What animations move during playback is not told of.
     std::vector<QRectF> flush();
     static constexpr QRectF kEverywhere{-1e9, -1e9, 2e9, 2e9};
     /// What changes without the model, such as animations that come or go.
-    void repaintEverything();
+    void repaintEverything() override;
 
     /// A layer for an element; part of making elements.
     std::unique_ptr<ElementViewLayer> layer() override;
 
  private:
-    friend class PCLayer;
     /// What keeps the parts of borders at their size on the screen, and sharp.
     struct Magnification {
         QPointF scale;
@@ -81,10 +80,10 @@ class ProjectLayers : public ElementViewLayerFactory,
 
     void awaitUpdate();
     // What layers tell.
-    void layerIsStale(PCLayer& layer);
-    void layerGoes(PCLayer& layer);
-    void layerLeavesTree(PCLayer& layer);
-    void borderDidChange(PCLayer& layer);
+    void layerIsStale(PCLayer& layer) override;
+    void layerGoes(PCLayer& layer) override;
+    void layerLeavesTree(PCLayer& layer) override;
+    void borderDidChange(PCLayer& layer) override;
     // The steps of an update.
     EditTime effectiveTime(PCProject& project) const;
     void noticeSurroundings(PCProject& project);

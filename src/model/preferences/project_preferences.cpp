@@ -15,78 +15,143 @@ constexpr double maximumOffset = 1e9;
 constexpr float lastTimelineZoomStop = 16;
 constexpr float maximumMagnification = 10;
 
+// A value of a file, brought into the range of its field.
+float zoomStopIn(float level) {
+    return std::clamp(level, 0.0F, lastTimelineZoomStop);
+}
+
+float magnificationIn(float level) {
+    return std::clamp(level, 0.0F, maximumMagnification);
+}
+
 float lengthIn(float length) {
     return std::clamp(length, 0.0F, maximumLength);
+}
+
+int32_t timeIn(int32_t timeInMS) {
+    return std::max(0, timeInMS);
 }
 
 QPointF pointIn(QPointF point, double limit) {
     return {std::clamp(point.x(), -limit, limit), std::clamp(point.y(), -limit, limit)};
 }
 
+QPointF offsetIn(QPointF offset) {
+    return pointIn(offset, maximumOffset);
+}
+
+QPointF windowPositionIn(QPointF position) {
+    return pointIn(position, maximumLength);
+}
+
 QSizeF sizeIn(QSizeF size) {
     return size.expandedTo({0, 0}).boundedTo({maximumLength, maximumLength});
 }
 
+void readStored(const KeyedDecoder& coder, std::string_view key, bool& value) {
+    value = coder.decodeBool(key);
+}
+void readStored(const KeyedDecoder& coder, std::string_view key, int32_t& value) {
+    value = coder.decodeInt(key);
+}
+void readStored(const KeyedDecoder& coder, std::string_view key, float& value) {
+    value = coder.decodeFloat(key);
+}
+void readStored(const KeyedDecoder& coder, std::string_view key, QString& value) {
+    value = coder.decodeString(key);
+}
+void readStored(const KeyedDecoder& coder, std::string_view key, QPointF& value) {
+    value = coder.decodePoint(key);
+}
+void readStored(const KeyedDecoder& coder, std::string_view key, QSizeF& value) {
+    value = coder.decodeSize(key);
+}
+void readStored(const KeyedDecoder& coder, std::string_view key, PCEasingMode& value) {
+    value = easingModeFromString(coder.decodeString(key));
+}
+
+void writeStored(KeyedEncoder& coder, std::string_view key, bool value) {
+    coder.encodeBool(key, value);
+}
+void writeStored(KeyedEncoder& coder, std::string_view key, int32_t value) {
+    coder.encodeInt(key, value);
+}
+void writeStored(KeyedEncoder& coder, std::string_view key, float value) {
+    coder.encodeFloat(key, value);
+}
+void writeStored(KeyedEncoder& coder, std::string_view key, const QString& value) {
+    coder.encodeString(key, value);
+}
+void writeStored(KeyedEncoder& coder, std::string_view key, QPointF value) {
+    coder.encodePoint(key, value);
+}
+void writeStored(KeyedEncoder& coder, std::string_view key, QSizeF value) {
+    coder.encodeSize(key, value);
+}
+void writeStored(KeyedEncoder& coder, std::string_view key, PCEasingMode value) {
+    coder.encodeString(key, stringFromEasingMode(value));
+}
+
+struct StoredReader {
+    const KeyedDecoder& coder;
+
+    template <typename Value>
+    void operator()(std::string_view key, Value& field) const {
+        readStored(coder, key, field);
+    }
+    template <typename Value, typename ToRange>
+    void operator()(std::string_view key, Value& field, ToRange toRange) const {
+        readStored(coder, key, field);
+        field = toRange(field);
+    }
+    template <typename Value, typename ToRange>
+    void operator()(std::string_view key, Value& field, ToRange toRange, Value missing) const {
+        (*this)(key, field, toRange);
+        if (!coder.containsValueForKey(key)) { field = missing; }
+    }
+};
+
 }  // namespace
+
+// All that is stored, in the order of the file: `visit(key, field)`, with the range that a value of
+// a file is brought into, and with what a missing one means unless that is nothing.
+template <typename Preferences, typename Visit>
+void PCProjectPreferences::visitStored(Preferences& p, const Visit& visit) {
+    visit("timelineZoomLevel", p.m_timelineZoomLevel, zoomStopIn);
+    visit("canvasZoomLevel", p.m_canvasZoomLevel, magnificationIn, 1.0F);
+    visit("canvasScrollOffset", p.m_canvasScrollOffset, offsetIn);
+    visit("navigatorPaneVisible", p.m_navigatorPaneVisible);
+    visit("navigatorPaneWidth", p.m_navigatorPaneWidth, lengthIn);
+    visit("utilitiesPaneVisible", p.m_utilitiesPaneVisible);
+    visit("timelinePaneHeight", p.m_timelinePaneHeight, lengthIn);
+    visit("windowSize", p.m_windowSize, sizeIn, QSizeF(800, 400));
+    visit("windowPosition", p.m_windowPosition, windowPositionIn, QPointF(800, 400));
+    visit("timelinePlayheadPosition", p.m_timelinePlayheadPosition, timeIn);
+    visit("selectedAnimationIdentifier", p.m_selectedAnimationIdentifier);
+    visit("timelineScrollOffset", p.m_timelineScrollOffset, offsetIn);
+    visit("newProject", p.m_newProject);
+    visit("generatedCodeUsesViews", p.m_generatedCodeUsesViews);
+    visit("generatedCodeIsIOS", p.m_generatedCodeIsIOS);
+    visit("generatedCodeUsesSwift", p.m_generatedCodeUsesSwift);
+    visit("generatedCodeIncludesImages", p.m_generatedCodeIncludesImages);
+    visit("generatedCodeClipsToBounds", p.m_generatedCodeClipsToBounds);
+    visit("generatedCodeCleansImageDirectory", p.m_generatedCodeCleansImageDirectory);
+    visit("generatedCodeTakesParameters", p.m_generatedCodeTakesParameters);
+    visit("defaultEasingMode", p.m_defaultEasingMode);
+}
 
 std::shared_ptr<PCProjectPreferences> PCProjectPreferences::decode(const KeyedDecoder& coder) {
     auto result = std::make_shared<PCProjectPreferences>();
-    PCProjectPreferences& p = *result;
-    coder.requireClass(p.archiveClass().name);
-    const auto has = [&](std::string_view key) { return coder.containsValueForKey(key); };
-
-    p.m_timelineZoomLevel =
-        std::clamp(coder.decodeFloat("timelineZoomLevel"), 0.0F, lastTimelineZoomStop);
-    p.m_canvasZoomLevel = has("canvasZoomLevel") ? std::clamp(coder.decodeFloat("canvasZoomLevel"),
-                                                              0.0F, maximumMagnification)
-                                                 : 1;
-    p.m_canvasScrollOffset = pointIn(coder.decodePoint("canvasScrollOffset"), maximumOffset);
-    p.m_navigatorPaneVisible = coder.decodeBool("navigatorPaneVisible");
-    p.m_navigatorPaneWidth = lengthIn(coder.decodeFloat("navigatorPaneWidth"));
-    p.m_utilitiesPaneVisible = coder.decodeBool("utilitiesPaneVisible");
-    p.m_timelinePaneHeight = lengthIn(coder.decodeFloat("timelinePaneHeight"));
-    p.m_windowSize = has("windowSize") ? sizeIn(coder.decodeSize("windowSize")) : QSizeF(800, 400);
-    p.m_windowPosition = has("windowPosition")
-                             ? pointIn(coder.decodePoint("windowPosition"), maximumLength)
-                             : QPointF(800, 400);
-    p.m_timelinePlayheadPosition = std::max(0, coder.decodeInt("timelinePlayheadPosition"));
-    p.m_selectedAnimationIdentifier = coder.decodeString("selectedAnimationIdentifier");
-    p.m_timelineScrollOffset = pointIn(coder.decodePoint("timelineScrollOffset"), maximumOffset);
-    p.m_newProject = coder.decodeBool("newProject");
-    p.m_generatedCodeUsesViews = coder.decodeBool("generatedCodeUsesViews");
-    p.m_generatedCodeIsIOS = coder.decodeBool("generatedCodeIsIOS");
-    p.m_generatedCodeUsesSwift = coder.decodeBool("generatedCodeUsesSwift");
-    p.m_generatedCodeIncludesImages = coder.decodeBool("generatedCodeIncludesImages");
-    p.m_generatedCodeClipsToBounds = coder.decodeBool("generatedCodeClipsToBounds");
-    p.m_generatedCodeCleansImageDirectory = coder.decodeBool("generatedCodeCleansImageDirectory");
-    p.m_generatedCodeTakesParameters = coder.decodeBool("generatedCodeTakesParameters");
-    p.m_defaultEasingMode = easingModeFromString(coder.decodeString("defaultEasingMode"));
-    p.m_modified = true;
+    coder.requireClass(result->archiveClass().name);
+    visitStored(*result, StoredReader{coder});
+    result->m_modified = true;
     return result;
 }
 
 void PCProjectPreferences::encodeWithCoder(KeyedEncoder& coder) const {
-    coder.encodeFloat("timelineZoomLevel", m_timelineZoomLevel);
-    coder.encodeFloat("canvasZoomLevel", m_canvasZoomLevel);
-    coder.encodePoint("canvasScrollOffset", m_canvasScrollOffset);
-    coder.encodeBool("navigatorPaneVisible", m_navigatorPaneVisible);
-    coder.encodeFloat("navigatorPaneWidth", m_navigatorPaneWidth);
-    coder.encodeBool("utilitiesPaneVisible", m_utilitiesPaneVisible);
-    coder.encodeFloat("timelinePaneHeight", m_timelinePaneHeight);
-    coder.encodeSize("windowSize", m_windowSize);
-    coder.encodePoint("windowPosition", m_windowPosition);
-    coder.encodeInt("timelinePlayheadPosition", m_timelinePlayheadPosition);
-    coder.encodeString("selectedAnimationIdentifier", m_selectedAnimationIdentifier);
-    coder.encodePoint("timelineScrollOffset", m_timelineScrollOffset);
-    coder.encodeBool("newProject", m_newProject);
-    coder.encodeBool("generatedCodeUsesViews", m_generatedCodeUsesViews);
-    coder.encodeBool("generatedCodeIsIOS", m_generatedCodeIsIOS);
-    coder.encodeBool("generatedCodeUsesSwift", m_generatedCodeUsesSwift);
-    coder.encodeBool("generatedCodeIncludesImages", m_generatedCodeIncludesImages);
-    coder.encodeBool("generatedCodeClipsToBounds", m_generatedCodeClipsToBounds);
-    coder.encodeBool("generatedCodeCleansImageDirectory", m_generatedCodeCleansImageDirectory);
-    coder.encodeBool("generatedCodeTakesParameters", m_generatedCodeTakesParameters);
-    coder.encodeString("defaultEasingMode", stringFromEasingMode(m_defaultEasingMode));
+    visitStored(*this, [&coder](std::string_view key, const auto& value, auto...) {
+        writeStored(coder, key, value);
+    });
 }
 
 void PCProjectPreferences::setWindowSize(QSizeF size) {

@@ -107,6 +107,9 @@ class PCProjectPreferences : public Archivable {
     void encodeWithCoder(KeyedEncoder& coder) const override;
 
  private:
+    template <typename Preferences, typename Visit>
+    static void visitStored(Preferences& preferences, const Visit& visit);
+
     /// True when the value differed.
     template <typename T>
     bool change(T& field, const T& value) {
