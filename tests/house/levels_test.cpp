@@ -4,6 +4,8 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QRegularExpression>
+#include <map>
+#include <set>
 
 #include "support/test_paths.h"
 
@@ -127,6 +129,63 @@ TEST(Levels, EverySourceFileKeepsThem) {
         }
     }
     EXPECT_GT(includeCount, files.size() / 2) << "the includes are no longer recognised";
+}
+
+/// A header and the source beside it are one file here: "model/element".
+using Files = std::map<QString, std::set<QString>>;
+
+QString withoutExtension(const QString& path) {
+    return path.section(u'.', 0, 0);
+}
+
+/// What each file includes, itself left out.
+Files includesOfFiles() {
+    Files files;
+    for (const SourceFile& source : sourceFiles()) {
+        const QString name = withoutExtension(source.path);
+        std::set<QString>& included = files[name];
+        for (const QString& include : source.includes()) {
+            if (withoutExtension(include) != name) { included.insert(withoutExtension(include)); }
+        }
+    }
+    return files;
+}
+
+Files reversed(const Files& files) {
+    Files includers;
+    for (const auto& [name, included] : files) {
+        for (const QString& other : included) {
+            if (files.contains(other)) { includers[other].insert(name); }
+        }
+    }
+    return includers;
+}
+
+/// Takes away what leads nowhere, until nothing more can go.
+void peel(Files& files) {
+    for (bool hasChanged = true; hasChanged;) {
+        const size_t removed = std::erase_if(files, [&files](const auto& file) {
+            return std::none_of(file.second.begin(), file.second.end(),
+                                [&files](const QString& name) { return files.contains(name); });
+        });
+        hasChanged = removed > 0;
+    }
+}
+
+/// What is left when all goes that includes nothing, or is included by nothing.
+Files filesInCircles(Files files) {
+    peel(files);
+    files = reversed(files);
+    peel(files);
+    return files;
+}
+
+TEST(Levels, NoFilesIncludeEachOtherInACircle) {
+    EXPECT_EQ(filesInCircles({{u"a"_s, {u"b"_s}}, {u"b"_s, {u"c"_s}}, {u"c"_s, {}}}).size(), 0U);
+    EXPECT_EQ(filesInCircles({{u"a"_s, {u"b"_s}}, {u"b"_s, {u"a"_s}}, {u"c"_s, {}}}).size(), 2U);
+    for (const auto& [name, included] : filesInCircles(includesOfFiles())) {
+        ADD_FAILURE() << qPrintable(name) << " stands in a circle of includes, or between two";
+    }
 }
 
 TEST(Levels, NoWidgetStandsBelowTheRoomsOfWidgets) {
