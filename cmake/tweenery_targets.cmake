@@ -22,14 +22,14 @@ if(TWEENERY_FUZZ)
     target_link_options(tweenery_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# The first target that asks builds the precompiled header, the others reuse it.
-function(tweenery_precompile target)
-    get_property(first GLOBAL PROPERTY TWEENERY_PRECOMPILED)
+# The first target that asks for a precompiled header builds it, the others reuse it.
+function(tweenery_precompile target header)
+    get_property(first GLOBAL PROPERTY TWEENERY_FIRST_${header})
     if(first)
         target_precompile_headers(${target} REUSE_FROM ${first})
     else()
-        target_precompile_headers(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/precompiled.h)
-        set_property(GLOBAL PROPERTY TWEENERY_PRECOMPILED ${target})
+        target_precompile_headers(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/${header}.h)
+        set_property(GLOBAL PROPERTY TWEENERY_FIRST_${header} ${target})
     endif()
 endfunction()
 
@@ -41,7 +41,7 @@ endfunction()
 
 # One static library a room, of every source file in src/<room> but main.cpp; sub-folders are rooms of
 # their own. It links the rooms that are named.
-function(tweenery_room room)
+function(tweenery_add_room room)
     file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${room}/*.cpp)
     list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
     tweenery_room_target(target ${room})
@@ -51,5 +51,19 @@ function(tweenery_room room)
         tweenery_room_target(used_target ${used})
         target_link_libraries(${target} PUBLIC ${used_target})
     endforeach()
-    tweenery_precompile(${target})
+endfunction()
+
+function(tweenery_room room)
+    tweenery_add_room(${room} ${ARGN})
+    tweenery_room_target(target ${room})
+    tweenery_precompile(${target} precompiled)
+endfunction()
+
+# A room that links Qt Widgets.
+function(tweenery_widget_room room)
+    tweenery_add_room(${room} ${ARGN})
+    tweenery_room_target(target ${room})
+    target_link_libraries(${target} PUBLIC Qt6::Widgets)
+    set_target_properties(${target} PROPERTIES AUTOMOC ON)
+    tweenery_precompile(${target} precompiled_widgets)
 endfunction()
