@@ -17,6 +17,7 @@ void UndoManager::registerUndo(Action action) {
         m_isEventOpen = true;
     }
     const bool isFirst = m_open->actions.empty();
+    if (isFirst && m_state == State::Normal && m_placeSource) { m_open->place = m_placeSource(); }
     m_open->actions.push_back(std::move(action));
     noteEdit();
     if (isFirst && m_state == State::Normal) { changed(); }
@@ -36,7 +37,7 @@ void UndoManager::openStep() {
 
 // Each edit counts, not each step: a save may come between two of one step.
 void UndoManager::noteEdit() {
-    if (m_state != State::Normal) { return; }
+    if (m_state != State::Normal || m_amendment != Amendment::None) { return; }
     m_open->countAfter = m_changeCount = ++m_lastCount;
 }
 
@@ -153,6 +154,47 @@ QString UndoManager::redoActionName() const {
     return canRedo() ? m_redoStack.back().name : QString();
 }
 
+void UndoManager::beginAmendment() {
+    assertContract(m_amendment == Amendment::None, QStringLiteral("amendments do not nest"));
+    if (m_state != State::Normal) { return; }
+    if (m_open) {
+        m_amendment = Amendment::OfOpenStep;
+    } else if (m_undoStack.empty()) {
+        m_amendment = Amendment::Unrecorded;
+        disableUndoRegistration();
+    } else {
+        m_amendment = Amendment::OfLastStep;
+        m_open = std::move(m_undoStack.back());
+        m_undoStack.pop_back();
+        ++m_groupLevel;
+    }
+}
+
+void UndoManager::endAmendment() {
+    switch (std::exchange(m_amendment, Amendment::None)) {
+        case Amendment::None:
+        case Amendment::OfOpenStep:
+            return;
+        case Amendment::Unrecorded:
+            enableUndoRegistration();
+            return;
+        case Amendment::OfLastStep:
+            --m_groupLevel;
+            m_undoStack.push_back(std::move(*m_open));
+            m_open.reset();
+            return;
+    }
+}
+
+QString UndoManager::placeOfUndo() const {
+    if (hasOpenActions()) { return m_open->place; }
+    return canUndo() ? m_undoStack.back().place : QString();
+}
+
+QString UndoManager::placeOfRedo() const {
+    return canRedo() ? m_redoStack.back().place : QString();
+}
+
 void UndoManager::removeAllActions() {
     m_undoStack.clear();
     m_redoStack.clear();
@@ -194,7 +236,7 @@ bool UndoManager::play(std::deque<Step>& from, std::deque<Step>& to, State state
     const Step step = std::move(from.back());
     from.pop_back();
 
-    m_open = Step{step.name, step.countBefore, step.countAfter, {}};
+    m_open = Step{step.name, step.place, step.countBefore, step.countAfter, {}};
     playActions(step.actions, 0, state);
 
     if (!m_open->actions.empty()) { to.push_back(std::move(*m_open)); }

@@ -98,6 +98,19 @@ class UndoManager {
     QString undoActionName() const;
     QString redoActionName() const;
 
+    /// Edits that only follow from those before, and count as none: until endAmendment() their
+    /// inverses join the step that is under way, or the last one; without any they are not kept.
+    /// What could be redone still can be. Ignored while undoing or redoing, which records anyway.
+    void beginAmendment();
+    void endAmendment();
+
+    /// Asked where each step is made, such as in which animation, when its first edit is
+    /// registered.
+    void setPlaceSource(std::function<QString()> source) { m_placeSource = std::move(source); }
+    /// Where the step was made that undo() or redo() would play; null without one.
+    QString placeOfUndo() const;
+    QString placeOfRedo() const;
+
     void removeAllActions();
     /// 0 keeps all steps. Older steps are dropped first.
     void setLevelsOfUndo(size_t levels);
@@ -115,6 +128,7 @@ class UndoManager {
     enum class State { Normal, Undoing, Redoing };
     struct Step {
         QString name;
+        QString place;
         int64_t countBefore = 0;
         int64_t countAfter = 0;
         std::deque<Action> actions;  // of a big edit many, which are not to be copied as they grow
@@ -140,6 +154,9 @@ class UndoManager {
     int64_t m_lastCount = 0;
     std::optional<Step> m_open;
     std::vector<Gesture> m_gestures;  // the innermost last
+    std::function<QString()> m_placeSource;
+    enum class Amendment { None, OfOpenStep, OfLastStep, Unrecorded };
+    Amendment m_amendment = Amendment::None;
     std::deque<Step> m_undoStack;
     std::deque<Step> m_redoStack;
     ListenerSet<std::function<void()>> m_changeHandlers;
@@ -181,6 +198,20 @@ class UndoGesture {
  private:
     UndoManager* m_manager;  // null once cancelled
     int m_exceptions;        // under way when it began
+};
+
+/// An amendment for its life.
+class UndoAmendment {
+ public:
+    explicit UndoAmendment(UndoManager& manager) : m_manager(manager) {
+        m_manager.beginAmendment();
+    }
+    ~UndoAmendment() { m_manager.endAmendment(); }
+    UndoAmendment(const UndoAmendment&) = delete;
+    UndoAmendment& operator=(const UndoAmendment&) = delete;
+
+ private:
+    UndoManager& m_manager;
 };
 
 /// Keeps registration off during its life.

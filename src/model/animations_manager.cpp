@@ -119,11 +119,15 @@ PCAnimation::Ptr PCAnimationsManager::renameAnimation(PCAnimation::Ptr animation
 
 void PCAnimationsManager::deleteAnimation(PCAnimation::Ptr animation) {
     const UndoGroup group(project()->undoManager());
-    if (animation == m_selectedAnimation) { setSelectedAnimation(nullptr); }
+    const bool wasSelected = animation == m_selectedAnimation;
+    if (wasSelected) { setSelectedAnimation(nullptr); }
     std::erase(m_animations, animation);
     m_fileWrapper->removeFileWrapper(animation->fileWrapper());
     m_hasUnsavedChanges = true;
-    project()->undoManager().registerUndo([this, animation] { addAnimation(animation); });
+    project()->undoManager().registerUndo([this, animation, wasSelected] {
+        addAnimation(animation);
+        if (wasSelected) { setSelectedAnimation(animation); }
+    });
     m_listeners.tell(
         [&](auto& listener) { listener.animationManagerDidDeleteAnimation(*this, animation); });
 }
@@ -133,7 +137,7 @@ void PCAnimationsManager::setSelectedAnimation(PCAnimation::Ptr animation) {
     // Everything that can fail on damaged files comes before the first change.
     if (animation) { animation->loadAllTimelines(); }
     if (m_selectedAnimation) { m_selectedAnimation->saveChangesToFileWrapper(); }
-    const PCAnimation::Ptr oldSelection = std::exchange(m_selectedAnimation, animation);
+    m_selectedAnimation = animation;
     for (const PCElement::Ptr& element : owner->canvas()->elementAndAllDescendants()) {
         element->setSelected(false);
         element->removeAllTimelines();
@@ -141,7 +145,6 @@ void PCAnimationsManager::setSelectedAnimation(PCAnimation::Ptr animation) {
     if (animation) { animation->applyAnimationWithRootElement(*owner->canvas()); }
     m_listeners.tell(
         [&](auto& listener) { listener.animationManagerDidSelectAnimation(*this, animation); });
-    owner->undoManager().registerUndo([this, oldSelection] { setSelectedAnimation(oldSelection); });
 }
 
 bool PCAnimationsManager::animationExistsWithName(const QString& name) const {

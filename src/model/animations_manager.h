@@ -26,7 +26,8 @@ class PCAnimationsManagerChangeListener {
 };
 
 /// The project's animations, in name order when opened, and the one that is selected. No selection
-/// is setup mode. Every edit registers its inverse with the project's undo manager.
+/// is setup mode. Every edit registers its inverse with the project's undo manager; selecting is
+/// none.
 class PCAnimationsManager {
  public:
     using Animations = std::vector<PCAnimation::Ptr>;

@@ -69,13 +69,20 @@ PCProject::Ptr PCProject::init() {
     project->m_version = std::make_shared<PCProjectVersion>();
     project->m_version->setModelVersion(currentModelVersion());
     project->m_fileWrapper = FileWrapper::directory();
-    project->m_animationsManager =
-        std::make_unique<PCAnimationsManager>(project, *project->m_fileWrapper);
+    project->makeAnimationsManager();
     project->m_imageSetManager = std::make_unique<PCImageSetManager>(project->m_fileWrapper);
     return project;
 }
 
 PCProject::~PCProject() = default;
+
+void PCProject::makeAnimationsManager() {
+    m_animationsManager = std::make_unique<PCAnimationsManager>(shared_from_this(), *m_fileWrapper);
+    m_undoManager.setPlaceSource([this] {
+        const PCAnimation::Ptr animation = m_animationsManager->selectedAnimation();
+        return animation ? animation->identifier() : QString();
+    });
+}
 
 PCProject::Ptr PCProject::build(FileWrapper::Ptr root) {
     Ptr project(new PCProject);
@@ -86,8 +93,7 @@ PCProject::Ptr PCProject::build(FileWrapper::Ptr root) {
         KeyedUnarchiver(requireFile(package, kPreferencesEntry).contents(), kPreferencesEntry)
             .root());
     project->m_canvas = PCElement::makeCanvas();
-    project->m_animationsManager =
-        std::make_unique<PCAnimationsManager>(project, *project->m_fileWrapper);
+    project->makeAnimationsManager();
     project->m_selectionSubscription =
         project->m_animationsManager->addChangeListener(project.get());
     project->m_imageSetManager = std::make_unique<PCImageSetManager>(project->m_fileWrapper);
@@ -184,9 +190,33 @@ void PCProject::updateContentScales() {
 void PCProject::animationManagerDidSelectAnimation(PCAnimationsManager&,
                                                    const PCAnimation::Ptr& animation) {
     // Undone and redone, the orders have steps of their own.
-    if (!m_undoManager.isUndoing() && !m_undoManager.isRedoing()) { updateZIndexAnimation(); }
+    if (!m_undoManager.isUndoing() && !m_undoManager.isRedoing()) {
+        const UndoAmendment amendment(m_undoManager);
+        updateZIndexAnimation();
+    }
     updateContentScales();
     m_preferences->setSelectedAnimationIdentifier(animation ? animation->identifier() : QString());
+}
+
+bool PCProject::undo() {
+    if (!m_undoManager.canUndo()) { return false; }
+    m_undoManager.endEvent();
+    selectPlace(m_undoManager.placeOfUndo());
+    return m_undoManager.undo();
+}
+
+bool PCProject::redo() {
+    if (!m_undoManager.canRedo()) { return false; }
+    selectPlace(m_undoManager.placeOfRedo());
+    return m_undoManager.redo();
+}
+
+void PCProject::selectPlace(const QString& animationIdentifier) {
+    const PCAnimation::Ptr animation =
+        m_animationsManager->animationForIdentifier(animationIdentifier);
+    if (animation != m_animationsManager->selectedAnimation()) {
+        m_animationsManager->setSelectedAnimation(animation);
+    }
 }
 
 // Look-up.

@@ -103,6 +103,11 @@ class PCProject : public PCAnimationsManagerChangeListener,
     void setViewLayerFactory(ElementViewLayerFactory* factory);
     ElementViewLayerFactory* viewLayerFactory() const override { return m_viewLayerFactory; }
 
+    /// UndoManager::undo() and redo(), which first select the animation, or setup, in which the
+    /// edit was made.
+    bool undo();
+    bool redo();
+
     // Look-up and listings.
 
     PCElement::Ptr elementForIdentifier(const Identifier& identifier) override;
@@ -180,6 +185,8 @@ class PCProject : public PCAnimationsManagerChangeListener,
     ElementViewLayerFactory* m_viewLayerFactory = nullptr;
 
     static Ptr build(FileWrapper::Ptr root);
+    void makeAnimationsManager();
+    void selectPlace(const QString& animationIdentifier);
     static QString backUpIfOlder(const FileWrapper& root, LogPort& log);
     static QString writeBackup(const FileWrapper& root);
     ProjectIndex& index();

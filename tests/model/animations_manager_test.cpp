@@ -131,30 +131,64 @@ TEST_F(AnimationsManager, TellsItsListeners) {
 
 TEST_F(AnimationsManager, WalksBackAndForth) {
     UndoWalk walk(*project, [this] {
-        const auto selected = manager.selectedAnimation();
-        std::string text = selected ? selected->name().toStdString() : "setup";
+        project->fileWrapper();
+        std::string text;
         for (const PCAnimation::Ptr& animation : manager.animations()) {
             text += '|' + animation->identifier().toStdString() + animation->name().toStdString();
         }
         for (const auto& [identifier, directory] : manager.fileWrapper()->fileWrappers()) {
             text += '|' + identifier.toStdString() +
                     directory->child(kAnimationNameFile)->contents().toStdString();
+            const auto keyed = directory->child(ball->identifier().toString());
+            const auto file = keyed ? keyed->child(u"opacity.data"_s) : nullptr;
+            if (!file) { continue; }
+            text += keysText(*PCKeyedPropertyTimeline::unarchive(file->contents(), u"opacity"_s));
         }
-        return text + '|' + (selected ? keysText(*ball->opacityTimeline()) : "none");
+        return text;
     });
-    walk.edit([&] { manager.setSelectedAnimation(nullptr); });
     walk.edit([&] { manager.addNewEmptyAnimation(); });
     walk.edit([&] { manager.renameAnimation(manager.animations()[0], u"Bounce"_s); });
-    walk.edit([&] { manager.setSelectedAnimation(manager.animations()[0]); });
+    manager.setSelectedAnimation(manager.animations()[0]);
     walk.edit([&] { ball->setOpacity(0.5F, 100); });
     walk.edit([&] { manager.duplicateAnimation(manager.animations()[0]); });
     walk.edit([&] { manager.deleteAnimation(manager.animations()[0]); });
-    walk.edit([&] { manager.setSelectedAnimation(manager.animations()[0]); });
+    manager.setSelectedAnimation(manager.animations()[0]);
     walk.edit([&] { ball->setOpacity(0.25F, 50); });
     walk.check();
 }
 
-// To come into line with the tree is part of being selected, and undone after it.
+// Selecting is no edit, but undo and redo go to where the edit was made.
+TEST_F(AnimationsManager, UndoSelectsTheAnimationOfTheEdit) {
+    const auto bounce = add(u"Bounce"_s);
+    const auto walk = add(u"Walk"_s);
+    project->undoManager().endEvent();
+    manager.setSelectedAnimation(bounce);
+    ball->setOpacity(0.5F, 100);
+    project->undoManager().endEvent();
+    manager.setSelectedAnimation(nullptr);
+    ball->setOpacity(0.25);
+    project->undoManager().endEvent();
+    manager.setSelectedAnimation(walk);
+
+    const int64_t count = project->undoManager().changeCount();
+    const auto selectedAfter = [this](bool (PCProject::*step)()) {
+        EXPECT_TRUE((*project.*step)());
+        const auto selected = manager.selectedAnimation();
+        return selected ? selected->name() : u"setup"_s;
+    };
+    EXPECT_EQ(selectedAfter(&PCProject::undo), u"setup");
+    EXPECT_EQ(ball->opacity(), 1);
+    EXPECT_EQ(selectedAfter(&PCProject::undo), u"Bounce");
+    EXPECT_EQ(keysText(*ball->opacityTimeline()), "");
+    manager.setSelectedAnimation(walk);
+    EXPECT_EQ(selectedAfter(&PCProject::redo), u"Bounce");
+    EXPECT_EQ(selectedAfter(&PCProject::redo), u"setup");
+    EXPECT_EQ(project->undoManager().changeCount(), count);
+    manager.setSelectedAnimation(walk);
+    EXPECT_EQ(project->undoManager().changeCount(), count);
+}
+
+// To come into line with the tree follows from the edit of the tree, and is undone with it.
 TEST_F(AnimationsManager, AnUndoneChildrenOrderIsSavedThoughItsAnimationIsNotSelected) {
     const Subscription told = manager.addChangeListener(project.get());
     const auto animation = add(u"Bounce"_s);
@@ -163,6 +197,7 @@ TEST_F(AnimationsManager, AnUndoneChildrenOrderIsSavedThoughItsAnimationIsNotSel
     const QStringList order = PCProject::sortedSubelementIdentifiers(*project->canvas());
     project->canvas()->setChildrenZPositions(order, 100);
     manager.setSelectedAnimation(nullptr);
+    project->undoManager().endEvent();
     project->canvas()->removeSubelementAtIndex(1);
     project->undoManager().endEvent();
     const auto storedOrder = [&] {
@@ -176,12 +211,10 @@ TEST_F(AnimationsManager, AnUndoneChildrenOrderIsSavedThoughItsAnimationIsNotSel
     for (int i = 0; i < 2; ++i) {
         manager.setSelectedAnimation(animation);
         EXPECT_EQ(storedOrder(), QStringList(order[0]));
-        project->undoManager().undo();
+        project->undo();
         EXPECT_TRUE(project->isSetupMode());
         EXPECT_EQ(storedOrder(), order);
-        project->undoManager().redo();
-        EXPECT_EQ(storedOrder(), QStringList(order[0]));
-        project->undoManager().undo();
+        project->redo();
     }
 }
 
