@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <cstdint>
 
+#include "base/ports.h"
 #include "editor/canvas/element_selection_manager.h"
 #include "editor/canvas/image_import.h"
 #include "editor/timeline/keyframe_manager.h"
@@ -12,6 +13,12 @@
 #include "model/project.h"
 
 namespace tweenery {
+
+/// Names of the notifications that a window posts to its project's centre, without an object.
+namespace DocumentNotification {
+inline const QString additiveMode =
+    QStringLiteral("com.lumenfold.tweenery.additivemodechanged");
+}  // namespace DocumentNotification
 
 /// What the panes of one window share: the open document, the managers of what is selected and of
 /// time, and the commands that more than one pane gives. The window's controller is it; no pane
@@ -29,11 +36,16 @@ class DocumentContext {
     virtual bool additiveModeIsOn() const = 0;
     /// Of the selected animation; -1 in setup mode, 0 without a keyframe.
     virtual int32_t lastKeyframeTimeInMS() const = 0;
+    /// Null is setup. An animation that cannot be read is told to the user; then the selection
+    /// stays.
+    virtual void selectAnimation(const PCAnimation::Ptr& animation) = 0;
 
     // Commands of the menu that panes give too: by their context menus, keys and buttons.
 
     virtual void copy() = 0;
     virtual void paste() = 0;
+    /// What was dropped instead of the clipboard. Tells the user what cannot be pasted.
+    virtual void pasteFrom(const PasteboardPort& pasteboard) = 0;
     virtual void deleteElements() = 0;
     virtual void duplicateElements() = 0;
     virtual void duplicateElementsInPlace() = 0;
