@@ -95,6 +95,8 @@ class UndoManager {
     /// Names the step now being recorded, or the last one when none is open. Ignored while
     /// registration is disabled, and while undoing or redoing: a step keeps its name both ways.
     void setActionName(const QString& name);
+    /// Of the step under way; empty without one.
+    QString nameOfOpenStep() const { return m_open ? m_open->name : QString(); }
     QString undoActionName() const;
     QString redoActionName() const;
 

@@ -152,8 +152,9 @@ const std::vector<Command>& allCommands() {
 
 const Command* commandNamed(const QString& name) {
     const auto& commands = allCommands();
-    const auto found = std::find_if(commands.begin(), commands.end(),
-                                    [&name](const Command& command) { return command.name == name; });
+    const auto found =
+        std::find_if(commands.begin(), commands.end(),
+                     [&name](const Command& command) { return command.name == name; });
     return found == commands.end() ? nullptr : &*found;
 }
 

@@ -16,8 +16,7 @@ namespace tweenery {
 
 /// Names of the notifications that a window posts to its project's centre, without an object.
 namespace DocumentNotification {
-inline const QString additiveMode =
-    QStringLiteral("com.lumenfold.tweenery.additivemodechanged");
+inline const QString additiveMode = QStringLiteral("com.lumenfold.tweenery.additivemodechanged");
 }  // namespace DocumentNotification
 
 /// What the panes of one window share: the open document, the managers of what is selected and of

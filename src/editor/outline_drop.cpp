@@ -34,10 +34,9 @@ Elements topmostInListOrder(PCProject& project, const Elements& elements) {
 }
 
 bool lieIn(const Elements& ordered, const PCElement& parent, size_t index) {
-    const bool areSiblings =
-        std::all_of(ordered.begin(), ordered.end(), [&parent](const PCElement::Ptr& element) {
-            return element->parentElement() == &parent;
-        });
+    const bool areSiblings = std::all_of(
+        ordered.begin(), ordered.end(),
+        [&parent](const PCElement::Ptr& element) { return element->parentElement() == &parent; });
     if (!areSiblings) { return false; }
     const auto first = static_cast<size_t>(ordered.front()->index());
     const auto last = static_cast<size_t>(ordered.back()->index());
@@ -97,8 +96,8 @@ Qt::DropAction actionOfDrop(const OutlineDrag& drag, const PCElement& parent) {
         return drag.hasElements ? Qt::CopyAction : Qt::IgnoreAction;
     }
     const int depth = parent.depth();
-    const bool fit = std::all_of(
-        drag.elements.begin(), drag.elements.end(), [&](const PCElement::Ptr& element) {
+    const bool fit =
+        std::all_of(drag.elements.begin(), drag.elements.end(), [&](const PCElement::Ptr& element) {
             return element.get() != &parent && !element->isAncestorOf(parent) &&
                    depth + element->maxHierarchyDepth() <= PCElement::kMaximumDepth;
         });

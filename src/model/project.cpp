@@ -199,16 +199,23 @@ void PCProject::animationManagerDidSelectAnimation(PCAnimationsManager&,
 }
 
 bool PCProject::undo() {
-    if (!m_undoManager.canUndo()) { return false; }
-    m_undoManager.endEvent();
-    selectPlace(m_undoManager.placeOfUndo());
+    selectPlaceOfUndo();
     return m_undoManager.undo();
 }
 
 bool PCProject::redo() {
-    if (!m_undoManager.canRedo()) { return false; }
-    selectPlace(m_undoManager.placeOfRedo());
+    selectPlaceOfRedo();
     return m_undoManager.redo();
+}
+
+void PCProject::selectPlaceOfUndo() {
+    m_undoManager.endEvent();
+    if (m_undoManager.canUndo()) { selectPlace(m_undoManager.placeOfUndo()); }
+}
+
+void PCProject::selectPlaceOfRedo() {
+    m_undoManager.endEvent();
+    if (m_undoManager.canRedo()) { selectPlace(m_undoManager.placeOfRedo()); }
 }
 
 void PCProject::selectPlace(const QString& animationIdentifier) {

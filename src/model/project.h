@@ -107,6 +107,9 @@ class PCProject : public PCAnimationsManagerChangeListener,
     /// edit was made.
     bool undo();
     bool redo();
+    /// That selection alone; what is to be undone stays.
+    void selectPlaceOfUndo();
+    void selectPlaceOfRedo();
 
     // Look-up and listings.
 

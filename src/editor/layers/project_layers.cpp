@@ -116,6 +116,16 @@ void ProjectLayers::repaint(QRectF& painted, const QRectF& now) {
     awaitUpdate();
 }
 
+PCElement::Elements ProjectLayers::changedElements() const {
+    PCElement::Elements elements;
+    for (const PCLayer* layer : m_stale) {
+        if (!layer || (layer->m_stackingIsStale && !layer->m_needsPlacing)) { continue; }
+        PCElement* element = layer->element();
+        if (element && element->project()) { elements.push_back(element->shared_from_this()); }
+    }
+    return elements;
+}
+
 // Updates.
 
 std::vector<QRectF> ProjectLayers::flush() {

@@ -8,6 +8,7 @@
 
 #include "editor/layers/element_layer.h"
 #include "model/edit_time.h"
+#include "model/element.h"
 #include "model/view_layer.h"
 #include "scene/affine.h"
 
@@ -45,9 +46,12 @@ class ProjectLayers : public ElementViewLayerFactory,
 
     /// Brings up to date what waits. Costs next to nothing when nothing does.
     void update() override;
-    /// The same, and says what has to be painted again since the last call, in canvas coordinates;
-    /// the rectangles may overlap, and edges may reach a pixel beyond. `kEverywhere` stands for
-    /// everything. What animations move during playback is not told of.
+    /// The elements in the tree that have changed since the last update, or are new in it; not
+    /// those of which only the children have come, gone or changed places.
+    PCElement::Elements changedElements() const;
+    /// As update(), and says what has to be painted again since the last call, in canvas
+    /// coordinates; the rectangles may overlap, and edges may reach a pixel beyond. `kEverywhere`
+    /// stands for everything. What animations move during playback is not told of.
     std::vector<QRectF> flush();
     static constexpr QRectF kEverywhere{-1e9, -1e9, 2e9, 2e9};
     /// What changes without the model, such as animations that come or go.

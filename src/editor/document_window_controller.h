@@ -1,0 +1,126 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "editor/canvas/canvas_viewport.h"
+#include "editor/canvas/event_anchor_point.h"
+#include "editor/command_set.h"
+#include "editor/desktop_ports.h"
+#include "editor/document_context.h"
+#include "editor/layers/editor_layer.h"
+#include "editor/layers/project_layers.h"
+#include "editor/timeline/playback.h"
+
+namespace tweenery {
+
+/// The hub of one open project: owns the managers that panes share, the layers and how the window
+/// looks at them, and performs the commands of menus, keys and panes, with their questions. Knows
+/// no widget. A window makes a new one when its project is read anew.
+class PCDocumentWindowController : public DocumentContext {
+ public:
+    /// The project must not have a screen yet. `schedule` as for ProjectLayers.
+    PCDocumentWindowController(PCProject::Ptr project, const DesktopPorts& ports,
+                               ProjectLayers::Schedule schedule);
+    ~PCDocumentWindowController() override;
+    PCDocumentWindowController(const PCDocumentWindowController&) = delete;
+    PCDocumentWindowController& operator=(const PCDocumentWindowController&) = delete;
+
+    /// The playhead and the animation, or setup, in which the project was last seen. Marks nothing
+    /// as changed.
+    void restoreLastProjectState();
+
+    // Parts.
+
+    const PCProject::Ptr& project() const override { return m_project; }
+    PCElementSelectionManager& selectionManager() override { return m_selection; }
+    PCKeyframeManager& keyframeManager() override { return m_keyframes; }
+    PCProjectTimeManager& timeManager() override { return m_time; }
+    PCEditorLayer& editorLayer() { return m_editor; }
+    ProjectLayers& layers() { return *m_layers; }
+    EventAnchorPoint& eventAnchorPoint() { return m_anchorPoint; }
+    CanvasViewport& viewport() { return m_viewport; }
+    CommandSet& commands() { return m_commands; }
+    const DesktopPorts& ports() const { return m_ports; }
+    UndoManager& undoManager() { return m_project->undoManager(); }
+
+    // State.
+
+    EditTime editTime() const override;
+    bool additiveModeIsOn() const override { return m_isAdditive; }
+    /// The switch of the toolbar.
+    void setAdditiveMode(bool isOn);
+    int32_t lastKeyframeTimeInMS() const override;
+    bool isPlayingBack() const { return m_time.isPlayingBack(); }
+    const PCElement::Elements& selectionBeforePlayback() const {
+        return m_playback.selectionBeforePlayback();
+    }
+    /// While the skim bar shows under the pointer, Return plays from there.
+    void setSkimIsShown(bool isShown) { m_skimIsShown = isShown; }
+
+    // Commands. Each that edits leaves one step of undo when it comes by the command set.
+
+    void selectAnimation(const PCAnimation::Ptr& animation) override;
+    void copy() override;
+    void paste() override;
+    void pasteFrom(const PasteboardPort& pasteboard) override;
+    void deleteElements() override;
+    void duplicateElements() override { duplicate(kOffsetOfDuplicates); }
+    void duplicateElementsInPlace() override { duplicate(0); }
+    void groupElements() override;
+    void ungroupElements() override;
+    void importImages() override;
+    void togglePlayPause() override;
+    /// Ends a run so that the playhead stays at the time shown, and selects again what was
+    /// selected.
+    void stopPlaybackHere();
+    void shiftSelectedElementsByDelta(QPointF delta) override;
+    void selectAll();
+    void undo();
+    void redo();
+    void receivedDroppedImages(const QStringList& paths, QPointF position,
+                               const PCElement::Ptr& parent, size_t index) override;
+    ImageImport::ImageSets addImagesToProject(const QStringList& paths) override;
+    void switchToSetupIfNecessary() override;
+
+    /// Tells the user what went wrong; for whatever an edit throws.
+    void tellFailure(const QString& message, const QString& reason);
+
+ private:
+    static constexpr float kOffsetOfDuplicates = 50;  // points, on both axes
+
+    PCProject::Ptr m_project;
+    DesktopPorts m_ports;
+    ProjectLayers::Ptr m_layers;
+    PCEditorLayer m_editor;
+    PCElementSelectionManager m_selection;
+    PCKeyframeManager m_keyframes;
+    PCProjectTimeManager m_time;
+    Playback m_playback;
+    EventAnchorPoint m_anchorPoint;
+    CanvasViewport m_viewport;
+    CommandSet m_commands;
+    bool m_isAdditive = false;
+    bool m_skimIsShown = false;
+
+    PCElement::Elements selected() const { return m_selection.selectedElements(); }
+    bool hasSelection() const { return m_selection.selectedElementsCount() > 0; }
+    void addCommands();
+    void addFileAndEditCommands();
+    void addElementCommands();
+    void addAnimationCommands();
+    void addViewCommands();
+    void duplicate(float offset);
+    void reorder(void (PCProject::*move)(const PCElement::Elements& elements));
+    bool userAgreesToLose(const QString& verb);
+    bool someAnimationKeys(const PCElement::Elements& elements) const;
+    void placeAnchorPoint(QPointF unitPoint);
+    void setHidden(bool isHidden);
+    void stepAnimation(int step);
+    void selectWhatChangesBy(bool (PCProject::*step)());
+    QPointF canvasCenter() const;
+    /// Runs an edit; what it throws is told.
+    bool attempt(const QString& message, const std::function<void()>& edit);
+};
+
+}  // namespace tweenery
