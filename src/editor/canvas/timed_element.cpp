@@ -2,6 +2,11 @@
 
 namespace tweenery {
 
+QPointF TimedElement::place() const {
+    return m_when.isSetup() ? m_element.position()
+                            : m_element.translationAtTimeInMS(m_when.timeInMS());
+}
+
 QPointF TimedElement::scale() const {
     return m_when.isSetup() ? m_element.scale() : m_element.scaleAtTimeInMS(m_when.timeInMS());
 }
@@ -16,12 +21,11 @@ double TimedElement::opacity() const {
     return static_cast<double>(m_element.opacityAtTimeInMS(m_when.timeInMS()));
 }
 
-void TimedElement::moveBy(QPointF distance) {
+void TimedElement::setPlace(QPointF place) {
     if (m_when.isSetup()) {
-        m_element.setPosition(m_element.position() + distance);
+        m_element.setPosition(place);
     } else {
-        const int32_t time = m_when.timeInMS();
-        m_element.setTranslation(m_element.translationAtTimeInMS(time) + distance, time);
+        m_element.setTranslation(place, m_when.timeInMS());
     }
 }
 

@@ -14,12 +14,14 @@ class TimedElement {
  public:
     TimedElement(PCElement& element, EditTime when) : m_element(element), m_when(when) {}
 
+    /// The position at setup, the translation at a time.
+    QPointF place() const;
     QPointF scale() const;
     double zRotation() const;
     double opacity() const;
 
-    /// The position at setup, the translation at a time.
-    void moveBy(QPointF distance);
+    void setPlace(QPointF place);
+    void moveBy(QPointF distance) { setPlace(place() + distance); }
     void setX(float x);
     void setY(float y);
     void setScale(QPointF scale);

@@ -188,8 +188,7 @@ PCEditorLocation PCEditorLayer::locationAtPosition(QPointF point, const PCLayer*
     if (!m_canvasLayer) { return PCEditorLocationNone; }
     m_canvasLayer->updateIfNeeded();
     const auto onMark = m_anchorPointLayer.fromSuperlayer(point);
-    const bool marksAnchorPoint = m_showsAnchorPoint || numberOfSelectedElements == 1;
-    if (marksAnchorPoint && onMark && m_anchorPointLayer.containsPoint(*onMark)) {
+    if (m_showsAnchorPoint && onMark && m_anchorPointLayer.containsPoint(*onMark)) {
         return PCEditorLocationAnchorPoint;
     }
     const PCBorderLayer* border = layer ? layer->borderLayer() : nullptr;
