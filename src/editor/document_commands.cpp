@@ -14,18 +14,10 @@ void PCDocumentWindowController::addCommands() {
     addElementCommands();
     addAnimationCommands();
     addViewCommands();
-    // One step of undo for each, whatever the event loop did meanwhile.
+    m_commands.setMustWait([this] { return m_interaction.isPressed(); });
     m_commands.setAround([this](const CommandAction& action, const QString& title) {
-        undoManager().endEvent();
-        if (!action.isEdit) {
-            action.perform();
-        } else {
-            stopPlaybackHere();
-            const UndoGroup group(undoManager());
-            action.perform();
-            if (undoManager().nameOfOpenStep().isEmpty()) { undoManager().setActionName(title); }
-        }
-        undoManager().endEvent();
+        if (action.isEdit) { return asOneStep(title, action.perform); }
+        action.perform();
     });
 }
 
@@ -164,6 +156,16 @@ void PCDocumentWindowController::addViewCommands() {
                                               if (box) { m_viewport.zoomToBox(*box); }
                                           },
                                           [this] { return hasSelection(); }});
+    const std::pair<QString, PCSelectionState> tools[] = {
+        {u"changeCursorStateToSelection"_s, PCSelectionStateSelect},
+        {u"changeCursorStateToDirect"_s, PCSelectionStateDirect},
+        {u"changeCursorStateToHand"_s, PCSelectionStateHand},
+    };
+    for (const auto& [name, tool] : tools) {
+        m_commands.add(name, {[this, tool = tool] { m_interaction.setTool(tool); },
+                              {},
+                              [this, tool = tool] { return m_interaction.tool() == tool; }});
+    }
     m_commands.add(
         u"showGuidelines"_s,
         {[] { PCAppPreferences::setShowsGuidelines(!PCAppPreferences::showsGuidelines()); },

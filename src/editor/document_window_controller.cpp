@@ -34,17 +34,18 @@ PCElement::Elements withoutThoseBelowAnother(const PCElement::Elements& elements
 }  // namespace
 
 PCDocumentWindowController::PCDocumentWindowController(PCProject::Ptr project,
-                                                       const DesktopPorts& ports,
-                                                       ProjectLayers::Schedule schedule)
+                                                       const DesktopPorts& ports, WindowHooks hooks)
     : m_project(std::move(project)),
       m_ports(ports),
-      m_layers(ProjectLayers::forProject(m_project, std::move(schedule))),
+      m_hooks(std::move(hooks)),
+      m_layers(ProjectLayers::forProject(m_project, m_hooks.canvasNeedsDisplay)),
       m_selection(m_project),
       m_keyframes(m_project),
       m_time(ports.clock, ports.log),
       m_playback(m_project, m_time, m_selection, m_layers),
       m_anchorPoint(m_project, m_selection, m_editor),
-      m_viewport(*m_project, m_editor, m_anchorPoint) {
+      m_viewport(*m_project, m_editor, m_anchorPoint),
+      m_interaction({*m_project, m_selection, m_editor, m_viewport, m_anchorPoint}, *this) {
     PCLayer& canvasLayer = *PCLayer::of(*m_project->canvas());
     m_editor.setCanvasLayer(canvasLayer);
     m_time.prepareToAnimateLayer(canvasLayer);
@@ -313,6 +314,35 @@ void PCDocumentWindowController::receivedDroppedImages(const QStringList& paths,
                                        std::min(index, target->children().size()));
         if (!imported.empty()) { m_selection.selectElements(imported); }
     });
+}
+
+void PCDocumentWindowController::dropImages(const QStringList& paths, QPointF canvasPoint) {
+    const PCElement::Ptr first = m_selection.firstSelectedElement();
+    PCElement* parent = first ? first->parentElement() : nullptr;
+    asOneStep(u"Import Images"_s, [&] {
+        if (parent) {
+            receivedDroppedImages(paths, canvasPoint, parent->shared_from_this(),
+                                  static_cast<size_t>(first->index()) + 1);
+        } else {
+            receivedDroppedImages(paths, canvasPoint, nullptr, SIZE_MAX);
+        }
+    });
+}
+
+void PCDocumentWindowController::dropElements(const PasteboardPort& pasteboard) {
+    asOneStep(u"Paste"_s, [&] { pasteFrom(pasteboard); });
+}
+
+// Whatever the event loop did meanwhile.
+void PCDocumentWindowController::asOneStep(const QString& name, const std::function<void()>& edit) {
+    stopPlaybackHere();
+    undoManager().endEvent();
+    {
+        const UndoGroup group(undoManager());
+        edit();
+        if (undoManager().nameOfOpenStep().isEmpty()) { undoManager().setActionName(name); }
+    }
+    undoManager().endEvent();
 }
 
 ImageImport::ImageSets PCDocumentWindowController::addImagesToProject(const QStringList& paths) {

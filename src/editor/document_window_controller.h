@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 
+#include "editor/canvas/canvas_interaction.h"
 #include "editor/canvas/canvas_viewport.h"
 #include "editor/canvas/event_anchor_point.h"
 #include "editor/command_set.h"
@@ -14,14 +15,23 @@
 
 namespace tweenery {
 
+/// What a controller asks of the window that shows it.
+struct WindowHooks {
+    /// Something on the canvas may look different.
+    std::function<void()> canvasNeedsDisplay;
+    /// The tool, and with it the cursor, is another one.
+    std::function<void()> toolDidChange;
+    CallLater callLater;
+};
+
 /// The hub of one open project: owns the managers that panes share, the layers and how the window
 /// looks at them, and performs the commands of menus, keys and panes, with their questions. Knows
 /// no widget. A window makes a new one when its project is read anew.
-class PCDocumentWindowController : public DocumentContext {
+class PCDocumentWindowController : public DocumentContext, private CanvasInteractionHost {
  public:
-    /// The project must not have a screen yet. `schedule` as for ProjectLayers.
+    /// The project must not have a screen yet.
     PCDocumentWindowController(PCProject::Ptr project, const DesktopPorts& ports,
-                               ProjectLayers::Schedule schedule);
+                               WindowHooks hooks);
     ~PCDocumentWindowController() override;
     PCDocumentWindowController(const PCDocumentWindowController&) = delete;
     PCDocumentWindowController& operator=(const PCDocumentWindowController&) = delete;
@@ -40,6 +50,7 @@ class PCDocumentWindowController : public DocumentContext {
     ProjectLayers& layers() { return *m_layers; }
     EventAnchorPoint& eventAnchorPoint() { return m_anchorPoint; }
     CanvasViewport& viewport() { return m_viewport; }
+    CanvasInteraction& interaction() { return m_interaction; }
     CommandSet& commands() { return m_commands; }
     const DesktopPorts& ports() const { return m_ports; }
     UndoManager& undoManager() { return m_project->undoManager(); }
@@ -83,6 +94,11 @@ class PCDocumentWindowController : public DocumentContext {
     ImageImport::ImageSets addImagesToProject(const QStringList& paths) override;
     void switchToSetupIfNecessary() override;
 
+    /// A drop on the canvas: in front of the element selected first, else in front of all. As one
+    /// step of undo.
+    void dropImages(const QStringList& paths, QPointF canvasPoint);
+    void dropElements(const PasteboardPort& pasteboard);
+
     /// Tells the user what went wrong; for whatever an edit throws.
     void tellFailure(const QString& message, const QString& reason);
 
@@ -91,6 +107,7 @@ class PCDocumentWindowController : public DocumentContext {
 
     PCProject::Ptr m_project;
     DesktopPorts m_ports;
+    WindowHooks m_hooks;
     ProjectLayers::Ptr m_layers;
     PCEditorLayer m_editor;
     PCElementSelectionManager m_selection;
@@ -99,12 +116,20 @@ class PCDocumentWindowController : public DocumentContext {
     Playback m_playback;
     EventAnchorPoint m_anchorPoint;
     CanvasViewport m_viewport;
+    CanvasInteraction m_interaction;
     CommandSet m_commands;
     bool m_isAdditive = false;
     bool m_skimIsShown = false;
 
     PCElement::Elements selected() const { return m_selection.selectedElements(); }
     bool hasSelection() const { return m_selection.selectedElementsCount() > 0; }
+    void endPlaybackAtTimeShown() override { stopPlaybackHere(); }
+    void canvasToolDidChange() override { m_hooks.toolDidChange(); }
+    void canvasNeedsDisplay() override { m_hooks.canvasNeedsDisplay(); }
+    void callLater(std::chrono::milliseconds delay, std::function<void()> call) override {
+        m_hooks.callLater(delay, std::move(call));
+    }
+    void asOneStep(const QString& name, const std::function<void()>& edit);
     void addCommands();
     void addFileAndEditCommands();
     void addElementCommands();

@@ -35,7 +35,9 @@ QPointF distanceOf(const QWheelEvent& event) {
 }  // namespace
 
 CanvasView::CanvasView(PCDocumentWindowController& controller, QWidget* parent)
-    : QAbstractScrollArea(parent), m_controller(controller), m_feedback(new FeedbackPlate(viewport())) {
+    : QAbstractScrollArea(parent),
+      m_controller(controller),
+      m_feedback(new FeedbackPlate(viewport())) {
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::StrongFocus);
     setAcceptDrops(true);
@@ -131,16 +133,14 @@ void CanvasView::updateScrollBars() {
     };
     set(horizontalScrollBar(), view.scrollRange().x(), view.scrollOrigin().x(),
         viewport()->width());
-    set(verticalScrollBar(), view.scrollRange().y(), view.scrollOrigin().y(),
-        viewport()->height());
+    set(verticalScrollBar(), view.scrollRange().y(), view.scrollOrigin().y(), viewport()->height());
     m_isSettingScrollBars = false;
 }
 
 void CanvasView::scrollContentsBy(int, int) {
     if (m_isSettingScrollBars) { return; }
-    m_controller.viewport().scrollTo(
-        {static_cast<double>(horizontalScrollBar()->value()),
-         static_cast<double>(verticalScrollBar()->value())});
+    m_controller.viewport().scrollTo({static_cast<double>(horizontalScrollBar()->value()),
+                                      static_cast<double>(verticalScrollBar()->value())});
 }
 
 void CanvasView::wheelEvent(QWheelEvent* event) {
@@ -232,10 +232,9 @@ void CanvasView::hideEvent(QHideEvent* event) {
 
 void CanvasView::contextMenuEvent(QContextMenuEvent* event) {
     const bool isByPointer = event->reason() == QContextMenuEvent::Mouse;
-    if (isByPointer &&
-        !m_controller.interaction().pressForContextMenu(
-            {QPointF(event->pos()), QPointF(event->globalPos()), event->modifiers(),
-             Qt::RightButton})) {
+    if (isByPointer && !m_controller.interaction().pressForContextMenu(
+                           {QPointF(event->pos()), QPointF(event->globalPos()), event->modifiers(),
+                            Qt::RightButton})) {
         return;
     }
     const QPoint middle = viewport()->mapToGlobal(viewport()->rect().center());

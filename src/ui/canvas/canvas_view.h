@@ -12,8 +12,7 @@ class FeedbackPlate;
 
 /// The pane of the canvas: draws the editor's layers at the resolution of the screen and forwards
 /// what pointer, wheel and touchpad do. Paints only what has changed.
-class CanvasView : public QAbstractScrollArea,
-                   private PCProjectTimeManagerPlaybackStateListener {
+class CanvasView : public QAbstractScrollArea, private PCProjectTimeManagerPlaybackStateListener {
     Q_OBJECT
 
  public:
