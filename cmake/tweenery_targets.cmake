@@ -59,11 +59,11 @@ function(tweenery_room room)
     tweenery_precompile(${target} precompiled)
 endfunction()
 
-# A room that links Qt Widgets.
+# A room that links Qt Widgets. All have the same libraries, since they share one precompiled header.
 function(tweenery_widget_room room)
     tweenery_add_room(${room} ${ARGN})
     tweenery_room_target(target ${room})
-    target_link_libraries(${target} PUBLIC Qt6::Widgets)
+    target_link_libraries(${target} PUBLIC Qt6::Widgets Qt6::Svg Qt6::DBus Qt6::Network)
     set_target_properties(${target} PROPERTIES AUTOMOC ON)
     tweenery_precompile(${target} precompiled_widgets)
 endfunction()

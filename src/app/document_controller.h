@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QObject>
+#include <deque>
+#include <functional>
+#include <vector>
+
+#include "app/project_panel.h"
+#include "editor/documents/open_document.h"
+#include "ui/window/document_window.h"
+
+namespace tweenery {
+
+class PreferencesWindow;
+
+/// The open projects and their windows: makes, opens, saves and closes them, with what has to be
+/// asked, and performs the commands that are the program's.
+class PCDocumentController : public QObject, private DocumentWindowOwner {
+ public:
+    /// None is owned.
+    PCDocumentController(DocumentServices& services, const DesktopPorts& ports,
+                         ProjectPanelPort& panel);
+    ~PCDocumentController() override;
+
+    const std::vector<DocumentWindow*>& windows() const { return m_windows; }
+    DocumentWindow& newDocument();
+    /// Each opens in a window, or brings its own to the front. Those that do not are told; the
+    /// others open all the same.
+    void open(const QStringList& paths);
+    /// Work that other processes left behind comes back, each with a notice.
+    void openRecovered();
+    /// The window last used comes to the front; without one a new project opens.
+    void raise();
+    /// Closes all windows, with one question for all that would lose something.
+    void quit();
+
+ private:
+    DocumentServices& m_services;
+    DesktopPorts m_ports;
+    ProjectPanelPort& m_panel;
+    std::vector<DocumentWindow*> m_windows;  // the one last used at the end
+    PreferencesWindow* m_preferences = nullptr;
+
+    using Windows = std::vector<DocumentWindow*>;
+
+    DocumentWindow& show(std::unique_ptr<OpenDocument> document);
+    void openOne(const QString& path);
+    std::unique_ptr<OpenDocument> openInMode(const QString& path);
+    DocumentWindow* windowOf(const QString& path) const;
+    QString freeUntitledName() const;
+
+    void saveAs(DocumentWindow& window, const std::function<void()>& then);
+    void saveCopy(DocumentWindow& window);
+    void revert(DocumentWindow& window);
+    void tell(const QString& message, const OpenDocument::Outcome& outcome);
+    void close(const Windows& windows);
+    void closeNext(std::deque<DocumentWindow*> windows, bool discards);
+    void showPreferences();
+    void showNextWindow(DocumentWindow& window);
+
+    void addCommands(CommandSet& commands, DocumentWindow& window) override;
+    void windowWantsToClose(DocumentWindow& window) override { close({&window}); }
+    void fillRecentDocuments(QMenu& menu) override;
+    void askForPlace(DocumentWindow& window) override { saveAs(window, {}); }
+    bool eventFilter(QObject* watched, QEvent* event) override;
+};
+
+}  // namespace tweenery

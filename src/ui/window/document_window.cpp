@@ -1,0 +1,425 @@
+#include "ui/window/document_window.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QMenu>
+#include <QScreen>
+#include <QWindow>
+
+#include "editor/canvas/canvas_picture.h"
+#include "editor/canvas/keyboard_edits.h"
+#include "ui/canvas/canvas_view.h"
+#include "ui/navigators/navigator.h"
+#include "ui/widgets/sizes.h"
+#include "ui/window/canvas_area.h"
+#include "ui/window/inspector_pane.h"
+#include "ui/window/main_menu.h"
+#include "ui/window/split_view.h"
+#include "ui/window/timeline_pane.h"
+#include "ui/window/toolbar.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+namespace {
+
+constexpr QSize kLeastSize(800, 400);
+/// A held key that repeats its release too is pressed again within this.
+constexpr std::chrono::milliseconds kKeyRepeat(50);
+constexpr int kLeastOpenTimeline = 100;  // points, where it never was open
+
+const QStringList& contextCommands() {
+    static const QStringList names{u"duplicateElements"_s, u"duplicateElementsInPlace"_s,
+                                   u"delete"_s, u"groupElements"_s, u"ungroupElements"_s};
+    return names;
+}
+
+QRect available(const QWidget& window) {
+    const QScreen* screen = window.screen();
+    return screen ? screen->availableGeometry() : QRect(QPoint(), kLeastSize);
+}
+
+}  // namespace
+
+DocumentWindow::DocumentWindow(std::unique_ptr<OpenDocument> document, const DesktopPorts& ports,
+                               DocumentWindowOwner& owner)
+    : m_ports(ports), m_owner(owner), m_document(std::move(document)) {
+    setMinimumSize(kLeastSize);
+    setContextMenuPolicy(Qt::NoContextMenu);
+    m_updateTimer.setSingleShot(true);
+    connect(&m_updateTimer, &QTimer::timeout, this, &DocumentWindow::update);
+    m_spaceTimer.setSingleShot(true);
+    m_spaceTimer.setInterval(kKeyRepeat);
+    connect(&m_spaceTimer, &QTimer::timeout, this, [this] {
+        m_controller->interaction().setSpaceIsDown(false);
+        m_canvas->updateCursor();
+    });
+    build();
+    m_documentSubscription = m_document->addObserver(this);
+}
+
+DocumentWindow::~DocumentWindow() {
+    m_documentSubscription.end();
+    tearDown();
+}
+
+// Parts.
+
+void DocumentWindow::build() {
+    m_controller = std::make_unique<PCDocumentWindowController>(m_document->project(), m_ports,
+                                                                hooks());
+    followScreen();
+    buildPanes();
+    addWindowCommands();
+    m_menu = new MainMenu(*this, m_controller->commands());
+    connect(m_menu, &MainMenu::willPerform, this, &DocumentWindow::endTextEdit);
+    auto* recent = new QMenu(u"Open Recent"_s, this);
+    connect(recent, &QMenu::aboutToShow, this, [this, recent] {
+        recent->clear();
+        m_owner.fillRecentDocuments(*recent);
+    });
+    m_menu->setSubmenu(u"openRecent"_s, recent);
+    m_toolbar = new Toolbar([this](const QString& name) { return m_menu->action(name); }, this);
+    addToolBar(m_toolbar);
+    listen();
+    updateTitle();
+}
+
+void DocumentWindow::tearDown() {
+    m_updateTimer.stop();
+    m_spaceTimer.stop();
+    m_subscriptions.clear();
+    delete std::exchange(m_toolbar, nullptr);
+    delete std::exchange(m_menu, nullptr);
+    delete takeCentralWidget();
+    m_controller.reset();
+}
+
+WindowHooks DocumentWindow::hooks() {
+    return {[this] {
+                if (m_canvas) { m_canvas->scheduleFrame(); }
+            },
+            [this] {
+                if (m_canvas) { m_canvas->updateCursor(); }
+                updateLater();
+            },
+            [this](std::chrono::milliseconds delay, std::function<void()> call) {
+                QTimer::singleShot(delay, this, std::move(call));
+            }};
+}
+
+void DocumentWindow::buildPanes() {
+    m_split = new SplitView(this);
+    m_canvas = new CanvasView(*m_controller);
+    m_area = new CanvasArea(*m_canvas, *m_document);
+    m_navigator = new Navigator(*m_controller);
+    m_timeline = new TimelinePane(*m_controller);
+    m_split->setLeftPane(m_navigator);
+    m_split->setRightPane(new InspectorPane(*m_controller));
+    m_split->setBottomPane(m_timeline);
+    m_split->setMainPane(m_area);
+    m_split->setCollapseHandler([this] { updatePanes(); });
+    m_split->setSizesHandler([this] { storePaneSizes(); });
+    setCentralWidget(m_split);
+    connect(m_canvas, &CanvasView::contextMenuRequested, this, &DocumentWindow::showContextMenu);
+    connect(m_canvas, &CanvasView::viewportChanged, this, &DocumentWindow::viewportDidChange);
+}
+
+void DocumentWindow::listen() {
+    PCProject& project = *m_controller->project();
+    const auto keep = [this](Subscription subscription) {
+        m_subscriptions.push_back(std::move(subscription));
+    };
+    m_subscriptions.clear();
+    keep(m_controller->selectionManager().addSelectionListener(this));
+    keep(project.animationsManager().addChangeListener(this));
+    keep(m_controller->timeManager().addPlaybackStateListener(this));
+    keep(project.undoManager().addChangeHandler([this] { updateLater(); }));
+}
+
+void DocumentWindow::documentWasReplaced() {
+    tearDown();
+    build();
+    restorePanes();
+    m_controller->viewport().showAsStored();
+}
+
+// Commands.
+
+void DocumentWindow::addWindowCommands() {
+    CommandSet& commands = m_controller->commands();
+    commands.add(u"close"_s, {[this] { close(); }});
+    commands.add(u"renameElement"_s,
+                 {[this] { m_navigator->elementsView().renameTopSelectedRow(); },
+                  [this] { return m_controller->selectionManager().selectedElementsCount() == 1; }});
+    AnimationsView& animations = m_navigator->animationsView();
+    commands.add(u"addAnimation"_s, {[&animations] { animations.addAnimation(); }});
+    commands.add(u"renameAnimation"_s,
+                 {[&animations] { animations.startRenaming(animations.currentIndex()); },
+                  [this] { return !m_controller->project()->isSetupMode(); }});
+    commands.add(u"customizeToolbar"_s, {[this] { m_toolbar->customize(); }});
+    commands.add(u"minimize"_s, {[this] { showMinimized(); }});
+    commands.add(u"toggleFullScreen"_s, {[this] { setWindowState(windowState() ^ Qt::WindowFullScreen); },
+                                         {},
+                                         [this] { return isFullScreen(); }});
+    addPaneCommands(commands);
+    m_owner.addCommands(commands, *this);
+}
+
+void DocumentWindow::addPaneCommands(CommandSet& commands) {
+    const auto titled = [](const QString& pane, bool isShown) {
+        return (isShown ? u"Hide %1 Pane"_s : u"Show %1 Pane"_s).arg(pane);
+    };
+    commands.add(u"toggleLeftPane"_s,
+                 {[this] {
+                      const bool shows = !m_split->leftPaneVisible();
+                      m_split->setLeftPaneVisible(shows);
+                      if (shows) { m_split->setLeftPaneWidth(sizes::paneWidth); }
+                  },
+                  {}, {}, [this, titled] { return titled(u"Left"_s, m_split->leftPaneVisible()); }});
+    commands.add(u"toggleRightPane"_s,
+                 {[this] { m_split->setRightPaneVisible(!m_split->rightPaneVisible()); },
+                  {}, {}, [this, titled] { return titled(u"Right"_s, m_split->rightPaneVisible()); }});
+    commands.add(u"toggleBottomPane"_s,
+                 {[this] { toggleBottomPane(); },
+                  [this] { return !m_controller->project()->isSetupMode(); },
+                  {},
+                  [this, titled] { return titled(u"Bottom"_s, !isBottomPaneCollapsed()); }});
+}
+
+bool DocumentWindow::isBottomPaneCollapsed() const {
+    return m_controller->project()->isSetupMode() ||
+           m_split->bottomPaneHeight() == sizes::collapsedTimeline;
+}
+
+void DocumentWindow::toggleBottomPane() {
+    if (m_lastBottomHeight <= sizes::collapsedTimeline) { m_lastBottomHeight = kLeastOpenTimeline; }
+    if (isBottomPaneCollapsed()) {
+        m_split->setBottomPaneHeight(m_lastBottomHeight);
+    } else {
+        m_lastBottomHeight = static_cast<float>(m_split->bottomPaneHeight());
+        m_split->setBottomPaneHeight(sizes::collapsedTimeline);
+    }
+    updatePanes();
+}
+
+void DocumentWindow::endTextEdit() {
+    if (auto* field = qobject_cast<QLineEdit*>(focusWidget())) { field->clearFocus(); }
+    m_navigator->endEditing();
+}
+
+void DocumentWindow::showContextMenu(QPoint position) {
+    execContextMenu(*m_menu, this, contextCommands(), position);
+}
+
+// Keys that no pane took.
+
+void DocumentWindow::keyPressEvent(QKeyEvent* event) {
+    CanvasInteraction& interaction = m_controller->interaction();
+    switch (event->key()) {
+        case Qt::Key_Escape:
+            interaction.cancel();
+            return;
+        case Qt::Key_Space:
+            m_spaceTimer.stop();
+            interaction.setSpaceIsDown(true);
+            m_canvas->updateCursor();
+            return;
+        case Qt::Key_Control:
+        case Qt::Key_Shift:
+        case Qt::Key_Alt:
+            interaction.modifiersChanged(QGuiApplication::queryKeyboardModifiers());
+            m_canvas->updateCursor();
+            return;
+        default:
+            break;
+    }
+    if (m_menu->performPlainKey(*event) || handleDigit(*event)) { return; }
+    QMainWindow::keyPressEvent(event);
+}
+
+void DocumentWindow::keyReleaseEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Space) {
+        m_spaceTimer.start();
+    } else if (event->key() == Qt::Key_Control || event->key() == Qt::Key_Shift ||
+               event->key() == Qt::Key_Alt) {
+        m_controller->interaction().modifiersChanged(QGuiApplication::queryKeyboardModifiers());
+        m_canvas->updateCursor();
+    }
+    QMainWindow::keyReleaseEvent(event);
+}
+
+bool DocumentWindow::handleDigit(const QKeyEvent& event) {
+    if (event.modifiers() & ~Qt::KeypadModifier) { return false; }
+    const auto opacity = opacityForDigitKey(event.nativeScanCode(), event.text());
+    if (!opacity) { return false; }
+    m_controller->setOpacityOfSelection(*opacity);
+    return true;
+}
+
+// What shows.
+
+void DocumentWindow::updateLater() {
+    if (!m_updateTimer.isActive()) { m_updateTimer.start(0); }
+}
+
+void DocumentWindow::update() {
+    if (m_controller->interaction().isPressed()) { return; }
+    m_menu->update();
+    m_toolbar->update();
+}
+
+void DocumentWindow::updateTitle() {
+    QString title = m_document->windowTitle();
+    if (m_titleTellsZoom) {
+        const int percent = static_cast<int>(m_controller->viewport().magnificationFactor() * 100);
+        title += u" @ %1% view"_s.arg(percent);
+    }
+    setWindowTitle(title);
+    setWindowModified(m_document->isEdited());
+}
+
+void DocumentWindow::viewportDidChange() {
+    const double magnification = m_controller->viewport().magnificationFactor();
+    if (magnification == m_shownMagnification) { return; }
+    m_titleTellsZoom = m_isRestored && m_shownMagnification > 0;
+    m_shownMagnification = magnification;
+    updateTitle();
+}
+
+void DocumentWindow::documentStateDidChange() {
+    updateTitle();
+    updateLater();
+}
+
+void DocumentWindow::tellStatus(const QString& text) {
+    m_area->tellStatus(text);
+}
+
+void DocumentWindow::animationManagerDidSelectAnimation(PCAnimationsManager&,
+                                                        const PCAnimation::Ptr& animation) {
+    m_split->setBottomPaneVisible(animation != nullptr);
+    updateLater();
+}
+
+// Sizes and places, which the project remembers.
+
+void DocumentWindow::documentWillBeStored() {
+    PCProject& project = *m_controller->project();
+    const auto picture = std::make_shared<CanvasPicture>(m_controller->editorLayer(),
+                                                         m_controller->viewport().containerSize());
+    project.setPreviewImageMadeLater([picture] { return picture->paint(); });
+    if (!m_controller->isPlayingBack()) {
+        project.preferences().setTimelinePlayheadPosition(
+            m_controller->timeManager().playheadPositionInMS());
+    }
+}
+
+void DocumentWindow::showAsRemembered() {
+    PCProjectPreferences& preferences = m_controller->project()->preferences();
+    const QRect screen = available(*this);
+    resize(preferences.windowSize().toSize().expandedTo(kLeastSize).boundedTo(screen.size()));
+    const QRect remembered(preferences.windowPosition().toPoint(), size());
+    const bool isReachable = QGuiApplication::screenAt(remembered.center()) != nullptr;
+    move(!preferences.newProject() && isReachable
+             ? remembered.topLeft()
+             : QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, size(), screen).topLeft());
+    restorePanes();
+    show();
+    m_controller->viewport().showAsStored();
+    m_shownMagnification = m_controller->viewport().magnificationFactor();
+    m_isRestored = true;
+    preferences.setNewProject(false);
+    m_canvas->setFocus();
+}
+
+void DocumentWindow::restorePanes() {
+    const PCProjectPreferences& preferences = m_controller->project()->preferences();
+    if (!preferences.newProject()) {
+        m_split->setLeftPaneWidth(preferences.navigatorPaneWidth());
+        m_split->setBottomPaneHeight(preferences.timelinePaneHeight());
+        m_split->setLeftPaneVisible(preferences.navigatorPaneVisible());
+        m_split->setRightPaneVisible(preferences.utilitiesPaneVisible());
+    }
+    m_split->setBottomPaneVisible(false);
+    m_controller->restoreLastProjectState();
+    updatePanes();
+}
+
+void DocumentWindow::updatePanes() {
+    m_toolbar->setLeftPaneItemActive(!m_split->leftPaneVisible());
+    m_toolbar->setRightPaneItemActive(!m_split->rightPaneVisible());
+    m_toolbar->setBottomPaneItemActive(isBottomPaneCollapsed());
+    m_toolbar->setBottomPaneEnabled(!m_controller->project()->isSetupMode());
+    if (!m_isRestored) { return; }
+    PCProjectPreferences& preferences = m_controller->project()->preferences();
+    preferences.setNavigatorPaneVisible(m_split->leftPaneVisible());
+    preferences.setUtilitiesPaneVisible(m_split->rightPaneVisible());
+    updateLater();
+}
+
+void DocumentWindow::storePaneSizes() {
+    PCProjectPreferences& preferences = m_controller->project()->preferences();
+    preferences.setNavigatorPaneWidth(static_cast<float>(m_split->leftPaneWidth()));
+    preferences.setTimelinePaneHeight(static_cast<float>(m_split->bottomPaneHeight()));
+}
+
+void DocumentWindow::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    if (m_isRestored && !isMaximized() && !isFullScreen()) {
+        m_controller->project()->preferences().setWindowSize(size());
+    }
+}
+
+void DocumentWindow::moveEvent(QMoveEvent* event) {
+    QMainWindow::moveEvent(event);
+    if (m_isRestored && !isMaximized() && !isFullScreen()) {
+        m_controller->project()->preferences().setWindowPosition(pos());
+    }
+}
+
+void DocumentWindow::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (windowHandle()) {
+        connect(windowHandle(), &QWindow::screenChanged, this, &DocumentWindow::followScreen,
+                Qt::UniqueConnection);
+    }
+}
+
+// Screens of several scales: artwork and layers are made for the one where the window is.
+void DocumentWindow::followScreen() {
+    PCProject& project = *m_controller->project();
+    if (project.backingScale() == devicePixelRatioF()) { return; }
+    project.setBackingScale(devicePixelRatioF());
+    m_controller->viewport().frameChanged();
+    if (m_canvas) { m_canvas->scheduleFrame(); }
+}
+
+void DocumentWindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() != QEvent::ActivationChange || !m_controller) { return; }
+    if (isActiveWindow()) {
+        m_document->checkDisk();
+    } else {
+        m_controller->interaction().focusLost();
+    }
+}
+
+// The end.
+
+void DocumentWindow::closeEvent(QCloseEvent* event) {
+    if (m_isLeaving) { return event->accept(); }
+    event->ignore();
+    endTextEdit();
+    m_controller->interaction().lost();
+    m_owner.windowWantsToClose(*this);
+}
+
+void DocumentWindow::leave() {
+    m_isLeaving = true;
+    close();
+    deleteLater();
+}
+
+}  // namespace tweenery
