@@ -20,13 +20,13 @@ TEST(DocumentCommands, EditAsOneStep) {
         const char* afterUndo = nullptr;  // what is selected; none: what was
     };
     const std::vector<Case> cases = {
-        {{u"A"_s, u"D"_s}, "groupElements", "G{B C} group{A D}", "group", "A D"},
+        {{u"A"_s, u"D"_s}, "groupElements", "G{B C} Untitled{A D}", "Untitled", "A D"},
         {{u"G"_s}, "ungroupElements", "A B C D", "B C", "G"},
         {{u"G"_s}, "delete", "A D", "", "G"},
-        {{u"B"_s, u"D"_s}, "delete", "A G{C}", "", "B D"},
-        {{u"A"_s}, "duplicateElements", "A A_1 G{B C} D", "A 1", ""},
-        {{u"A"_s}, "duplicateElementsInPlace", "A A_1 G{B C} D", "A 1", ""},
-        {{u"A"_s}, "moveElementsForward", "G{A B C} D", "A", "A"},
+        {{u"B"_s, u"D"_s}, "delete", "A G{C}", "", "D B"},
+        {{u"A"_s}, "duplicateElements", "A A_2 G{B C} D", "A 2", ""},
+        {{u"A"_s}, "duplicateElementsInPlace", "A A_2 G{B C} D", "A 2", ""},
+        {{u"A"_s}, "moveElementsForward", "G{B C} A D", "A", "A"},
         {{u"A"_s}, "moveElementsToFront", "G{B C} D A", "A", "A"},
         {{u"D"_s}, "moveElementsToBack", "D A G{B C}", "D", "D"},
         {{u"A"_s}, "toggleHidden", "A G{B C} D", "A", "A"},
