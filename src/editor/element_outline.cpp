@@ -35,6 +35,19 @@ double level(float place, size_t count) {
 
 }  // namespace
 
+PCElement::Elements inListOrder(const PCProject& project, const PCElement::Elements& elements) {
+    if (elements.size() < 2) { return elements; }
+    std::unordered_set<const PCElement*> left;
+    for (const PCElement::Ptr& element : elements) {
+        left.insert(element.get());
+    }
+    PCElement::Elements ordered;
+    for (const PCElement::Ptr& element : project.heirarchyWithRoot(*project.canvas())) {
+        if (left.contains(element.get())) { ordered.push_back(element); }
+    }
+    return ordered;
+}
+
 ElementOutline::ElementOutline(DocumentContext& document)
     : m_document(document),
       m_selectionSubscription(document.selectionManager().addSelectionListener(this)) {}

@@ -18,6 +18,9 @@ struct RowTint {
     std::optional<double> unselected;
 };
 
+/// Elements of the project as they stand in the list from the top, each once.
+PCElement::Elements inListOrder(const PCProject& project, const PCElement::Elements& elements);
+
 /// What the list of elements decides about selection, names, eyes and locks, without the list. Rows
 /// stand front first, each above its own children. Main thread only.
 class ElementOutline : private PCElementSelectionManagerListener {
