@@ -31,6 +31,8 @@ constexpr BoolSetting includesImagesSetting = {u"generatedCodeIncludesImages", t
 constexpr BoolSetting clipsToBoundsSetting = {u"generatedCodeClipsToBounds", false};
 constexpr BoolSetting cleansImageDirectorySetting = {u"generatedCodeCleansImageDirectory", false};
 constexpr BoolSetting takesParametersSetting = {u"generatedCodeTakesParameters", false};
+constexpr BoolSetting increasesContrastSetting = {u"increasesContrast", false};
+constexpr BoolSetting reducesMotionSetting = {u"reducesMotion", false};
 
 constexpr BoolSetting boolSettings[] = {
     tweenOnSetting,
@@ -47,10 +49,14 @@ constexpr BoolSetting boolSettings[] = {
     cleansImageDirectorySetting,
     takesParametersSetting,
     changeOtherAnimationsAlertSetting,
+    increasesContrastSetting,
+    reducesMotionSetting,
 };
 
 const QString linkFXFactorKey = u"linkfxfactor"_s;
 const QString lastWindowSizeKey = u"lastWindowSize"_s;
+const QString themeKey = u"appearance"_s;
+const QStringList themeNames = {u"system"_s, u"light"_s, u"dark"_s};  // by PCAppTheme
 constexpr float fixedLinkFXFactor = 1;
 constexpr QSizeF defaultWindowSize(1000, 600);
 
@@ -81,6 +87,7 @@ void PCAppPreferences::registerDefaults() {
     }
     defaults.registerDefault(linkFXFactorKey, fixedLinkFXFactor);
     defaults.registerDefault(lastWindowSizeKey, textFromSize(defaultWindowSize));
+    defaults.registerDefault(themeKey, themeNames.first());
 }
 
 float PCAppPreferences::linkFXFactor() {
@@ -132,6 +139,31 @@ bool PCAppPreferences::showsOnboardWindowAtLaunch() {
 
 void PCAppPreferences::setShowsOnnboardWindowAtLaunch(bool shows) {
     write(onboardWindowSetting, shows);
+}
+
+PCAppTheme PCAppPreferences::theme() {
+    const QString name = UserDefaults::standard().value(themeKey).toString();
+    return static_cast<PCAppTheme>(std::max<qsizetype>(0, themeNames.indexOf(name)));
+}
+
+void PCAppPreferences::setTheme(PCAppTheme theme) {
+    write(themeKey, themeNames[static_cast<int>(theme)]);
+}
+
+bool PCAppPreferences::increasesContrast() {
+    return read(increasesContrastSetting);
+}
+
+void PCAppPreferences::setIncreasesContrast(bool increases) {
+    write(increasesContrastSetting, increases);
+}
+
+bool PCAppPreferences::reducesMotion() {
+    return read(reducesMotionSetting);
+}
+
+void PCAppPreferences::setReducesMotion(bool reduces) {
+    write(reducesMotionSetting, reduces);
 }
 
 bool PCAppPreferences::showsRetinaArtworkAlert() {

@@ -4,6 +4,9 @@
 
 namespace tweenery {
 
+/// Light or dark windows.
+enum class PCAppTheme { AsTheSystem, Light, Dark };
+
 /// The choices that belong to the user, kept in UserDefaults::standard(). Among them are the last
 /// used export options, from which a new project starts. Every setter writes to the disk at once,
 /// unless it says otherwise.
@@ -27,6 +30,14 @@ class PCAppPreferences {
     static void setShowsTimelineSkimbar(bool shows);
     static bool showsOnboardWindowAtLaunch();
     static void setShowsOnnboardWindowAtLaunch(bool shows);
+
+    // How windows look; each adds to what the desktop asks for.
+    static PCAppTheme theme();
+    static void setTheme(PCAppTheme theme);
+    static bool increasesContrast();
+    static void setIncreasesContrast(bool increases);
+    static bool reducesMotion();
+    static void setReducesMotion(bool reduces);
 
     // Alerts that the user may have silenced.
     static bool showsRetinaArtworkAlert();
