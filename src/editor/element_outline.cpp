@@ -84,7 +84,7 @@ ElementOutline::Elements ElementOutline::selectedRows() const {
     return rows;
 }
 
-RowTint ElementOutline::tintOf(const PCElement& element) {
+RowTint ElementOutline::tintOf(const PCElement& element) const {
     if (!m_document.additiveModeIsOn()) { return {}; }
     const PCElementSelectionManager& selection = m_document.selectionManager();
     const size_t count = selection.selectedElementsCount();
@@ -98,7 +98,7 @@ RowTint ElementOutline::tintOf(const PCElement& element) {
     return {0, level(fromTheFront, children)};
 }
 
-size_t ElementOutline::placeInSelection(const PCElement& element) {
+size_t ElementOutline::placeInSelection(const PCElement& element) const {
     if (std::exchange(m_orderIsStale, false)) {
         m_order.clear();
         size_t place = 0;

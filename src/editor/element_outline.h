@@ -39,7 +39,7 @@ class ElementOutline : private PCElementSelectionManagerListener {
     /// Those that show as selected, in the order of selection.
     Elements selectedRows() const;
     /// In additive mode each further element has a lighter row; of one group the children do.
-    RowTint tintOf(const PCElement& element);
+    RowTint tintOf(const PCElement& element) const;
 
     /// The name, or one made of it that is free; blank names and equal ones change nothing. One
     /// undo step.
@@ -49,11 +49,11 @@ class ElementOutline : private PCElementSelectionManagerListener {
 
  private:
     DocumentContext& m_document;
-    QHash<const PCElement*, size_t> m_order;  // of selection
-    bool m_orderIsStale = true;
+    mutable QHash<const PCElement*, size_t> m_order;  // of selection
+    mutable bool m_orderIsStale = true;
     Subscription m_selectionSubscription;
 
-    size_t placeInSelection(const PCElement& element);
+    size_t placeInSelection(const PCElement& element) const;
     void elementSelectionManagerDidSelectElement(PCElementSelectionManager&,
                                                  const PCElement::Ptr&) override;
     void elementSelectionManagerDidDeselectElement(PCElementSelectionManager&,

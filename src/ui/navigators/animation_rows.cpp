@@ -6,6 +6,7 @@
 #include "ui/navigators/animations_view.h"
 #include "ui/navigators/row_painting.h"
 #include "ui/widgets/appearance.h"
+#include "ui/widgets/focus_ring.h"
 #include "ui/widgets/fonts.h"
 #include "ui/widgets/sizes.h"
 
@@ -94,7 +95,8 @@ void AnimationRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& 
         paintAnimationRow(*painter, option.rect, index.data().toString(), isSelected,
                           option.state & QStyle::State_MouseOver);
     }
-    if (m_view.showsFocus() && m_view.currentIndex() == index) {
+    const bool hasKeyboard = m_view.hasFocus() && FocusRing::keyboardIsInUse();
+    if (hasKeyboard && m_view.currentIndex() == index) {
         rows::paintFocusRing(*painter, option.rect, isSelected);
     }
     painter->restore();

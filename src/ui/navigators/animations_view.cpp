@@ -6,7 +6,6 @@
 #include <QScopedValueRollback>
 #include <algorithm>
 
-#include "base/errors.h"
 #include "ui/navigators/animation_rows.h"
 #include "ui/navigators/name_editing.h"
 #include "ui/widgets/appearance.h"
@@ -135,7 +134,6 @@ bool AnimationsView::event(QEvent* event) {
 
 // A menu is about the row under the pointer, which stays as it is.
 void AnimationsView::mousePressEvent(QMouseEvent* event) {
-    m_showsFocus = false;
     if (event->button() == Qt::LeftButton) { QListView::mousePressEvent(event); }
 }
 
@@ -151,7 +149,6 @@ void AnimationsView::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_End:
         case Qt::Key_PageUp:
         case Qt::Key_PageDown:
-            m_showsFocus = true;
             QListView::keyPressEvent(event);
             return;
         case Qt::Key_F2:
@@ -172,13 +169,6 @@ void AnimationsView::contextMenuEvent(QContextMenuEvent* event) {
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->popup(isByMouse ? event->globalPos()
                           : viewport()->mapToGlobal(visualRect(index).bottomLeft()));
-}
-
-void AnimationsView::focusInEvent(QFocusEvent* event) {
-    const auto reason = event->reason();
-    m_showsFocus = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
-                   reason == Qt::ShortcutFocusReason;
-    QListView::focusInEvent(event);
 }
 
 }  // namespace tweenery

@@ -29,8 +29,6 @@ class AnimationsView : public QListView {
     void endEditing();
     /// For a row.
     std::unique_ptr<QMenu> makeContextMenu(const QModelIndex& index);
-    /// Whether the row with the keyboard shows it.
-    bool showsFocus() const { return m_showsFocus && hasFocus(); }
 
  protected:
     bool event(QEvent* event) override;
@@ -38,7 +36,6 @@ class AnimationsView : public QListView {
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
     void selectionChanged(const QItemSelection& selected,
                           const QItemSelection& deselected) override;
 
@@ -46,7 +43,6 @@ class AnimationsView : public QListView {
     DocumentContext& m_document;
     AnimationsModel m_model;
     bool m_isSyncing = false;  // what happens to the rows is not the user's doing
-    bool m_showsFocus = false;
 
     void takeColors();
     void showSelection();

@@ -14,6 +14,7 @@
 #include "ui/navigators/name_editing.h"
 #include "ui/navigators/row_painting.h"
 #include "ui/widgets/appearance.h"
+#include "ui/widgets/focus_ring.h"
 #include "ui/widgets/sizes.h"
 
 using namespace Qt::StringLiterals;
@@ -23,9 +24,9 @@ namespace {
 
 constexpr int kIndent = 16;        // of each level
 constexpr int kChevronCentre = 8;  // from where the level begins
-constexpr int kPictureCentre = 28;
-constexpr int kNameLeft = 44;
-constexpr int kNameRight = 10;  // from the row's right
+constexpr int kElementPictureCentre = 28;
+constexpr int kElementNameLeft = 44;
+constexpr int kElementNameRight = 10;  // from the row's right
 constexpr int kChevron = 16;
 constexpr double kLockDotRadius = 4;
 
@@ -51,7 +52,7 @@ ElementsView::ElementsView(DocumentContext& document, QWidget* parent)
     setAccessibleName(u"Elements"_s);
     setModel(&m_model);
     setItemDelegate(new ElementDelegate(
-        [this](const QModelIndex& index) { return indentOf(depthOf(index)) + kNameLeft; }, this));
+        [this](const QModelIndex& index) { return indentOf(depthOf(index)) + kElementNameLeft; }, this));
     setFrameShape(QFrame::NoFrame);
     setSelectionMode(ExtendedSelection);
     setSelectionBehavior(SelectRows);
@@ -168,22 +169,34 @@ PCElement::Elements ElementsView::elementsOfSelection() const {
     return inListOrder(*m_document.project(), elements);
 }
 
+// Neighbours in one range.
+QItemSelection ElementsView::rangesOf(const PCElement::Elements& elements) const {
+    QItemSelection ranges;
+    QModelIndex first;
+    QModelIndex last;
+    const auto endRange = [&] {
+        if (first.isValid()) { ranges.append({first, last}); }
+    };
+    for (const PCElement::Ptr& element : elements) {
+        const QModelIndex index = m_model.indexOf(*element);
+        const bool goesOn = first.isValid() && last.parent() == index.parent() &&
+                            last.row() + 1 == index.row();
+        if (!goesOn) {
+            endRange();
+            first = index;
+        }
+        last = index.siblingAtColumn(ElementsModel::Name);
+    }
+    endRange();
+    return ranges;
+}
+
 void ElementsView::showSelection() {
     PCElement::Elements shown = elementsOfSelection();
     std::erase_if(shown, [](const PCElement::Ptr& element) { return element->locked(); });
     const PCElement::Elements wanted = inListOrder(*m_document.project(), m_outline.selectedRows());
     if (shown == wanted) { return; }
-    QItemSelection selection;
-    for (const PCElement::Ptr& element : wanted) {
-        const QModelIndex index = m_model.indexOf(*element);
-        if (!index.isValid()) { continue; }
-        const bool goesOn = !selection.isEmpty() && selection.last().parent() == index.parent() &&
-                            selection.last().bottom() + 1 == index.row();
-        const QModelIndex first = goesOn ? selection.last().topLeft() : index;
-        if (goesOn) { selection.removeLast(); }
-        selection.append({first, index.siblingAtColumn(ElementsModel::Name)});
-    }
-    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    selectionModel()->select(rangesOf(wanted), QItemSelectionModel::ClearAndSelect);
     const bool isCurrentSelected = selectionModel()->isRowSelected(currentIndex().row(),
                                                                    currentIndex().parent());
     if (wanted.empty() || isCurrentSelected) { return; }
@@ -267,15 +280,15 @@ void ElementsView::paintRow(QPainter& painter, const QRect& row, const QModelInd
         rows::paintPicture(painter, at(left + kChevronCentre), kChevron,
                            isExpanded(index) ? u"chev_down"_s : u"chev_right"_s, tools);
     }
-    rows::paintPicture(painter, at(left + kPictureCentre), sizes::rowPicture,
+    rows::paintPicture(painter, at(left + kElementPictureCentre), sizes::rowPicture,
                        element->isGroup() ? u"folder"_s : u"image"_s, look);
     QRect name = face.toRect();
-    name.setLeft(left + kNameLeft);
-    name.setRight(row.right() - kNameRight);
+    name.setLeft(left + kElementNameLeft);
+    name.setRight(row.right() - kElementNameRight);
     rows::paintName(painter, name, element->name(), look);
     const bool isCurrent = currentIndex().row() == index.row() &&
                            currentIndex().parent() == index.parent();
-    if (m_showsFocus && hasFocus() && isCurrent) {
+    if (hasFocus() && FocusRing::keyboardIsInUse() && isCurrent) {
         rows::paintFocusRing(painter, row, isSelected);
     }
 }
@@ -327,8 +340,8 @@ void ElementsView::hover(const QModelIndex& index) {
 bool ElementsView::showToolTip(const QHelpEvent& event) {
     const QModelIndex index = indexAt(event.pos());
     if (!index.isValid() || index.column() != ElementsModel::Name) { return false; }
-    const int left = indentOf(depthOf(index)) + kNameLeft;
-    const int width = viewport()->width() - kNameRight - left + 1;
+    const int left = indentOf(depthOf(index)) + kElementNameLeft;
+    const int width = viewport()->width() - kElementNameRight - left + 1;
     const QString name = m_model.element(index)->name();
     if (!rows::isCut(name, width, devicePixelRatioF())) { return false; }
     QToolTip::showText(event.globalPos(), name, viewport(), rowRect(index));
@@ -337,7 +350,6 @@ bool ElementsView::showToolTip(const QHelpEvent& event) {
 
 void ElementsView::mousePressEvent(QMouseEvent* event) {
     m_model.refresh();
-    m_showsFocus = false;
     if (pressCell(*event)) { return; }
     QTreeView::mousePressEvent(event);
 }
@@ -378,7 +390,7 @@ void ElementsView::dragOverEyes(int y) {
     for (QModelIndex row = m_lastEye; row.isValid();
          row = isDownward ? indexBelow(row) : indexAbove(row)) {
         m_eyeDrag->reach(*m_model.element(row));
-        if (row.siblingAtColumn(0) == index.siblingAtColumn(0)) { break; }
+        if (row == index) { break; }
     }
     m_lastEye = index;
 }
@@ -427,7 +439,6 @@ void ElementsView::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_End:
         case Qt::Key_PageUp:
         case Qt::Key_PageDown:
-            m_showsFocus = true;
             QTreeView::keyPressEvent(event);
             viewport()->update();
             return;
@@ -437,14 +448,6 @@ void ElementsView::keyPressEvent(QKeyEvent* event) {
         default:
             event->ignore();  // all other keys are the window's
     }
-}
-
-void ElementsView::focusInEvent(QFocusEvent* event) {
-    const auto reason = event->reason();
-    m_showsFocus = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
-                   reason == Qt::ShortcutFocusReason;
-    QTreeView::focusInEvent(event);
-    viewport()->update();
 }
 
 void ElementsView::focusOutEvent(QFocusEvent* event) {

@@ -41,7 +41,6 @@ class ElementsView : public QTreeView, private PCElementSelectionManagerListener
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void startDrag(Qt::DropActions actions) override;
@@ -72,7 +71,6 @@ class ElementsView : public QTreeView, private PCElementSelectionManagerListener
     PCElement::Elements m_toReveal;
     std::vector<QPersistentModelIndex> m_toExpand;
     QPersistentModelIndex m_hovered;
-    bool m_showsFocus = false;  // the keyboard was used
     std::unique_ptr<EyeDrag> m_eyeDrag;
     QPersistentModelIndex m_lastEye;
     PCElement::Elements m_dragged;
@@ -89,6 +87,7 @@ class ElementsView : public QTreeView, private PCElementSelectionManagerListener
     void revealSelected();
     void showSelection();
     PCElement::Elements elementsOfSelection() const;
+    QItemSelection rangesOf(const PCElement::Elements& elements) const;
 
     int depthOf(const QModelIndex& index) const;
     int indentOf(int depth) const;

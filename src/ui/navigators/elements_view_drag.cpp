@@ -88,10 +88,10 @@ OutlineDrag ElementsView::dragOf(const QDropEvent& event) const {
     } else if (source && source->window() == window()) {
         drag.source = OutlineDrag::Source::ThisWindow;
     }
-    const QMimeData& data = *event.mimeData();
-    drag.hasElements = data.hasFormat(PCElement::pasteboardType());
-    drag.hasFiles = data.hasUrls();
-    drag.hasPictures = drag.hasFiles && hasPictures(filesOf(data.urls()));
+    const QMimeData& mime = *event.mimeData();
+    drag.hasElements = mime.hasFormat(PCElement::pasteboardType());
+    drag.hasFiles = mime.hasUrls();
+    drag.hasPictures = drag.hasFiles && hasPictures(filesOf(mime.urls()));
     return drag;
 }
 
@@ -175,18 +175,18 @@ void ElementsView::dropEvent(QDropEvent* event) {
     // Rows that are moved are moved here: whoever dragged them has nothing to take away.
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    const QMimeData& data = *event->mimeData();
+    const QMimeData& mime = *event->mimeData();
     // What may ask the user something waits until the drag's source is free again.
     if (action == Qt::MoveAction) {
         moveToGap(m_document, m_dragged, mark.gap);
-    } else if (data.hasUrls()) {
-        QTimer::singleShot(0, this, [this, paths = filesOf(data.urls()), gap = mark.gap] {
+    } else if (mime.hasUrls()) {
+        QTimer::singleShot(0, this, [this, paths = filesOf(mime.urls()), gap = mark.gap] {
             importToGap(m_document, paths, gap);
         });
     } else {
         const auto received = std::make_shared<QMimeData>();
         for (const QString& type : pasteboardTypes()) {
-            received->setData(type, data.data(type));
+            received->setData(type, mime.data(type));
         }
         QTimer::singleShot(0, this, [this, received] {
             m_document.pasteFrom(ReceivedPasteboard(*received));

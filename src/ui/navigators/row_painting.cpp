@@ -4,6 +4,7 @@
 #include <QPainter>
 
 #include "ui/widgets/appearance.h"
+#include "ui/widgets/device_pixels.h"
 #include "ui/widgets/fonts.h"
 #include "ui/widgets/icons.h"
 #include "ui/widgets/sizes.h"
@@ -39,8 +40,8 @@ QRect withoutLowerEdge(const QRect& row) {
 
 void paintFill(QPainter& painter, const QRect& row, const QColor& fill, bool isHovered) {
     const WorkbenchColors& colors = Appearance::current().workbench();
-    painter.fillRect(row, colors.rowLowerEdge);
-    painter.fillRect(withoutLowerEdge(row),
+    painter.fillRect(alignedToDevice(painter, row), colors.rowLowerEdge);
+    painter.fillRect(alignedToDevice(painter, withoutLowerEdge(row)),
                      isHovered ? blended(colors.rowHover, fill) : fill);
 }
 
