@@ -1,0 +1,174 @@
+#include "ui/navigators/animations_view.h"
+
+#include <QKeyEvent>
+#include <QMenu>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <algorithm>
+
+#include "ui/navigators/animation_rows.h"
+#include "ui/navigators/name_editing.h"
+#include "ui/widgets/appearance.h"
+#include "ui/widgets/sizes.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tweenery {
+
+AnimationsView::AnimationsView(DocumentContext& document, QWidget* parent)
+    : QListView(parent), m_document(document), m_model(document) {
+    setAccessibleName(u"Animations"_s);
+    setModel(&m_model);
+    setItemDelegate(new AnimationRowDelegate(*this));
+    setFrameShape(QFrame::NoFrame);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setResizeMode(Adjust);
+    viewport()->setAttribute(Qt::WA_Hover);
+    takeColors();
+    connect(&Appearance::current(), &Appearance::changed, this, &AnimationsView::takeColors);
+    connect(&m_model, &AnimationsModel::selectionChanged, this, &AnimationsView::showSelection);
+    connect(&m_model, &QAbstractItemModel::rowsInserted, this, &AnimationsView::showSelection);
+    connect(&m_model, &QAbstractItemModel::rowsRemoved, this, &AnimationsView::showSelection);
+    showSelection();
+}
+
+void AnimationsView::takeColors() {
+    QPalette colors = palette();
+    colors.setColor(QPalette::Base, Appearance::current().frame().surround);
+    setPalette(colors);
+    viewport()->update();
+}
+
+void AnimationsView::showSelection() {
+    const QScopedValueRollback syncing(m_isSyncing, true);
+    const auto selected = m_document.project()->animationsManager().selectedAnimation();
+    const QModelIndex index = m_model.indexOf(selected);
+    if (!index.isValid()) { return; }  // its row is still to come
+    setAutoScroll(false);              // the list stays where it was scrolled
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+    setAutoScroll(true);
+}
+
+void AnimationsView::selectionChanged(const QItemSelection& selected,
+                                      const QItemSelection& deselected) {
+    QListView::selectionChanged(selected, deselected);
+    viewport()->update();
+    if (m_isSyncing) { return; }
+    if (!selected.isEmpty()) {
+        m_document.selectAnimation(m_model.animation(selected.indexes().first()));
+    }
+    showSelection();  // also where nothing is selected, or the animation could not be read
+}
+
+// Commands.
+
+void AnimationsView::endEditing() {
+    if (auto* editor = viewport()->findChild<NameEditor*>()) {
+        commitData(editor);
+        closeEditor(editor, QAbstractItemDelegate::NoHint);
+    }
+}
+
+void AnimationsView::addAnimation() {
+    endEditing();
+    const auto animation = m_document.project()->animationsManager().addNewEmptyAnimation();
+    m_document.selectAnimation(animation);
+    const QModelIndex index = m_model.indexOf(animation);
+    scrollTo(index, PositionAtCenter);
+    startRenaming(index);
+}
+
+void AnimationsView::startRenaming(const QModelIndex& index) {
+    if (m_model.animation(index)) { edit(index); }
+}
+
+void AnimationsView::deleteAnimation(const QModelIndex& index) {
+    endEditing();
+    if (const auto animation = m_model.animation(index)) {
+        m_document.project()->animationsManager().deleteAnimation(animation);
+    }
+}
+
+void AnimationsView::duplicateAnimation(const QModelIndex& index) {
+    endEditing();
+    if (const auto animation = m_model.animation(index)) {
+        m_document.project()->animationsManager().duplicateAnimation(animation);
+    }
+}
+
+std::unique_ptr<QMenu> AnimationsView::makeContextMenu(const QModelIndex& index) {
+    using Command = void (AnimationsView::*)(const QModelIndex&);
+    auto menu = std::make_unique<QMenu>(u"Contextual Menu"_s, this);
+    const auto add = [&](const QString& title, const QKeySequence& shortcut, Command command) {
+        QAction* action = menu->addAction(
+            title, this, [this, command, row = QPersistentModelIndex(index)] {
+                (this->*command)(row);
+            });
+        action->setShortcut(shortcut);
+        action->setEnabled(m_model.animation(index) != nullptr);
+    };
+    add(u"Delete"_s, Qt::Key_Delete, &AnimationsView::deleteAnimation);
+    add(u"Rename"_s, Qt::Key_F2, &AnimationsView::startRenaming);
+    add(u"Duplicate"_s, {}, &AnimationsView::duplicateAnimation);
+    return menu;
+}
+
+// Input.
+
+// The keys that mean the list's own rows, while it has the keyboard.
+bool AnimationsView::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        const bool isOwn = (key->key() == Qt::Key_Delete || key->key() == Qt::Key_F2) &&
+                           key->modifiers() == Qt::NoModifier;
+        if (isOwn) {
+            event->accept();
+            return true;
+        }
+    }
+    return QListView::event(event);
+}
+
+// A menu is about the row under the pointer, which stays as it is.
+void AnimationsView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) { QListView::mousePressEvent(event); }
+}
+
+void AnimationsView::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) { startRenaming(indexAt(event->position().toPoint())); }
+}
+
+void AnimationsView::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+        case Qt::Key_Home:
+        case Qt::Key_End:
+        case Qt::Key_PageUp:
+        case Qt::Key_PageDown:
+            QListView::keyPressEvent(event);
+            return;
+        case Qt::Key_F2:
+            startRenaming(currentIndex());
+            return;
+        case Qt::Key_Delete:
+            deleteAnimation(currentIndex());
+            return;
+        default:
+            event->ignore();  // all other keys are the window's
+    }
+}
+
+void AnimationsView::contextMenuEvent(QContextMenuEvent* event) {
+    const bool isByMouse = event->reason() == QContextMenuEvent::Mouse;
+    const QModelIndex index = isByMouse ? indexAt(event->pos()) : currentIndex();
+    QMenu* menu = makeContextMenu(index).release();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(isByMouse ? event->globalPos()
+                          : viewport()->mapToGlobal(visualRect(index).bottomLeft()));
+}
+
+}  // namespace tweenery

@@ -1,0 +1,74 @@
+#include "ui/navigators/row_painting.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+#include "ui/widgets/appearance.h"
+#include "ui/widgets/device_pixels.h"
+#include "ui/widgets/fonts.h"
+#include "ui/widgets/icons.h"
+#include "ui/widgets/sizes.h"
+
+namespace tweenery::rows {
+namespace {
+
+QFont nameFont(bool isSelected, double devicePixelRatio) {
+    const Appearance& appearance = Appearance::current();
+    const bool isLight = isSelected && !appearance.increasesContrast();
+    return isLight ? lightFont(sizes::rowTextSize)
+                   : rowFont(devicePixelRatio, appearance.increasesContrast());
+}
+
+QColor inkOf(Look look, const QColor& ink) {
+    const WorkbenchColors& colors = Appearance::current().workbench();
+    if (look.isSelected) { return colors.onSelected; }
+    return look.isLocked ? colors.lockedInk : ink;
+}
+
+}  // namespace
+
+QColor lightened(const QColor& color, double level) {
+    const auto mixed = [level](float part) {
+        return part + (1 - part) * static_cast<float>(level);
+    };
+    return QColor::fromRgbF(mixed(color.redF()), mixed(color.greenF()), mixed(color.blueF()));
+}
+
+QRect withoutLowerEdge(const QRect& row) {
+    return row.adjusted(0, 0, 0, -sizes::rowLowerEdge);
+}
+
+void paintFill(QPainter& painter, const QRect& row, const QColor& fill, bool isHovered) {
+    const WorkbenchColors& colors = Appearance::current().workbench();
+    painter.fillRect(alignedToDevice(painter, row), colors.rowLowerEdge);
+    painter.fillRect(alignedToDevice(painter, withoutLowerEdge(row)),
+                     isHovered ? blended(colors.rowHover, fill) : fill);
+}
+
+void paintName(QPainter& painter, const QRect& rect, const QString& name, Look look) {
+    const QFont font = nameFont(look.isSelected, painter.device()->devicePixelRatioF());
+    painter.setFont(font);
+    painter.setPen(inkOf(look, Appearance::current().workbench().rowInk));
+    const QString text = QFontMetrics(font).elidedText(name, Qt::ElideRight, rect.width());
+    painter.drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
+}
+
+bool isCut(const QString& name, int width, double devicePixelRatio) {
+    return QFontMetrics(nameFont(false, devicePixelRatio)).horizontalAdvance(name) > width;
+}
+
+void paintPicture(QPainter& painter, QPointF centre, int size, const QString& icon, Look look) {
+    const QRectF rect(centre.x() - size / 2.0, centre.y() - size / 2.0, size, size);
+    paintIcon(painter, rect, icon, inkOf(look, Appearance::current().workbench().rowIcon));
+}
+
+void paintFocusRing(QPainter& painter, const QRect& row, bool isSelected) {
+    const WorkbenchColors& colors = Appearance::current().workbench();
+    const double half = sizes::focusRing / 2.0;
+    painter.setPen(QPen(isSelected ? colors.onSelected : colors.accent, sizes::focusRing,
+                        Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(QRectF(withoutLowerEdge(row)).adjusted(half, half, -half, -half));
+}
+
+}  // namespace tweenery::rows
