@@ -24,19 +24,24 @@ constexpr int kPicture = 24;
 
 constexpr int kPlateInset = 8;
 constexpr double kPlateRadius = 5;
-constexpr int kShadow = 3;  // as far as it reaches
 constexpr QSizeF kIcon(22, 14);
 constexpr double kIconRadius = 2;
 constexpr double kIconGap = 10;
 
-// A blurred shadow of `shape`: thin layers of black that add up.
+// Black, blurred by a radius of 3: rings that add up, the widest first.
 void paintShadow(QPainter& painter, const QRectF& shape) {
+    struct Ring {
+        double reach;
+        double opacity;
+    };
+    constexpr Ring kRings[] = {{3, 0.02},   {2.5, 0.03}, {2, 0.05},
+                               {1.5, 0.08}, {1, 0.12},   {0.5, 0.16}};
     painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(0, 0, 0, 60));
-    for (int reach = 1; reach <= kShadow; ++reach) {
-        const double grown = reach * 0.6;
-        painter.drawRoundedRect(shape.adjusted(-grown, -grown, grown, grown), kPlateRadius + grown,
-                                kPlateRadius + grown);
+    for (const Ring& ring : kRings) {
+        painter.setBrush(QColor::fromRgbF(0, 0, 0, static_cast<float>(ring.opacity)));
+        const double reach = ring.reach;
+        painter.drawRoundedRect(shape.adjusted(-reach, -reach, reach, reach), kPlateRadius + reach,
+                                kPlateRadius + reach);
     }
 }
 

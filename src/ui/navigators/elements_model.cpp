@@ -323,6 +323,13 @@ bool ElementsModel::setData(const QModelIndex& index, const QVariant& value, int
     return true;
 }
 
+// The header is hidden, but not for whoever reads the screen.
+QVariant ElementsModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    static const QStringList kTitles{u"Visible"_s, u"Locked"_s, u"Name"_s};
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole) { return {}; }
+    return kTitles.value(section);
+}
+
 Qt::ItemFlags ElementsModel::flags(const QModelIndex& index) const {
     if (!index.isValid()) { return Qt::ItemIsDropEnabled; }
     Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled;

@@ -40,6 +40,7 @@ class ElementsModel : public QAbstractItemModel {
     int columnCount(const QModelIndex& = {}) const override { return ColumnCount; }
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
  Q_SIGNALS:
