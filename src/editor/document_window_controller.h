@@ -51,7 +51,7 @@ class PCDocumentWindowController : public DocumentContext, private CanvasInterac
     EventAnchorPoint& eventAnchorPoint() { return m_anchorPoint; }
     CanvasViewport& viewport() { return m_viewport; }
     CanvasInteraction& interaction() { return m_interaction; }
-    CommandSet& commands() { return m_commands; }
+    CommandSet& commands() override { return m_commands; }
     const DesktopPorts& ports() const { return m_ports; }
     UndoManager& undoManager() { return m_project->undoManager(); }
 

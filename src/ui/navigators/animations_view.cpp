@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "ui/navigators/animation_rows.h"
+#include "ui/navigators/list_keys.h"
 #include "ui/navigators/name_editing.h"
 #include "ui/widgets/appearance.h"
 #include "ui/widgets/sizes.h"
@@ -118,18 +119,9 @@ std::unique_ptr<QMenu> AnimationsView::makeContextMenu(const QModelIndex& index)
 
 // Input.
 
-// The keys that mean the list's own rows, while it has the keyboard.
 bool AnimationsView::event(QEvent* event) {
-    if (event->type() == QEvent::ShortcutOverride) {
-        const auto* key = static_cast<QKeyEvent*>(event);
-        const bool isOwn = (key->key() == Qt::Key_Delete || key->key() == Qt::Key_F2) &&
-                           key->modifiers() == Qt::NoModifier;
-        if (isOwn) {
-            event->accept();
-            return true;
-        }
-    }
-    return QListView::event(event);
+    return keepsListKey(*event, {Qt::Key_F2, Qt::Key_Delete, Qt::Key_Backspace}) ||
+           QListView::event(event);
 }
 
 // A menu is about the row under the pointer, which stays as it is.
@@ -142,23 +134,16 @@ void AnimationsView::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void AnimationsView::keyPressEvent(QKeyEvent* event) {
-    switch (event->key()) {
-        case Qt::Key_Up:
-        case Qt::Key_Down:
-        case Qt::Key_Home:
-        case Qt::Key_End:
-        case Qt::Key_PageUp:
-        case Qt::Key_PageDown:
-            QListView::keyPressEvent(event);
-            return;
-        case Qt::Key_F2:
-            startRenaming(currentIndex());
-            return;
-        case Qt::Key_Delete:
-            deleteAnimation(currentIndex());
-            return;
-        default:
-            event->ignore();  // all other keys are the window's
+    const bool isPlain = event->modifiers() == Qt::NoModifier;
+    if (isListKey(*event)) {
+        QListView::keyPressEvent(event);
+    } else if (isPlain && event->key() == Qt::Key_F2) {
+        startRenaming(currentIndex());
+    } else if (isPlain &&
+               (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace)) {
+        deleteAnimation(currentIndex());
+    } else {
+        event->ignore();  // all other keys are the window's
     }
 }
 

@@ -8,9 +8,10 @@
 #include <QScrollBar>
 #include <QToolTip>
 #include <algorithm>
-#include <array>
 #include <unordered_set>
 
+#include "editor/commands.h"
+#include "ui/navigators/list_keys.h"
 #include "ui/navigators/name_editing.h"
 #include "ui/navigators/row_painting.h"
 #include "ui/widgets/appearance.h"
@@ -422,6 +423,10 @@ void ElementsView::mouseDoubleClickEvent(QMouseEvent* event) {
 
 // The keyboard.
 
+bool ElementsView::event(QEvent* event) {
+    return keepsListKey(*event) || QTreeView::event(event);
+}
+
 void ElementsView::keyPressEvent(QKeyEvent* event) {
     m_model.refresh();
     if (m_eyeDrag) {
@@ -430,23 +435,11 @@ void ElementsView::keyPressEvent(QKeyEvent* event) {
         endPress();
         return;
     }
-    switch (event->key()) {
-        case Qt::Key_Up:
-        case Qt::Key_Down:
-        case Qt::Key_Left:
-        case Qt::Key_Right:
-        case Qt::Key_Home:
-        case Qt::Key_End:
-        case Qt::Key_PageUp:
-        case Qt::Key_PageDown:
-            QTreeView::keyPressEvent(event);
-            viewport()->update();
-            return;
-        case Qt::Key_F2:
-            renameTopSelectedRow();
-            return;
-        default:
-            event->ignore();  // all other keys are the window's
+    if (isListKey(*event)) {
+        QTreeView::keyPressEvent(event);
+        viewport()->update();
+    } else {
+        event->ignore();  // all other keys are the window's
     }
 }
 
@@ -490,31 +483,16 @@ void ElementsView::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 std::unique_ptr<QMenu> ElementsView::makeContextMenu() {
-    struct Command {
-        QString title;
-        QKeySequence shortcut;  // shown; the window's menu bar has it
-        bool isEnabled;
-        std::function<void()> run;
-    };
-    const PCElement::Elements selected = m_document.selectionManager().selectedElements();
-    const bool any = !selected.empty();
-    const bool areGroups = any && m_document.project()->elementsAreAllGroups(selected);
-    DocumentContext& document = m_document;
-    const std::array<Command, 6> commands{{
-        {u"Duplicate"_s, Qt::CTRL | Qt::Key_D, any, [&] { document.duplicateElements(); }},
-        {u"Duplicate In Place"_s, Qt::CTRL | Qt::SHIFT | Qt::Key_D, any,
-         [&] { document.duplicateElementsInPlace(); }},
-        {u"Delete"_s, Qt::Key_Delete, any, [&] { document.deleteElements(); }},
-        {u"Group"_s, Qt::CTRL | Qt::Key_G, any, [&] { document.groupElements(); }},
-        {u"Ungroup"_s, Qt::CTRL | Qt::SHIFT | Qt::Key_G, areGroups,
-         [&] { document.ungroupElements(); }},
-        {u"Rename"_s, Qt::Key_F2, selected.size() == 1, [this] { renameTopSelectedRow(); }},
-    }};
+    CommandSet& commands = m_document.commands();
     auto menu = std::make_unique<QMenu>(u"Contextual Menu"_s, this);
-    for (const Command& command : commands) {
-        QAction* action = menu->addAction(command.title, this, command.run);
-        action->setShortcut(command.shortcut);
-        action->setEnabled(command.isEnabled);
+    for (const QString& name : {u"duplicateElements"_s, u"duplicateElementsInPlace"_s, u"delete"_s,
+                                u"groupElements"_s, u"ungroupElements"_s, u"renameElement"_s}) {
+        const Command& command = *commandNamed(name);
+        QAction* action = menu->addAction(command.title, this,
+                                          [&commands, name] { commands.perform(name); });
+        // Only shown: the window's menu bar has the shortcut itself.
+        action->setShortcut(QKeySequence(command.shortcuts.section(u"; "_s, 0, 0)));
+        action->setEnabled(commands.isEnabled(name));
     }
     return menu;
 }

@@ -34,6 +34,7 @@ class ElementsView : public QTreeView, private PCElementSelectionManagerListener
                  const QModelIndex& index) const override;
     void drawBranches(QPainter*, const QRect&, const QModelIndex&) const override {}
     void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
     bool viewportEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;

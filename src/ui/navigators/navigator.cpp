@@ -22,25 +22,37 @@ Navigator::Navigator(DocumentContext& document, QWidget* parent)
       m_animationsHeader(this),
       m_animations(document, this),
       m_share(kShareOfElements) {
-    setUpHeaders(document);
+    addCommands(document);
+    setUpHeaders(document.commands());
 }
 
-void Navigator::setUpHeaders(DocumentContext& document) {
+void Navigator::addCommands(DocumentContext& document) {
+    CommandSet& commands = document.commands();
+    const PCElementSelectionManager& selection = document.selectionManager();
+    commands.add(u"renameElement"_s, {[this] { m_elements.renameTopSelectedRow(); },
+                                      [&selection] {
+                                          return selection.selectedElementsCount() == 1;
+                                      }});
+    commands.add(u"renameAnimation"_s,
+                 {[this] { m_animations.startRenaming(m_animations.currentIndex()); },
+                  [&document] { return !document.project()->isSetupMode(); }});
+    commands.add(u"addAnimation"_s, {[this] { m_animations.addAnimation(); }});
+}
+
+void Navigator::setUpHeaders(CommandSet& commands) {
     m_elementsHeader.setTitle(u"Elements"_s);
     m_elementsHeader.setTitleImage(u"element_icon"_s);
     m_elementsHeader.setAction(u"Add Element"_s);
     m_elementsHeader.setHeaderActionTooltip(u"Add Element"_s);
-    connect(&m_elementsHeader, &HeaderView::actionClicked, this, [this, &document] {
-        endEditing();
-        document.importImages();
-    });
+    connect(&m_elementsHeader, &HeaderView::actionClicked, this,
+            [&commands] { commands.perform(u"importImages"_s); });
 
     m_animationsHeader.setTitle(u"Animations"_s);
     m_animationsHeader.setTitleImage(u"animation_guy"_s);
     m_animationsHeader.setAction(u"Add Animation"_s);
     m_animationsHeader.setHeaderActionTooltip(u"Add Animation"_s);
-    connect(&m_animationsHeader, &HeaderView::actionClicked, &m_animations,
-            &AnimationsView::addAnimation);
+    connect(&m_animationsHeader, &HeaderView::actionClicked, this,
+            [&commands] { commands.perform(u"addAnimation"_s); });
 
     HeaderView* strip = &m_animationsHeader;
     const auto showResizeCursor = [strip] { strip->setCursor(Qt::SizeVerCursor); };

@@ -9,7 +9,8 @@
 namespace tweenery {
 
 /// The left pane of a window: the list of elements above the list of animations, each below its
-/// title. The title of the animations is also the handle that divides the two.
+/// title. The title of the animations is also the handle that divides the two. It adds the commands
+/// to rename, and to add an animation, to those of the document.
 class Navigator : public QWidget {
     Q_OBJECT
 
@@ -38,7 +39,8 @@ class Navigator : public QWidget {
     int m_divider = 0;
     double m_share = 0;  // of the upper part in the whole height
 
-    void setUpHeaders(DocumentContext& document);
+    void setUpHeaders(CommandSet& commands);
+    void addCommands(DocumentContext& document);
     void layOut();
 };
 
