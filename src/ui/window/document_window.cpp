@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QScreen>
 #include <QWindow>
+#include <algorithm>
 
 #include "editor/canvas/canvas_picture.h"
 #include "editor/canvas/keyboard_edits.h"
@@ -35,6 +36,15 @@ const QStringList& contextCommands() {
     return names;
 }
 
+QWidget* firstFocusable(const QWidget& pane) {
+    for (QWidget* child : pane.findChildren<QWidget*>()) {
+        if (child->focusPolicy() != Qt::NoFocus && child->isVisible() && child->isEnabled()) {
+            return child;
+        }
+    }
+    return nullptr;
+}
+
 QRect available(const QWidget& window) {
     const QScreen* screen = window.screen();
     return screen ? screen->availableGeometry() : QRect(QPoint(), kLeastSize);
@@ -48,7 +58,7 @@ DocumentWindow::DocumentWindow(std::unique_ptr<OpenDocument> document, const Des
     setMinimumSize(kLeastSize);
     setContextMenuPolicy(Qt::NoContextMenu);
     m_updateTimer.setSingleShot(true);
-    connect(&m_updateTimer, &QTimer::timeout, this, &DocumentWindow::update);
+    connect(&m_updateTimer, &QTimer::timeout, this, &DocumentWindow::updateCommands);
     m_spaceTimer.setSingleShot(true);
     m_spaceTimer.setInterval(kKeyRepeat);
     connect(&m_spaceTimer, &QTimer::timeout, this, [this] {
@@ -67,8 +77,8 @@ DocumentWindow::~DocumentWindow() {
 // Parts.
 
 void DocumentWindow::build() {
-    m_controller = std::make_unique<PCDocumentWindowController>(m_document->project(), m_ports,
-                                                                hooks());
+    m_controller =
+        std::make_unique<PCDocumentWindowController>(m_document->project(), m_ports, hooks());
     followScreen();
     buildPanes();
     addWindowCommands();
@@ -92,6 +102,7 @@ void DocumentWindow::tearDown() {
     m_subscriptions.clear();
     delete std::exchange(m_toolbar, nullptr);
     delete std::exchange(m_menu, nullptr);
+    m_canvas = nullptr;
     delete takeCentralWidget();
     m_controller.reset();
 }
@@ -115,8 +126,9 @@ void DocumentWindow::buildPanes() {
     m_area = new CanvasArea(*m_canvas, *m_document);
     m_navigator = new Navigator(*m_controller);
     m_timeline = new TimelinePane(*m_controller);
+    m_inspector = new InspectorPane(*m_controller);
     m_split->setLeftPane(m_navigator);
-    m_split->setRightPane(new InspectorPane(*m_controller));
+    m_split->setRightPane(m_inspector);
     m_split->setBottomPane(m_timeline);
     m_split->setMainPane(m_area);
     m_split->setCollapseHandler([this] { updatePanes(); });
@@ -150,9 +162,10 @@ void DocumentWindow::documentWasReplaced() {
 void DocumentWindow::addWindowCommands() {
     CommandSet& commands = m_controller->commands();
     commands.add(u"close"_s, {[this] { close(); }});
-    commands.add(u"renameElement"_s,
-                 {[this] { m_navigator->elementsView().renameTopSelectedRow(); },
-                  [this] { return m_controller->selectionManager().selectedElementsCount() == 1; }});
+    commands.add(
+        u"renameElement"_s,
+        {[this] { m_navigator->elementsView().renameTopSelectedRow(); },
+         [this] { return m_controller->selectionManager().selectedElementsCount() == 1; }});
     AnimationsView& animations = m_navigator->animationsView();
     commands.add(u"addAnimation"_s, {[&animations] { animations.addAnimation(); }});
     commands.add(u"renameAnimation"_s,
@@ -160,9 +173,12 @@ void DocumentWindow::addWindowCommands() {
                   [this] { return !m_controller->project()->isSetupMode(); }});
     commands.add(u"customizeToolbar"_s, {[this] { m_toolbar->customize(); }});
     commands.add(u"minimize"_s, {[this] { showMinimized(); }});
-    commands.add(u"toggleFullScreen"_s, {[this] { setWindowState(windowState() ^ Qt::WindowFullScreen); },
-                                         {},
-                                         [this] { return isFullScreen(); }});
+    commands.add(u"toggleFullScreen"_s,
+                 {[this] { setWindowState(windowState() ^ Qt::WindowFullScreen); },
+                  {},
+                  [this] { return isFullScreen(); }});
+    commands.add(u"nextPane"_s, {[this] { focusPane(1); }});
+    commands.add(u"previousPane"_s, {[this] { focusPane(-1); }});
     addPaneCommands(commands);
     m_owner.addCommands(commands, *this);
 }
@@ -177,10 +193,14 @@ void DocumentWindow::addPaneCommands(CommandSet& commands) {
                       m_split->setLeftPaneVisible(shows);
                       if (shows) { m_split->setLeftPaneWidth(sizes::paneWidth); }
                   },
-                  {}, {}, [this, titled] { return titled(u"Left"_s, m_split->leftPaneVisible()); }});
+                  {},
+                  {},
+                  [this, titled] { return titled(u"Left"_s, m_split->leftPaneVisible()); }});
     commands.add(u"toggleRightPane"_s,
                  {[this] { m_split->setRightPaneVisible(!m_split->rightPaneVisible()); },
-                  {}, {}, [this, titled] { return titled(u"Right"_s, m_split->rightPaneVisible()); }});
+                  {},
+                  {},
+                  [this, titled] { return titled(u"Right"_s, m_split->rightPaneVisible()); }});
     commands.add(u"toggleBottomPane"_s,
                  {[this] { toggleBottomPane(); },
                   [this] { return !m_controller->project()->isSetupMode(); },
@@ -202,6 +222,28 @@ void DocumentWindow::toggleBottomPane() {
         m_split->setBottomPaneHeight(sizes::collapsedTimeline);
     }
     updatePanes();
+}
+
+// Round the panes that show, from the one that has the keyboard.
+void DocumentWindow::focusPane(int step) {
+    const std::vector<QWidget*> panes{m_toolbar,
+                                      &m_navigator->elementsView(),
+                                      &m_navigator->animationsView(),
+                                      m_canvas,
+                                      m_timeline,
+                                      m_inspector};
+    const auto count = static_cast<int>(panes.size());
+    const auto hasFocus = [this](const QWidget* pane) {
+        return focusWidget() && (pane == focusWidget() || pane->isAncestorOf(focusWidget()));
+    };
+    const auto present =
+        static_cast<int>(std::find_if(panes.begin(), panes.end(), hasFocus) - panes.begin());
+    for (int i = 1; i <= count; ++i) {
+        QWidget* pane = panes[static_cast<size_t>(((present + i * step) % count + count) % count)];
+        QWidget* target = pane->focusPolicy() != Qt::NoFocus ? pane : firstFocusable(*pane);
+        if (!pane->isVisible() || !target) { continue; }
+        return target->setFocus(Qt::TabFocusReason);
+    }
 }
 
 void DocumentWindow::endTextEdit() {
@@ -264,10 +306,9 @@ void DocumentWindow::updateLater() {
     if (!m_updateTimer.isActive()) { m_updateTimer.start(0); }
 }
 
-void DocumentWindow::update() {
+void DocumentWindow::updateCommands() {
     if (m_controller->interaction().isPressed()) { return; }
     m_menu->update();
-    m_toolbar->update();
 }
 
 void DocumentWindow::updateTitle() {

@@ -12,6 +12,7 @@ namespace tweenery {
 class CanvasArea;
 class CanvasView;
 class DocumentWindow;
+class InspectorPane;
 class MainMenu;
 class Navigator;
 class SplitView;
@@ -79,6 +80,7 @@ class DocumentWindow : public QMainWindow,
     Toolbar* m_toolbar = nullptr;
     Navigator* m_navigator = nullptr;
     TimelinePane* m_timeline = nullptr;
+    InspectorPane* m_inspector = nullptr;
     MainMenu* m_menu = nullptr;
     QTimer m_updateTimer;
     QTimer m_spaceTimer;  // a held Space repeats its release
@@ -99,7 +101,8 @@ class DocumentWindow : public QMainWindow,
     void listen();
     void restorePanes();
     void updateLater();
-    void update();
+    void updateCommands();
+    void focusPane(int step);
     void updateTitle();
     void updatePanes();
     void storePaneSizes();
@@ -123,8 +126,7 @@ class DocumentWindow : public QMainWindow,
                                                    const PCElement::Ptr&) override {
         updateLater();
     }
-    void animationManagerDidSelectAnimation(PCAnimationsManager&,
-                                            const PCAnimation::Ptr&) override;
+    void animationManagerDidSelectAnimation(PCAnimationsManager&, const PCAnimation::Ptr&) override;
     void timeManagerDidChangePlaybackState(PCProjectTimeManager&) override { updateLater(); }
 };
 
