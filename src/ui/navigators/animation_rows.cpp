@@ -1,7 +1,9 @@
 #include "ui/navigators/animation_rows.h"
 
 #include <QFontMetricsF>
+#include <QHelpEvent>
 #include <QPainter>
+#include <QToolTip>
 
 #include "ui/navigators/animations_view.h"
 #include "ui/navigators/row_painting.h"
@@ -100,6 +102,18 @@ void AnimationRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& 
         rows::paintFocusRing(*painter, option.rect, isSelected);
     }
     painter->restore();
+}
+
+bool AnimationRowDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
+                                     const QStyleOptionViewItem& option,
+                                     const QModelIndex& index) {
+    const QString name = index.data().toString();
+    const int width = option.rect.width() - kNameLeft - kNameRight;
+    const bool isCut = index.isValid() && index.row() != AnimationsModel::kSetupRow &&
+                       rows::isCut(name, width, view->devicePixelRatioF());
+    if (!isCut) { return NameDelegate::helpEvent(event, view, option, index); }
+    QToolTip::showText(event->globalPos(), name, view->viewport(), option.rect);
+    return true;
 }
 
 }  // namespace tweenery

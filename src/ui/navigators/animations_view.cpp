@@ -9,6 +9,7 @@
 #include "ui/navigators/animation_rows.h"
 #include "ui/navigators/list_keys.h"
 #include "ui/navigators/name_editing.h"
+#include "ui/navigators/row_painting.h"
 #include "ui/widgets/appearance.h"
 #include "ui/widgets/sizes.h"
 
@@ -34,6 +35,12 @@ AnimationsView::AnimationsView(DocumentContext& document, QWidget* parent)
     connect(&m_model, &QAbstractItemModel::rowsInserted, this, &AnimationsView::showSelection);
     connect(&m_model, &QAbstractItemModel::rowsRemoved, this, &AnimationsView::showSelection);
     showSelection();
+}
+
+// An open field would write to a model that has gone.
+AnimationsView::~AnimationsView() {
+    m_isSyncing = true;
+    setModel(nullptr);
 }
 
 void AnimationsView::takeColors() {
@@ -62,6 +69,14 @@ void AnimationsView::selectionChanged(const QItemSelection& selected,
         m_document.selectAnimation(m_model.animation(selected.indexes().first()));
     }
     showSelection();  // also where nothing is selected, or the animation could not be read
+}
+
+void AnimationsView::paintEvent(QPaintEvent* event) {
+    QListView::paintEvent(event);
+    if (m_model.rowCount() > 1) { return; }
+    QPainter painter(viewport());
+    rows::paintEmptyPlace(painter, viewport()->rect().adjusted(0, sizes::setupRow, 0, 0),
+                          u"No animations yet"_s, u"Press + to add the first."_s);
 }
 
 // Commands.
@@ -137,6 +152,7 @@ void AnimationsView::keyPressEvent(QKeyEvent* event) {
     const bool isPlain = event->modifiers() == Qt::NoModifier;
     if (isListKey(*event)) {
         QListView::keyPressEvent(event);
+        event->accept();  // also at either end
     } else if (isPlain && event->key() == Qt::Key_F2) {
         startRenaming(currentIndex());
     } else if (isPlain &&

@@ -17,6 +17,7 @@ class AnimationsView : public QListView {
  public:
     /// Not owned; lives longer.
     explicit AnimationsView(DocumentContext& document, QWidget* parent = nullptr);
+    ~AnimationsView() override;
 
     AnimationsModel& animationsModel() { return m_model; }
     /// Selects a new animation, brings it to the middle, and opens its name for typing.
@@ -31,6 +32,7 @@ class AnimationsView : public QListView {
     std::unique_ptr<QMenu> makeContextMenu(const QModelIndex& index);
 
  protected:
+    void paintEvent(QPaintEvent* event) override;
     bool event(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;

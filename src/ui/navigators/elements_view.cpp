@@ -69,6 +69,7 @@ ElementsView::ElementsView(DocumentContext& document, QWidget* parent)
     setDropIndicatorShown(false);
     setAutoExpandDelay(700);
     viewport()->setMouseTracking(true);
+    viewport()->setAttribute(Qt::WA_Hover);
     header()->hide();
     header()->setMinimumSectionSize(sizes::lockColumn);
     header()->setStretchLastSection(true);
@@ -88,7 +89,11 @@ ElementsView::ElementsView(DocumentContext& document, QWidget* parent)
     showWhatIs();
 }
 
-ElementsView::~ElementsView() = default;
+// An open field would write to a model that has gone.
+ElementsView::~ElementsView() {
+    m_isSyncing = true;
+    setModel(nullptr);
+}
 
 void ElementsView::takeColors() {
     QPalette colors = palette();
@@ -236,9 +241,12 @@ QRect ElementsView::rowRect(const QModelIndex& index) const {
 
 void ElementsView::paintEvent(QPaintEvent* event) {
     QTreeView::paintEvent(event);
-    if (!m_dropMark) { return; }
     QPainter painter(viewport());
-    paintDropMark(painter);
+    if (m_model.rowCount() == 0) {
+        rows::paintEmptyPlace(painter, viewport()->rect(), u"No elements yet"_s,
+                              u"Drop images here, or press + to choose one."_s);
+    }
+    if (m_dropMark) { paintDropMark(painter); }
 }
 
 void ElementsView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
@@ -437,6 +445,7 @@ void ElementsView::keyPressEvent(QKeyEvent* event) {
     }
     if (isListKey(*event)) {
         QTreeView::keyPressEvent(event);
+        event->accept();  // also at either end
         viewport()->update();
     } else {
         event->ignore();  // all other keys are the window's

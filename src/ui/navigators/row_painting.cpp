@@ -71,4 +71,22 @@ void paintFocusRing(QPainter& painter, const QRect& row, bool isSelected) {
     painter.drawRect(QRectF(withoutLowerEdge(row)).adjusted(half, half, -half, -half));
 }
 
+void paintEmptyPlace(QPainter& painter, const QRect& place, const QString& title,
+                     const QString& advice) {
+    constexpr int kTitleLine = 22;
+    constexpr int kAdviceLine = 20;
+    const FrameColors& colors = Appearance::current().frame();
+    QRect line(place.left(), place.center().y() - (kTitleLine + kAdviceLine) / 2, place.width(),
+               kTitleLine);
+    const auto paintLine = [&](const QFont& font, const QColor& ink, const QString& text) {
+        painter.setFont(font);
+        painter.setPen(ink);
+        painter.drawText(line, Qt::AlignCenter, QFontMetrics(font).elidedText(
+                                                    text, Qt::ElideRight, line.width()));
+    };
+    paintLine(regularFont(sizes::emptyPlaceTitleSize), colors.ink, title);
+    line = QRect(line.left(), line.bottom() + 1, line.width(), kAdviceLine);
+    paintLine(regularFont(sizes::frameTextSize), colors.secondInk, advice);
+}
+
 }  // namespace tweenery::rows

@@ -27,6 +27,9 @@ bool isCut(const QString& name, int width, double devicePixelRatio);
 void paintPicture(QPainter& painter, QPointF centre, int size, const QString& icon, Look look);
 /// Of the row that has the keyboard.
 void paintFocusRing(QPainter& painter, const QRect& row, bool isSelected);
+/// Says in the middle of an empty list what is, and what to do.
+void paintEmptyPlace(QPainter& painter, const QRect& place, const QString& title,
+                     const QString& advice);
 /// The area of a row between its edges.
 QRect withoutLowerEdge(const QRect& row);
 
