@@ -8,6 +8,11 @@
 
 namespace tweenery::test {
 
+inline constexpr Qt::KeyboardModifiers kNone = Qt::NoModifier;
+inline constexpr Qt::KeyboardModifiers kShift = Qt::ShiftModifier;
+inline constexpr Qt::KeyboardModifiers kAlt = Qt::AltModifier;
+inline constexpr Qt::KeyboardModifiers kControl = Qt::ControlModifier;
+
 /// A canvas under a pointer, at a view of 800 by 600 points, with what a window would do by hand.
 /// Points are of the canvas.
 class InteractionScene : public EditorScene, public CanvasInteractionHost {
@@ -74,23 +79,26 @@ class InteractionScene : public EditorScene, public CanvasInteractionHost {
         selectNewAnimation(*project, QStringLiteral("Move"));
         layers->show(EditTime::at(timeInMS));
     }
-    /// The names, oldest first.
-    QStringList selected() const {
+    /// Names with commas between, oldest first.
+    void choose(const char* names) {
+        select(QString::fromLatin1(names).split(u',', Qt::SkipEmptyParts));
+    }
+    std::string selected() const {
         QStringList names;
         for (const PCElement::Ptr& element : selection.selectedElements()) {
             names += element->name();
         }
-        return names;
+        return names.join(u',').toStdString();
     }
     /// The name of the one step that there is to undo; "-" for none, "several" for more.
-    QString onlyStep() {
+    std::string onlyStep() {
         UndoManager& manager = project->undoManager();
-        if (!manager.canUndo()) { return QStringLiteral("-"); }
-        const QString name = manager.undoActionName();
+        if (!manager.canUndo()) { return "-"; }
+        const std::string name = manager.undoActionName().toStdString();
         manager.undo();
         const bool isOnly = !manager.canUndo();
         manager.redo();
-        return isOnly ? name : QStringLiteral("several");
+        return isOnly ? name : "several";
     }
 };
 

@@ -17,7 +17,7 @@ struct NudgeScene : InteractionScene {
 
     NudgeScene() {
         forgetSteps();
-        select({u"a"_s});
+        choose("a");
     }
     void nudge(double x, double y, double secondsLater) {
         clock.seconds += secondsLater;
@@ -31,7 +31,7 @@ TEST(NudgeSeries, IsOneStepUntilAPauseOfASecond) {
     scene.nudge(1, 0, 0);
     scene.nudge(1, 0, 0.9);
     scene.nudge(0, 10, 0.9);
-    EXPECT_EQ(scene.onlyStep(), u"Move"_s);
+    EXPECT_EQ(scene.onlyStep(), "Move");
     scene.nudge(1, 0, 1.1);
     EXPECT_EQ(scene.a->position(), QPointF(63, 70));
     EXPECT_TRUE(scene.undo());
@@ -68,7 +68,7 @@ TEST(NudgeSeries, NeverTakesAnotherStepAlong) {
 TEST(NudgeSeries, KeysOneTime) {
     NudgeScene scene;
     scene.animateAt(500);
-    scene.select({u"a"_s});
+    scene.choose("a");
     scene.nudge(1, 0, 0);
     scene.nudge(1, 0, 0.1);
     EXPECT_EQ(keysText(*scene.a->translationXTimeline()), "500:2");
@@ -98,19 +98,19 @@ TEST(KeyboardEdits, OpacityAndAnchorPointsAreOneStepEach) {
     const auto a = addElement(scene.canvas, u"a"_s, {.position = {60, 60}});
     const auto b = addElement(scene.canvas, u"b"_s, {.position = {90, 60}, .rotation = 1});
     scene.forgetSteps();
-    scene.select({u"a"_s, u"b"_s});
+    scene.choose("a,b");
     const QRectF frame = b->frame();
     placeAnchorPoints(scene.scene, {1, 0});
     EXPECT_EQ(a->position(), QPointF(65, 55));
     EXPECT_EQ(b->frame(), frame);
-    EXPECT_EQ(scene.onlyStep(), u"Anchor Point"_s);
+    EXPECT_EQ(scene.onlyStep(), "Anchor Point");
     setOpacityOfSelection(scene.scene, 0.3, {});
     EXPECT_EQ(b->opacity(), 0.3);
     EXPECT_EQ(scene.project->undoManager().undoActionName(), u"Opacity"_s);
     setOpacityOfSelection(scene.scene, 0.3, {});
     scene.project->undoManager().undo();
     EXPECT_EQ(a->opacity(), 1);
-    EXPECT_EQ(scene.onlyStep(), u"Anchor Point"_s);
+    EXPECT_EQ(scene.onlyStep(), "Anchor Point");
 }
 
 TEST(KeyboardEdits, GoToTheNextElementRoundAndRound) {
@@ -130,7 +130,7 @@ TEST(KeyboardEdits, GoToTheNextElementRoundAndRound) {
     EXPECT_EQ(round(false, false), u"DGADGA"_s);
     EXPECT_EQ(round(false, true), u"AGDAGD"_s);
     EXPECT_EQ(round(true, false), u"DGCBAD"_s);
-    scene.select({u"C"_s});
+    scene.choose("C");
     EXPECT_EQ(elementAfterSelection(scene.scene, false, false)->name(), u"A"_s);
 }
 
@@ -138,7 +138,7 @@ TEST(KeyboardEdits, NothingToGoToAmongLockedElements) {
     InteractionScene scene;
     EXPECT_EQ(elementAfterSelection(scene.scene, true, false), nullptr);
     const auto only = addElement(scene.canvas, u"a"_s);
-    scene.select({u"a"_s});
+    scene.choose("a");
     only->setLocked(true);
     EXPECT_EQ(elementAfterSelection(scene.scene, true, false), nullptr);
 }
@@ -148,7 +148,7 @@ TEST(DropTarget, IsInFrontOfTheElementSelectedFirst) {
     buildTree(*scene.project, "A G{B C} D");
     EXPECT_EQ(dropTarget(scene.scene).parent, scene.canvas);
     EXPECT_EQ(dropTarget(scene.scene).index, 3U);
-    scene.select({u"B"_s, u"A"_s});
+    scene.choose("B,A");
     EXPECT_EQ(dropTarget(scene.scene).parent, named(*scene.project, u"G"_s));
     EXPECT_EQ(dropTarget(scene.scene).index, 1U);
 }
