@@ -131,8 +131,8 @@ void DocumentWindow::buildPanes() {
     m_split->setRightPane(m_inspector);
     m_split->setBottomPane(m_timeline);
     m_split->setMainPane(m_area);
-    m_split->setCollapseHandler([this] { updatePanes(); });
-    m_split->setSizesHandler([this] { storePaneSizes(); });
+    connect(m_split, &SplitView::panesDidChangeCollapseState, this, &DocumentWindow::updatePanes);
+    connect(m_split, &SplitView::panesDidChangeSizes, this, &DocumentWindow::storePaneSizes);
     setCentralWidget(m_split);
     connect(m_canvas, &CanvasView::contextMenuRequested, this, &DocumentWindow::showContextMenu);
     connect(m_canvas, &CanvasView::viewportChanged, this, &DocumentWindow::viewportDidChange);
@@ -189,18 +189,18 @@ void DocumentWindow::addPaneCommands(CommandSet& commands) {
     };
     commands.add(u"toggleLeftPane"_s,
                  {[this] {
-                      const bool shows = !m_split->leftPaneVisible();
+                      const bool shows = !m_split->panes().leftVisible;
                       m_split->setLeftPaneVisible(shows);
                       if (shows) { m_split->setLeftPaneWidth(sizes::paneWidth); }
                   },
                   {},
                   {},
-                  [this, titled] { return titled(u"Left"_s, m_split->leftPaneVisible()); }});
+                  [this, titled] { return titled(u"Left"_s, m_split->panes().leftVisible); }});
     commands.add(u"toggleRightPane"_s,
-                 {[this] { m_split->setRightPaneVisible(!m_split->rightPaneVisible()); },
+                 {[this] { m_split->setRightPaneVisible(!m_split->panes().rightVisible); },
                   {},
                   {},
-                  [this, titled] { return titled(u"Right"_s, m_split->rightPaneVisible()); }});
+                  [this, titled] { return titled(u"Right"_s, m_split->panes().rightVisible); }});
     commands.add(u"toggleBottomPane"_s,
                  {[this] { toggleBottomPane(); },
                   [this] { return !m_controller->project()->isSetupMode(); },
@@ -218,7 +218,7 @@ void DocumentWindow::toggleBottomPane() {
     if (isBottomPaneCollapsed()) {
         m_split->setBottomPaneHeight(m_lastBottomHeight);
     } else {
-        m_lastBottomHeight = static_cast<float>(m_split->bottomPaneHeight());
+        m_lastBottomHeight = m_split->bottomPaneHeight();
         m_split->setBottomPaneHeight(sizes::collapsedTimeline);
     }
     updatePanes();
@@ -389,14 +389,15 @@ void DocumentWindow::restorePanes() {
 }
 
 void DocumentWindow::updatePanes() {
-    m_toolbar->setLeftPaneItemActive(!m_split->leftPaneVisible());
-    m_toolbar->setRightPaneItemActive(!m_split->rightPaneVisible());
+    if (!m_toolbar) { return; }
+    m_toolbar->setLeftPaneItemActive(!m_split->panes().leftVisible);
+    m_toolbar->setRightPaneItemActive(!m_split->panes().rightVisible);
     m_toolbar->setBottomPaneItemActive(isBottomPaneCollapsed());
     m_toolbar->setBottomPaneEnabled(!m_controller->project()->isSetupMode());
     if (!m_isRestored) { return; }
     PCProjectPreferences& preferences = m_controller->project()->preferences();
-    preferences.setNavigatorPaneVisible(m_split->leftPaneVisible());
-    preferences.setUtilitiesPaneVisible(m_split->rightPaneVisible());
+    preferences.setNavigatorPaneVisible(m_split->panes().leftVisible);
+    preferences.setUtilitiesPaneVisible(m_split->panes().rightVisible);
     updateLater();
 }
 

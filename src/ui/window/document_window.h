@@ -88,7 +88,7 @@ class DocumentWindow : public QMainWindow,
     bool m_titleTellsZoom = false;
     bool m_isLeaving = false;
     bool m_isRestored = false;
-    float m_lastBottomHeight = 0;
+    int m_lastBottomHeight = 0;
     Subscription m_documentSubscription;
     std::vector<Subscription> m_subscriptions;  // to the controller's parts
 
