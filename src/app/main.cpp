@@ -9,9 +9,9 @@
 #include "app/single_instance.h"
 #include "editor/documents/project_path.h"
 #include "model/preferences/app_preferences.h"
+#include "ui/canvas/canvas_accessible.h"
 #include "ui/widgets/alert_dialog.h"
 #include "ui/widgets/frame_style.h"
-#include "ui/widgets/icons.h"
 
 using namespace Qt::StringLiterals;
 using namespace tweenery;
@@ -27,15 +27,16 @@ int answer(const CommandLine& line) {
     return isRefused ? kUsageError : 0;
 }
 
-void setUpApplication() {
+void setUpApplication(QApplication& application) {
     QApplication::setOrganizationName(u"tweenery"_s);
     QApplication::setApplicationName(u"Tweenery"_s);
     QApplication::setApplicationVersion(QStringLiteral(TWEENERY_VERSION));
     QApplication::setDesktopFileName(u"org.tweenery.Tweenery"_s);
     QApplication::setQuitOnLastWindowClosed(true);
     QApplication::setStyle(new FrameStyle);
-    QApplication::setWindowIcon(applicationIcon());
     PCAppPreferences::registerDefaults();
+    setUpFrame(application);
+    installCanvasAccessibility();
 }
 
 QStringList decoded(const QByteArrayList& paths) {
@@ -70,7 +71,7 @@ int run(QApplication& application, const CommandLine& line) {
     if (!line.isNewInstance && instance.start(line.projects) == SingleInstance::Role::HandedOver) {
         return 0;
     }
-    setUpApplication();
+    setUpApplication(application);
     Program program;
     const auto open = [&program](const QByteArrayList& projects) {
         program.documents.open(decoded(projects));

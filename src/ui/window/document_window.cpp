@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QScreen>
+#include <QVBoxLayout>
 #include <QWindow>
 #include <algorithm>
 
@@ -90,9 +91,9 @@ void DocumentWindow::build() {
         m_owner.fillRecentDocuments(*recent);
     });
     m_menu->setSubmenu(u"openRecent"_s, recent);
-    m_toolbar = new Toolbar([this](const QString& name) { return m_menu->action(name); }, this);
-    addToolBar(m_toolbar);
+    addToolbar();
     listen();
+    updatePanes();
     updateTitle();
 }
 
@@ -100,10 +101,10 @@ void DocumentWindow::tearDown() {
     m_updateTimer.stop();
     m_spaceTimer.stop();
     m_subscriptions.clear();
-    delete std::exchange(m_toolbar, nullptr);
-    delete std::exchange(m_menu, nullptr);
     m_canvas = nullptr;
+    m_toolbar = nullptr;
     delete takeCentralWidget();
+    delete std::exchange(m_menu, nullptr);
     m_controller.reset();
 }
 
@@ -121,7 +122,7 @@ WindowHooks DocumentWindow::hooks() {
 }
 
 void DocumentWindow::buildPanes() {
-    m_split = new SplitView(this);
+    m_split = new SplitView;
     m_canvas = new CanvasView(*m_controller);
     m_area = new CanvasArea(*m_canvas, *m_document);
     m_navigator = new Navigator(*m_controller);
@@ -133,9 +134,22 @@ void DocumentWindow::buildPanes() {
     m_split->setMainPane(m_area);
     connect(m_split, &SplitView::panesDidChangeCollapseState, this, &DocumentWindow::updatePanes);
     connect(m_split, &SplitView::panesDidChangeSizes, this, &DocumentWindow::storePaneSizes);
-    setCentralWidget(m_split);
+    auto* content = new QWidget;
+    auto* column = new QVBoxLayout(content);
+    column->setContentsMargins({});
+    column->setSpacing(0);
+    column->addWidget(m_split, 1);
+    setCentralWidget(content);
     connect(m_canvas, &CanvasView::contextMenuRequested, this, &DocumentWindow::showContextMenu);
     connect(m_canvas, &CanvasView::viewportChanged, this, &DocumentWindow::viewportDidChange);
+}
+
+void DocumentWindow::addToolbar() {
+    m_toolbar =
+        new Toolbar([this](const QString& name) { return m_menu->action(name); }, centralWidget());
+    connect(m_toolbar, &Toolbar::additiveButtonPressed, this,
+            [this] { m_controller->setAdditiveMode(m_toolbar->additiveButtonIsOn()); });
+    static_cast<QBoxLayout*>(centralWidget()->layout())->insertWidget(0, m_toolbar);
 }
 
 void DocumentWindow::listen() {
@@ -307,8 +321,13 @@ void DocumentWindow::updateLater() {
 }
 
 void DocumentWindow::updateCommands() {
-    if (m_controller->interaction().isPressed()) { return; }
+    const CanvasInteraction& interaction = m_controller->interaction();
+    if (interaction.isPressed()) { return; }
     m_menu->update();
+    m_toolbar->setSelectCursorItemActive(interaction.tool() == PCSelectionStateSelect);
+    m_toolbar->setDirectCursorItemActive(interaction.tool() == PCSelectionStateDirect);
+    m_toolbar->setHandCursorItemActive(interaction.tool() == PCSelectionStateHand);
+    m_toolbar->setPlayItemActive(m_controller->isPlayingBack());
 }
 
 void DocumentWindow::updateTitle() {

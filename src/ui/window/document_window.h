@@ -98,6 +98,7 @@ class DocumentWindow : public QMainWindow,
     void buildPanes();
     void addWindowCommands();
     void addPaneCommands(CommandSet& commands);
+    void addToolbar();
     void listen();
     void restorePanes();
     void updateLater();

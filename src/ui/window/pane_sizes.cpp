@@ -9,6 +9,11 @@ constexpr double kLeftHidesBelow = 125;
 constexpr double kRightHidesBelow = 175;
 constexpr int kThickness = PaneSizes::dividerThickness;
 
+/// The bound holds only once the view has its `extent`.
+int upTo(int most, double asked, int extent) {
+    return extent > 0 ? std::min(static_cast<int>(asked), most) : static_cast<int>(asked);
+}
+
 /// On the very border nothing changes.
 void showOrHide(bool& isVisible, double asked, double border) {
     if (asked < border) { isVisible = false; }
@@ -19,7 +24,7 @@ void showOrHide(bool& isVisible, double asked, double border) {
 
 void PaneSizes::setLeftWidth(double asked) {
     const int most = width - sizes::paneWidth - 2 * kThickness;
-    leftWidth = std::max(std::min(static_cast<int>(asked), most), sizes::leastLeftPaneWidth);
+    leftWidth = std::max(upTo(most, asked, width), sizes::leastLeftPaneWidth);
     showOrHide(leftVisible, asked, kLeftHidesBelow);
 }
 
@@ -30,7 +35,7 @@ void PaneSizes::setRightWidth(double asked) {
 
 void PaneSizes::setBottomHeight(double asked) {
     const int most = height - kLeastAboveBottom;
-    bottomHeight = std::max(std::min(static_cast<int>(asked), most), collapsedBottomHeight);
+    bottomHeight = std::max(upTo(most, asked, height), collapsedBottomHeight);
 }
 
 PaneFrames paneFrames(const PaneSizes& panes) {
@@ -42,7 +47,8 @@ PaneFrames paneFrames(const PaneSizes& panes) {
     frames.bottom = QRect(0, bottomTop, panes.width, panes.bottomHeight);
     frames.left = QRect(leftEdge - panes.leftWidth, 0, panes.leftWidth, upperHeight);
     frames.right = QRect(rightEdge, 0, panes.rightWidth, upperHeight);
-    frames.main = QRect(leftEdge + kThickness, 0, rightEdge - leftEdge - 2 * kThickness, upperHeight);
+    frames.main =
+        QRect(leftEdge + kThickness, 0, rightEdge - leftEdge - 2 * kThickness, upperHeight);
     frames.leftDivider = QRect(leftEdge, 0, kThickness, upperHeight);
     frames.rightDivider = QRect(rightEdge - kThickness, 0, kThickness, upperHeight);
     frames.bottomDivider = QRect(0, upperHeight, panes.width, kThickness);

@@ -12,7 +12,7 @@ struct PaneSizes {
     static constexpr int dividerThickness = 3;
     static constexpr int collapsedBottomHeight = sizes::collapsedTimeline;
 
-    int width = 0;  // of the whole split view
+    int width = 0;  // of the whole split view; 0: not known yet, and no upper bound holds
     int height = 0;
     int leftWidth = sizes::paneWidth;
     int rightWidth = sizes::paneWidth;

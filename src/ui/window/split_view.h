@@ -16,7 +16,8 @@ class SplitView : public QWidget {
  public:
     explicit SplitView(QWidget* parent = nullptr);
 
-    // Each pane becomes a child and takes the place of the one before, which is left without parent.
+    // Each pane becomes a child and takes the place of the one before, which is left without
+    // parent.
     void setLeftPane(QWidget* pane);
     void setMainPane(QWidget* pane);
     void setRightPane(QWidget* pane);
