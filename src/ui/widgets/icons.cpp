@@ -7,6 +7,7 @@
 
 #include "base/errors.h"
 #include "ui/widgets/appearance.h"
+#include "ui/widgets/device_pixels.h"
 #include "ui/widgets/icon_names.h"
 #include "ui/widgets/sizes.h"
 
@@ -68,26 +69,10 @@ int pixels(double points, double devicePixelRatio) {
     return std::max(1, qRound(points * devicePixelRatio));
 }
 
-/// `rect` moved by less than a pixel, so that its corner lies on one.
-QRectF onDevicePixels(const QPainter& painter, const QRectF& rect) {
-    const double ratio = painter.device()->devicePixelRatioF();
-    const QTransform& transform = painter.transform();
-    if (transform.type() > QTransform::TxTranslate) { return rect; }
-    const QPointF offset(transform.dx(), transform.dy());
-    const QPointF corner = (rect.topLeft() + offset) * ratio;
-    const QPointF aligned(std::round(corner.x()), std::round(corner.y()));
-    return {aligned / ratio - offset, rect.size()};
-}
-
 void paintPlate(QPainter& painter, const QRectF& rect) {
     QRectF plate(0, 0, sizes::platePicture, sizes::platePicture);
     plate.moveCenter(rect.center());
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Appearance::current().frame().plate);
-    painter.drawRoundedRect(plate, sizes::plateRadius, sizes::plateRadius);
-    painter.restore();
+    paintRounded(painter, plate, sizes::plateRadius, Appearance::current().frame().plate, {});
 }
 
 }  // namespace
@@ -121,7 +106,7 @@ void paintIcon(QPainter& painter, const QRectF& rect, const QString& name, const
     const QColor& ink = hasPlate ? Appearance::current().frame().onPlate : color;
     const QPixmap pixmap =
         iconPixmap(name, rect.size(), painter.device()->devicePixelRatioF(), ink, detail);
-    painter.drawPixmap(onDevicePixels(painter, rect).topLeft(), pixmap);
+    painter.drawPixmap(alignedToDevice(painter, rect).topLeft(), pixmap);
 }
 
 QIcon applicationIcon() {

@@ -1,0 +1,150 @@
+#include "ui/widgets/focus_ring.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QRadioButton>
+#include <QSlider>
+#include <QStyleOptionButton>
+
+#include "ui/widgets/appearance.h"
+#include "ui/widgets/device_pixels.h"
+#include "ui/widgets/sizes.h"
+
+namespace tweenery {
+
+namespace {
+
+constexpr int kReach = sizes::focusRing + sizes::focusRingGap;
+
+FocusRing* theRing = nullptr;
+
+bool takesRing(const QWidget* widget) {
+    return qobject_cast<const QAbstractButton*>(widget) || qobject_cast<const QComboBox*>(widget) ||
+           qobject_cast<const QSlider*>(widget);
+}
+
+/// What the ring goes round, in the coordinates of `widget`.
+QRect ringedRect(const QWidget* widget) {
+    QStyleOptionButton option;
+    option.initFrom(widget);
+    if (qobject_cast<const QCheckBox*>(widget)) {
+        return widget->style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, widget);
+    }
+    if (qobject_cast<const QRadioButton*>(widget)) {
+        return widget->style()->subElementRect(QStyle::SE_RadioButtonIndicator, &option, widget);
+    }
+    return widget->rect();
+}
+
+double ringRadius(const QWidget* widget) {
+    if (qobject_cast<const QCheckBox*>(widget)) {
+        return sizes::checkBoxRadius + sizes::focusRingGap;
+    }
+    if (qobject_cast<const QRadioButton*>(widget)) { return sizes::checkBox / 2.0 + kReach; }
+    return sizes::buttonRadius + sizes::focusRingGap;
+}
+
+bool isModifier(int key) {
+    return key == Qt::Key_Control || key == Qt::Key_Shift || key == Qt::Key_Alt ||
+           key == Qt::Key_Meta;
+}
+
+}  // namespace
+
+void FocusRing::install() {
+    if (!theRing) { theRing = new FocusRing; }
+}
+
+bool FocusRing::keyboardIsInUse() {
+    return theRing && theRing->m_keyboardIsInUse;
+}
+
+FocusRing::FocusRing() {
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setFocusPolicy(Qt::NoFocus);
+    hide();
+    qApp->installEventFilter(this);
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](QWidget*, QWidget* focus) { follow(focus); });
+    connect(&Appearance::current(), &Appearance::changed, this, qOverload<>(&FocusRing::update));
+}
+
+bool FocusRing::eventFilter(QObject* object, QEvent* event) {
+    switch (event->type()) {
+        case QEvent::KeyPress:
+            if (!isModifier(static_cast<QKeyEvent*>(event)->key())) { setKeyboardIsInUse(true); }
+            break;
+        case QEvent::MouseButtonPress:
+            setKeyboardIsInUse(false);
+            break;
+        case QEvent::Move:
+        case QEvent::Resize:
+        case QEvent::Show:
+        case QEvent::Hide:
+        case QEvent::EnabledChange: {
+            const auto* widget = qobject_cast<QWidget*>(object);
+            if (m_target && widget && (widget == m_target || widget->isAncestorOf(m_target))) {
+                place();
+            }
+            break;
+        }
+        case QEvent::DeferredDelete:
+            // The ring lives on when the window in which it lies goes.
+            if (object == parentWidget()) { detach(); }
+            break;
+        default:
+            break;
+    }
+    return false;
+}
+
+void FocusRing::setKeyboardIsInUse(bool isInUse) {
+    if (isInUse == m_keyboardIsInUse) { return; }
+    m_keyboardIsInUse = isInUse;
+    follow(m_focus);
+    if (m_focus) { m_focus->update(); }
+}
+
+void FocusRing::follow(QWidget* target) {
+    m_focus = target;
+    if (m_keyboardIsInUse && takesRing(target)) {
+        attach(target);
+    } else {
+        detach();
+    }
+}
+
+void FocusRing::attach(QWidget* target) {
+    m_target = target;
+    if (parentWidget() != target->window()) { setParent(target->window()); }
+    place();
+}
+
+void FocusRing::detach() {
+    m_target = nullptr;
+    hide();
+    setParent(nullptr);
+}
+
+void FocusRing::place() {
+    if (!m_target->isVisible() || !m_target->isEnabled()) {
+        hide();
+        return;
+    }
+    const QRect rect = ringedRect(m_target).marginsAdded({kReach, kReach, kReach, kReach});
+    setGeometry(QRect(m_target->mapTo(parentWidget(), rect.topLeft()), rect.size()));
+    raise();
+    show();
+}
+
+void FocusRing::paintEvent(QPaintEvent*) {
+    if (!m_target) { return; }
+    QPainter painter(this);
+    paintRounded(painter, rect(), ringRadius(m_target), {}, Appearance::current().frame().accent,
+                 sizes::focusRing);
+}
+
+}  // namespace tweenery
