@@ -67,6 +67,11 @@ void savePackage(const FileWrapper& root, const QString& path,
 /// `path` leads.
 void writePackageCopy(const FileWrapper& root, const QString& path, bool replace = false);
 
+/// Writes `root` in that way too, in the place of what package is at `path`; entries that are still
+/// at `from` as `root` was read from there or saved to there are hard-linked where the file system
+/// can, so that a copy costs little. Never in place of a package that `root` was read from.
+void writeLinkedPackageCopy(const FileWrapper& root, const QString& path, const QString& from);
+
 /// Writes one file atomically (temporary file beside it, flush, rename). A symbolic link at `path`
 /// is replaced, not followed; a directory is refused. Throws InputError.
 void writeFileAtomically(const QString& path, const QByteArray& data);

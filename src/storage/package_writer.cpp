@@ -51,7 +51,9 @@ class PackageBuilder {
         : m_unchanged(unchanged), m_policy(policy) {}
 
     /// Everything in `staged` is on the medium afterwards. Throws InputError or ChangedOnDisk.
-    void build(const FileWrapper& root, const QString& path, const StagedDirectory& staged);
+    /// `source` is the package with the entries that may be linked; none: nothing is.
+    void build(const FileWrapper& root, const QString& path, const StagedDirectory& staged,
+               const FileDescriptor& source);
     /// The nodes below the root whose origin changes once the staged directory is in its place.
     Written takeWritten() { return std::move(m_written); }
     bool isBig() const { return m_walk.isBig(); }
@@ -63,7 +65,7 @@ class PackageBuilder {
     // A directory in the making. Stays open while a subdirectory is being filled.
     struct Directory : DirectoryPlace {
         const FileWrapper* node = nullptr;
-        int current = -1;  // the same directory of the package that is replaced, if it is there
+        int current = -1;  // the same directory of the source, if it is there
         int descriptor = -1;
         FileDescriptor ownedCurrent, ownedDescriptor;
         std::vector<Child> subdirectories;
@@ -98,13 +100,13 @@ class PackageBuilder {
 };
 
 void PackageBuilder::build(const FileWrapper& root, const QString& path,
-                           const StagedDirectory& staged) {
-    m_links = m_unchanged == Unchanged::Link && staged.current();
+                           const StagedDirectory& staged, const FileDescriptor& source) {
+    m_links = m_unchanged == Unchanged::Link && source;
     m_flushesEach = flushesFor(root, m_links) <= maxSingleFlushes;
     auto directory = std::make_shared<Directory>();
     directory->name = path;
     directory->node = &root;
-    directory->current = staged.current().number();
+    directory->current = source.number();
     directory->descriptor = staged.descriptor().number();
     m_walk.run([&] { fill(std::exchange(directory, nullptr)); });
     if (!m_flushesEach && ::syncfs(staged.descriptor().number()) != 0) {
@@ -315,7 +317,7 @@ WrittenPackage writeSnapshot(const FileWrapper::Snapshot& snapshot, const QStrin
     PackageBuilder builder(PackageBuilder::Unchanged::Link, policy);
     struct stat status;
     try {
-        builder.build(*snapshot, path, staged);
+        builder.build(*snapshot, path, staged, staged.current());
     } catch (const ChangedOnDisk&) { refuseChanged(*snapshot, path); }
     if (::fstat(staged.descriptor().number(), &status) != 0) {
         place.fail(u"could not be examined"_s, errno);
@@ -340,7 +342,19 @@ void writePackageCopy(const FileWrapper& root, const QString& path, bool replace
     StagedDirectory staged(place, replace);
     if (staged.current()) { requireReplaceable(place, staged.current()); }
     PackageBuilder(PackageBuilder::Unchanged::Write, OnDiskChange::Overwrite)
-        .build(root, path, staged);
+        .build(root, path, staged, staged.current());
+    staged.commit();
+}
+
+void writeLinkedPackageCopy(const FileWrapper& root, const QString& path, const QString& from) {
+    requireDirectory(root);
+    const FileDescriptor source(
+        ::open(systemPath(from).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const PackagePlace place(path);
+    StagedDirectory staged(place, true);
+    if (staged.current()) { requireReplaceable(place, staged.current()); }
+    PackageBuilder(PackageBuilder::Unchanged::Link, OnDiskChange::Overwrite)
+        .build(root, path, staged, source);
     staged.commit();
 }
 
