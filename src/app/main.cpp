@@ -55,7 +55,7 @@ struct Program {
     QtWorkspace workspace;
     SteadyMediaClock clock;
     StandardErrorLog log;
-    ProjectDialog projectDialog;
+    ProjectDialog projectDialog{alerts};
     DocumentServices services{alerts,
                               log,
                               clock,
