@@ -72,8 +72,8 @@ size_t OutlineGap::index() const {
 }
 
 OutlineGap gapAt(const PCElement::Ptr& element, RowPart part, bool showsChildren) {
-    const bool isInside = element->isGroup() && (part == RowPart::Middle ||
-                                                 (part == RowPart::Lower && showsChildren));
+    const bool isInside = element->isGroup() &&
+                          (part == RowPart::Middle || (part == RowPart::Lower && showsChildren));
     if (isInside) { return {element, 0}; }
     const PCElement::Ptr parent = element->parentElement()->shared_from_this();
     const size_t row = parent->children().size() - 1 - static_cast<size_t>(element->index());

@@ -10,6 +10,8 @@
 int main(int argc, char** argv) {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) { qputenv("QT_QPA_PLATFORM", "offscreen"); }
     QStandardPaths::setTestModeEnabled(true);
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");  // the desktop's choices are none of the tests' business
+    qunsetenv("XDG_RUNTIME_DIR");
     QApplication application(argc, argv);
     tweenery::UserDefaults::useMemory();
     tweenery::setUpFrame(application);

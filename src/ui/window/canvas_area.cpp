@@ -8,12 +8,22 @@
 namespace tweenery {
 namespace {
 
-constexpr int kStatusMargin = 16;
+NoticeKind barKind(Notice::Kind kind) {
+    switch (kind) {
+        case Notice::Kind::Information:
+            return NoticeKind::Notice;
+        case Notice::Kind::Warning:
+            return NoticeKind::Warning;
+        case Notice::Kind::Failure:
+            return NoticeKind::Failure;
+    }
+    return NoticeKind::Failure;
+}
 
 }  // namespace
 
 CanvasArea::CanvasArea(CanvasView& canvas, OpenDocument& document, QWidget* parent)
-    : QWidget(parent), m_canvas(canvas), m_document(document), m_status(new StatusPlate(this)) {
+    : QWidget(parent), m_canvas(canvas), m_document(document), m_status(new StatusPlate(&canvas)) {
     m_canvas.setParent(this);
     m_subscription = m_document.addObserver(this);
     documentStateDidChange();
@@ -24,29 +34,27 @@ void CanvasArea::documentStateDidChange() {
         bar->deleteLater();
     }
     for (const Notice& notice : m_document.notices()) {
-        auto* bar = new NoticeBar(this);
-        QStringList titles;
-        for (const Notice::Button& button : notice.buttons) {
-            titles << button.title;
-        }
-        bar->setNotice(notice.kind == Notice::Kind::Failure ? NoticeBar::Kind::Failure
-                                                            : NoticeBar::Kind::Notice,
-                       notice.text, titles);
-        connect(bar, &NoticeBar::buttonPressed, this, [this, notice](int index) {
-            m_document.answer(notice.topic, notice.buttons[static_cast<size_t>(index)].action);
-        });
-        connect(bar, &NoticeBar::closed, this,
-                [this, topic = notice.topic] { m_document.dismiss(topic); });
-        bar->show();
-        m_bars.push_back(bar);
+        addBar(notice);
     }
     layOut();
 }
 
+void CanvasArea::addBar(const Notice& notice) {
+    auto* bar = new NoticeBar(this);
+    std::vector<NoticeBar::Answer> answers;
+    for (const Notice::Button& button : notice.buttons) {
+        answers.push_back({button.title, [this, topic = notice.topic, action = button.action] {
+                               m_document.answer(topic, action);
+                           }});
+    }
+    bar->showNotice(barKind(notice.kind), notice.text, std::move(answers));
+    connect(bar, &NoticeBar::closed, this,
+            [this, topic = notice.topic] { m_document.dismiss(topic); });
+    m_bars.push_back(bar);
+}
+
 void CanvasArea::tellStatus(const QString& text) {
-    m_status->tell(text);
-    layOut();
-    m_status->raise();
+    m_status->showMessage(text);
 }
 
 void CanvasArea::resizeEvent(QResizeEvent*) {
@@ -60,7 +68,6 @@ void CanvasArea::layOut() {
         top += sizes::noticeBarHeight;
     }
     m_canvas.setGeometry(0, top, width(), qMax(0, height() - top));
-    m_status->move(kStatusMargin, height() - kStatusMargin - m_status->height());
 }
 
 }  // namespace tweenery

@@ -9,9 +9,7 @@ namespace tweenery {
 class HeaderView;
 
 /// The pane at the right: says what is selected.
-class InspectorPane : public QWidget,
-                      private PCElementSelectionManagerListener,
-                      private PCAnimationsManagerChangeListener {
+class InspectorPane : public QWidget, private PCElementSelectionManagerListener {
  public:
     /// Outlives this.
     explicit InspectorPane(PCDocumentWindowController& controller, QWidget* parent = nullptr);
