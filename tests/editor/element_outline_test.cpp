@@ -29,16 +29,11 @@ TEST(ElementOutline, RowsThatTheUserSelects) {
         const char* after;
     };
     const std::vector<Case> cases = {
-        {"", "", "E D", "E D"},
-        {"E", "", "E D G", "E D G"},
-        {"A", "", "D G A", "A G D"},
-        {"C", "", "E D G C", "C G D E"},
-        {"G", "", "G C", "G C"},
-        {"E A", "", "D", "D"},
-        {"D", "", "", ""},
-        {"", "D", "E D G", "E G"},
-        {"A", "D", "D", ""},
-        {"D E", "", "E D G", "D E G"},
+        {"", "", "E D", "E D"},      {"E", "", "E D G", "E D G"},
+        {"A", "", "D G A", "A G D"}, {"C", "", "E D G C", "C G D E"},
+        {"G", "", "G C", "G C"},     {"E A", "", "D", "D"},
+        {"D", "", "", ""},           {"", "D", "E D G", "E G"},
+        {"A", "D", "D", ""},         {"D E", "", "E D G", "D E G"},
         {"A", "", "E E", "E"},
     };
     for (const Case& c : cases) {
@@ -68,7 +63,8 @@ TEST(ElementOutline, TintsRowsInAdditiveMode) {
     EXPECT_DOUBLE_EQ(tint("G").selected, 2 / 3.75);
     EXPECT_FALSE(tint("B").unselected.has_value()) << "G is one of several";
     scene.select({u"G"_s});
-    EXPECT_DOUBLE_EQ(tint("C").unselected.value_or(-1), 1 / 2.5) << "the front one is the strongest";
+    EXPECT_DOUBLE_EQ(tint("C").unselected.value_or(-1), 1 / 2.5)
+        << "the front one is the strongest";
     EXPECT_DOUBLE_EQ(tint("B").unselected.value_or(-1), 2 / 2.5);
     EXPECT_FALSE(tint("A").unselected.has_value());
 }
@@ -80,7 +76,7 @@ TEST(ElementOutline, NamesAreUniqueAndNeverBlank) {
         bool isStep;
     };
     const std::vector<Case> cases = {
-        {"kite", "kite", true}, {"B", "B 1", true},   {"A", "A", false},
+        {"kite", "kite", true}, {"B", "B 1", true},  {"A", "A", false},
         {"  ", "A", false},     {" A ", "A", false}, {"", "A", false},
     };
     for (const Case& c : cases) {
@@ -158,28 +154,20 @@ TEST(OutlineDrop, MovesToTheGap) {
         bool isStep = true;
     };
     const std::vector<Case> cases = {
-        {"A B C D", "A", "", 0, "B C D A"},
-        {"A B C D", "D", "", 4, "D A B C"},
-        {"A B C D", "B", "", 1, "A C B D"},
-        {"A B C D", "C", "", 3, "A C B D"},
-        {"A B C D", "A D", "", 2, "B A D C"},
-        {"A B C D E", "D E", "", 4, "A D E B C"},
-        {"A B C D E", "A B", "", 1, "C D A B E"},
-        {"A B C D E", "E C A", "", 3, "B A C E D"},
-        {"A G{B C} D", "B C", "", 0, "A D B C"},
-        {"A G{B C} D", "D A", "G", 0, "G{B C A D}"},
-        {"A G{B C} D", "D A", "G", 1, "G{B A D C}"},
-        {"A G{B C} D", "D B A", "G", 2, "G{A B D C}"},
-        {"A G{B C} D", "B", "", 3, "B A G{C} D"},
-        {"A G{B} H{C} D", "B C", "", 4, "B C A D"},
-        {"A G{B C} D", "G C", "", 0, "A D G{B C}"},
-        {"A B C D", "C", "", 1, "A B C D", false},
-        {"A B C D", "C", "", 2, "A B C D", false},
-        {"A B C D", "B C", "", 2, "A B C D", false},
+        {"A B C D", "A", "", 0, "B C D A"},           {"A B C D", "D", "", 4, "D A B C"},
+        {"A B C D", "B", "", 1, "A C B D"},           {"A B C D", "C", "", 3, "A C B D"},
+        {"A B C D", "A D", "", 2, "B A D C"},         {"A B C D E", "D E", "", 4, "A D E B C"},
+        {"A B C D E", "A B", "", 1, "C D A B E"},     {"A B C D E", "E C A", "", 3, "B A C E D"},
+        {"A G{B C} D", "B C", "", 0, "A D B C"},      {"A G{B C} D", "D A", "G", 0, "G{B C A D}"},
+        {"A G{B C} D", "D A", "G", 1, "G{B A D C}"},  {"A G{B C} D", "D B A", "G", 2, "G{A B D C}"},
+        {"A G{B C} D", "B", "", 3, "B A G{C} D"},     {"A G{B} H{C} D", "B C", "", 4, "B C A D"},
+        {"A G{B C} D", "G C", "", 0, "A D G{B C}"},   {"A B C D", "C", "", 1, "A B C D", false},
+        {"A B C D", "C", "", 2, "A B C D", false},    {"A B C D", "B C", "", 2, "A B C D", false},
         {"A G{B} D", "B", "G", 0, "A G{B} D", false},
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.tree << ": " << c.dragged << " to " << c.parent << c.row);
+        SCOPED_TRACE(testing::Message()
+                     << c.tree << ": " << c.dragged << " to " << c.parent << c.row);
         ControllerScene scene(c.tree);
         const auto parent = *c.parent ? named(*scene.project, QString::fromLatin1(c.parent))
                                       : scene.project->canvas();
@@ -221,8 +209,8 @@ TEST(OutlineDrop, IsRefusedWhereItCannotGo) {
     };
     for (const Case& c : cases) {
         ControllerScene scene("A G{H{B} C}");
-        const OutlineDrag drag{c.source, allNamed(*scene.project, words(c.elements)),
-                               c.hasElements, c.hasFiles, c.hasPictures};
+        const OutlineDrag drag{c.source, allNamed(*scene.project, words(c.elements)), c.hasElements,
+                               c.hasFiles, c.hasPictures};
         const auto parent = named(*scene.project, QString::fromLatin1(c.parent));
         EXPECT_EQ(actionOfDrop(drag, *parent), c.action) << c.elements << " into " << c.parent;
     }
@@ -241,10 +229,10 @@ TEST(OutlineDrop, TheGapBesideARow) {
         size_t above;
     };
     const std::vector<Case> cases = {
-        {"D", RowPart::Upper, false, "Canvas", 0}, {"D", RowPart::Lower, false, "Canvas", 1},
+        {"D", RowPart::Upper, false, "Canvas", 0},  {"D", RowPart::Lower, false, "Canvas", 1},
         {"D", RowPart::Middle, false, "Canvas", 1}, {"G", RowPart::Upper, true, "Canvas", 1},
-        {"G", RowPart::Middle, false, "G", 0},     {"G", RowPart::Lower, true, "G", 0},
-        {"G", RowPart::Lower, false, "Canvas", 2}, {"B", RowPart::Lower, false, "G", 2},
+        {"G", RowPart::Middle, false, "G", 0},      {"G", RowPart::Lower, true, "G", 0},
+        {"G", RowPart::Lower, false, "Canvas", 2},  {"B", RowPart::Lower, false, "G", 2},
     };
     ControllerScene scene("A G{B C} D");
     for (const Case& c : cases) {

@@ -73,12 +73,11 @@ void paintAnimationRow(QPainter& painter, const QRect& row, const QString& name,
     const WorkbenchColors& colors = Appearance::current().workbench();
     rows::paintFill(painter, row, isSelected ? colors.animationSelection : colors.row, isHovered);
     const QRect face = rows::withoutLowerEdge(row);
-    const rows::Look look{isSelected, false};
     if (isSelected) {
         rows::paintPicture(painter, {row.left() + kPictureCentre, QRectF(face).center().y()},
-                           kPicture, u"animation_image"_s, look);
+                           kPicture, u"animation_image"_s, isSelected);
     }
-    rows::paintName(painter, face.adjusted(kNameLeft, 0, -kNameRight, 0), name, look);
+    rows::paintName(painter, face.adjusted(kNameLeft, 0, -kNameRight, 0), name, isSelected);
 }
 
 }  // namespace
@@ -110,8 +109,7 @@ void AnimationRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& 
 }
 
 bool AnimationRowDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
-                                     const QStyleOptionViewItem& option,
-                                     const QModelIndex& index) {
+                                     const QStyleOptionViewItem& option, const QModelIndex& index) {
     const QString name = index.data().toString();
     const int width = option.rect.width() - kNameLeft - kNameRight;
     const bool isCut = index.isValid() && index.row() != AnimationsModel::kSetupRow &&

@@ -8,6 +8,7 @@ namespace tweenery {
 
 AnimationsModel::AnimationsModel(DocumentContext& document, QObject* parent)
     : QAbstractListModel(parent),
+      m_undo(document.project()->undoManager()),
       m_manager(document.project()->animationsManager()),
       m_rows(m_manager.animations()),
       m_subscription(m_manager.addChangeListener(this)) {}
@@ -45,7 +46,9 @@ bool AnimationsModel::setData(const QModelIndex& index, const QVariant& value, i
     const PCAnimation::Ptr renamed = animation(index);
     const QString name = value.toString();
     if (!renamed || role != Qt::EditRole || name.trimmed().isEmpty()) { return false; }
+    const UndoGroup step(m_undo);
     m_manager.renameAnimation(renamed, name);
+    m_undo.setActionName(u"Rename Animation"_s);
     return true;
 }
 

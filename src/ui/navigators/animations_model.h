@@ -32,6 +32,7 @@ class AnimationsModel : public QAbstractListModel, private PCAnimationsManagerCh
     void selectionChanged();
 
  private:
+    UndoManager& m_undo;
     PCAnimationsManager& m_manager;
     PCAnimationsManager::Animations m_rows;
     Subscription m_subscription;

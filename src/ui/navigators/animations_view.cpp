@@ -104,14 +104,20 @@ void AnimationsView::startRenaming(const QModelIndex& index) {
 void AnimationsView::deleteAnimation(const QModelIndex& index) {
     endEditing();
     if (const auto animation = m_model.animation(index)) {
+        UndoManager& undo = m_document.project()->undoManager();
+        const UndoGroup step(undo);
         m_document.project()->animationsManager().deleteAnimation(animation);
+        undo.setActionName(u"Delete Animation"_s);
     }
 }
 
 void AnimationsView::duplicateAnimation(const QModelIndex& index) {
     endEditing();
     if (const auto animation = m_model.animation(index)) {
+        UndoManager& undo = m_document.project()->undoManager();
+        const UndoGroup step(undo);
         m_document.project()->animationsManager().duplicateAnimation(animation);
+        undo.setActionName(u"Duplicate Animation"_s);
     }
 }
 
@@ -120,9 +126,8 @@ std::unique_ptr<QMenu> AnimationsView::makeContextMenu(const QModelIndex& index)
     auto menu = std::make_unique<QMenu>(u"Contextual Menu"_s, this);
     const auto add = [&](const QString& title, const QKeySequence& shortcut, Command command) {
         QAction* action = menu->addAction(
-            title, this, [this, command, row = QPersistentModelIndex(index)] {
-                (this->*command)(row);
-            });
+            title, this,
+            [this, command, row = QPersistentModelIndex(index)] { (this->*command)(row); });
         action->setShortcut(shortcut);
         action->setEnabled(m_model.animation(index) != nullptr);
     };
@@ -155,8 +160,7 @@ void AnimationsView::keyPressEvent(QKeyEvent* event) {
         event->accept();  // also at either end
     } else if (isPlain && event->key() == Qt::Key_F2) {
         startRenaming(currentIndex());
-    } else if (isPlain &&
-               (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace)) {
+    } else if (isPlain && (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace)) {
         deleteAnimation(currentIndex());
     } else {
         event->ignore();  // all other keys are the window's

@@ -34,11 +34,12 @@ bool isInTree(const PCElement& element, const PCElement& canvas) {
 // Which of `rows` make the longest list that goes up.
 std::vector<bool> longestAscent(const std::vector<size_t>& rows) {
     constexpr size_t kNone = SIZE_MAX;
-    std::vector<size_t> ends;                         // of the best ascent of each length
+    std::vector<size_t> ends;  // of the best ascent of each length
     std::vector<size_t> before(rows.size(), kNone);
     for (size_t i = 0; i < rows.size(); ++i) {
-        const auto place = std::lower_bound(ends.begin(), ends.end(), rows[i],
-                                            [&](size_t end, size_t row) { return rows[end] < row; });
+        const auto place =
+            std::lower_bound(ends.begin(), ends.end(), rows[i],
+                             [&](size_t end, size_t row) { return rows[end] < row; });
         if (place != ends.begin()) { before[i] = *std::prev(place); }
         if (place == ends.end()) {
             ends.push_back(i);
@@ -71,10 +72,11 @@ ElementsModel::~ElementsModel() = default;
 void ElementsModel::observe() {
     NotificationCentre& centre = m_document.project()->notificationCentre();
     const auto whenPosted = [&](const QString& name, auto handle) {
-        m_subscriptions.push_back(centre.subscribe(name, nullptr, [this, handle](const void* object) {
-            handle(static_cast<const PCElement*>(object));
-            refreshLater();
-        }));
+        m_subscriptions.push_back(
+            centre.subscribe(name, nullptr, [this, handle](const void* object) {
+                handle(static_cast<const PCElement*>(object));
+                refreshLater();
+            }));
     };
     whenPosted(ElementNotification::subelements, [this](const PCElement* parent) {
         m_changedParents.insert(std::const_pointer_cast<PCElement>(parent->shared_from_this()));
@@ -190,8 +192,8 @@ void ElementsModel::move(Node& node, Node& parent, size_t row) {
     Node& old = *node.parent;
     const size_t oldRow = node.row;
     if (&old == &parent && (row == oldRow || row == oldRow + 1)) { return; }
-    beginMoveRows(indexOf(old), static_cast<int>(oldRow), static_cast<int>(oldRow),
-                  indexOf(parent), static_cast<int>(row));
+    beginMoveRows(indexOf(old), static_cast<int>(oldRow), static_cast<int>(oldRow), indexOf(parent),
+                  static_cast<int>(row));
     auto owned = std::move(old.children[oldRow]);
     old.children.erase(old.children.begin() + static_cast<ptrdiff_t>(oldRow));
     const size_t place = &old == &parent && row > oldRow ? row - 1 : row;

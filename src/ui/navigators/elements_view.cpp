@@ -30,6 +30,7 @@ constexpr int kElementNameLeft = 44;
 constexpr int kElementNameRight = 10;  // from the row's right
 constexpr int kChevron = 16;
 constexpr double kLockDotRadius = 4;
+constexpr double kOpacityOfLocked = 0.5;
 
 class ElementDelegate : public NameDelegate {
  public:
@@ -53,7 +54,8 @@ ElementsView::ElementsView(DocumentContext& document, QWidget* parent)
     setAccessibleName(u"Elements"_s);
     setModel(&m_model);
     setItemDelegate(new ElementDelegate(
-        [this](const QModelIndex& index) { return indentOf(depthOf(index)) + kElementNameLeft; }, this));
+        [this](const QModelIndex& index) { return indentOf(depthOf(index)) + kElementNameLeft; },
+        this));
     setFrameShape(QFrame::NoFrame);
     setSelectionMode(ExtendedSelection);
     setSelectionBehavior(SelectRows);
@@ -185,8 +187,8 @@ QItemSelection ElementsView::rangesOf(const PCElement::Elements& elements) const
     };
     for (const PCElement::Ptr& element : elements) {
         const QModelIndex index = m_model.indexOf(*element);
-        const bool goesOn = first.isValid() && last.parent() == index.parent() &&
-                            last.row() + 1 == index.row();
+        const bool goesOn =
+            first.isValid() && last.parent() == index.parent() && last.row() + 1 == index.row();
         if (!goesOn) {
             endRange();
             first = index;
@@ -203,8 +205,8 @@ void ElementsView::showSelection() {
     const PCElement::Elements wanted = inListOrder(*m_document.project(), m_outline.selectedRows());
     if (shown == wanted) { return; }
     selectionModel()->select(rangesOf(wanted), QItemSelectionModel::ClearAndSelect);
-    const bool isCurrentSelected = selectionModel()->isRowSelected(currentIndex().row(),
-                                                                   currentIndex().parent());
+    const bool isCurrentSelected =
+        selectionModel()->isRowSelected(currentIndex().row(), currentIndex().parent());
     if (wanted.empty() || isCurrentSelected) { return; }
     setAutoScroll(false);  // the list stays where it was scrolled
     selectionModel()->setCurrentIndex(m_model.indexOf(*wanted.front(), ElementsModel::Name),
@@ -264,8 +266,8 @@ void ElementsView::paintRow(QPainter& painter, const QRect& row, const QModelInd
     const bool isHovered = m_hovered.isValid() && m_hovered.row() == index.row() &&
                            m_hovered.parent() == index.parent();
     const RowTint tint = m_outline.tintOf(*element);
-    const QColor& color = m_document.project()->isSetupMode() ? colors.setupSelection
-                                                              : colors.animationSelection;
+    const QColor& color =
+        m_document.project()->isSetupMode() ? colors.setupSelection : colors.animationSelection;
     QColor fill = colors.row;
     if (isSelected) {
         fill = rows::lightened(color, tint.selected);
@@ -276,27 +278,29 @@ void ElementsView::paintRow(QPainter& painter, const QRect& row, const QModelInd
 
     const QRectF face = rows::withoutLowerEdge(row);
     const auto at = [&face](double x) { return QPointF(x, face.center().y()); };
-    const rows::Look look{isSelected, element->locked()};
-    const rows::Look tools{isSelected, false};
     const int eye = columnViewportPosition(ElementsModel::Visibility);
     rows::paintPicture(painter, at(eye + sizes::visibilityColumn / 2.0), sizes::rowPicture,
-                       element->hidden() ? u"hidden"_s : u"visible"_s, tools);
+                       element->hidden() ? u"hidden"_s : u"visible"_s, isSelected);
     const int lock = columnViewportPosition(ElementsModel::Lock);
     paintLock(painter, at(lock + sizes::lockColumn / 2.0), *element, isSelected,
               isHovered && m_hovered.column() == ElementsModel::Lock);
     const int left = indentOf(depthOf(index));
     if (!element->children().empty()) {
         rows::paintPicture(painter, at(left + kChevronCentre), kChevron,
-                           isExpanded(index) ? u"chev_down"_s : u"chev_right"_s, tools);
+                           isExpanded(index) ? u"chev_down"_s : u"chev_right"_s, isSelected);
     }
+    const bool isFaint = element->locked() && !Appearance::current().increasesContrast();
+    const double opacity = painter.opacity();
+    painter.setOpacity(isFaint ? opacity * kOpacityOfLocked : opacity);
     rows::paintPicture(painter, at(left + kElementPictureCentre), sizes::rowPicture,
-                       element->isGroup() ? u"folder"_s : u"image"_s, look);
+                       element->isGroup() ? u"folder"_s : u"image"_s, isSelected);
     QRect name = face.toRect();
     name.setLeft(left + kElementNameLeft);
     name.setRight(row.right() - kElementNameRight);
-    rows::paintName(painter, name, element->name(), look);
-    const bool isCurrent = currentIndex().row() == index.row() &&
-                           currentIndex().parent() == index.parent();
+    rows::paintName(painter, name, element->name(), isSelected);
+    painter.setOpacity(opacity);
+    const bool isCurrent =
+        currentIndex().row() == index.row() && currentIndex().parent() == index.parent();
     if (hasFocus() && FocusRing::keyboardIsInUse() && isCurrent) {
         rows::paintFocusRing(painter, row, isSelected);
     }
@@ -306,9 +310,9 @@ void ElementsView::paintLock(QPainter& painter, QPointF centre, const PCElement&
                              bool isSelected, bool isHovered) const {
     const WorkbenchColors& colors = Appearance::current().workbench();
     if (element.locked()) {
-        rows::paintPicture(painter, centre, sizes::lockPicture, u"locked_dark"_s, {});
+        rows::paintPicture(painter, centre, sizes::lockPicture, u"locked_dark"_s, false);
     } else if (isHovered) {
-        rows::paintPicture(painter, centre, sizes::lockPicture, u"unlocked"_s, {isSelected, false});
+        rows::paintPicture(painter, centre, sizes::lockPicture, u"unlocked"_s, isSelected);
     } else {
         painter.setPen(Qt::NoPen);
         painter.setBrush(isSelected ? colors.onSelectedLockDot : colors.lockDot);
@@ -327,6 +331,9 @@ bool ElementsView::viewportEvent(QEvent* event) {
         case QEvent::HoverLeave:
         case QEvent::Leave:
             hover({});
+            break;
+        case QEvent::UngrabMouse:
+            endPress();
             break;
         case QEvent::ToolTip:
             if (showToolTip(*static_cast<QHelpEvent*>(event))) { return true; }
@@ -497,8 +504,8 @@ std::unique_ptr<QMenu> ElementsView::makeContextMenu() {
     for (const QString& name : {u"duplicateElements"_s, u"duplicateElementsInPlace"_s, u"delete"_s,
                                 u"groupElements"_s, u"ungroupElements"_s, u"renameElement"_s}) {
         const Command& command = *commandNamed(name);
-        QAction* action = menu->addAction(command.title, this,
-                                          [&commands, name] { commands.perform(name); });
+        QAction* action =
+            menu->addAction(command.title, this, [&commands, name] { commands.perform(name); });
         // Only shown: the window's menu bar has the shortcut itself.
         action->setShortcut(QKeySequence(command.shortcuts.section(u"; "_s, 0, 0)));
         action->setEnabled(commands.isEnabled(name));

@@ -57,9 +57,9 @@ class ElementsView : public QTreeView, private PCElementSelectionManagerListener
     /// Where a drop would go, while something is dragged over the list.
     struct DropMark {
         OutlineGap gap;
-        bool isOnRow = false;    // the row of gap.parent is meant
-        bool isOnList = false;   // no row is meant
-        QModelIndex row;         // that the pointer is over
+        bool isOnRow = false;     // the row of gap.parent is meant
+        bool isOnList = false;    // no row is meant
+        QModelIndex row;          // that the pointer is over
         bool isAboveRow = false;  // the gap lies there
     };
 

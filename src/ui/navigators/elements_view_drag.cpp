@@ -15,9 +15,9 @@
 namespace tweenery {
 namespace {
 
-constexpr double kMarkRing = 4;        // radius
+constexpr double kMarkRing = 4;  // radius
 constexpr double kMarkLine = 2;
-constexpr int kMarkLeft = 3;           // from where the level begins, to the left
+constexpr int kMarkLeft = 3;  // from where the level begins, to the left
 constexpr int kMostRowsOfPicture = 8;
 constexpr double kPictureOpacity = 0.7;
 
@@ -62,8 +62,7 @@ void ElementsView::startDrag(Qt::DropActions) {
 
 QPixmap ElementsView::pictureOfSelectedRows() const {
     const int count = static_cast<int>(m_dragged.size());
-    const QSize size(viewport()->width(),
-                     std::min(count, kMostRowsOfPicture) * sizes::elementRow);
+    const QSize size(viewport()->width(), std::min(count, kMostRowsOfPicture) * sizes::elementRow);
     QPixmap picture(size * devicePixelRatioF());
     picture.setDevicePixelRatio(devicePixelRatioF());
     picture.fill(Qt::transparent);
@@ -108,9 +107,9 @@ ElementsView::DropMark ElementsView::markAt(QPoint position) const {
     const bool showsChildren = isExpanded(mark.row) && !element->children().empty();
     const int y = position.y() - row.top();
     const int edge = element->isGroup() ? row.height() / 4 : row.height() / 2;
-    const RowPart part = y < edge                   ? RowPart::Upper
+    const RowPart part = y < edge                  ? RowPart::Upper
                          : y < row.height() - edge ? RowPart::Middle
-                                                    : RowPart::Lower;
+                                                   : RowPart::Lower;
     mark.gap = gapAt(element, part, showsChildren);
     mark.isOnRow = mark.gap.parent == element && part == RowPart::Middle;
     mark.isAboveRow = part == RowPart::Upper;
@@ -150,8 +149,8 @@ void ElementsView::dragMoveEvent(QDragMoveEvent* event) {
     }
     event->setDropAction(action);
     event->accept();
-    const bool isPasted = dragOf(*event).source == OutlineDrag::Source::Elsewhere &&
-                          !event->mimeData()->hasUrls();
+    const bool isPasted =
+        dragOf(*event).source == OutlineDrag::Source::Elsewhere && !event->mimeData()->hasUrls();
     mark.isOnList = isPasted;
     showDropMark(mark);
 }
@@ -188,9 +187,8 @@ void ElementsView::dropEvent(QDropEvent* event) {
         for (const QString& type : pasteboardTypes()) {
             received->setData(type, mime.data(type));
         }
-        QTimer::singleShot(0, this, [this, received] {
-            m_document.pasteFrom(ReceivedPasteboard(*received));
-        });
+        QTimer::singleShot(
+            0, this, [this, received] { m_document.pasteFrom(ReceivedPasteboard(*received)); });
     }
 }
 
@@ -201,9 +199,8 @@ void ElementsView::paintDropMark(QPainter& painter) const {
     painter.setBrush(Qt::NoBrush);
     const double half = kMarkLine / 2;
     if (m_dropMark->isOnList || m_dropMark->isOnRow) {
-        const QRect whole = m_dropMark->isOnList
-                                ? viewport()->rect()
-                                : rows::withoutLowerEdge(rowRect(m_dropMark->row));
+        const QRect whole = m_dropMark->isOnList ? viewport()->rect()
+                                                 : rows::withoutLowerEdge(rowRect(m_dropMark->row));
         painter.drawRect(QRectF(whole).adjusted(half, half, -half, -half));
         return;
     }
@@ -224,7 +221,8 @@ void ElementsView::paintDropMark(QPainter& painter) const {
 // Of those that are shown.
 QModelIndex ElementsView::lastRow() const {
     QModelIndex last;
-    for (int rows = m_model.rowCount(); rows > 0; rows = isExpanded(last) ? m_model.rowCount(last) : 0) {
+    for (int rows = m_model.rowCount(); rows > 0;
+         rows = isExpanded(last) ? m_model.rowCount(last) : 0) {
         last = m_model.index(rows - 1, 0, last);
     }
     return last;

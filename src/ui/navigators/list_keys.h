@@ -1,7 +1,7 @@
 #pragma once
 
-#include <initializer_list>
 #include <qnamespace.h>
+#include <initializer_list>
 
 class QEvent;
 class QKeyEvent;

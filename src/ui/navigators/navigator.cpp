@@ -29,10 +29,9 @@ Navigator::Navigator(DocumentContext& document, QWidget* parent)
 void Navigator::addCommands(DocumentContext& document) {
     CommandSet& commands = document.commands();
     const PCElementSelectionManager& selection = document.selectionManager();
-    commands.add(u"renameElement"_s, {[this] { m_elements.renameTopSelectedRow(); },
-                                      [&selection] {
-                                          return selection.selectedElementsCount() == 1;
-                                      }});
+    commands.add(u"renameElement"_s,
+                 {[this] { m_elements.renameTopSelectedRow(); },
+                  [&selection] { return selection.selectedElementsCount() == 1; }});
     commands.add(u"renameAnimation"_s,
                  {[this] { m_animations.startRenaming(m_animations.currentIndex()); },
                   [&document] { return !document.project()->isSetupMode(); }});
@@ -60,9 +59,8 @@ void Navigator::setUpHeaders(CommandSet& commands) {
     connect(strip, &HeaderView::mouseDidPress, this, showResizeCursor);
     connect(strip, &HeaderView::mouseDidRelease, this, showResizeCursor);
     connect(strip, &HeaderView::mouseDidExit, strip, &QWidget::unsetCursor);
-    connect(strip, &HeaderView::dragDidChangeBy, this, [this](QPointF delta) {
-        setDividerPosition(m_divider + qRound(delta.y()));
-    });
+    connect(strip, &HeaderView::dragDidChangeBy, this,
+            [this](QPointF delta) { setDividerPosition(m_divider + qRound(delta.y())); });
 }
 
 void Navigator::endEditing() {

@@ -19,10 +19,8 @@ QFont nameFont(bool isSelected, double devicePixelRatio) {
                    : rowFont(devicePixelRatio, appearance.increasesContrast());
 }
 
-QColor inkOf(Look look, const QColor& ink) {
-    const WorkbenchColors& colors = Appearance::current().workbench();
-    if (look.isSelected) { return colors.onSelected; }
-    return look.isLocked ? colors.lockedInk : ink;
+QColor inkOf(bool isSelected, const QColor& ink) {
+    return isSelected ? Appearance::current().workbench().onSelected : ink;
 }
 
 }  // namespace
@@ -45,10 +43,10 @@ void paintFill(QPainter& painter, const QRect& row, const QColor& fill, bool isH
                      isHovered ? blended(colors.rowHover, fill) : fill);
 }
 
-void paintName(QPainter& painter, const QRect& rect, const QString& name, Look look) {
-    const QFont font = nameFont(look.isSelected, painter.device()->devicePixelRatioF());
+void paintName(QPainter& painter, const QRect& rect, const QString& name, bool isSelected) {
+    const QFont font = nameFont(isSelected, painter.device()->devicePixelRatioF());
     painter.setFont(font);
-    painter.setPen(inkOf(look, Appearance::current().workbench().rowInk));
+    painter.setPen(inkOf(isSelected, Appearance::current().workbench().rowInk));
     const QString text = QFontMetrics(font).elidedText(name, Qt::ElideRight, rect.width());
     painter.drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
 }
@@ -57,9 +55,10 @@ bool isCut(const QString& name, int width, double devicePixelRatio) {
     return QFontMetrics(nameFont(false, devicePixelRatio)).horizontalAdvance(name) > width;
 }
 
-void paintPicture(QPainter& painter, QPointF centre, int size, const QString& icon, Look look) {
+void paintPicture(QPainter& painter, QPointF centre, int size, const QString& icon,
+                  bool isSelected) {
     const QRectF rect(centre.x() - size / 2.0, centre.y() - size / 2.0, size, size);
-    paintIcon(painter, rect, icon, inkOf(look, Appearance::current().workbench().rowIcon));
+    paintIcon(painter, rect, icon, inkOf(isSelected, Appearance::current().workbench().rowIcon));
 }
 
 void paintFocusRing(QPainter& painter, const QRect& row, bool isSelected) {
@@ -81,8 +80,8 @@ void paintEmptyPlace(QPainter& painter, const QRect& place, const QString& title
     const auto paintLine = [&](const QFont& font, const QColor& ink, const QString& text) {
         painter.setFont(font);
         painter.setPen(ink);
-        painter.drawText(line, Qt::AlignCenter, QFontMetrics(font).elidedText(
-                                                    text, Qt::ElideRight, line.width()));
+        painter.drawText(line, Qt::AlignCenter,
+                         QFontMetrics(font).elidedText(text, Qt::ElideRight, line.width()));
     };
     paintLine(regularFont(sizes::emptyPlaceTitleSize), colors.ink, title);
     line = QRect(line.left(), line.bottom() + 1, line.width(), kAdviceLine);

@@ -8,23 +8,18 @@ class QPainter;
 
 namespace tweenery::rows {
 
-/// How a row's text and pictures look.
-struct Look {
-    bool isSelected = false;
-    bool isLocked = false;
-};
-
 /// A lighter colour: 0 is the colour itself, 1 white.
 QColor lightened(const QColor& color, double level);
 
 /// The whole row, with its lower edge.
 void paintFill(QPainter& painter, const QRect& row, const QColor& fill, bool isHovered);
 /// One line at the left, in the middle of `rect`; what is too long ends in an ellipsis.
-void paintName(QPainter& painter, const QRect& rect, const QString& name, Look look);
+void paintName(QPainter& painter, const QRect& rect, const QString& name, bool isSelected);
 /// Whether paintName() would cut it.
 bool isCut(const QString& name, int width, double devicePixelRatio);
 /// A picture about a point, in the colour of the row's pictures.
-void paintPicture(QPainter& painter, QPointF centre, int size, const QString& icon, Look look);
+void paintPicture(QPainter& painter, QPointF centre, int size, const QString& icon,
+                  bool isSelected);
 /// Of the row that has the keyboard.
 void paintFocusRing(QPainter& painter, const QRect& row, bool isSelected);
 /// Says in the middle of an empty list what is, and what to do.

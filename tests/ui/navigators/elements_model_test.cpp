@@ -74,10 +74,13 @@ TEST(ElementsModel, TellsOfSingleRows) {
         {"to the front", [&](Rows& r) { project(r).moveElementsToFront({r.at("A")}); }, "m"},
         {"to the back", [&](Rows& r) { project(r).moveElementsToBack({r.at("E")}); }, "m"},
         {"into a group", [&](Rows& r) { project(r).moveItems({r.at("A")}, r.at("G"), 1); }, "m"},
-        {"group", [&](Rows& r) { project(r).groupElements({r.at("A"), r.at("D")}); }, "imm"},
+        {"group",
+         [&](Rows& r) {
+             project(r).groupElements({r.at("A"), r.at("D")});
+         },
+         "imm"},
         {"ungroup", [&](Rows& r) { project(r).ungroupElements({r.at("G")}); }, "mmr"},
-        {"duplicate a group",
-         [&](Rows& r) { project(r).duplicateItems({r.at("G")}, 0); }, "iid"},
+        {"duplicate a group", [&](Rows& r) { project(r).duplicateItems({r.at("G")}, 0); }, "iid"},
         {"back to where it was",
          [&](Rows& r) {
              project(r).moveElementsToFront({r.at("A")});

@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QDrag>
 #include <QMenu>
 #include <QMimeData>
 #include <QTest>
+#include <QTimer>
 
 #include "editor/canvas/pasteboard_commands.h"
 #include "editor/controller_scene.h"
@@ -31,9 +33,7 @@ struct Window {
 
     ElementsView& elements() { return navigator.elementsView(); }
     AnimationsView& animations() { return navigator.animationsView(); }
-    PCElement::Ptr at(const char* name) {
-        return named(*scene.project, QString::fromLatin1(name));
-    }
+    PCElement::Ptr at(const char* name) { return named(*scene.project, QString::fromLatin1(name)); }
     QModelIndex cell(const char* name, ElementsModel::Column column = ElementsModel::Name) {
         return elements().elementsModel().indexOf(*at(name), column);
     }
@@ -43,7 +43,9 @@ struct Window {
                                       : animations();
         return view.viewport()->mapTo(&navigator, view.visualRect(index).center());
     }
-    void press(QPoint point) { QTest::mousePress(navigator.windowHandle(), Qt::LeftButton, {}, point); }
+    void press(QPoint point) {
+        QTest::mousePress(navigator.windowHandle(), Qt::LeftButton, {}, point);
+    }
     void move(QPoint point) { QTest::mouseMove(navigator.windowHandle(), point); }
     void release(QPoint point) {
         QTest::mouseRelease(navigator.windowHandle(), Qt::LeftButton, {}, point);
@@ -167,7 +169,8 @@ TEST(ElementsView, TakesDrops) {
     Window window("A G{B} C D");
     const auto drop = [&](QMimeData& mime, const char* row, int dy) {
         QWidget* list = window.elements().viewport();
-        const QPoint point = window.elements().visualRect(window.cell(row)).center() + QPoint(0, dy);
+        const QPoint point =
+            window.elements().visualRect(window.cell(row)).center() + QPoint(0, dy);
         QDragEnterEvent enter(point, Qt::CopyAction, &mime, Qt::LeftButton, {});
         QCoreApplication::sendEvent(list, &enter);
         QDragMoveEvent over(point, Qt::CopyAction, &mime, Qt::LeftButton, {});
@@ -194,6 +197,35 @@ TEST(ElementsView, TakesDrops) {
     garbage.setData(PCElement::pasteboardType(), "garbage");
     drop(garbage, "C", 0);
     EXPECT_EQ(window.scene.tree(), "A G{B} G_1{B_1} C D");
+}
+
+// With the pointer from the press to the release: rows of this list move, and stay selected.
+TEST(ElementsView, MovesRowsThatAreDragged) {
+    Window window("A G{B} C D");
+    const QPoint from = window.pointOf(window.cell("D"));
+    const QPoint to = window.pointOf(window.cell("A")) + QPoint(0, 8);
+    QTimer pointer;  // what the user does while the drag's own event loop runs
+    int step = 0;
+    QObject::connect(&pointer, &QTimer::timeout, &pointer, [&] {
+        if (step < 3) {
+            window.move(to + QPoint(step, 0));
+        } else {
+            pointer.stop();
+            window.release(to);
+        }
+        ++step;
+    });
+    QTimer::singleShot(5000, &pointer, [] { QDrag::cancel(); });
+    pointer.start(10);
+    window.press(from);
+    window.move(from + QPoint(0, 5));
+    window.move(from + QPoint(0, 40));
+    window.settle();
+    EXPECT_EQ(window.scene.tree(), "D A G{B} C");
+    EXPECT_EQ(window.scene.selected(), u"D"_s);
+    window.scene.perform("undo");
+    EXPECT_EQ(window.scene.tree(), "A G{B} C D");
+    EXPECT_FALSE(window.scene.project->undoManager().canUndo());
 }
 
 TEST(ElementsView, OffersItsMenuAsTheWindowDoes) {
@@ -267,10 +299,12 @@ TEST(AnimationsView, AddsWithTheNameOpen) {
     EXPECT_EQ(animationRows(window), "setup, fly, [Untitled Animation]");
     window.type(u"fly"_s);
     EXPECT_EQ(animationRows(window), "setup, fly, [fly 2]");
+    window.scene.perform("undo");
+    EXPECT_EQ(animationRows(window), "setup, fly, [Untitled Animation]");
 
     for (const int row : {0, 1}) {
-        const auto menu = window.animations().makeContextMenu(
-            window.animations().model()->index(row, 0));
+        const auto menu =
+            window.animations().makeContextMenu(window.animations().model()->index(row, 0));
         for (const QAction* action : menu->actions()) {
             EXPECT_EQ(action->isEnabled(), row > 0) << qPrintable(action->text());
         }
@@ -280,8 +314,8 @@ TEST(AnimationsView, AddsWithTheNameOpen) {
 // Keys that move in a list are its own; letters and digits go on to the window.
 TEST(Lists, KeepTheirKeysOnly) {
     Window window("A B");
-    for (QWidget* list : {static_cast<QWidget*>(&window.elements()),
-                          static_cast<QWidget*>(&window.animations())}) {
+    for (QWidget* list :
+         {static_cast<QWidget*>(&window.elements()), static_cast<QWidget*>(&window.animations())}) {
         for (const auto& [key, modifiers, isKept] :
              std::vector<std::tuple<Qt::Key, Qt::KeyboardModifiers, bool>>{
                  {Qt::Key_Up, Qt::NoModifier, true},
@@ -317,9 +351,9 @@ TEST(Lists, AreNamedForAssistiveTools) {
         const bool isName = i % ElementsModel::ColumnCount == ElementsModel::Name;
         EXPECT_EQ(cell->state().checkable, !isHeader && !isName) << i;
     }
-    EXPECT_EQ(names, (QStringList{u"Visible"_s, u"Locked"_s, u"Name"_s, u"Visible, G"_s, u"Locked, G"_s, u"G"_s, u"Visible, B"_s,
-                                  u"Locked, B"_s, u"B"_s, u"Visible, kite"_s, u"Locked, kite"_s,
-                                  u"kite"_s}));
+    EXPECT_EQ(names, (QStringList{u"Visible"_s, u"Locked"_s, u"Name"_s, u"Visible, G"_s,
+                                  u"Locked, G"_s, u"G"_s, u"Visible, B"_s, u"Locked, B"_s, u"B"_s,
+                                  u"Visible, kite"_s, u"Locked, kite"_s, u"kite"_s}));
     const auto* list = QAccessible::queryAccessibleInterface(&window.animations());
     EXPECT_EQ(list->text(QAccessible::Name), u"Animations"_s);
     EXPECT_EQ(list->child(0)->text(QAccessible::Name), u"setup"_s);
