@@ -59,6 +59,7 @@ AlertDialog::AlertDialog(const Alert& alert, QWidget* parent)
     row->setSpacing(kAlertGap);
     row->addStretch();
     const int defaultButton = alert.defaultButton();
+    QPushButton* filled = nullptr;
     for (int i = 0; i < static_cast<int>(alert.buttons.size()); ++i) {
         auto* button = new QPushButton(alert.buttons[i]);
         button->setAutoDefault(false);
@@ -68,9 +69,10 @@ AlertDialog::AlertDialog(const Alert& alert, QWidget* parent)
             accept();
         });
         row->addWidget(button);
-        if (i == defaultButton) { button->setFocus(); }
+        if (i == defaultButton) { filled = button; }
     }
     column->addLayout(row);
+    if (filled) { filled->setFocus(); }  // once it has its window
 }
 
 AlertAnswer AlertDialog::answer() const {

@@ -30,7 +30,7 @@ constexpr int kGroupSpace = 8;
 class GroupBand : public QWidget {
  public:
     GroupBand() {
-        setFixedHeight(kBandHeight);
+        setFixedSize(kWindowWidth, kBandHeight);
         setAccessibleName(u"General"_s);
         setAccessibleRole(*this, QAccessible::PageTab);
     }
@@ -64,7 +64,6 @@ void addHeading(QGridLayout* grid, const QString& text) {
 
 PreferencesWindow::PreferencesWindow(QWidget* parent) : QDialog(parent) {
     setWindowTitle(u"General"_s);
-    setFixedWidth(kWindowWidth);
     auto* grid = new QGridLayout;
     grid->setContentsMargins(sizes::dialogMargin, sizes::dialogMargin - 2, sizes::dialogMargin,
                              sizes::dialogMargin + 2);

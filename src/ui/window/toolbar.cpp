@@ -93,6 +93,8 @@ GroupFxView::GroupFxView(QWidget* parent)
     m_slider.setGeometry(kGroupFxSlider);
     m_slider.setRange(0, kGroupFxSteps);
     m_slider.setPageStep(4);
+    m_slider.setTickInterval(1);
+    m_slider.setTickPosition(QSlider::TicksBelow);
     m_slider.setValue(qRound(PCAppPreferences::storedLinkFXFactor() / kGroupFxStep));
     m_slider.setAccessibleName(u"GroupFX Strength"_s);
     m_slider.hide();

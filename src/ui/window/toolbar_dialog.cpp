@@ -12,6 +12,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
+constexpr QSize kListSize(190, 360);
+
 QListWidgetItem* listItem(const QString& identifier) {
     const QString label = toolbarItem(identifier)->label;
     auto* item = new QListWidgetItem(label.isEmpty() ? u"Divider"_s : label);
@@ -27,6 +29,8 @@ QVBoxLayout* titled(const QString& title, QListWidget* list) {
     auto* label = new QLabel(title);
     label->setBuddy(list);
     list->setAccessibleName(title);
+    list->setFixedSize(kListSize);
+    list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     auto* column = new QVBoxLayout;
     column->addWidget(label);
     column->addWidget(list);
