@@ -1,5 +1,6 @@
 #include <QApplication>
-#include <QStandardPaths>
+#include <QFile>
+#include <QTimer>
 #include <cstdio>
 
 #include "app/command_line.h"
