@@ -61,7 +61,6 @@ TEST(Colors, IncreasedContrastMakesTheWorkbenchReadable) {
         {
             {"fields", c.fieldInk, c.fieldFill},
             {"rows", c.rowInk, c.row},
-            {"locked rows", c.lockedInk, c.row},
             {"pictures of panes", c.paneIcon, c.pane},
             {"lines of fields", c.fieldLine, c.pane, 3},
             {"brackets", c.bracket, c.pane, 3},

@@ -29,7 +29,7 @@ class WindowScene : public DocumentWindowOwner {
     std::unique_ptr<DocumentServices> services;
     std::unique_ptr<DocumentWindow> window;
 
-    /// Elements of the notation show a red square of 40 points, 60 apart.
+    /// Elements of the notation show a red square of 40 points, 160 apart.
     explicit WindowScene(std::string_view tree = "A B C") {
         services = std::make_unique<DocumentServices>(
             DocumentServices{alerts, log, clock,
@@ -102,13 +102,14 @@ class WindowScene : public DocumentWindowOwner {
 
  private:
     static constexpr int kSide = 40;
-    static constexpr int kDistance = 60;
+    static constexpr int kDistance = 160;
 
     // The screen of tests is small.
     static void giveCanvasRoom(PCProjectPreferences& preferences) {
         preferences.setNewProject(false);
         preferences.setUtilitiesPaneVisible(false);
         preferences.setNavigatorPaneWidth(250);
+        preferences.setTimelinePaneHeight(44);
     }
     static void fill(PCProject& project, std::string_view tree) {
         const UndoRegistrationPause pause(project.undoManager());
