@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -82,6 +83,8 @@ class PCKeyedPropertyTimeline final : public Archivable,
     PCKeyedPropertyTimeline(const PCKeyedPropertyTimeline&) = delete;
     PCKeyedPropertyTimeline& operator=(const PCKeyedPropertyTimeline&) = delete;
 
+    /// Makes the archive of the timeline as it stands now, on any thread.
+    std::function<QByteArray()> archiveMadeLater() const;
     ArchiveClass archiveClass() const override { return {"PCKeyedPropertyTimeline"}; }
     void encodeWithCoder(KeyedEncoder& coder) const override;
 

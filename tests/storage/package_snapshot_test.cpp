@@ -101,6 +101,40 @@ TEST_F(PackageSnapshot, KnowsWhatEachWriteLeftOnDisk) {
     EXPECT_EQ(contentsOf(*readPackage(path())), contentsOf(*root));
 }
 
+void replaceLater(FileWrapper& directory, const QString& name, const QByteArray& bytes) {
+    directory.pc_deleteSubFileWrapperNamed(name);
+    directory.addFileWrapper(FileWrapper::regularFileMadeLater([bytes] { return bytes; }, name));
+}
+
+// What was replaced by the same bytes, or came back to them, is not written again.
+TEST_F(PackageSnapshot, LinksWhatComesOutAsItIsOnDisk) {
+    const QByteArray before = root->child(u"canvas"_s)->contents();
+    const auto inode = [this] { return readPackage(path())->child(u"canvas"_s)->origin()->inode; };
+    const auto replace = [&](const QByteArray& bytes, bool later) {
+        later ? replaceLater(*root, u"canvas"_s, bytes)
+              : root->pc_replaceSubFileWrapperNamed(u"canvas"_s, bytes);
+    };
+    const uint64_t first = inode();
+    for (const bool later : {false, true}) {
+        replace("passing", later);
+        const auto givenUp = root->snapshot();
+        EXPECT_THROW(writeSnapshot(givenUp, directory() + u"/gone/Demo.tweenery"_s), InputError);
+        replace(before, later);
+        savePackage(*root, path());
+        EXPECT_EQ(inode(), first) << later;
+        EXPECT_TRUE(entriesChangedOnDisk(*root, path()).isEmpty()) << later;
+    }
+    replace("other bytes", true);
+    savePackage(*root, path());
+    EXPECT_NE(inode(), first);
+    EXPECT_EQ(readPackage(path())->child(u"canvas"_s)->contents(), "other bytes");
+
+    replaceLater(*root, u"canvas"_s, "other bytes");
+    write("canvas", "somebody else's");
+    EXPECT_THAT(errorOf([&] { savePackage(*root, path()); }),
+                testing::HasSubstr("was changed on disk"));
+}
+
 /// Edits a tree, takes snapshots and writes them in turn, some in vain, all at random.
 class RandomWalk {
  public:
@@ -162,7 +196,7 @@ class RandomWalk {
         const FileWrapper::Ptr directory = anyDirectory();
         const QString name = QString(QChar(u'a' + below(3)));
         const FileWrapper::Ptr present = directory->child(name);
-        switch (below(4)) {
+        switch (below(5)) {
             case 0:
                 if (present) {
                     m_removed.push_back(present);
@@ -179,6 +213,9 @@ class RandomWalk {
                     directory->addFileWrapper(m_removed.back());
                     m_removed.pop_back();
                 }
+                break;
+            case 3:
+                replaceLater(*directory, name, QByteArray::number(below(4)));
                 break;
             default:
                 directory->pc_replaceSubFileWrapperNamed(name, QByteArray::number(below(4)));
