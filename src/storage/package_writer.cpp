@@ -15,15 +15,15 @@
 #include "storage/staged_directory.h"
 #include "storage/system_names.h"
 
-namespace tweenery {
-
 using namespace Qt::StringLiterals;
+
+namespace tweenery {
 
 namespace {
 
 // Up to here each new entry is flushed by itself; beyond, one flush of the whole file system takes
 // less time.
-constexpr int maxSingleFlushes = 16;
+constexpr int kMaxSingleFlushes = 16;
 
 // Thrown within a save when the package on disk is not what the tree was read from.
 struct ChangedOnDisk {};
@@ -41,19 +41,19 @@ const FileWrapper* storedFile(const FileWrapper::Children& removed, const QStrin
 }
 
 // The number of flushes that `directory` takes when stored entries are linked or not, or some
-// number above maxSingleFlushes.
+// number above kMaxSingleFlushes.
 int flushesFor(const FileWrapper& directory, bool links) {
     int count = 1;
     const FileWrapper::Children removed = directory.removedEntries();
     for (const auto& [name, node] : directory.fileWrappers()) {
-        if (count > maxSingleFlushes) { break; }
+        if (count > kMaxSingleFlushes) { break; }
         if (node->isDirectory()) { count += flushesFor(*node, links); }
         if (node->isRegularFile() && !(links && storedFile(removed, name, *node))) { ++count; }
     }
     return count;
 }
 
-/// Fills a staged directory with a tree: links what is unchanged, writes the rest.
+// Fills a staged directory with a tree: links what is unchanged, writes the rest.
 class PackageBuilder {
  public:
     using Written = WrittenPackage::Origins;
@@ -63,11 +63,11 @@ class PackageBuilder {
     PackageBuilder(Unchanged unchanged, OnDiskChange policy)
         : m_unchanged(unchanged), m_policy(policy) {}
 
-    /// Everything in `staged` is on the medium afterwards. Throws InputError or ChangedOnDisk.
-    /// `source` is the package with the entries that may be linked; none: nothing is.
+    // Everything in `staged` is on the medium afterwards. Throws InputError or ChangedOnDisk.
+    // `source` is the package with the entries that may be linked; none: nothing is.
     void build(const FileWrapper& root, const QString& path, const StagedDirectory& staged,
                const FileDescriptor& source);
-    /// The nodes below the root whose origin changes once the staged directory is in its place.
+    // The nodes below the root whose origin changes once the staged directory is in its place.
     Written takeWritten() { return std::move(m_written); }
     bool isBig() const { return m_walk.isBig(); }
 
@@ -118,7 +118,7 @@ class PackageBuilder {
 void PackageBuilder::build(const FileWrapper& root, const QString& path,
                            const StagedDirectory& staged, const FileDescriptor& source) {
     m_links = m_unchanged == Unchanged::Link && source;
-    m_flushesEach = flushesFor(root, m_links) <= maxSingleFlushes;
+    m_flushesEach = flushesFor(root, m_links) <= kMaxSingleFlushes;
     auto directory = std::make_shared<Directory>();
     directory->name = path;
     directory->node = &root;
