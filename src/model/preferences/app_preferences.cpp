@@ -58,7 +58,7 @@ const QString kLastWindowSizeKey = u"lastWindowSize"_s;
 const QString kThemeKey = u"appearance"_s;
 const QStringList kThemeNames = {u"system"_s, u"light"_s, u"dark"_s};  // by PCAppTheme
 constexpr float kFixedLinkFXFactor = 1;
-constexpr QSizeF defaultWindowSize(1000, 600);
+constexpr QSizeF kDefaultWindowSize(1000, 600);
 
 bool read(const BoolSetting& setting) {
     const QVariant value = UserDefaults::standard().value(setting.keyText());
@@ -85,14 +85,8 @@ void PCAppPreferences::registerDefaults() {
     for (const BoolSetting& setting : kBoolSettings) {
         defaults.registerDefault(setting.keyText(), setting.byDefault);
     }
-<<<<<<< HEAD
-    defaults.registerDefault(linkFXFactorKey, fixedLinkFXFactor);
-    defaults.registerDefault(lastWindowSizeKey, textFromSize(defaultWindowSize));
-    defaults.registerDefault(kThemeKey, kThemeNames.first());
-=======
     defaults.registerDefault(kLinkFXFactorKey, kFixedLinkFXFactor);
-    defaults.registerDefault(kLastWindowSizeKey, textFromSize(defaultWindowSize));
->>>>>>> tests9
+    defaults.registerDefault(kLastWindowSizeKey, textFromSize(kDefaultWindowSize));
 }
 
 float PCAppPreferences::linkFXFactor() {
@@ -104,15 +98,15 @@ void PCAppPreferences::setLinkFXFactor(float factor) {
 }
 
 float PCAppPreferences::storedLinkFXFactor() {
-    const QVariant value = UserDefaults::standard().value(linkFXFactorKey);
-    return value.isValid() ? std::clamp(value.toFloat(), 0.0F, 5.0F) : fixedLinkFXFactor;
+    const QVariant value = UserDefaults::standard().value(kLinkFXFactorKey);
+    return value.isValid() ? std::clamp(value.toFloat(), 0.0F, 5.0F) : kFixedLinkFXFactor;
 }
 
 QSizeF PCAppPreferences::lastWindowSize() {
     const QString text = UserDefaults::standard().value(kLastWindowSizeKey).toString();
     const auto size = pointFromText(text.toStdString());
     return size && size->x() > 0 && size->y() > 0 ? QSizeF(size->x(), size->y())
-                                                  : defaultWindowSize;
+                                                  : kDefaultWindowSize;
 }
 
 void PCAppPreferences::setlastWindowSize(QSizeF size) {
