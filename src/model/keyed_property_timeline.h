@@ -230,7 +230,8 @@ class PCKeyedPropertyTimeline final : public Archivable,
 
     // Export queries. Only ever called on the export's private copies.
 
-    void EXPORT_setDurationInTimeInMS(int32_t durationInMS);
+    /// Holds the last value until then; `tweens` says whether by a keyframe that tweens or jumps.
+    void EXPORT_setDurationInTimeInMS(int32_t durationInMS, bool tweens);
     /// True when every stored value equals the value at time 0 and the value at every other time
     /// does as well; true for an empty timeline.
     bool EXPORT_isNonChanging() const;
