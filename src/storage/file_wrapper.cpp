@@ -5,13 +5,13 @@
 
 #include "base/errors.h"
 
-namespace tweenery {
-
 using namespace Qt::StringLiterals;
+
+namespace tweenery {
 
 namespace {
 
-const FileWrapper::Children noChildren;
+const FileWrapper::Children kNoChildren;
 
 // What would lead a name out of its directory, or end it early.
 bool isFilingName(const QString& name) {
@@ -106,7 +106,7 @@ const QByteArray& FileWrapper::contents() const {
 }
 
 const FileWrapper::Children& FileWrapper::fileWrappers() const {
-    return m_children ? *m_children : noChildren;
+    return m_children ? *m_children : kNoChildren;
 }
 
 FileWrapper::Children FileWrapper::removedEntries() const {

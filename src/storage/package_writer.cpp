@@ -15,32 +15,32 @@
 #include "storage/staged_directory.h"
 #include "storage/system_names.h"
 
-namespace tweenery {
-
 using namespace Qt::StringLiterals;
+
+namespace tweenery {
 
 namespace {
 
 // Up to here each new entry is flushed by itself; beyond, one flush of the whole file system takes
 // less time.
-constexpr int maxSingleFlushes = 16;
+constexpr int kMaxSingleFlushes = 16;
 
 // Thrown within a save when the package on disk is not what the tree was read from.
 struct ChangedOnDisk {};
 
 // The number of flushes that `directory` takes when entries with an origin are linked or not, or
-// some number above maxSingleFlushes.
+// some number above kMaxSingleFlushes.
 int flushesFor(const FileWrapper& directory, bool links) {
     int count = 1;
     for (const auto& [name, node] : directory.fileWrappers()) {
-        if (count > maxSingleFlushes) { break; }
+        if (count > kMaxSingleFlushes) { break; }
         if (node->isDirectory()) { count += flushesFor(*node, links); }
         if (node->isRegularFile() && !(links && node->origin())) { ++count; }
     }
     return count;
 }
 
-/// Fills a staged directory with a tree: links what is unchanged, writes the rest.
+// Fills a staged directory with a tree: links what is unchanged, writes the rest.
 class PackageBuilder {
  public:
     using Written = WrittenPackage::Origins;
@@ -50,9 +50,9 @@ class PackageBuilder {
     PackageBuilder(Unchanged unchanged, OnDiskChange policy)
         : m_unchanged(unchanged), m_policy(policy) {}
 
-    /// Everything in `staged` is on the medium afterwards. Throws InputError or ChangedOnDisk.
+    // Everything in `staged` is on the medium afterwards. Throws InputError or ChangedOnDisk.
     void build(const FileWrapper& root, const QString& path, const StagedDirectory& staged);
-    /// The nodes below the root whose origin changes once the staged directory is in its place.
+    // The nodes below the root whose origin changes once the staged directory is in its place.
     Written takeWritten() { return std::move(m_written); }
     bool isBig() const { return m_walk.isBig(); }
 
@@ -100,7 +100,7 @@ class PackageBuilder {
 void PackageBuilder::build(const FileWrapper& root, const QString& path,
                            const StagedDirectory& staged) {
     m_links = m_unchanged == Unchanged::Link && staged.current();
-    m_flushesEach = flushesFor(root, m_links) <= maxSingleFlushes;
+    m_flushesEach = flushesFor(root, m_links) <= kMaxSingleFlushes;
     auto directory = std::make_shared<Directory>();
     directory->name = path;
     directory->node = &root;
