@@ -112,18 +112,6 @@ TEST_F(DocumentSnapshots, LeaveTheDocumentEditedWhenTheyCannotBeWritten) {
     EXPECT_EQ(snapshotOf(path), wouldBeSaved());
 }
 
-// An edit belongs to the snapshot or comes after it, also within one step.
-TEST_F(DocumentSnapshots, MayBeTakenInTheMiddleOfAStep) {
-    ball->setOpacity(0.5);
-    const DocumentSnapshot snapshot = document.snapshot();
-    ball->setOpacity(0.25);
-    document.didWrite(snapshot, write(snapshot), path);
-    EXPECT_TRUE(document.isEdited());
-    document.project()->undoManager().undo();
-    EXPECT_EQ(ball->opacity(), 1);
-    EXPECT_TRUE(document.isEdited()) << "half of the step is on disk";
-}
-
 TEST_F(DocumentSnapshots, AreWrittenWhileTheProjectIsEdited) {
     for (int round = 0; round < 10; ++round) {
         editEverything();

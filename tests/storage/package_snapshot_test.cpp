@@ -1,8 +1,6 @@
 // Snapshots of a package's tree: what they share, and what is on disk after they are written while
 // the tree is edited.
 
-#include <gmock/gmock.h>
-
 #include <deque>
 #include <random>
 
@@ -74,31 +72,6 @@ TEST_F(PackageSnapshot, MakesLateBytesOnceAndOnlyForWhoAsks) {
         writePackageCopy(*snapshot, directory() + u'/' + copy);
         EXPECT_EQ(readPackage(directory() + u'/' + copy)->child(u"late"_s)->contents(), "1");
     }
-}
-
-// A file that was replaced, or removed, between two snapshots is on disk in between.
-TEST_F(PackageSnapshot, KnowsWhatEachWriteLeftOnDisk) {
-    const auto animation = root->child(u"animations"_s)->child(u"A1"_s);
-    root->pc_replaceSubFileWrapperNamed(u"canvas"_s, "one");
-    animation->addFileWrapper(FileWrapper::regularFile("passing", u"short.data"_s));
-    const auto first = root->snapshot();
-    root->pc_replaceSubFileWrapperNamed(u"canvas"_s, "two");
-    root->child(u"animations"_s)->removeFileWrapper(animation);
-    const auto second = root->snapshot();
-    root->child(u"animations"_s)->addFileWrapper(animation);  // an undo
-    root->pc_replaceSubFileWrapperNamed(u"canvas"_s, "three");
-
-    writeSnapshot(first, path()).becomeStored();
-    EXPECT_EQ(contentsOf(*readPackage(path())), contentsOf(*first));
-    writeSnapshot(second, path()).becomeStored();
-    EXPECT_EQ(contentsOf(*readPackage(path())), contentsOf(*second));
-    EXPECT_TRUE(entriesChangedOnDisk(*root, path()).isEmpty());
-    savePackage(*root, path());
-    EXPECT_EQ(contentsOf(*readPackage(path())), contentsOf(*root));
-
-    EXPECT_THAT(errorOf([&] { writeSnapshot(first, path()); }),
-                testing::HasSubstr("was changed on disk"));
-    EXPECT_EQ(contentsOf(*readPackage(path())), contentsOf(*root));
 }
 
 /// Edits a tree, takes snapshots and writes them in turn, some in vain, all at random.
