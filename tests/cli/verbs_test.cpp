@@ -138,11 +138,10 @@ TEST_F(VersionTest, AnUpdateAsksFirst) {
         {"Yes\n", {}, 0, "Updating Model of Old.tweenery (From v13 to v14)"},
         {nullptr, {u"--yes"_s}, 0, "Updating Model of Old.tweenery (From v13 to v14)"},
     };
-    storeVersion(13);
-    const DirectorySnapshot before = snapshotOf(package);
     for (const Case& c : cases) {
         storeVersion(13);
         QDir(shop.backups()).removeRecursively();
+        const DirectorySnapshot before = snapshotOf(package);
         const Outcome run = tweenc(QStringList{u"update"_s, package} + c.options, c.answer);
         EXPECT_EQ(run.code, c.code);
         EXPECT_THAT(run.err, HasSubstr(c.error));
