@@ -74,31 +74,6 @@ TEST_F(PackageSnapshot, MakesLateBytesOnceAndOnlyForWhoAsks) {
     }
 }
 
-// A file that was replaced, or removed, between two snapshots is on disk in between.
-TEST_F(PackageSnapshot, KnowsWhatEachWriteLeftOnDisk) {
-    const auto animation = root->child(u"animations"_s)->child(u"A1"_s);
-    root->pc_replaceSubFileWrapperNamed(u"canvas"_s, "one");
-    animation->addFileWrapper(FileWrapper::regularFile("passing", u"short.data"_s));
-    const auto first = root->snapshot();
-    root->pc_replaceSubFileWrapperNamed(u"canvas"_s, "two");
-    root->child(u"animations"_s)->removeFileWrapper(animation);
-    const auto second = root->snapshot();
-    root->child(u"animations"_s)->addFileWrapper(animation);  // an undo
-    root->pc_replaceSubFileWrapperNamed(u"canvas"_s, "three");
-
-    writeSnapshot(first, path()).becomeStored();
-    EXPECT_EQ(contentsOf(*readPackage(path())), contentsOf(*first));
-    writeSnapshot(second, path()).becomeStored();
-    EXPECT_EQ(contentsOf(*readPackage(path())), contentsOf(*second));
-    EXPECT_TRUE(entriesChangedOnDisk(*root, path()).isEmpty());
-    savePackage(*root, path());
-    EXPECT_EQ(contentsOf(*readPackage(path())), contentsOf(*root));
-
-    EXPECT_THAT(errorOf([&] { writeSnapshot(first, path()); }),
-                testing::HasSubstr("was changed on disk"));
-    EXPECT_EQ(contentsOf(*readPackage(path())), contentsOf(*root));
-}
-
 void replaceLater(FileWrapper& directory, const QString& name, const QByteArray& bytes) {
     directory.pc_deleteSubFileWrapperNamed(name);
     directory.addFileWrapper(FileWrapper::regularFileMadeLater([bytes] { return bytes; }, name));

@@ -87,6 +87,7 @@ void PCAppPreferences::registerDefaults() {
     }
     defaults.registerDefault(kLinkFXFactorKey, kFixedLinkFXFactor);
     defaults.registerDefault(kLastWindowSizeKey, textFromSize(kDefaultWindowSize));
+    defaults.registerDefault(kThemeKey, kThemeNames.first());
 }
 
 float PCAppPreferences::linkFXFactor() {
