@@ -1,5 +1,6 @@
 #include "ui/widgets/frame_style.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
