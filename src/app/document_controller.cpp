@@ -46,7 +46,10 @@ DocumentWindow& PCDocumentController::show(std::unique_ptr<OpenDocument> documen
     auto* window = new DocumentWindow(std::move(document), m_ports, *this);
     m_windows.push_back(window);
     window->installEventFilter(this);
-    connect(window, &QObject::destroyed, this, [this, window] { std::erase(m_windows, window); });
+    connect(window, &QObject::destroyed, this, [this, window] {
+        std::erase(m_windows, window);
+        if (m_windows.empty()) { QApplication::quit(); }
+    });
     window->showAsRemembered();
     return *window;
 }
@@ -68,8 +71,9 @@ void PCDocumentController::raise() {
 }
 
 void PCDocumentController::showNextWindow(DocumentWindow& window) {
-    const auto next = std::find_if(m_windows.begin(), m_windows.end(),
-                                   [&window](const DocumentWindow* other) { return other != &window; });
+    const auto next =
+        std::find_if(m_windows.begin(), m_windows.end(),
+                     [&window](const DocumentWindow* other) { return other != &window; });
     if (next != m_windows.end()) { bringToFront(**next); }
 }
 
@@ -140,8 +144,8 @@ std::unique_ptr<OpenDocument> PCDocumentController::openInMode(const QString& pa
                            {}})
                 .button;
         if (answer == Cancel) { return nullptr; }
-        opening = document->open(path, answer == Copy ? OpenDocument::OpenMode::Copy
-                                                      : OpenDocument::OpenMode::ReadOnly);
+        opening = document->open(
+            path, answer == Copy ? OpenDocument::OpenMode::Copy : OpenDocument::OpenMode::ReadOnly);
     }
     return opening == OpenDocument::Opening::Opened ? std::move(document) : nullptr;
 }
@@ -200,11 +204,11 @@ void PCDocumentController::saveCopy(DocumentWindow& window) {
 }
 
 void PCDocumentController::revert(DocumentWindow& window) {
-    const AlertAnswer answer = m_ports.alerts.runModal(
-        {u"Go Back to the Saved Version?"_s,
-         u"What you have changed since is kept as a recovery copy."_s,
-         {u"Revert"_s, u"Cancel"_s},
-         {}});
+    const AlertAnswer answer =
+        m_ports.alerts.runModal({u"Go Back to the Saved Version?"_s,
+                                 u"What you have changed since is kept as a recovery copy."_s,
+                                 {u"Revert"_s, u"Cancel"_s},
+                                 {}});
     if (answer.button != 0) { return; }
     window.document().revert([this](const OpenDocument::Outcome& outcome) {
         tell(u"The Project Was Not Reverted"_s, outcome);
@@ -269,8 +273,7 @@ void PCDocumentController::closeNext(std::deque<DocumentWindow*> windows, bool d
 void PCDocumentController::addCommands(CommandSet& commands, DocumentWindow& window) {
     commands.add(u"newDocument"_s, {[this] { newDocument(); }});
     commands.add(u"openDocument"_s, {[this, &window] { open(m_panel.chooseProjects(&window)); }});
-    commands.add(u"saveDocument"_s,
-                 {[this, &window] {
+    commands.add(u"saveDocument"_s, {[this, &window] {
                      window.document().save([this](const OpenDocument::Outcome& outcome) {
                          tell(u"The Project Was Not Saved"_s, outcome);
                      });

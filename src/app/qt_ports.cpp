@@ -1,9 +1,9 @@
 #include "app/qt_ports.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QFileDialog>
-#include <QGuiApplication>
 #include <QMimeData>
 #include <QSettings>
 #include <QUrl>
@@ -43,7 +43,7 @@ QStringList QtOpenPanel::chooseFiles(const OpenPanel& panel) {
     }
     const QString key = u"folders/"_s + panel.fileTypes.join(u'-');
     QSettings settings;
-    QFileDialog dialog(m_parent, panel.message, settings.value(key).toString(),
+    QFileDialog dialog(QApplication::activeWindow(), panel.message, settings.value(key).toString(),
                        u"Pictures (%1)"_s.arg(patterns.join(u' ')));
     dialog.setFileMode(panel.allowsSeveral ? QFileDialog::ExistingFiles
                                            : QFileDialog::ExistingFile);

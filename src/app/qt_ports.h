@@ -1,8 +1,5 @@
 #pragma once
 
-#include <QPointer>
-#include <QWidget>
-
 #include "editor/desktop_ports.h"
 
 namespace tweenery {
@@ -23,11 +20,7 @@ class QtClipboard : public ClipboardPort {
 /// Asks for files by the desktop's own dialog, in the folder where it was last asked.
 class QtOpenPanel : public OpenPanelPort {
  public:
-    void setParent(QWidget* parent) { m_parent = parent; }
     QStringList chooseFiles(const OpenPanel& panel) override;
-
- private:
-    QPointer<QWidget> m_parent;
 };
 
 class QtWorkspace : public WorkspacePort {

@@ -49,7 +49,7 @@ QString SingleInstance::standardSocket() {
 SingleInstance::Role SingleInstance::start(const QByteArrayList& projects) {
     // Of several that start at once, one becomes the first before the next one asks.
     QLockFile turn(m_socket + u".lock"_s);
-    if (!turn.tryLock(kPatience)) { return Role::Alone; }
+    if (!turn.tryLock(m_patience)) { return Role::Alone; }
     switch (handOver(projects)) {
         case Answer::Taken:
             return Role::HandedOver;
@@ -64,12 +64,12 @@ SingleInstance::Role SingleInstance::start(const QByteArrayList& projects) {
 SingleInstance::Answer SingleInstance::handOver(const QByteArrayList& projects) const {
     QLocalSocket socket;
     socket.connectToServer(m_socket);
-    if (!socket.waitForConnected(kPatience)) {
+    if (!socket.waitForConnected(m_patience)) {
         const bool isTimeout = socket.error() == QLocalSocket::SocketTimeoutError;
         return isTimeout ? Answer::None : Answer::NobodyThere;
     }
     socket.write(encoded(projects));
-    QDeadlineTimer deadline(kPatience);
+    QDeadlineTimer deadline(m_patience);
     while (socket.bytesAvailable() == 0 && !deadline.hasExpired()) {
         if (!socket.waitForReadyRead(static_cast<int>(deadline.remainingTime()))) { break; }
     }
@@ -107,7 +107,7 @@ void SingleInstance::serve() {
         };
         QObject::connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
         QObject::connect(socket, &QLocalSocket::readyRead, socket, read);
-        QTimer::singleShot(kPatience, socket, [socket] { socket->abort(); });
+        QTimer::singleShot(m_patience, socket, [socket] { socket->abort(); });
         read();
     }
 }

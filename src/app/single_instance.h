@@ -17,13 +17,14 @@ class SingleInstance {
         HandedOver,  // another has taken the projects; end
         Alone,       // another is there and does not answer, or none can listen: go on without
     };
-    /// How long each step may take, in milliseconds.
     static constexpr int kPatience = 2000;
 
     /// The socket of this user and version: in the runtime folder, or among temporary files.
     static QString standardSocket();
 
-    explicit SingleInstance(const QString& socket = standardSocket()) : m_socket(socket) {}
+    /// `patience`: how long each step may take, in milliseconds.
+    explicit SingleInstance(const QString& socket = standardSocket(), int patience = kPatience)
+        : m_socket(socket), m_patience(patience) {}
 
     /// Hands `projects` (absolute paths, as the system has them; none: show yourself) to the first
     /// process, or becomes it. A socket that a dead process left is no obstacle.
@@ -36,6 +37,7 @@ class SingleInstance {
     enum class Answer { NobodyThere, Taken, None };
 
     QString m_socket;
+    int m_patience;
     std::unique_ptr<QLocalServer> m_server;
     std::function<void(const QByteArrayList&)> m_handler;
 

@@ -12,8 +12,13 @@ namespace tweenery {
 struct Alert {
     QString message;
     QString informativeText;
-    QStringList buttons;      // the first is the default
+    QStringList buttons;      // in the order in which they stand
     QString suppressionText;  // null: no check box
+    int safeButton = -1;      // loses nothing, and answers Return; -1: the last one
+
+    int defaultButton() const {
+        return safeButton >= 0 ? safeButton : static_cast<int>(buttons.size()) - 1;
+    }
 };
 
 struct AlertAnswer {

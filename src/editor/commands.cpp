@@ -134,7 +134,10 @@ std::vector<Command> makeCommands() {
         .toggle(u"toggleFullScreen"_s, u"Full Screen"_s, u"F11"_s);
     MenuTable(commands, u"Window"_s)
         .item(u"minimize"_s, u"Minimize"_s, u"Ctrl+M"_s)
-        .item(u"nextWindow"_s, u"Next Window"_s, u"Ctrl+F6"_s);
+        .item(u"nextWindow"_s, u"Next Window"_s, u"Ctrl+F6"_s)
+        .section()
+        .item(u"nextPane"_s, u"Next Pane"_s, u"F6"_s)
+        .item(u"previousPane"_s, u"Previous Pane"_s, u"Shift+F6"_s);
     MenuTable(commands, u"Help"_s)
         .item(u"openHelp"_s, u"Tweenery Help"_s, u"F1"_s)
         .item(u"showShortcuts"_s, u"Keyboard Shortcuts…"_s, u"Ctrl+?"_s)

@@ -12,6 +12,7 @@ namespace tweenery {
 void PCDocumentWindowController::addCommands() {
     addFileAndEditCommands();
     addElementCommands();
+    addNudgeCommands();
     addAnimationCommands();
     addViewCommands();
     m_commands.setMustWait([this] { return m_interaction.isPressed(); });
@@ -110,8 +111,28 @@ void PCDocumentWindowController::addElementCommands() {
         {u"anchorAtBottomRight"_s, {1, 1}},
     };
     for (const auto& [name, unitPoint] : anchors) {
-        edit(
-            name, [this, unitPoint = unitPoint] { placeAnchorPoint(unitPoint); }, inSetup);
+        m_commands.add(
+            name,
+            {[this, unitPoint = unitPoint] { placeAnchorPoints(m_scene, unitPoint); }, inSetup});
+    }
+}
+
+// A series of nudges makes its own steps of undo.
+void PCDocumentWindowController::addNudgeCommands() {
+    const std::pair<QString, QPointF> nudges[] = {
+        {u"moveUp"_s, {0, -1}},
+        {u"moveDown"_s, {0, 1}},
+        {u"moveLeft"_s, {-1, 0}},
+        {u"moveRight"_s, {1, 0}},
+    };
+    constexpr double kFar = 10;
+    for (const auto& [name, delta] : nudges) {
+        for (const double distance : {1.0, kFar}) {
+            m_commands.add(
+                distance == 1 ? name : name + u"Far"_s,
+                {[this, delta = delta * distance] { shiftSelectedElementsByDelta(delta); },
+                 [this] { return hasSelection(); }});
+        }
     }
 }
 

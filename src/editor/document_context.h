@@ -7,6 +7,7 @@
 #include "base/ports.h"
 #include "editor/canvas/element_selection_manager.h"
 #include "editor/canvas/image_import.h"
+#include "editor/command_set.h"
 #include "editor/timeline/keyframe_manager.h"
 #include "editor/timeline/project_time_manager.h"
 #include "model/edit_time.h"
@@ -38,6 +39,9 @@ class DocumentContext {
     /// Null is setup. An animation that cannot be read is told to the user; then the selection
     /// stays.
     virtual void selectAnimation(const PCAnimation::Ptr& animation) = 0;
+
+    /// The commands of the menu; a pane that performs some adds them.
+    virtual CommandSet& commands() = 0;
 
     // Commands of the menu that panes give too: by their context menus, keys and buttons.
 

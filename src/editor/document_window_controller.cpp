@@ -5,7 +5,6 @@
 
 #include "base/errors.h"
 #include "editor/canvas/pasteboard_commands.h"
-#include "editor/canvas/position_calculator.h"
 #include "editor/canvas/setup_switch.h"
 #include "editor/selection_picture.h"
 #include "editor/timeline/last_keyframe_time.h"
@@ -45,7 +44,9 @@ PCDocumentWindowController::PCDocumentWindowController(PCProject::Ptr project,
       m_playback(m_project, m_time, m_selection, m_layers),
       m_anchorPoint(m_project, m_selection, m_editor),
       m_viewport(*m_project, m_editor, m_anchorPoint),
-      m_interaction({*m_project, m_selection, m_editor, m_viewport, m_anchorPoint}, *this) {
+      m_scene{*m_project, m_selection, m_editor, m_viewport, m_anchorPoint},
+      m_interaction(m_scene, *this),
+      m_nudges(*m_project, m_selection, ports.clock) {
     PCLayer& canvasLayer = *PCLayer::of(*m_project->canvas());
     m_editor.setCanvasLayer(canvasLayer);
     m_time.prepareToAnimateLayer(canvasLayer);
@@ -269,13 +270,22 @@ void PCDocumentWindowController::redo() {
 
 void PCDocumentWindowController::shiftSelectedElementsByDelta(QPointF delta) {
     stopPlaybackHere();
-    PCPositionCalculator::updateElements(m_selection.elementsToUpdate(m_isAdditive), m_isAdditive,
-                                         delta, editTime());
+    undoManager().endEvent();
+    m_nudges.nudge(delta, editTarget());
 }
 
-void PCDocumentWindowController::placeAnchorPoint(QPointF unitPoint) {
-    for (const PCElement::Ptr& element : selected()) {
-        element->setAnchorPoint(unitPoint);
+void PCDocumentWindowController::setOpacityOfSelection(double opacity) {
+    if (!hasSelection() || m_interaction.isPressed()) { return; }
+    stopPlaybackHere();
+    undoManager().endEvent();
+    tweenery::setOpacityOfSelection(m_scene, opacity, editTarget());
+}
+
+void PCDocumentWindowController::selectNextElement(bool backward) {
+    if (m_interaction.isPressed()) { return; }
+    const bool isDirect = m_interaction.tool() == PCSelectionStateDirect;
+    if (const auto next = elementAfterSelection(m_scene, isDirect, backward)) {
+        m_selection.selectElements({next});
     }
 }
 
@@ -317,16 +327,9 @@ void PCDocumentWindowController::receivedDroppedImages(const QStringList& paths,
 }
 
 void PCDocumentWindowController::dropImages(const QStringList& paths, QPointF canvasPoint) {
-    const PCElement::Ptr first = m_selection.firstSelectedElement();
-    PCElement* parent = first ? first->parentElement() : nullptr;
-    asOneStep(u"Import Images"_s, [&] {
-        if (parent) {
-            receivedDroppedImages(paths, canvasPoint, parent->shared_from_this(),
-                                  static_cast<size_t>(first->index()) + 1);
-        } else {
-            receivedDroppedImages(paths, canvasPoint, nullptr, SIZE_MAX);
-        }
-    });
+    const DropTarget target = dropTarget(m_scene);
+    asOneStep(u"Import Images"_s,
+              [&] { receivedDroppedImages(paths, canvasPoint, target.parent, target.index); });
 }
 
 void PCDocumentWindowController::dropElements(const PasteboardPort& pasteboard) {

@@ -6,6 +6,7 @@
 #include "editor/canvas/canvas_interaction.h"
 #include "editor/canvas/canvas_viewport.h"
 #include "editor/canvas/event_anchor_point.h"
+#include "editor/canvas/keyboard_edits.h"
 #include "editor/command_set.h"
 #include "editor/desktop_ports.h"
 #include "editor/document_context.h"
@@ -51,7 +52,7 @@ class PCDocumentWindowController : public DocumentContext, private CanvasInterac
     EventAnchorPoint& eventAnchorPoint() { return m_anchorPoint; }
     CanvasViewport& viewport() { return m_viewport; }
     CanvasInteraction& interaction() { return m_interaction; }
-    CommandSet& commands() { return m_commands; }
+    CommandSet& commands() override { return m_commands; }
     const DesktopPorts& ports() const { return m_ports; }
     UndoManager& undoManager() { return m_project->undoManager(); }
 
@@ -87,6 +88,10 @@ class PCDocumentWindowController : public DocumentContext, private CanvasInterac
     void stopPlaybackHere();
     void shiftSelectedElementsByDelta(QPointF delta) override;
     void selectAll();
+    /// Tab on the canvas: the element after the one selected last.
+    void selectNextElement(bool backward);
+    /// A digit key.
+    void setOpacityOfSelection(double opacity);
     void undo();
     void redo();
     void receivedDroppedImages(const QStringList& paths, QPointF position,
@@ -116,7 +121,9 @@ class PCDocumentWindowController : public DocumentContext, private CanvasInterac
     Playback m_playback;
     EventAnchorPoint m_anchorPoint;
     CanvasViewport m_viewport;
+    CanvasScene m_scene;
     CanvasInteraction m_interaction;
+    NudgeSeries m_nudges;
     CommandSet m_commands;
     bool m_isAdditive = false;
     bool m_skimIsShown = false;
@@ -133,13 +140,14 @@ class PCDocumentWindowController : public DocumentContext, private CanvasInterac
     void addCommands();
     void addFileAndEditCommands();
     void addElementCommands();
+    void addNudgeCommands();
     void addAnimationCommands();
     void addViewCommands();
     void duplicate(float offset);
     void reorder(void (PCProject::*move)(const PCElement::Elements& elements));
     bool userAgreesToLose(const QString& verb);
     bool someAnimationKeys(const PCElement::Elements& elements) const;
-    void placeAnchorPoint(QPointF unitPoint);
+    EditTarget editTarget() const { return {editTime(), m_isAdditive}; }
     void setHidden(bool isHidden);
     void stepAnimation(int step);
     void selectWhatChangesBy(bool (PCProject::*step)());

@@ -35,6 +35,19 @@ double level(float place, size_t count) {
 
 }  // namespace
 
+PCElement::Elements inListOrder(const PCProject& project, const PCElement::Elements& elements) {
+    if (elements.size() < 2) { return elements; }
+    std::unordered_set<const PCElement*> left;
+    for (const PCElement::Ptr& element : elements) {
+        left.insert(element.get());
+    }
+    PCElement::Elements ordered;
+    for (const PCElement::Ptr& element : project.heirarchyWithRoot(*project.canvas())) {
+        if (left.contains(element.get())) { ordered.push_back(element); }
+    }
+    return ordered;
+}
+
 ElementOutline::ElementOutline(DocumentContext& document)
     : m_document(document),
       m_selectionSubscription(document.selectionManager().addSelectionListener(this)) {}
@@ -71,7 +84,7 @@ ElementOutline::Elements ElementOutline::selectedRows() const {
     return rows;
 }
 
-RowTint ElementOutline::tintOf(const PCElement& element) {
+RowTint ElementOutline::tintOf(const PCElement& element) const {
     if (!m_document.additiveModeIsOn()) { return {}; }
     const PCElementSelectionManager& selection = m_document.selectionManager();
     const size_t count = selection.selectedElementsCount();
@@ -85,7 +98,7 @@ RowTint ElementOutline::tintOf(const PCElement& element) {
     return {0, level(fromTheFront, children)};
 }
 
-size_t ElementOutline::placeInSelection(const PCElement& element) {
+size_t ElementOutline::placeInSelection(const PCElement& element) const {
     if (std::exchange(m_orderIsStale, false)) {
         m_order.clear();
         size_t place = 0;

@@ -18,6 +18,9 @@ struct RowTint {
     std::optional<double> unselected;
 };
 
+/// Elements of the project as they stand in the list from the top, each once.
+PCElement::Elements inListOrder(const PCProject& project, const PCElement::Elements& elements);
+
 /// What the list of elements decides about selection, names, eyes and locks, without the list. Rows
 /// stand front first, each above its own children. Main thread only.
 class ElementOutline : private PCElementSelectionManagerListener {
@@ -36,7 +39,7 @@ class ElementOutline : private PCElementSelectionManagerListener {
     /// Those that show as selected, in the order of selection.
     Elements selectedRows() const;
     /// In additive mode each further element has a lighter row; of one group the children do.
-    RowTint tintOf(const PCElement& element);
+    RowTint tintOf(const PCElement& element) const;
 
     /// The name, or one made of it that is free; blank names and equal ones change nothing. One
     /// undo step.
@@ -46,11 +49,11 @@ class ElementOutline : private PCElementSelectionManagerListener {
 
  private:
     DocumentContext& m_document;
-    QHash<const PCElement*, size_t> m_order;  // of selection
-    bool m_orderIsStale = true;
+    mutable QHash<const PCElement*, size_t> m_order;  // of selection
+    mutable bool m_orderIsStale = true;
     Subscription m_selectionSubscription;
 
-    size_t placeInSelection(const PCElement& element);
+    size_t placeInSelection(const PCElement& element) const;
     void elementSelectionManagerDidSelectElement(PCElementSelectionManager&,
                                                  const PCElement::Ptr&) override;
     void elementSelectionManagerDidDeselectElement(PCElementSelectionManager&,

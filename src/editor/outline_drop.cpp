@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "editor/element_outline.h"
+
 using namespace Qt::StringLiterals;
 
 namespace tweenery {
@@ -11,25 +13,20 @@ namespace {
 
 using Elements = PCElement::Elements;
 
-// Front first; without those whose ancestors are among them.
-Elements topmostInListOrder(PCProject& project, const Elements& elements) {
+// From the top; without those whose ancestors are among them.
+Elements topmostInListOrder(const PCProject& project, const Elements& elements) {
+    Elements ordered = inListOrder(project, elements);
     std::unordered_set<const PCElement*> dragged;
-    for (const PCElement::Ptr& element : elements) {
+    for (const PCElement::Ptr& element : ordered) {
         dragged.insert(element.get());
     }
-    const auto hasDraggedAncestor = [&dragged](const PCElement& element) {
-        const PCElement* above = element.parentElement();
+    std::erase_if(ordered, [&dragged](const PCElement::Ptr& element) {
+        const PCElement* above = element->parentElement();
         while (above && !dragged.contains(above)) {
             above = above->parentElement();
         }
         return above != nullptr;
-    };
-    Elements ordered;
-    for (const PCElement::Ptr& element : project.heirarchyWithRoot(*project.canvas())) {
-        if (dragged.contains(element.get()) && !hasDraggedAncestor(*element)) {
-            ordered.push_back(element);
-        }
-    }
+    });
     return ordered;
 }
 
@@ -72,6 +69,15 @@ void moveInLots(PCProject& project, const Elements& ordered, const PCElement::Pt
 
 size_t OutlineGap::index() const {
     return parent->children().size() - std::min(row, parent->children().size());
+}
+
+OutlineGap gapAt(const PCElement::Ptr& element, RowPart part, bool showsChildren) {
+    const bool isInside = element->isGroup() &&
+                          (part == RowPart::Middle || (part == RowPart::Lower && showsChildren));
+    if (isInside) { return {element, 0}; }
+    const PCElement::Ptr parent = element->parentElement()->shared_from_this();
+    const size_t row = parent->children().size() - 1 - static_cast<size_t>(element->index());
+    return {parent, part == RowPart::Upper ? row : row + 1};
 }
 
 QStringList filesOf(const QList<QUrl>& urls) {

@@ -18,6 +18,13 @@ struct OutlineGap {
     size_t index() const;
 };
 
+/// The part of a row that the pointer is over.
+enum class RowPart { Upper, Middle, Lower };
+
+/// The gap that is meant there. The middle of a group means its front, the lower part of one whose
+/// children are shown too; an element that is no group takes nothing in.
+OutlineGap gapAt(const PCElement::Ptr& element, RowPart part, bool showsChildren);
+
 /// What is dragged over the list of elements.
 struct OutlineDrag {
     enum class Source { ThisList, ThisWindow, Elsewhere };

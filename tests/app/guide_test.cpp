@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QFileInfo>
 #include <QFile>
 #include <QKeySequence>
 #include <QRegularExpression>

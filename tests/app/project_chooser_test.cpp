@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QAccessible>
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>

@@ -34,8 +34,9 @@ struct EditTarget {
     bool operator==(const EditTarget&) const = default;
 };
 
-/// One drag on the canvas, from the press that began it until that is over, when it is destroyed and
-/// takes with it what only a drag shows. The undo step is its owner's, and so is taking it all back.
+/// One drag on the canvas, from the press that began it until that is over, when it is destroyed
+/// and takes with it what only a drag shows. The undo step is its owner's, and so is taking it all
+/// back.
 class CanvasGesture {
  public:
     CanvasGesture() = default;

@@ -44,15 +44,13 @@ struct CanvasInteraction::Press {
 CanvasInteraction::CanvasInteraction(const CanvasScene& scene, CanvasInteractionHost& host)
     : m_scene(scene),
       m_host(host),
-      m_hideGuides(
-          [&host](std::chrono::milliseconds delay, std::function<void()> call) {
-              host.callLater(delay, std::move(call));
-          },
-          kGuidesStay,
-          [this] {
-              m_scene.editor.hideGuides();
-              m_host.canvasNeedsDisplay();
-          }) {}
+      m_hideGuides([&host](std::chrono::milliseconds delay,
+                           std::function<void()> call) { host.callLater(delay, std::move(call)); },
+                   kGuidesStay,
+                   [this] {
+                       m_scene.editor.hideGuides();
+                       m_host.canvasNeedsDisplay();
+                   }) {}
 
 CanvasInteraction::~CanvasInteraction() = default;
 

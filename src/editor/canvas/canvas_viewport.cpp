@@ -138,8 +138,8 @@ void CanvasViewport::zoomToBox(const QRectF& box) {
     const bool isPoint = box.width() <= 0 && box.height() <= 0;
     // A line fills the view along itself.
     const QSizeF size = box.size().expandedTo({1, 1});
-    const double filling = std::clamp(zoomToFill(size, m_containerSize), kLeastMagnification,
-                                      kLargestMagnification);
+    const double filling =
+        std::clamp(zoomToFill(size, m_containerSize), kLeastMagnification, kLargestMagnification);
     magnify(isPoint ? m_magnification : filling, box.center(), centre());
 }
 

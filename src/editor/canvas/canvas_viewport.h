@@ -16,9 +16,9 @@ class PCProject;
 /// How the window looks at the canvas: the magnification, and which part of the scrollable document
 /// shows. Fits the editor's layers to both, and keeps them in the project's preferences.
 ///
-/// There are three coordinate systems: that of the view, in screen points from its top left, that of
-/// the document, which is the editor layer's, in screen points too, and that of the canvas, in scene
-/// points.
+/// There are three coordinate systems: that of the view, in screen points from its top left, that
+/// of the document, which is the editor layer's, in screen points too, and that of the canvas, in
+/// scene points.
 class CanvasViewport {
  public:
     static constexpr double kLeastMagnification = 0.05;
@@ -57,8 +57,8 @@ class CanvasViewport {
     void zoomCanvasToFill();
     /// The same for a rectangle of the canvas. One without extent is brought to the middle only.
     void zoomToBox(const QRectF& box);
-    /// Multiplies the magnification, within its ends, about a point of the view that stays under the
-    /// pointer.
+    /// Multiplies the magnification, within its ends, about a point of the view that stays under
+    /// the pointer.
     void zoomAbout(QPointF viewPoint, double factor);
     /// As the preferences have it, once the view of an opened project has its size, without which
     /// nothing can be fitted to it. A stored 1 is no choice: the canvas fills the view.

@@ -22,6 +22,7 @@ QString additiveName(const QString& name, bool isAdditive) {
 PCElement::Ptr elementWithBandAt(QPointF pointer, const PCElementSelectionManager& selection) {
     for (const PCElement::Ptr& element : selection.selectedElements()) {
         const PCLayer* layer = PCLayer::of(*element);
+        if (layer) { layer->updateIfNeeded(); }
         PCBorderLayer* border = layer ? layer->borderLayer() : nullptr;
         if (border && border->hitTest(pointer)) { return element; }
     }

@@ -7,8 +7,7 @@
 namespace tweenery {
 
 /// Has a function called after a time, from the event loop.
-using CallLater =
-    std::function<void(std::chrono::milliseconds delay, std::function<void()> call)>;
+using CallLater = std::function<void(std::chrono::milliseconds delay, std::function<void()> call)>;
 
 /// One thing that is done after a pause. What was scheduled and is scheduled again, cancelled, or
 /// has lost its owner, does not happen any more.

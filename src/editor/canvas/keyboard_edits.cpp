@@ -9,6 +9,22 @@
 using namespace Qt::StringLiterals;
 
 namespace tweenery {
+namespace {
+
+// False where it changed nothing, and left no step.
+template <typename Edit>
+bool doAsOneStep(PCProject& project, const QString& name, Edit edit) {
+    UndoManager& undoManager = project.undoManager();
+    undoManager.endEvent();
+    const int64_t before = undoManager.changeCount();
+    const UndoGesture gesture(undoManager);
+    edit();
+    const bool isStep = undoManager.changeCount() != before;
+    if (isStep) { undoManager.setActionName(name); }
+    return isStep;
+}
+
+}  // namespace
 
 std::optional<QPointF> nudgeForKey(int key, Qt::KeyboardModifiers modifiers) {
     const double points = modifiers.testFlag(Qt::ShiftModifier) ? 10 : 1;
@@ -28,32 +44,32 @@ std::optional<QPointF> nudgeForKey(int key, Qt::KeyboardModifiers modifiers) {
 
 // Nudges.
 
-bool NudgeSeries::goesOn(const PCElement::Elements& elements, EditTarget target) const {
+// A nudge that leads back to the start has nothing that could take the place of the step.
+bool NudgeSeries::goesOn(QPointF distance, const PCElement::Elements& elements,
+                         EditTarget target) const {
     constexpr double kPause = 1;
+    const QPointF total = m_distance + distance;
     return m_changeCount == m_project.undoManager().changeCount() && target == m_target &&
-           elements == m_elements && m_clock.now() - m_lastTime < kPause;
+           elements == m_elements && (total.x() != 0 || total.y() != 0) &&
+           m_clock.now() - m_lastTime < kPause;
 }
 
 void NudgeSeries::nudge(QPointF distance, EditTarget target) {
     UndoManager& undoManager = m_project.undoManager();
     undoManager.endEvent();
     const PCElement::Elements elements = m_selection.elementsToUpdate(target.additive);
-    if (elements.empty()) { return; }
-    if (goesOn(elements, target)) {
+    if (goesOn(distance, elements, target)) {
         undoManager.undo();
         m_distance += distance;
     } else {
         m_distance = distance;
     }
-    const int64_t before = undoManager.changeCount();
-    {
-        const UndoGesture gesture(undoManager);
+    const bool isStep = doAsOneStep(m_project, u"Move"_s, [&] {
         PCPositionCalculator::updateElements(elements, target.additive, m_distance, target.when);
-        if (undoManager.changeCount() != before) { undoManager.setActionName(u"Move"_s); }
-    }
+    });
     m_target = target;
     m_elements = elements;
-    m_changeCount = undoManager.changeCount();
+    m_changeCount = isStep ? undoManager.changeCount() : kNoStep;
     m_lastTime = m_clock.now();
 }
 
@@ -70,29 +86,21 @@ std::optional<double> opacityForDigitKey(uint32_t nativeScanCode, const QString&
 }
 
 void setOpacityOfSelection(const CanvasScene& scene, double opacity, EditTarget target) {
-    UndoManager& undoManager = scene.project.undoManager();
-    undoManager.endEvent();
-    const int64_t before = undoManager.changeCount();
-    const UndoGesture gesture(undoManager);
-    PCOpacityCalculator::updateElementsWithValue(
-        scene.selection.elementsToUpdate(target.additive), target.additive, opacity, target.when,
-        scene.project.eventAnchorPoint());
-    if (undoManager.changeCount() != before) { undoManager.setActionName(u"Opacity"_s); }
+    doAsOneStep(scene.project, u"Opacity"_s, [&] {
+        PCOpacityCalculator::updateElementsWithValue(
+            scene.selection.elementsToUpdate(target.additive), target.additive, opacity,
+            target.when, scene.project.eventAnchorPoint());
+    });
 }
 
 // Anchor points.
 
 void placeAnchorPoints(const CanvasScene& scene, QPointF unitPoint) {
-    UndoManager& undoManager = scene.project.undoManager();
-    undoManager.endEvent();
-    const int64_t before = undoManager.changeCount();
-    const UndoGesture gesture(undoManager);
-    for (const PCElement::Ptr& element : scene.selection.selectedElements()) {
-        element->setAnchorPoint(unitPoint);
-    }
-    if (undoManager.changeCount() != before) {
-        undoManager.setActionName(anchorPointActionName());
-    }
+    doAsOneStep(scene.project, anchorPointActionName(), [&] {
+        for (const PCElement::Ptr& element : scene.selection.selectedElements()) {
+            element->setAnchorPoint(unitPoint);
+        }
+    });
 }
 
 // Selection.

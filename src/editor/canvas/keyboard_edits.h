@@ -28,21 +28,23 @@ class NudgeSeries {
     void nudge(QPointF distance, EditTarget target);
 
  private:
+    static constexpr int64_t kNoStep = -1;
+
     PCProject& m_project;
     PCElementSelectionManager& m_selection;
     const MediaClock& m_clock;
     QPointF m_distance;  // of the series so far
     EditTarget m_target;
     PCElement::Elements m_elements;
-    int64_t m_changeCount = -1;  // after the last nudge
-    double m_lastTime = 0;       // seconds
+    int64_t m_changeCount = kNoStep;  // after the last nudge
+    double m_lastTime = 0;            // seconds
 
-    bool goesOn(const PCElement::Elements& elements, EditTarget target) const;
+    bool goesOn(QPointF distance, const PCElement::Elements& elements, EditTarget target) const;
 };
 
-/// The opacity that a digit key stands for: a tenth for each, and 1 for 0. The row of digits is told
-/// by the place of its keys, X11's codes 10 to 19, whatever the layout writes on them, other keys
-/// by their text.
+/// The opacity that a digit key stands for: a tenth for each, and 1 for 0. The row of digits is
+/// told by the place of its keys, X11's codes 10 to 19, whatever the layout writes on them, other
+/// keys by their text.
 std::optional<double> opacityForDigitKey(uint32_t nativeScanCode, const QString& text);
 /// Gives what is selected that opacity, as one undo step.
 void setOpacityOfSelection(const CanvasScene& scene, double opacity, EditTarget target);

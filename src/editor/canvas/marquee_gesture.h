@@ -4,7 +4,8 @@
 
 namespace tweenery {
 
-/// Selects the children of the canvas that a rectangle touches, as it is drawn. Leaves no undo step.
+/// Selects the children of the canvas that a rectangle touches, as it is drawn. Leaves no undo
+/// step.
 class MarqueeGesture : public CanvasGesture {
  public:
     MarqueeGesture(const CanvasScene& scene, const PointerEvent& press)

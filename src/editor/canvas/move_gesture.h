@@ -27,8 +27,8 @@ class MoveGesture : public CanvasGesture {
     enum class Axis { X, Y };
     struct Item {
         PCElement::Ptr element;
-        QPointF place;     // at the press
-        QPointF alongX;    // what a point along the canvas's axes is in the parent
+        QPointF place;   // at the press
+        QPointF alongX;  // what a point along the canvas's axes is in the parent
         QPointF alongY;
         PCElement::Ptr copy = {};  // null while there is none
     };

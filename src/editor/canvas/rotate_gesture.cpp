@@ -11,8 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace tweenery {
 
-RotateGesture::RotateGesture(const CanvasScene& scene, EditTarget target,
-                             const PointerEvent& press)
+RotateGesture::RotateGesture(const CanvasScene& scene, EditTarget target, const PointerEvent& press)
     : m_scene(scene),
       m_target(target),
       m_centre(scene.project.eventAnchorPoint()),

@@ -89,9 +89,9 @@ QPointF ScaleGesture::scaled(const Item& item, QPointF difference, bool keepsRat
 // How far the element has to move, so that its fixed point stays.
 QPointF ScaleGesture::shiftThatHolds(const Item& item, QPointF scale) const {
     const QSizeF size = item.element->size();
-    const QPointF fixed = QPointF(m_fixedUnitPoint.x() * size.width(),
-                                  m_fixedUnitPoint.y() * size.height()) -
-                          item.element->anchorPointInPts();
+    const QPointF fixed =
+        QPointF(m_fixedUnitPoint.x() * size.width(), m_fixedUnitPoint.y() * size.height()) -
+        item.element->anchorPointInPts();
     return scaleThenTurn(item.scale, item.rotation).map(fixed) -
            scaleThenTurn(scale, item.rotation).map(fixed);
 }

@@ -59,7 +59,8 @@ OpenDocument::Opening OpenDocument::openCopy(const QString& path) {
 OpenDocument::Opening OpenDocument::openRecovered(const RecoveredWork& work) {
     const QString& place = work.note.projectPath;
     const bool isUnsaved = work.note.reason == RecoveryNote::Reason::Unsaved;
-    if (isUnsaved && kindOfPath(place) == PathKind::Directory) { return open(place); }
+    const bool hasPlace = isUnsaved && !place.isEmpty();
+    if (hasPlace && kindOfPath(place) == PathKind::Directory) { return open(place); }
     m_document.setDisplayName(work.note.displayName);
     if (!m_recovery.takeOver(work)) { return Opening::HeldByOther; }
     if (!m_document.readFromFileWrapper(readPackage(work.work))) { return Opening::Declined; }
@@ -177,7 +178,10 @@ void OpenDocument::checkDisk() {
 }
 
 void OpenDocument::didCompare(SaveOutcome::Kind found) {
-    if (found == SaveOutcome::Kind::Stored) { removeNotice(Notice::Topic::OnDisk); }
+    if (found == SaveOutcome::Kind::Stored && m_notices.contains(Notice::Topic::OnDisk)) {
+        removeNotice(Notice::Topic::OnDisk);
+        if (isEdited()) { noteChange(); }
+    }
     if (found == SaveOutcome::Kind::ChangedOnDisk) { setNotice(noticeOfChangeOnDisk()); }
     if (found == SaveOutcome::Kind::Gone) { setNotice(noticeOfAbsence()); }
 }

@@ -177,6 +177,7 @@ class OpenDocument {
 
     bool savesInPlace() const;
     void autosave();
+    std::shared_ptr<ProjectLock> lockPlace(const QString& target, const Completion& done) const;
     void storeWhenIdle(OnDiskChange policy, Place place);
     void keepSavedThen(const Task& next);
     std::optional<DocumentSnapshot> takeSnapshot(const Completion& done);

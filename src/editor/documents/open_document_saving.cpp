@@ -56,31 +56,43 @@ void OpenDocument::save(const Completion& done) {
         [this, done] { store(path(), By::User, OnDiskChange::Refuse, Place::Present, done); });
 }
 
+// Null, and told, when the project at that place is open already.
+std::shared_ptr<ProjectLock> OpenDocument::lockPlace(const QString& target,
+                                                     const Completion& done) const {
+    auto lock = std::make_shared<ProjectLock>(m_services.lockFolder, target);
+    if (lock->tryLock()) { return lock; }
+    done({u"“%1” is open, here or in another Tweenery."_s.arg(target)});
+    return nullptr;
+}
+
 void OpenDocument::saveAs(const QString& newPath, const Completion& done) {
     const QString target = canonicalProjectPath(newPath);
     const bool isSame = !isUntitled() && !isReadOnly() && target == canonicalProjectPath(path());
-    const auto lock = std::make_shared<ProjectLock>(m_services.lockFolder, target);
-    if (!isSame && !lock->tryLock()) {
-        return done({u"“%1” is open in another window or another Tweenery."_s.arg(target)});
-    }
-    const auto takePlace = [this, isSame, lock, done](const Outcome& outcome) {
-        if (outcome.isDone() && !isSame) { m_lock = std::move(*lock); }
+    const auto lock = isSame ? nullptr : lockPlace(target, done);
+    if (!isSame && !lock) { return; }
+    const auto takeLock = [this, lock, done](const Outcome& outcome) {
+        if (outcome.isDone() && lock) { m_lock = std::move(*lock); }
         done(outcome);
     };
-    m_disk.whenIdle([this, newPath, takePlace] {
-        store(newPath, By::User, OnDiskChange::Overwrite, Place::Chosen, takePlace);
+    m_disk.whenIdle([this, newPath, takeLock] {
+        store(newPath, By::User, OnDiskChange::Overwrite, Place::Chosen, takeLock);
     });
 }
 
 void OpenDocument::saveCopy(const QString& newPath, const Completion& done) {
-    m_disk.whenIdle([this, newPath, done] {
+    const auto lock = lockPlace(newPath, done);
+    if (!lock) { return; }
+    m_disk.whenIdle([this, newPath, lock, done] {
         const auto snapshot = takeSnapshot(done);
         if (!snapshot) { return; }
         m_disk.atPlace<QString>(
             [package = snapshot->package, newPath] {
                 return failureReasonOf([&] { writePackageCopy(*package, newPath, true); });
             },
-            [done](const QString& failure) { done({failure}); });
+            [lock, done](const QString& failure) {
+                lock->unlock();
+                done({failure});
+            });
     });
 }
 
@@ -147,9 +159,10 @@ void OpenDocument::didStore(const DocumentSnapshot& snapshot, const QString& tar
     m_watch.watch(target);
     if (by == By::User) {
         didSaveForUser(snapshot);
-    } else if (m_recoveredCount) {
+    } else if (m_recoveredCount && !isEdited()) {
         dropRecovery(&RecoveryFolder::removeWork);
     }
+    if (isEdited()) { noteChange(); }  // what was taken for a recovery copy meanwhile
     stateDidChange();
 }
 

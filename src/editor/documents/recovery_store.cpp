@@ -32,8 +32,9 @@ constexpr int kDaysOfEmpty = 1;
 // For another process that only looks at the folder, in milliseconds.
 constexpr int kLockPatience = 200;
 
+// Stands beside the folder, which can go before it.
 std::unique_ptr<QLockFile> lockFolder(const QString& folder) {
-    auto lock = std::make_unique<QLockFile>(folder + u"/lock"_s);
+    auto lock = std::make_unique<QLockFile>(folder + u".lock"_s);
     lock->setStaleLockTime(0);
     return lock->tryLock(kLockPatience) ? std::move(lock) : nullptr;
 }

@@ -199,10 +199,10 @@ void ProjectLayers::copy(PCLayer& layer, EditTime time) {
 }
 
 void ProjectLayers::stackChildren(PCLayer& layer, EditTime time) {
+    const bool isStale = std::exchange(layer.m_stackingIsStale, false);
     const ElementList& children = layer.element()->children();
     if (children.empty()) { return; }
     auto order = layer.stackingAt(time);
-    const bool isStale = std::exchange(layer.m_stackingIsStale, false);
     if (!isStale && order == layer.m_stackedBy) { return; }
     const auto places = placesIn(order.value_or(QStringList()));
     double index = 0;

@@ -98,6 +98,11 @@ void PCAppPreferences::setLinkFXFactor(float factor) {
     write(linkFXFactorKey, factor);
 }
 
+float PCAppPreferences::storedLinkFXFactor() {
+    const QVariant value = UserDefaults::standard().value(linkFXFactorKey);
+    return value.isValid() ? std::clamp(value.toFloat(), 0.0F, 5.0F) : fixedLinkFXFactor;
+}
+
 QSizeF PCAppPreferences::lastWindowSize() {
     const QString text = UserDefaults::standard().value(lastWindowSizeKey).toString();
     const auto size = pointFromText(text.toStdString());

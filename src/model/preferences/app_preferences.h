@@ -26,6 +26,8 @@ class PCAppPreferences {
     /// How much the children of a scaled group follow: always 1. The stored value has no effect.
     static float linkFXFactor();
     static void setLinkFXFactor(float factor);
+    /// What the slider shows: the stored value, 0 to 5.
+    static float storedLinkFXFactor();
     static bool showsTimelineSkimbar();
     static void setShowsTimelineSkimbar(bool shows);
     static bool showsOnboardWindowAtLaunch();

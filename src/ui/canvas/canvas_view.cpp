@@ -219,6 +219,11 @@ void CanvasView::updateCursor() {
         canvasCursor(m_controller.interaction().cursorAt(m_pointer), devicePixelRatioF()));
 }
 
+bool CanvasView::focusNextPrevChild(bool next) {
+    m_controller.selectNextElement(!next);
+    return true;
+}
+
 void CanvasView::focusOutEvent(QFocusEvent* event) {
     // A popup belongs to the pane; another window takes pointer and keys.
     if (event->reason() != Qt::PopupFocusReason) { m_controller.interaction().focusLost(); }

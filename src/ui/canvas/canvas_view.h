@@ -42,6 +42,10 @@ class CanvasView : public QAbstractScrollArea, private PCProjectTimeManagerPlayb
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
     void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override { event->ignore(); }
+    void keyReleaseEvent(QKeyEvent* event) override { event->ignore(); }
+    /// Tab goes on to the next element.
+    bool focusNextPrevChild(bool next) override;
     void focusOutEvent(QFocusEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;

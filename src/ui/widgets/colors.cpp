@@ -125,7 +125,6 @@ WorkbenchColors ordinaryWorkbench() {
         .rowHover = black(0.05),
         .rowInk = Qt::black,
         .rowIcon = rgb(0x3A3A3A),
-        .lockedInk = rgb(0xAAAAAA),
         .lockDot = rgb(0xAAAAAA),
         .onSelected = Qt::white,
         .onSelectedLockDot = white(0.75),
@@ -168,7 +167,6 @@ WorkbenchColors ordinaryWorkbench() {
 
 WorkbenchColors contrastWorkbench() {
     WorkbenchColors colors = ordinaryWorkbench();
-    colors.lockedInk = colors.rowInk;
     colors.paneIcon = colors.paneInk;
     colors.fieldFill = rgb(0x5E5E5E);
     colors.fieldLine = contrastLineOnLight;

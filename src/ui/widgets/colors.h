@@ -53,7 +53,6 @@ struct WorkbenchColors {
     QColor rowHover;      // over a row
     QColor rowInk;
     QColor rowIcon;     // pictures in rows
-    QColor lockedInk;   // names and pictures of locked rows
     QColor lockDot;     // of an unlocked row
     QColor onSelected;  // text and pictures on a selected row
     QColor onSelectedLockDot;

@@ -19,7 +19,7 @@ namespace {
 
 constexpr int kReach = sizes::focusRing + sizes::focusRingGap;
 
-FocusRing* theRing = nullptr;
+QPointer<FocusRing> theRing;
 
 bool takesRing(const QWidget* widget) {
     return qobject_cast<const QAbstractButton*>(widget) || qobject_cast<const QComboBox*>(widget) ||
@@ -47,6 +47,24 @@ double ringRadius(const QWidget* widget) {
     return sizes::buttonRadius + sizes::focusRingGap;
 }
 
+class RingWidget : public QWidget {
+ public:
+    RingWidget(QWidget* window, double radius) : QWidget(window), m_radius(radius) {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        setFocusPolicy(Qt::NoFocus);
+    }
+
+ protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        paintRounded(painter, rect(), m_radius, {}, Appearance::current().frame().accent,
+                     sizes::focusRing);
+    }
+
+ private:
+    double m_radius;
+};
+
 bool isModifier(int key) {
     return key == Qt::Key_Control || key == Qt::Key_Shift || key == Qt::Key_Alt ||
            key == Qt::Key_Meta;
@@ -62,14 +80,10 @@ bool FocusRing::keyboardIsInUse() {
     return theRing && theRing->m_keyboardIsInUse;
 }
 
-FocusRing::FocusRing() {
-    setAttribute(Qt::WA_TransparentForMouseEvents);
-    setFocusPolicy(Qt::NoFocus);
-    hide();
+FocusRing::FocusRing() : QObject(qApp) {
     qApp->installEventFilter(this);
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget*, QWidget* focus) { follow(focus); });
-    connect(&Appearance::current(), &Appearance::changed, this, qOverload<>(&FocusRing::update));
 }
 
 bool FocusRing::eventFilter(QObject* object, QEvent* event) {
@@ -91,10 +105,6 @@ bool FocusRing::eventFilter(QObject* object, QEvent* event) {
             }
             break;
         }
-        case QEvent::DeferredDelete:
-            // The ring lives on when the window in which it lies goes.
-            if (object == parentWidget()) { detach(); }
-            break;
         default:
             break;
     }
@@ -118,33 +128,24 @@ void FocusRing::follow(QWidget* target) {
 }
 
 void FocusRing::attach(QWidget* target) {
+    detach();
     m_target = target;
-    if (parentWidget() != target->window()) { setParent(target->window()); }
+    m_ring = new RingWidget(target->window(), ringRadius(target));
     place();
 }
 
 void FocusRing::detach() {
     m_target = nullptr;
-    hide();
-    setParent(nullptr);
+    delete m_ring;
 }
 
 void FocusRing::place() {
-    if (!m_target->isVisible() || !m_target->isEnabled()) {
-        hide();
-        return;
-    }
+    if (!m_ring) { return; }
     const QRect rect = ringedRect(m_target).marginsAdded({kReach, kReach, kReach, kReach});
-    setGeometry(QRect(m_target->mapTo(parentWidget(), rect.topLeft()), rect.size()));
-    raise();
-    show();
-}
-
-void FocusRing::paintEvent(QPaintEvent*) {
-    if (!m_target) { return; }
-    QPainter painter(this);
-    paintRounded(painter, rect(), ringRadius(m_target), {}, Appearance::current().frame().accent,
-                 sizes::focusRing);
+    m_ring->setGeometry(
+        QRect(m_target->mapTo(m_ring->parentWidget(), rect.topLeft()), rect.size()));
+    m_ring->raise();
+    m_ring->setVisible(m_target->isVisible() && m_target->isEnabled());
 }
 
 }  // namespace tweenery

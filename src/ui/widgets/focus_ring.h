@@ -1,13 +1,15 @@
 #pragma once
 
+#include <QObject>
 #include <QPointer>
-#include <QWidget>
+
+class QWidget;
 
 namespace tweenery {
 
 /// The ring round the button or box that has the keyboard: 2 points wide, 2 points away, shown only
-/// while the keyboard is in use. One for the whole program; it moves into the window that needs it.
-class FocusRing : public QWidget {
+/// while the keyboard is in use. One for the whole program.
+class FocusRing : public QObject {
     Q_OBJECT
 
  public:
@@ -18,7 +20,6 @@ class FocusRing : public QWidget {
 
  protected:
     bool eventFilter(QObject* object, QEvent* event) override;
-    void paintEvent(QPaintEvent* event) override;
 
  private:
     FocusRing();
@@ -30,6 +31,7 @@ class FocusRing : public QWidget {
 
     QPointer<QWidget> m_focus;   // has the keyboard
     QPointer<QWidget> m_target;  // has the ring
+    QPointer<QWidget> m_ring;    // a child of the target's window, and goes with it
     bool m_keyboardIsInUse = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPainter>
@@ -76,6 +77,9 @@ void FrameStyle::polish(QWidget* widget) {
     QProxyStyle::polish(widget);
     if (qobject_cast<QAbstractButton*>(widget) || qobject_cast<QComboBox*>(widget)) {
         widget->setAttribute(Qt::WA_Hover);
+    }
+    if (auto* edit = qobject_cast<QLineEdit*>(widget); edit && edit->hasFrame()) {
+        edit->setTextMargins(sizes::menuMargin, 0, sizes::menuMargin, 0);
     }
 }
 
@@ -262,6 +266,10 @@ void FrameStyle::drawComplexControl(ComplexControl control, const QStyleOptionCo
         control == CC_ScrollBar && bar) {
         framePainting::scrollBar(*painter, *bar,
                                  subControlRect(control, option, SC_ScrollBarSlider, widget));
+    } else if (const auto* level = qstyleoption_cast<const QStyleOptionSlider*>(option);
+               control == CC_Slider && level && level->orientation == Qt::Horizontal) {
+        framePainting::slider(*painter, *level,
+                              subControlRect(control, option, SC_SliderHandle, widget));
     } else if (const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(option);
                control == CC_ComboBox && combo) {
         framePainting::comboBox(*painter, *combo);

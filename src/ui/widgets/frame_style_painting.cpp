@@ -1,6 +1,7 @@
 #include "ui/widgets/frame_style_painting.h"
 
 #include <QPainter>
+#include <QSlider>
 
 #include "ui/widgets/appearance.h"
 #include "ui/widgets/device_pixels.h"
@@ -14,12 +15,15 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int kMenuTextLeft = 28;  // room for the check
+constexpr int kMenuTextLeft = 10;
+constexpr int kMenuCheck = 18;  // room for it, where a menu has any
 constexpr int kMenuTextRight = 14;
 constexpr int kMenuColumnGap = 30;
 constexpr int kSeparatorHeight = 9;
 constexpr int kMenuPicture = 16;
 constexpr int kScrollThumb = 6;
+constexpr int kSliderKnob = 14;
+constexpr int kSliderTick = 3;
 
 const FrameColors& colors() {
     return Appearance::current().frame();
@@ -84,6 +88,10 @@ QString menuShortcut(const QStyleOptionMenuItem& option) {
     return option.text.section(u'\t', 1);
 }
 
+int menuTextLeft(const QStyleOptionMenuItem& option) {
+    return kMenuTextLeft + (option.menuHasCheckableItems ? kMenuCheck : 0);
+}
+
 int mnemonicFlags(const QStyleOption& option) {
     const bool shows = !option.styleObject || option.styleObject->property("mnemonics").toBool();
     return shows ? Qt::TextShowMnemonic : Qt::TextHideMnemonic;
@@ -93,7 +101,7 @@ void paintMenuMark(QPainter& painter, const QStyleOptionMenuItem& option, const 
     if (option.checkType == QStyleOptionMenuItem::NotCheckable || !option.checked) { return; }
     QRectF place(0, 0, kMenuPicture, kMenuPicture);
     place.moveCenter(
-        QPointF(option.rect.left() + kMenuTextLeft / 2.0 + 1, QRectF(option.rect).center().y()));
+        QPointF(option.rect.left() + menuTextLeft(option) / 2.0, QRectF(option.rect).center().y()));
     paintIcon(painter, place, u"check"_s, ink);
 }
 
@@ -175,7 +183,7 @@ void menuPanel(QPainter& painter, const QRect& rect) {
 QSize menuItemSize(const QStyleOptionMenuItem& option) {
     if (option.menuItemType == QStyleOptionMenuItem::Separator) { return {10, kSeparatorHeight}; }
     const QFontMetrics metrics(frameFont());
-    int width = kMenuTextLeft + kMenuTextRight +
+    int width = menuTextLeft(option) + kMenuTextRight +
                 metrics.size(Qt::TextShowMnemonic, menuLabel(option)).width();
     const QString shortcut = menuShortcut(option);
     if (!shortcut.isEmpty()) { width += kMenuColumnGap + metrics.horizontalAdvance(shortcut); }
@@ -198,7 +206,7 @@ void menuItem(QPainter& painter, const QStyleOptionMenuItem& option) {
     painter.save();
     painter.setFont(frameFont());
     painter.setPen(ink);
-    const QRect text = rect.adjusted(kMenuTextLeft, 0, -kMenuTextRight, 0);
+    const QRect text = rect.adjusted(menuTextLeft(option), 0, -kMenuTextRight, 0);
     painter.drawText(text, Qt::AlignLeft | Qt::AlignVCenter | mnemonicFlags(option),
                      menuLabel(option));
     painter.setPen(secondInk);
@@ -243,6 +251,27 @@ void scrollBar(QPainter& painter, const QStyleOptionSlider& option, const QRect&
     const bool isHeld = option.activeSubControls & QStyle::SC_ScrollBarSlider;
     if (isHeld) { color.setAlphaF(color.alphaF() * 1.4F); }
     paintRounded(painter, bar, kScrollThumb / 2.0, color, {});
+}
+
+void slider(QPainter& painter, const QStyleOptionSlider& option, const QRect& handle) {
+    const QRectF rect = option.rect;
+    const double middle = QRectF(handle).center().y();
+    const QColor line = isEnabled(option) ? colors().controlLine : colors().separator;
+    const QRectF groove(rect.left() + 2, middle - 1, rect.width() - 4, 2);
+    painter.fillRect(alignedToDevice(painter, groove), line);
+    const double span = option.maximum - option.minimum;
+    if (option.tickPosition != QSlider::NoTicks && option.tickInterval > 0 && span > 0) {
+        const double length = rect.width() - handle.width();
+        for (int value = option.minimum; value <= option.maximum; value += option.tickInterval) {
+            const double x =
+                rect.left() + handle.width() / 2.0 + length * (value - option.minimum) / span;
+            const QRectF tick(x, rect.bottom() - kSliderTick, hairlineWidth(painter), kSliderTick);
+            painter.fillRect(alignedToDevice(painter, tick), line);
+        }
+    }
+    QRectF knob(0, 0, kSliderKnob, kSliderKnob);
+    knob.moveCenter(QRectF(handle).center());
+    paintRounded(painter, knob, kSliderKnob / 2.0, controlFill(option, colors().control), line);
 }
 
 void progressBar(QPainter& painter, const QStyleOptionProgressBar& option) {

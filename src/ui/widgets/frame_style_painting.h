@@ -19,6 +19,8 @@ void menuItem(QPainter& painter, const QStyleOptionMenuItem& option);
 void menuBarItem(QPainter& painter, const QStyleOptionMenuItem& option);
 void toolTip(QPainter& painter, const QRect& rect);
 void scrollBar(QPainter& painter, const QStyleOptionSlider& option, const QRect& thumb);
+/// A level slider, its ticks along the lower edge.
+void slider(QPainter& painter, const QStyleOptionSlider& option, const QRect& handle);
 void progressBar(QPainter& painter, const QStyleOptionProgressBar& option);
 
 /// The size of a menu's item, its shortcut included.

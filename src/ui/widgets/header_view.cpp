@@ -16,7 +16,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int kTextTop = 2;
+constexpr int kHeaderTextGap = 2;
 
 }  // namespace
 
@@ -81,7 +81,7 @@ QFont HeaderView::titleFont() const {
 }
 
 QRectF HeaderView::titleRect() const {
-    const int right = m_hasAction ? m_button.x() - kTextTop : width() - kTextTop;
+    const int right = m_hasAction ? m_button.x() - kHeaderTextGap : width() - kHeaderTextGap;
     return QRectF(sizes::headerTextLeft, 0, std::max(0, right - sizes::headerTextLeft), height());
 }
 

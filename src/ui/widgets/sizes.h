@@ -9,9 +9,9 @@ namespace sizes {
 
 inline constexpr int toolbarHeight = 44;
 inline constexpr int toolbarItem = 30;
-inline constexpr int toolbarPitch = 34;  // from one item to the next
-inline constexpr int toolbarMargin = 10;
-inline constexpr int toolbarSpace = 24;
+inline constexpr int toolbarGap = 4;
+inline constexpr int toolbarMargin = 12;
+inline constexpr int toolbarSpace = 16;
 inline constexpr int toolbarDividerWidth = 5;
 inline constexpr int toolbarPicture = 24;
 inline constexpr int panelsItemWidth = 90;

@@ -9,9 +9,8 @@ TextField::TextField(QWidget* parent) : QLineEdit(parent) {}
 
 void TextField::focusInEvent(QFocusEvent* event) {
     QLineEdit::focusInEvent(event);
-    if (event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason) {
-        return;  // the same edit goes on
-    }
+    if (m_isEditing) { return; }  // the window or a menu had the keyboard meanwhile
+    m_isEditing = true;
     m_textBefore = text();
     setModified(false);
     // After the press that gave the focus, which would put the cursor into the text.
@@ -20,7 +19,9 @@ void TextField::focusInEvent(QFocusEvent* event) {
 
 void TextField::focusOutEvent(QFocusEvent* event) {
     QLineEdit::focusOutEvent(event);
-    if (event->reason() != Qt::PopupFocusReason) { commit(); }
+    if (event->reason() == Qt::PopupFocusReason) { return; }
+    m_isEditing = event->reason() == Qt::ActiveWindowFocusReason;
+    commit();
 }
 
 void TextField::keyPressEvent(QKeyEvent* event) {

@@ -28,6 +28,7 @@ class TextField : public QLineEdit {
     void commit();
 
     QString m_textBefore;
+    bool m_isEditing = false;
 };
 
 }  // namespace tweenery

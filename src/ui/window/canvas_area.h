@@ -30,6 +30,7 @@ class CanvasArea : public QWidget, private OpenDocumentObserver {
     Subscription m_subscription;
 
     void documentStateDidChange() override;
+    void addBar(const Notice& notice);
     void layOut();
 };
 

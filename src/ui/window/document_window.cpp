@@ -5,7 +5,9 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QScreen>
+#include <QVBoxLayout>
 #include <QWindow>
+#include <algorithm>
 
 #include "editor/canvas/canvas_picture.h"
 #include "editor/canvas/keyboard_edits.h"
@@ -35,6 +37,15 @@ const QStringList& contextCommands() {
     return names;
 }
 
+QWidget* firstFocusable(const QWidget& pane) {
+    for (QWidget* child : pane.findChildren<QWidget*>()) {
+        if (child->focusPolicy() != Qt::NoFocus && child->isVisible() && child->isEnabled()) {
+            return child;
+        }
+    }
+    return nullptr;
+}
+
 QRect available(const QWidget& window) {
     const QScreen* screen = window.screen();
     return screen ? screen->availableGeometry() : QRect(QPoint(), kLeastSize);
@@ -48,7 +59,7 @@ DocumentWindow::DocumentWindow(std::unique_ptr<OpenDocument> document, const Des
     setMinimumSize(kLeastSize);
     setContextMenuPolicy(Qt::NoContextMenu);
     m_updateTimer.setSingleShot(true);
-    connect(&m_updateTimer, &QTimer::timeout, this, &DocumentWindow::update);
+    connect(&m_updateTimer, &QTimer::timeout, this, &DocumentWindow::updateCommands);
     m_spaceTimer.setSingleShot(true);
     m_spaceTimer.setInterval(kKeyRepeat);
     connect(&m_spaceTimer, &QTimer::timeout, this, [this] {
@@ -67,8 +78,8 @@ DocumentWindow::~DocumentWindow() {
 // Parts.
 
 void DocumentWindow::build() {
-    m_controller = std::make_unique<PCDocumentWindowController>(m_document->project(), m_ports,
-                                                                hooks());
+    m_controller =
+        std::make_unique<PCDocumentWindowController>(m_document->project(), m_ports, hooks());
     followScreen();
     buildPanes();
     addWindowCommands();
@@ -80,9 +91,9 @@ void DocumentWindow::build() {
         m_owner.fillRecentDocuments(*recent);
     });
     m_menu->setSubmenu(u"openRecent"_s, recent);
-    m_toolbar = new Toolbar([this](const QString& name) { return m_menu->action(name); }, this);
-    addToolBar(m_toolbar);
+    addToolbar();
     listen();
+    updatePanes();
     updateTitle();
 }
 
@@ -90,9 +101,10 @@ void DocumentWindow::tearDown() {
     m_updateTimer.stop();
     m_spaceTimer.stop();
     m_subscriptions.clear();
-    delete std::exchange(m_toolbar, nullptr);
-    delete std::exchange(m_menu, nullptr);
+    m_canvas = nullptr;
+    m_toolbar = nullptr;
     delete takeCentralWidget();
+    delete std::exchange(m_menu, nullptr);
     m_controller.reset();
 }
 
@@ -110,20 +122,34 @@ WindowHooks DocumentWindow::hooks() {
 }
 
 void DocumentWindow::buildPanes() {
-    m_split = new SplitView(this);
+    m_split = new SplitView;
     m_canvas = new CanvasView(*m_controller);
     m_area = new CanvasArea(*m_canvas, *m_document);
     m_navigator = new Navigator(*m_controller);
     m_timeline = new TimelinePane(*m_controller);
+    m_inspector = new InspectorPane(*m_controller);
     m_split->setLeftPane(m_navigator);
-    m_split->setRightPane(new InspectorPane(*m_controller));
+    m_split->setRightPane(m_inspector);
     m_split->setBottomPane(m_timeline);
     m_split->setMainPane(m_area);
-    m_split->setCollapseHandler([this] { updatePanes(); });
-    m_split->setSizesHandler([this] { storePaneSizes(); });
-    setCentralWidget(m_split);
+    connect(m_split, &SplitView::panesDidChangeCollapseState, this, &DocumentWindow::updatePanes);
+    connect(m_split, &SplitView::panesDidChangeSizes, this, &DocumentWindow::storePaneSizes);
+    auto* content = new QWidget;
+    auto* column = new QVBoxLayout(content);
+    column->setContentsMargins({});
+    column->setSpacing(0);
+    column->addWidget(m_split, 1);
+    setCentralWidget(content);
     connect(m_canvas, &CanvasView::contextMenuRequested, this, &DocumentWindow::showContextMenu);
     connect(m_canvas, &CanvasView::viewportChanged, this, &DocumentWindow::viewportDidChange);
+}
+
+void DocumentWindow::addToolbar() {
+    m_toolbar =
+        new Toolbar([this](const QString& name) { return m_menu->action(name); }, centralWidget());
+    connect(m_toolbar, &Toolbar::additiveButtonPressed, this,
+            [this] { m_controller->setAdditiveMode(m_toolbar->additiveButtonIsOn()); });
+    static_cast<QBoxLayout*>(centralWidget()->layout())->insertWidget(0, m_toolbar);
 }
 
 void DocumentWindow::listen() {
@@ -150,9 +176,10 @@ void DocumentWindow::documentWasReplaced() {
 void DocumentWindow::addWindowCommands() {
     CommandSet& commands = m_controller->commands();
     commands.add(u"close"_s, {[this] { close(); }});
-    commands.add(u"renameElement"_s,
-                 {[this] { m_navigator->elementsView().renameTopSelectedRow(); },
-                  [this] { return m_controller->selectionManager().selectedElementsCount() == 1; }});
+    commands.add(
+        u"renameElement"_s,
+        {[this] { m_navigator->elementsView().renameTopSelectedRow(); },
+         [this] { return m_controller->selectionManager().selectedElementsCount() == 1; }});
     AnimationsView& animations = m_navigator->animationsView();
     commands.add(u"addAnimation"_s, {[&animations] { animations.addAnimation(); }});
     commands.add(u"renameAnimation"_s,
@@ -160,9 +187,12 @@ void DocumentWindow::addWindowCommands() {
                   [this] { return !m_controller->project()->isSetupMode(); }});
     commands.add(u"customizeToolbar"_s, {[this] { m_toolbar->customize(); }});
     commands.add(u"minimize"_s, {[this] { showMinimized(); }});
-    commands.add(u"toggleFullScreen"_s, {[this] { setWindowState(windowState() ^ Qt::WindowFullScreen); },
-                                         {},
-                                         [this] { return isFullScreen(); }});
+    commands.add(u"toggleFullScreen"_s,
+                 {[this] { setWindowState(windowState() ^ Qt::WindowFullScreen); },
+                  {},
+                  [this] { return isFullScreen(); }});
+    commands.add(u"nextPane"_s, {[this] { focusPane(1); }});
+    commands.add(u"previousPane"_s, {[this] { focusPane(-1); }});
     addPaneCommands(commands);
     m_owner.addCommands(commands, *this);
 }
@@ -173,14 +203,18 @@ void DocumentWindow::addPaneCommands(CommandSet& commands) {
     };
     commands.add(u"toggleLeftPane"_s,
                  {[this] {
-                      const bool shows = !m_split->leftPaneVisible();
+                      const bool shows = !m_split->panes().leftVisible;
                       m_split->setLeftPaneVisible(shows);
                       if (shows) { m_split->setLeftPaneWidth(sizes::paneWidth); }
                   },
-                  {}, {}, [this, titled] { return titled(u"Left"_s, m_split->leftPaneVisible()); }});
+                  {},
+                  {},
+                  [this, titled] { return titled(u"Left"_s, m_split->panes().leftVisible); }});
     commands.add(u"toggleRightPane"_s,
-                 {[this] { m_split->setRightPaneVisible(!m_split->rightPaneVisible()); },
-                  {}, {}, [this, titled] { return titled(u"Right"_s, m_split->rightPaneVisible()); }});
+                 {[this] { m_split->setRightPaneVisible(!m_split->panes().rightVisible); },
+                  {},
+                  {},
+                  [this, titled] { return titled(u"Right"_s, m_split->panes().rightVisible); }});
     commands.add(u"toggleBottomPane"_s,
                  {[this] { toggleBottomPane(); },
                   [this] { return !m_controller->project()->isSetupMode(); },
@@ -198,10 +232,32 @@ void DocumentWindow::toggleBottomPane() {
     if (isBottomPaneCollapsed()) {
         m_split->setBottomPaneHeight(m_lastBottomHeight);
     } else {
-        m_lastBottomHeight = static_cast<float>(m_split->bottomPaneHeight());
+        m_lastBottomHeight = m_split->bottomPaneHeight();
         m_split->setBottomPaneHeight(sizes::collapsedTimeline);
     }
     updatePanes();
+}
+
+// Round the panes that show, from the one that has the keyboard.
+void DocumentWindow::focusPane(int step) {
+    const std::vector<QWidget*> panes{m_toolbar,
+                                      &m_navigator->elementsView(),
+                                      &m_navigator->animationsView(),
+                                      m_canvas,
+                                      m_timeline,
+                                      m_inspector};
+    const auto count = static_cast<int>(panes.size());
+    const auto hasFocus = [this](const QWidget* pane) {
+        return focusWidget() && (pane == focusWidget() || pane->isAncestorOf(focusWidget()));
+    };
+    const auto present =
+        static_cast<int>(std::find_if(panes.begin(), panes.end(), hasFocus) - panes.begin());
+    for (int i = 1; i <= count; ++i) {
+        QWidget* pane = panes[static_cast<size_t>(((present + i * step) % count + count) % count)];
+        QWidget* target = pane->focusPolicy() != Qt::NoFocus ? pane : firstFocusable(*pane);
+        if (!pane->isVisible() || !target) { continue; }
+        return target->setFocus(Qt::TabFocusReason);
+    }
 }
 
 void DocumentWindow::endTextEdit() {
@@ -264,10 +320,14 @@ void DocumentWindow::updateLater() {
     if (!m_updateTimer.isActive()) { m_updateTimer.start(0); }
 }
 
-void DocumentWindow::update() {
-    if (m_controller->interaction().isPressed()) { return; }
+void DocumentWindow::updateCommands() {
+    const CanvasInteraction& interaction = m_controller->interaction();
+    if (interaction.isPressed()) { return; }
     m_menu->update();
-    m_toolbar->update();
+    m_toolbar->setSelectCursorItemActive(interaction.tool() == PCSelectionStateSelect);
+    m_toolbar->setDirectCursorItemActive(interaction.tool() == PCSelectionStateDirect);
+    m_toolbar->setHandCursorItemActive(interaction.tool() == PCSelectionStateHand);
+    m_toolbar->setPlayItemActive(m_controller->isPlayingBack());
 }
 
 void DocumentWindow::updateTitle() {
@@ -348,14 +408,15 @@ void DocumentWindow::restorePanes() {
 }
 
 void DocumentWindow::updatePanes() {
-    m_toolbar->setLeftPaneItemActive(!m_split->leftPaneVisible());
-    m_toolbar->setRightPaneItemActive(!m_split->rightPaneVisible());
+    if (!m_toolbar) { return; }
+    m_toolbar->setLeftPaneItemActive(!m_split->panes().leftVisible);
+    m_toolbar->setRightPaneItemActive(!m_split->panes().rightVisible);
     m_toolbar->setBottomPaneItemActive(isBottomPaneCollapsed());
     m_toolbar->setBottomPaneEnabled(!m_controller->project()->isSetupMode());
     if (!m_isRestored) { return; }
     PCProjectPreferences& preferences = m_controller->project()->preferences();
-    preferences.setNavigatorPaneVisible(m_split->leftPaneVisible());
-    preferences.setUtilitiesPaneVisible(m_split->rightPaneVisible());
+    preferences.setNavigatorPaneVisible(m_split->panes().leftVisible);
+    preferences.setUtilitiesPaneVisible(m_split->panes().rightVisible);
     updateLater();
 }
 

@@ -12,6 +12,7 @@ namespace tweenery {
 class CanvasArea;
 class CanvasView;
 class DocumentWindow;
+class InspectorPane;
 class MainMenu;
 class Navigator;
 class SplitView;
@@ -79,6 +80,7 @@ class DocumentWindow : public QMainWindow,
     Toolbar* m_toolbar = nullptr;
     Navigator* m_navigator = nullptr;
     TimelinePane* m_timeline = nullptr;
+    InspectorPane* m_inspector = nullptr;
     MainMenu* m_menu = nullptr;
     QTimer m_updateTimer;
     QTimer m_spaceTimer;  // a held Space repeats its release
@@ -86,7 +88,7 @@ class DocumentWindow : public QMainWindow,
     bool m_titleTellsZoom = false;
     bool m_isLeaving = false;
     bool m_isRestored = false;
-    float m_lastBottomHeight = 0;
+    int m_lastBottomHeight = 0;
     Subscription m_documentSubscription;
     std::vector<Subscription> m_subscriptions;  // to the controller's parts
 
@@ -96,10 +98,12 @@ class DocumentWindow : public QMainWindow,
     void buildPanes();
     void addWindowCommands();
     void addPaneCommands(CommandSet& commands);
+    void addToolbar();
     void listen();
     void restorePanes();
     void updateLater();
-    void update();
+    void updateCommands();
+    void focusPane(int step);
     void updateTitle();
     void updatePanes();
     void storePaneSizes();
@@ -123,8 +127,7 @@ class DocumentWindow : public QMainWindow,
                                                    const PCElement::Ptr&) override {
         updateLater();
     }
-    void animationManagerDidSelectAnimation(PCAnimationsManager&,
-                                            const PCAnimation::Ptr&) override;
+    void animationManagerDidSelectAnimation(PCAnimationsManager&, const PCAnimation::Ptr&) override;
     void timeManagerDidChangePlaybackState(PCProjectTimeManager&) override { updateLater(); }
 };
 

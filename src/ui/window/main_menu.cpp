@@ -35,10 +35,14 @@ MainMenu::MainMenu(QMainWindow& window, CommandSet& commands)
     update();
 }
 
+MainMenu::~MainMenu() {
+    qDeleteAll(m_menus);
+}
+
 void MainMenu::addMenus() {
-    m_window.menuBar()->clear();
     for (const QString& title : menuTitles()) {
         QMenu* menu = m_window.menuBar()->addMenu(title);
+        m_menus.push_back(menu);
         connect(menu, &QMenu::aboutToShow, this, &MainMenu::update);
         QMenu* submenu = nullptr;
         for (const Command& command : allCommands()) {

@@ -17,6 +17,7 @@ class MainMenu : public QObject {
  public:
     /// Fills the window's menu bar. Neither is owned; both outlive this.
     MainMenu(QMainWindow& window, CommandSet& commands);
+    ~MainMenu() override;
 
     /// Null for a name that the table does not have.
     QAction* action(const QString& name) const { return m_actions.value(name); }
@@ -35,6 +36,7 @@ class MainMenu : public QObject {
  private:
     QMainWindow& m_window;
     CommandSet& m_commands;
+    std::vector<QMenu*> m_menus;
     QHash<QString, QAction*> m_actions;
     QHash<int, QString> m_plainKeys;  // by key with modifiers
 

@@ -104,10 +104,15 @@ TEST(EditorLayer, TellsWhatAPressWouldDo) {
         SCOPED_TRACE(testing::Message() << c.point.x() << ", " << c.point.y());
         scene.editor.anchorPointLayer().setPosition({200, 150});
         scene.select({});
+        scene.editor.setShowsAnchorPoint(false);
         EXPECT_EQ(at(c.point), c.unselected);
         scene.select({u"A"_s});
+        scene.editor.setShowsAnchorPoint(true);
         EXPECT_EQ(at(c.point), c.selected);
     }
+    // The mark counts only while it is seen.
+    scene.editor.setShowsAnchorPoint(false);
+    EXPECT_EQ(at({200, 150}), PCEditorLocationDrag);
 }
 
 TEST(EditorLayer, TheMarqueeTouchesOutlinesNotBoxes) {

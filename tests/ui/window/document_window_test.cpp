@@ -1,0 +1,196 @@
+#include "ui/window/document_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <random>
+
+#include "editor/commands.h"
+#include "ui/window/window_scene.h"
+
+namespace tweenery::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+std::string storedCanvas(PCProject& project) {
+    return exactState(*project.canvas());
+}
+
+TEST(DocumentWindow, AClickSelectsAndADragMovesAsOneStep) {
+    WindowScene scene;
+    scene.click(scene.middleOf("A"));
+    EXPECT_EQ(scene.selected(), u"A");
+    const QPointF before = scene.element("B")->position();
+    const double magnification = scene.controller().viewport().magnificationFactor();
+    scene.drag(scene.middleOf("B"), {40, 30});
+    EXPECT_EQ(scene.selected(), u"B");
+    const QPointF moved = scene.element("B")->position() - before;
+    EXPECT_NEAR(moved.x(), 40 / magnification, 1e-6);
+    EXPECT_NEAR(moved.y(), 30 / magnification, 1e-6);
+    scene.key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(scene.element("B")->position(), before);
+    EXPECT_FALSE(scene.project().undoManager().canUndo());
+}
+
+TEST(DocumentWindow, EscapePutsADragBackAndLeavesNoStep) {
+    WindowScene scene;
+    const std::string before = storedCanvas(scene.project());
+    const QPoint place = scene.middleOf("A");
+    scene.press(place);
+    scene.move(place + QPoint(30, 10));
+    EXPECT_NE(storedCanvas(scene.project()), before);
+    scene.key(Qt::Key_Escape);
+    scene.release(place + QPoint(30, 10));
+    EXPECT_EQ(storedCanvas(scene.project()), before);
+    EXPECT_FALSE(scene.project().undoManager().canUndo());
+}
+
+// Commands wait while a press lasts.
+TEST(DocumentWindow, KeysDoNothingDuringADrag) {
+    WindowScene scene;
+    const QPoint place = scene.middleOf("A");
+    scene.press(place);
+    scene.move(place + QPoint(30, 10));
+    for (const Qt::Key key : {Qt::Key_Delete, Qt::Key_H, Qt::Key_Return}) {
+        scene.key(key);
+    }
+    scene.key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(scene.project().undoManager().isInGesture());
+    scene.release(place + QPoint(30, 10));
+    EXPECT_EQ(treeText(*scene.project().canvas()), "A B C");
+    EXPECT_EQ(scene.controller().interaction().tool(), PCSelectionStateSelect);
+}
+
+TEST(DocumentWindow, PlainKeysAreCommandsUnlessATextIsEdited) {
+    WindowScene scene;
+    scene.click(scene.middleOf("A"));
+    scene.key(Qt::Key_H);
+    EXPECT_EQ(scene.controller().interaction().tool(), PCSelectionStateHand);
+    scene.key(Qt::Key_V);
+    EXPECT_EQ(scene.controller().interaction().tool(), PCSelectionStateSelect);
+    const QPointF before = scene.element("A")->position();
+    scene.key(Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_EQ(scene.element("A")->position(), before + QPointF(10, 0));
+    scene.key(Qt::Key_5);
+    EXPECT_EQ(scene.element("A")->opacity(), 0.5);
+
+    scene.key(Qt::Key_F2);
+    for (const Qt::Key key : {Qt::Key_H, Qt::Key_5}) {
+        QTest::keyClick(scene.window->focusWidget(), key);
+    }
+    QTest::keyClick(scene.window->focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(scene.controller().interaction().tool(), PCSelectionStateSelect);
+    EXPECT_EQ(scene.controller().selectionManager().firstSelectedElement()->name(), u"h5");
+    scene.key(Qt::Key_Delete);
+    EXPECT_EQ(treeText(*scene.project().canvas()), "B C");
+}
+
+// Every command of menu, window and canvas is performed by somebody.
+TEST(DocumentWindow, EveryCommandHasAnAction) {
+    const QSet<QString> ofTheProgram{
+        u"newDocument"_s,         u"openDocument"_s,     u"saveDocument"_s,  u"saveDocumentAs"_s,
+        u"revertDocument"_s,      u"saveDocumentCopy"_s, u"quit"_s,          u"openPreferences"_s,
+        u"nextWindow"_s,          u"openHelp"_s,         u"showShortcuts"_s, u"about"_s,
+        u"exportGeneratedCode"_s, u"openRecent"_s};
+    WindowScene scene("A G{B}");
+    const auto walk = selectNewAnimation(scene.project(), u"Walk"_s);
+    const auto isEnabledSomewhere = [&](const QString& name) {
+        for (const auto& animation : {PCAnimation::Ptr(), walk}) {
+            for (const QStringList& names : {QStringList{u"A"_s}, QStringList{u"G"_s}}) {
+                scene.controller().selectAnimation(animation);
+                scene.controller().selectionManager().selectElements(
+                    allNamed(scene.project(), names));
+                if (scene.controller().commands().isEnabled(name)) { return true; }
+            }
+        }
+        return false;
+    };
+    for (const Command& command : allCommands()) {
+        if (ofTheProgram.contains(command.name)) { continue; }
+        if (command.name == u"undo" || command.name == u"redo") { continue; }
+        EXPECT_TRUE(isEnabledSomewhere(command.name)) << qPrintable(command.name);
+        EXPECT_NE(scene.window->menu().action(command.name), nullptr);
+    }
+}
+
+TEST(DocumentWindow, AnimationsShowTheBottomPane) {
+    WindowScene scene;
+    QAction* toggle = scene.window->menu().action(u"toggleBottomPane"_s);
+    const auto walk = selectNewAnimation(scene.project(), u"Walk"_s);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(toggle->isEnabled());
+    EXPECT_EQ(toggle->text(), u"Show Bottom Pane");
+    toggle->trigger();
+    EXPECT_EQ(toggle->text(), u"Hide Bottom Pane");
+    scene.controller().selectAnimation(nullptr);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(toggle->isEnabled());
+}
+
+TEST(DocumentWindow, TheTitleTellsTheZoomOnceItChanged) {
+    WindowScene scene;
+    EXPECT_EQ(scene.window->windowTitle(), u"Test[*]");
+    scene.key(Qt::Key_1, Qt::ControlModifier);
+    EXPECT_EQ(scene.window->windowTitle(), u"Test[*] @ 100% view");
+}
+
+TEST(DocumentWindow, ClosingAsksItsOwner) {
+    WindowScene scene;
+    scene.window->close();
+    EXPECT_EQ(scene.closeRequests, 1);
+    EXPECT_TRUE(scene.window->isVisible());
+}
+
+// Whatever was done, undoing everything gives what was there first, and redoing it the last.
+TEST(DocumentWindow, EverythingIsUndoneAndRedone) {
+    WindowScene scene("A B G{C D}");
+    std::mt19937 random(1);
+    const auto below = [&random](int end) {
+        return static_cast<int>(random() % static_cast<unsigned>(end));
+    };
+    const std::vector<std::pair<Qt::Key, Qt::KeyboardModifiers>> keys{
+        {Qt::Key_Z, Qt::ControlModifier},
+        {Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier},
+        {Qt::Key_D, Qt::ControlModifier},
+        {Qt::Key_G, Qt::ControlModifier},
+        {Qt::Key_A, Qt::ControlModifier},
+        {Qt::Key_G, Qt::ControlModifier | Qt::ShiftModifier},
+        {Qt::Key_Left, {}},
+        {Qt::Key_7, {}},
+        {Qt::Key_Tab, {}},
+        {Qt::Key_BracketRight, Qt::ControlModifier},
+        {Qt::Key_C, Qt::ControlModifier},
+        {Qt::Key_V, Qt::ControlModifier},
+        {Qt::Key_Delete, {}},
+        {Qt::Key_Escape, {}},
+    };
+    const std::string first = storedCanvas(scene.project());
+    const QRect canvas(scene.at({0, 0}), scene.at({200, 200}));
+    for (int step = 0; step < 400; ++step) {
+        if (below(2) == 0) {
+            const QPoint from =
+                canvas.topLeft() + QPoint(below(canvas.width()), below(canvas.height()));
+            scene.drag(from, {below(60) - 30, below(60) - 30});
+        } else {
+            const auto& [key, modifiers] =
+                keys[static_cast<size_t>(below(static_cast<int>(keys.size())))];
+            // Duplicates double what there is.
+            if (scene.project().canvas()->elementAndAllDescendants().size() > 60 &&
+                key != Qt::Key_Z) {
+                continue;
+            }
+            scene.key(key, modifiers);
+        }
+    }
+    while (scene.project().redo()) {  // the walk may have ended with an undo
+    }
+    const std::string last = storedCanvas(scene.project());
+    while (scene.project().undo()) {}
+    EXPECT_EQ(storedCanvas(scene.project()), first);
+    while (scene.project().redo()) {}
+    EXPECT_EQ(storedCanvas(scene.project()), last);
+}
+
+}  // namespace
+}  // namespace tweenery::test
