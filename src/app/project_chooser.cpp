@@ -3,6 +3,7 @@
 #include <QAccessible>
 #include <QBoxLayout>
 #include <QDir>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -139,8 +140,7 @@ QLayout* ProjectChooser::makeMiddle() {
     m_places->setFrameShape(QFrame::NoFrame);
     m_places->setTextElideMode(Qt::ElideRight);
     m_places->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    connect(m_places, &QListWidget::itemClicked, this,
-            [this](QListWidgetItem* item) { setFolder(item->data(Qt::UserRole).toString()); });
+    connect(m_places, &QListWidget::itemClicked, this, &ProjectChooser::goTo);
 
     m_view = new FolderView(this);
     m_view->setAccessibleName(u"Projects and Folders"_s);
@@ -149,10 +149,7 @@ QLayout* ProjectChooser::makeMiddle() {
     (isGrid ? m_grid : m_list)->setChecked(true);
     m_view->setIsGrid(isGrid);
     if (m_purpose == Purpose::Open) { m_view->setSelectionMode(FolderView::ExtendedSelection); }
-    connect(m_view, &QListView::doubleClicked, this, [this] {
-        m_view->setFocus();
-        accept();
-    });
+    connect(m_view, &QListView::doubleClicked, this, &ProjectChooser::openSelected);
     connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
         const QModelIndexList selected = m_view->selectionModel()->selectedIndexes();
         if (m_name && selected.size() == 1 && m_model.entry(selected.first()).isProject) {
@@ -296,6 +293,10 @@ void ProjectChooser::showFailure(const QString& reason) {
                          u"Choose another place."_s);
 }
 
+void ProjectChooser::goTo(const QListWidgetItem* place) {
+    if (place) { setFolder(place->data(Qt::UserRole).toString()); }
+}
+
 void ProjectChooser::goUp() {
     setFolder(m_folder + u"/.."_s);
     m_view->setFocus();
@@ -317,12 +318,14 @@ void ProjectChooser::showRefusal(const QString& path, const QString& reason) {
     showMessage(u"“%1” %2."_s.arg(visibleText(path), reason));
 }
 
+bool ProjectChooser::hasTypedPath() const {
+    return m_path->text() != visibleText(m_folder);
+}
+
 void ProjectChooser::updateDefault() {
-    const bool hasSelection = m_view->selectionModel()->hasSelection();
-    const bool hasName = m_name && !m_name->text().trimmed().isEmpty();
-    const bool hasPath = m_path->text() != visibleText(m_folder);
-    m_default->setEnabled(!m_question &&
-                          (hasSelection || hasName || hasPath || m_path->hasFocus()));
+    const bool hasChoice =
+        m_name ? !m_name->text().trimmed().isEmpty() : m_view->selectionModel()->hasSelection();
+    m_default->setEnabled(!m_question && (hasChoice || hasTypedPath()));
 }
 
 // What was chosen.
@@ -343,15 +346,22 @@ void ProjectChooser::ask(std::function<Answer()> question,
 
 void ProjectChooser::accept() {
     if (m_question) { return; }
+    if (hasTypedPath()) { return goToTyped(m_path->text()); }
+    m_purpose == Purpose::Open ? openSelected() : saveAtName();
+}
+
+// Return does what belongs to where the keyboard is.
+void ProjectChooser::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
+        return QDialog::keyPressEvent(event);
+    }
+    if (m_question) { return; }
+    if (auto* button = qobject_cast<QPushButton*>(focusWidget())) { return button->click(); }
     if (m_newFolderName->hasFocus()) { return makeNewFolder(); }
     if (m_path->hasFocus()) { return goToTyped(m_path->text()); }
-    if (m_places->hasFocus()) {
-        const QListWidgetItem* place = m_places->currentItem();
-        if (place) { setFolder(place->data(Qt::UserRole).toString()); }
-        return;
-    }
-    if (m_purpose == Purpose::Open || m_view->hasFocus()) { return openSelected(); }
-    saveAtName();
+    if (m_places->hasFocus()) { return goTo(m_places->currentItem()); }
+    if (m_view->hasFocus()) { return openSelected(); }
+    accept();
 }
 
 void ProjectChooser::reject() {
@@ -387,12 +397,9 @@ void ProjectChooser::openSelected() {
             folder = entry.path;
         }
     }
-    if (!projects.isEmpty()) {
-        if (m_purpose == Purpose::Save) { return saveAtName(); }
-        return choose(projects);
-    }
-    if (!folder.isEmpty()) { return setFolder(folder); }
-    if (m_purpose == Purpose::Save) { saveAtName(); }
+    if (projects.isEmpty() && !folder.isEmpty()) { return setFolder(folder); }
+    if (m_purpose == Purpose::Save) { return saveAtName(); }
+    if (!projects.isEmpty()) { choose(projects); }
 }
 
 void ProjectChooser::setName(const QString& name) {
@@ -450,7 +457,7 @@ void ProjectChooser::makeNewFolder() {
     const QString name = m_newFolderName->text().trimmed();
     if (name.isEmpty()) { return; }
     const QString path = m_folder + u'/' + name;
-    ask<QString>([path] { return makeFolder(path); },
+    ask<QString>([folder = m_folder, name] { return makeFolder(folder, name); },
                  [this, path](const QString& fault) {
                      if (!fault.isEmpty()) { return showRefusal(path, fault); }
                      hideNewFolderRow();

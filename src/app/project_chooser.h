@@ -11,6 +11,7 @@
 class QLabel;
 class QLineEdit;
 class QListWidget;
+class QListWidgetItem;
 class QPushButton;
 class QRadioButton;
 
@@ -37,9 +38,11 @@ class ProjectChooser : public QDialog {
     /// What was chosen, once accepted: packages to open, or the one place to save at.
     const QStringList& paths() const { return m_paths; }
 
-    /// Does what Return does where the keyboard is.
     void accept() override;
     void reject() override;
+
+ protected:
+    void keyPressEvent(QKeyEvent* event) override;
 
  private:
     const Purpose m_purpose;
@@ -78,10 +81,12 @@ class ProjectChooser : public QDialog {
     void showFailure(const QString& reason);
     void showMessage(const QString& text);
     void showRefusal(const QString& path, const QString& reason);
+    bool hasTypedPath() const;
     void updateDefault();
 
     template <class Answer>
     void ask(std::function<Answer()> question, std::function<void(const Answer&)> then);
+    void goTo(const QListWidgetItem* place);
     void goUp();
     void goToTyped(const QString& text);
     void openSelected();

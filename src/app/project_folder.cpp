@@ -35,7 +35,8 @@ bool mayBeFolder(const ListedEntry& entry) {
 }
 
 void sortByName(std::vector<FolderEntry>& entries) {
-    QCollator collator;
+    // That of C, which many programs run with, knows neither numbers nor case.
+    QCollator collator(QLocale(QLocale::English));
     collator.setNumericMode(true);
     collator.setCaseSensitivity(Qt::CaseInsensitive);
     std::sort(entries.begin(), entries.end(),
@@ -118,10 +119,11 @@ SavePlace checkSavePlace(const QString& path) {
     } catch (const InputError& error) { return refuse(error.reason()); }
 }
 
-QString makeFolder(const QString& path) {
+QString makeFolder(const QString& parent, const QString& name) {
     try {
-        if (!isSafeFilename(lastPathComponent(path))) { return u"is no name for a folder"_s; }
-        if (::mkdir(systemPath(path).constData(), ACCESSPERMS) == 0) { return {}; }
+        if (!isSafeFilename(name)) { return u"is no name for a folder"_s; }
+        const QByteArray path = systemPath(parent + u'/' + name);
+        if (::mkdir(path.constData(), ACCESSPERMS) == 0) { return {}; }
         return failureText(u"could not be made"_s, errno);
     } catch (const InputError& error) { return error.reason(); }
 }

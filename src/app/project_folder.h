@@ -41,8 +41,8 @@ struct SavePlace {
 };
 SavePlace checkSavePlace(const QString& path);
 
-/// Makes the folder at `path`, in one that is there. What was wrong; null when nothing was.
-QString makeFolder(const QString& path);
+/// Makes the folder `name` in the one at `parent`. What was wrong; null when nothing was.
+QString makeFolder(const QString& parent, const QString& name);
 
 /// Where removable and network volumes are mounted. May wait for them.
 QStringList mountedVolumes();

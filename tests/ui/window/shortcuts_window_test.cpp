@@ -62,7 +62,7 @@ TEST(ShortcutsWindow, ListsAllAndFindsByWordsOfTitleKeysAndMenu) {
         {u"15°"_s, u"Rotate in steps of 15°"_s, true},
     };
     auto* search = dialog->findChild<QLineEdit*>();
-    EXPECT_TRUE(search->hasFocus());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return search->hasFocus(); }));
     for (const Case& c : cases) {
         search->clear();
         for (const QChar letter : c.search) {
