@@ -32,6 +32,7 @@ namespace {
 
 constexpr QSize kSize{820, 540};
 constexpr int kPlacesWidth = 180;
+constexpr int kPlacesSpacing = 3;
 constexpr int kMostRecentFolders = 5;
 constexpr int kGap = 10;
 /// A folder that is read sooner shows no sign of it.
@@ -138,6 +139,7 @@ QLayout* ProjectChooser::makeMiddle() {
     m_places->setAccessibleName(u"Places"_s);
     m_places->setFixedWidth(kPlacesWidth);
     m_places->setFrameShape(QFrame::NoFrame);
+    m_places->setSpacing(kPlacesSpacing);
     m_places->setTextElideMode(Qt::ElideRight);
     m_places->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(m_places, &QListWidget::itemClicked, this, &ProjectChooser::goTo);
@@ -202,7 +204,6 @@ void ProjectChooser::addPlace(const QString& text, const QString& path) {
     auto* item = new QListWidgetItem(visibleText(text), m_places);
     item->setData(Qt::UserRole, path);
     item->setToolTip(visibleText(path));
-    item->setSizeHint({0, sizes::menuItemHeight});
 }
 
 void ProjectChooser::fillPlaces() {

@@ -84,13 +84,12 @@ class ShortcutsWindow : public QDialog {
     }
 
     void addCommand(QTreeWidgetItem& section, const Command& command) {
-        const auto shortcuts = QKeySequence::listFromString(command.shortcuts);
-        if (shortcuts.isEmpty()) { return; }
+        if (command.shortcuts.isEmpty()) { return; }
         QString title = command.title;
         title.remove(u'…');
         if (!command.submenu.isEmpty()) { title.prepend(command.submenu + u' '); }
         QStringList keys;
-        for (const QKeySequence& shortcut : shortcuts) {
+        for (const QKeySequence& shortcut : QKeySequence::listFromString(command.shortcuts)) {
             keys << shortcut.toString(QKeySequence::NativeText);
         }
         addRow(section, title, keys.join(u" or "_s));

@@ -49,6 +49,8 @@ TEST(ShortcutsWindow, ListsAllAndFindsByWordsOfTitleKeysAndMenu) {
         EXPECT_EQ(all.keys.filter(first).isEmpty(), false) << qPrintable(command.title);
     }
 
+    EXPECT_FALSE(all.keys.contains(QString())) << "what has no keys does not belong here";
+
     struct Case {
         QString search;
         QString found;  // a title
