@@ -1,6 +1,8 @@
 // Snapshots of a package's tree: what they share, and what is on disk after they are written while
 // the tree is edited.
 
+#include <gmock/gmock.h>
+
 #include <deque>
 #include <random>
 

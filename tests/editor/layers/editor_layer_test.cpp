@@ -213,7 +213,7 @@ TEST(EditorLayer, DrawsItsParts) {
     EXPECT_TRUE(pattern == QColor(Qt::white) || pattern == QColor(219, 219, 219));
     EXPECT_EQ(picture.pixel(150, 40), TweeneryStyle::guideColor().rgb()) << "the guide";
 
-    EditorScene unbounded({0, 0});
+    EditorScene unbounded(QSizeF(0, 0));
     const QImage empty = unbounded.editor.imageRepresentation();
     EXPECT_EQ(empty.size(), QSize(5000, 5000));
     int axes = 0;
