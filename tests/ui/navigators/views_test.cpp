@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
-#include <QDrag>
 #include <QMenu>
 #include <QMimeData>
 #include <QTest>
-#include <QTimer>
 
 #include "editor/canvas/pasteboard_commands.h"
 #include "editor/controller_scene.h"
@@ -197,35 +195,6 @@ TEST(ElementsView, TakesDrops) {
     garbage.setData(PCElement::pasteboardType(), "garbage");
     drop(garbage, "C", 0);
     EXPECT_EQ(window.scene.tree(), "A G{B} G_1{B_1} C D");
-}
-
-// With the pointer from the press to the release: rows of this list move, and stay selected.
-TEST(ElementsView, MovesRowsThatAreDragged) {
-    Window window("A G{B} C D");
-    const QPoint from = window.pointOf(window.cell("D"));
-    const QPoint to = window.pointOf(window.cell("A")) + QPoint(0, 8);
-    QTimer pointer;  // what the user does while the drag's own event loop runs
-    int step = 0;
-    QObject::connect(&pointer, &QTimer::timeout, &pointer, [&] {
-        if (step < 3) {
-            window.move(to + QPoint(step, 0));
-        } else {
-            pointer.stop();
-            window.release(to);
-        }
-        ++step;
-    });
-    QTimer::singleShot(5000, &pointer, [] { QDrag::cancel(); });
-    pointer.start(10);
-    window.press(from);
-    window.move(from + QPoint(0, 5));
-    window.move(from + QPoint(0, 40));
-    window.settle();
-    EXPECT_EQ(window.scene.tree(), "D A G{B} C");
-    EXPECT_EQ(window.scene.selected(), u"D"_s);
-    window.scene.perform("undo");
-    EXPECT_EQ(window.scene.tree(), "A G{B} C D");
-    EXPECT_FALSE(window.scene.project->undoManager().canUndo());
 }
 
 TEST(ElementsView, OffersItsMenuAsTheWindowDoes) {
