@@ -28,7 +28,7 @@ constexpr std::array<uint8_t, 256> digitValues() {
 
 constexpr std::array<uint8_t, 256> DigitValues = digitValues();
 
-/// Reads the canonical form "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX"; false for any other text.
+// Reads the canonical form "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX"; false for any other text.
 template <typename Character>
 bool parseUuid(const Character* text, size_t length, uint64_t& high, uint64_t& low) {
     if (length != UuidLength) { return false; }

@@ -9,8 +9,8 @@ namespace tweenery {
 struct NotificationCentre::Entry {
     using List = std::list<std::shared_ptr<Entry>>;
 
-    /// The subscriptions to one name, in the order in which they were made. One that ends during a
-    /// delivery stays in the list, so that the walk goes on, until the delivery is over.
+    // The subscriptions to one name, in the order in which they were made. One that ends during a
+    // delivery stays in the list, so that the walk goes on, until the delivery is over.
     struct Topic {
         List entries;
         int deliveries = 0;
@@ -57,7 +57,7 @@ struct NotificationCentre::State {
 
 namespace {
 
-/// Counts a delivery under way, and clears up after the outermost one, also when a handler throws.
+// Counts a delivery under way, and clears up after the outermost one, also when a handler throws.
 template <typename Topic>
 class Delivery {
  public:

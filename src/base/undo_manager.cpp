@@ -246,7 +246,7 @@ bool UndoManager::play(std::deque<Step>& from, std::deque<Step>& to, State state
     return true;
 }
 
-/// Runs the actions, last first, down to `first`. What they record goes to m_open.
+// Runs the actions, last first, down to `first`. What they record goes to m_open.
 void UndoManager::playActions(const std::deque<Action>& actions, size_t first, State state) {
     const int groupLevel = m_groupLevel;
     m_state = state;

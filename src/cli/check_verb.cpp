@@ -14,7 +14,7 @@ namespace {
 
 using Diagnostics = std::vector<ExportDiagnostic>;
 
-/// What an export would meet: as the options say, and else the project's preferences.
+// What an export would meet: as the options say, and else the project's preferences.
 Diagnostics diagnosticsOf(PCProject& project, const Invocation& invocation) {
     ExportOptions options = ExportOptions::fromPreferences(project);
     if (invocation.has(kPlatformOption.name)) {
@@ -52,7 +52,7 @@ void printText(const PackageCheck& check, const Diagnostics& diagnostics, Diagno
         errorsCount == 0 ? u"all readable"_s : counted(errorsCount, u"error")));
 }
 
-/// What stops an export is an error of the package.
+// What stops an export is an error of the package.
 void judge(const Diagnostics& diagnostics, bool isStrict, Report& report) {
     for (const ExportDiagnostic& diagnostic : diagnostics) {
         if (diagnostic.severity == ExportDiagnostic::Severity::Error) {

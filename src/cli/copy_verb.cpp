@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 namespace {
 
-/// Every part of the project is written anew from its decoded form.
+// Every part of the project is written anew from its decoded form.
 void writeEverythingAnew(PCProject& project) {
     for (const PCAnimation::Ptr& animation : project.animationsManager().animations()) {
         animation->loadAllTimelines();

@@ -18,8 +18,8 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 namespace {
 
-/// The entries that lie in each animation's and each image set's directory, by its path, and the
-/// others by a null one.
+// The entries that lie in each animation's and each image set's directory, by its path, and the
+// others by a null one.
 using Entries = QHash<QString, std::vector<PackageEntry>>;
 
 Entries entriesByDirectory(const FileWrapper& root) {
@@ -119,7 +119,7 @@ void dumpPackage(Report& report) {
     report.print(json.endObject().take());
 }
 
-/// One entry of a package on its own, which is what git hands to a text converter.
+// One entry of a package on its own, which is what git hands to a text converter.
 void dumpArchive(Report& report) {
     const QString& path = report.packagePath();
     const KeyedUnarchiver archive(readInputFile(path), path);

@@ -78,7 +78,7 @@ bool usesSwift(const Invocation& invocation, PCProject& project) {
     return invocation.value(kLanguageOption.name) == u"swift";
 }
 
-/// One package goes right into the directory, each of several into a folder with its name.
+// One package goes right into the directory, each of several into a folder with its name.
 QString directoryFor(const QString& package, const Invocation& invocation) {
     QString out = invocation.value(kOutOption.name);
     if (invocation.operands().size() == 1) { return out; }

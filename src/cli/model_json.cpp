@@ -11,10 +11,10 @@ namespace {
 
 using Layout = JsonWriter::Layout;
 
-/// The identifiers that an archive really holds; the model makes up those that are missing.
+// The identifiers that an archive really holds; the model makes up those that are missing.
 class StoredIdentifiers {
  public:
-    /// Of `object` and of all objects in its array `children`, down the tree.
+    // Of `object` and of all objects in its array `children`, down the tree.
     StoredIdentifiers(const KeyedDecoder& object, std::string_view children) {
         collect(object, children);
     }

@@ -30,7 +30,7 @@ std::optional<QSizeF> canvasSizeFrom(const Invocation& invocation) {
     return size;
 }
 
-/// A file for each pixel density of one picture, the highest last.
+// A file for each pixel density of one picture, the highest last.
 struct Densities {
     std::map<int, QString> pathsByDensity;
 };
@@ -39,12 +39,12 @@ int densityOf(const PCImage& image) {
     return image.is3X() ? 3 : image.is2X() ? 2 : 1;
 }
 
-/// Makes an image set and an element for each picture.
+// Makes an image set and an element for each picture.
 class ArtworkImport {
  public:
     explicit ArtworkImport(PCProject& project) : m_project(project) {}
 
-    /// Files of one name but for their density belong together.
+    // Files of one name but for their density belong together.
     void add(const QString& path) {
         const PCImage named(QImage(), path);
         const QString set = named.keyname();

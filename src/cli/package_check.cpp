@@ -36,11 +36,11 @@ void requireImage(const PackageEntry& entry, PixelAllowance& allowance) {
                                             : u"is a PNG image, though it is named as a JPEG"_s);
 }
 
-/// Reads entries as the model does it, and then all the rest of each archive too. Timelines that
-/// belong to an element of an animation stay in the project.
+// Reads entries as the model does it, and then all the rest of each archive too. Timelines that
+// belong to an element of an animation stay in the project.
 class EntryReader {
  public:
-    /// `project` may be null.
+    // `project` may be null.
     explicit EntryReader(PCProject* project) {
         if (!project) { return; }
         for (const PCAnimation::Ptr& animation : project->animationsManager().animations()) {
@@ -48,7 +48,7 @@ class EntryReader {
         }
     }
 
-    /// Throws InputError. May be called for several entries at once.
+    // Throws InputError. May be called for several entries at once.
     void read(const PackageEntry& entry) const;
 
  private:
@@ -99,7 +99,7 @@ void EntryReader::decodeTimeline(const PackageEntry& entry, const KeyedUnarchive
     }
 }
 
-/// What is wrong with each entry; the checks run side by side, each with a place of its own.
+// What is wrong with each entry; the checks run side by side, each with a place of its own.
 std::vector<std::optional<InputError>> errorsOf(const std::vector<PackageEntry>& entries,
                                                 const EntryReader& reader) {
     std::vector<std::optional<InputError>> errors(entries.size());

@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 namespace {
 
-/// What the files in a directory are; each kind of directory has its own function for the names.
+// What the files in a directory are; each kind of directory has its own function for the names.
 enum class DirectoryKind {
     Root,
     Images,

@@ -15,13 +15,13 @@ constexpr VerbOption kYesOption{"yes", nullptr, "do not ask"};
 constexpr VerbOption kBackupOption{
     "backup", "DIR", "where the backup goes; Backups in the documents folder otherwise"};
 
-/// Asks on the terminal, takes yes for an answer, and remembers what was asked.
+// Asks on the terminal, takes yes for an answer, and remembers what was asked.
 class TerminalAlerts : public AlertPort {
  public:
     TerminalAlerts(Console& console, bool alwaysYes) : m_console(console), m_alwaysYes(alwaysYes) {}
 
     const Alert& lastAlert() const { return m_last; }
-    /// There was a question and nobody to answer it.
+    // There was a question and nobody to answer it.
     bool couldNotAsk() const { return m_couldNotAsk; }
 
     AlertAnswer runModal(const Alert& alert) override {
@@ -58,28 +58,15 @@ void refuse(const TerminalAlerts& alerts, const QString& path) {
         path, wasAsked ? u"was not updated, as you decided"_s : textOfAlert(alerts.lastAlert()));
 }
 
-/// Has backups go elsewhere for its life.
-class BackupPlace {
- public:
-    explicit BackupPlace(const QString& path) : m_before(PCProject::givenBackupDirectory()) {
-        if (!path.isNull()) { PCProject::setBackupDirectory(path); }
-    }
-    ~BackupPlace() { PCProject::setBackupDirectory(m_before); }
-    BackupPlace(const BackupPlace&) = delete;
-    BackupPlace& operator=(const BackupPlace&) = delete;
-
- private:
-    QString m_before;
-};
-
-/// A folder that was named has to be one that can be written into.
+// A folder that was named has to be one that can be written into.
 void requireBackupFolder(const QString& folder, const QString& package) {
     if (folder.isNull()) { return; }
     requireOutsidePackage(folder, package);
     OutputFolder::make(folder);
 }
 
-void update(Report& report, TerminalAlerts& alerts) {
+// A null folder leaves the backup where it usually goes.
+void update(Report& report, TerminalAlerts& alerts, const QString& backups) {
     const QString& path = report.packagePath();
     const FileWrapper::Ptr root = readPackage(path);
     const int32_t stored = PCProject::modelVersionOfProjectFileWrapper(*root);
@@ -89,6 +76,7 @@ void update(Report& report, TerminalAlerts& alerts) {
         return;
     }
     PCDocument document(alerts, report);
+    if (!backups.isNull()) { document.setBackupDirectory(backups); }
     if (!document.readFromFileWrapper(root)) { refuse(alerts, path); }
     savePackage(*document.fileWrapperOfProject(), path);
     report.printLine(u"%1 was updated from model version %2 to %3."_s.arg(
@@ -103,10 +91,9 @@ ExitCode run(const Invocation& invocation, Console& console) {
     if (invocation.has(kBackupOption.name) && backups.isEmpty()) {
         throw UsageError{u"--backup takes a directory"_s};
     }
-    const BackupPlace place(backups);
     return runOnPackage(invocation, console, [&](Report& report) {
         requireBackupFolder(backups, report.packagePath());
-        update(report, alerts);
+        update(report, alerts, backups);
     });
 }
 

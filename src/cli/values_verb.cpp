@@ -45,7 +45,7 @@ void writeElement(const PCElement& element, const ElementValues& values, JsonWri
     json.endObject();
 }
 
-/// Calls `visit` with each element and its values at the time.
+// Calls `visit` with each element and its values at the time.
 template <typename Visit>
 void forEachElement(const PCProject& project, int32_t time, const Visit& visit) {
     for (const PCElement::Ptr& element : project.canvas()->elementAndAllDescendants()) {
@@ -79,7 +79,7 @@ QStringList rowOf(const PCElement& element, const ElementValues& values) {
             values.image->isEmpty() ? u"-"_s : *values.image};
 }
 
-/// Columns as wide as their widest cell; texts to the left, numbers to the right.
+// Columns as wide as their widest cell; texts to the left, numbers to the right.
 void printTable(const std::vector<QStringList>& rows, Report& report) {
     QList<qsizetype> widths(rows.front().size());
     for (const QStringList& row : rows) {

@@ -48,9 +48,9 @@ std::vector<ArtworkFile> artworkOf(const std::vector<std::shared_ptr<PCImageSet>
     return artwork;
 }
 
-/// What stands against a file of that name with that content, which came with the package; empty
-/// when nothing does. A file that is no picture could be anything, and so could one without a
-/// picture's name.
+// What stands against a file of that name with that content, which came with the package; empty
+// when nothing does. A file that is no picture could be anything, and so could one without a
+// picture's name.
 QString faultOf(const ArtworkFile& artwork) {
     const auto format = imageFormatOf(artwork.data);
     if (!format) { return u"is neither a PNG nor a JPEG image"_s; }

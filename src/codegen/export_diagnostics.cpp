@@ -44,7 +44,7 @@ const char* const kKindNames[] = {
     "order-ends-early",
 };
 
-/// An element whose animation loses by printed key times.
+// An element whose animation loses by printed key times.
 struct CoarseElement {
     PCElement::Ptr element;
     KeyTimeLoss loss;
@@ -256,7 +256,7 @@ void Collector::checkStandardAnimation(const PCAnimationExportBundle& bundle) {
     checkLikeness(bundle);
 }
 
-/// The words before the stem keep it from all other faults of a name.
+// The words before the stem keep it from all other faults of a name.
 void Collector::checkStem(const PCAnimationExportBundle& bundle) {
     const QString stem = QString::fromStdString(bundle.baseMethodName);
     if (faultOfIdentifier(m_language, u"add"_s + stem) == IdentifierFault::None) { return; }
@@ -275,8 +275,8 @@ void Collector::checkMethodNames(const PCAnimationExportBundle& bundle) {
     m_methodStems.insert(stem);
 }
 
-/// Animations reach the parts that have a name in the dictionary which the code looks into: not the
-/// canvas, and on the mobile platform no layers.
+// Animations reach the parts that have a name in the dictionary which the code looks into: not the
+// canvas, and on the mobile platform no layers.
 void Collector::checkPartsAnimated(const PCAnimationExportBundle& bundle) {
     const auto report = [&](const PCElement& element) {
         const PlannedElement& planned = m_plan.planned(element);
@@ -354,8 +354,8 @@ void Collector::checkImages(const PCAnimationExportBundle& bundle) {
     }
 }
 
-/// Every image that a standard animation shows is loaded by name when it is added, and the code
-/// stops where there is none.
+// Every image that a standard animation shows is loaded by name when it is added, and the code
+// stops where there is none.
 void Collector::checkImagesAskedFor(const PCAnimationExportBundle& bundle) {
     for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
         if (!record.contents) { continue; }
@@ -375,7 +375,7 @@ void Collector::checkImagesAskedFor(const PCAnimationExportBundle& bundle) {
     }
 }
 
-/// The state of a frame-sliced animation takes each element with an image for an image view.
+// The state of a frame-sliced animation takes each element with an image for an image view.
 void Collector::checkSlicedImages(const PCAnimationExportBundle& bundle) {
     for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
         const PlannedElement& planned = m_plan.planned(*record.element);
@@ -388,7 +388,7 @@ void Collector::checkSlicedImages(const PCAnimationExportBundle& bundle) {
     }
 }
 
-/// Where a device shows something else than the preview.
+// Where a device shows something else than the preview.
 void Collector::checkLikeness(const PCAnimationExportBundle& bundle) {
     for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
         const QString name = record.element->name();
@@ -411,7 +411,7 @@ void Collector::checkLikeness(const PCAnimationExportBundle& bundle) {
     }
 }
 
-/// One note for an element, of the timeline that loses most.
+// One note for an element, of the timeline that loses most.
 void Collector::noteKeyTimes(const PCAnimation& animation, const CoarseElements& elements) {
     const auto number = [](const std::string& text) { return QString::fromStdString(text); };
     for (const CoarseElement& coarse : elements) {

@@ -24,7 +24,7 @@ const std::array<TypeTag, 3>& typeTags() {
     return tags;
 }
 
-/// The tag at the end of an animation's name, such as "walk_sliced_24".
+// The tag at the end of an animation's name, such as "walk_sliced_24".
 struct AnimationTag {
     QString word;  // empty: none
     int32_t number = 0;
@@ -38,7 +38,7 @@ AnimationTag tagOfAnimationName(const QString& name) {
             components.first(components.size() - 2).join(u'_')};
 }
 
-/// What one animation stores of one element.
+// What one animation stores of one element.
 struct ElementJob {
     size_t bundle = 0;
     size_t element = 0;
@@ -54,16 +54,16 @@ bool holdsTimelines(const FileWrapper& directory) {
     });
 }
 
-/// Makes every timeline that does not repeat as long as the animation.
-void lengthenTimelines(const PCAnimationExportBundle& bundle) {
+// Makes every timeline that does not repeat as long as the animation.
+void lengthenTimelines(const PCAnimationExportBundle& bundle, bool tweens) {
     for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
         for (PCKeyedPropertyTimeline* timeline : record.slicingOrder()) {
-            timeline->EXPORT_setDurationInTimeInMS(bundle.durationInMS);
+            timeline->EXPORT_setDurationInTimeInMS(bundle.durationInMS, tweens);
         }
     }
 }
 
-/// Puts a name into the entry of a map. What it replaces there is free again.
+// Puts a name into the entry of a map. What it replaces there is free again.
 void replaceName(QString& entry, const QString& name, TakenNames& taken) {
     if (!entry.isNull()) { taken.erase(entry); }
     taken.insert(name);
@@ -147,7 +147,7 @@ void Planner::createElementTypeMap() {
     }
 }
 
-/// Below a layer there are only layers, and tags stay in the name.
+// Below a layer there are only layers, and tags stay in the name.
 PCCodeGeneratorType Planner::takeTypeTag(PlannedElement& planned, PCCodeGeneratorType parentType) {
     if (parentType == PCCodeGeneratorType::Layer) { return PCCodeGeneratorType::Layer; }
     for (const TypeTag& tag : typeTags()) {
@@ -191,14 +191,15 @@ void Planner::createAnimationExportBundles() {
     for (ElementJob& job : m_jobs) {
         takeTimelines(job);
     }
-    parallelFor(m_bundles.size(), [this](size_t i) { lengthenTimelines(m_bundles[i]); });
+    const bool tweens = m_project.tweenOn();
+    parallelFor(m_bundles.size(), [&](size_t i) { lengthenTimelines(m_bundles[i], tweens); });
     for (PCAnimationExportBundle& bundle : m_bundles) {
         classify(bundle);
         file(std::move(bundle));
     }
 }
 
-/// Notes every element of which the animation stores something, in tree order.
+// Notes every element of which the animation stores something, in tree order.
 void Planner::listElementsOfBundle(size_t bundle) {
     const PCAnimation::Ptr& animation = m_bundles[bundle].animation;
     std::vector<std::pair<size_t, const FileWrapper*>> directories;  // by place in the tree
@@ -217,7 +218,7 @@ void Planner::listElementsOfBundle(size_t bundle) {
     }
 }
 
-/// Copies what is in memory and decodes what is not. Called on several threads.
+// Copies what is in memory and decodes what is not. Called on several threads.
 void Planner::readTimelines(ElementJob& job) const {
     const PCAnimation::Ptr& animation = m_bundles[job.bundle].animation;
     const PCElement::Ptr& element = m_plan.elements[job.element].element;
@@ -242,7 +243,7 @@ void Planner::readTimelines(ElementJob& job) const {
     if (hasTimelines) { job.record.setElement(element); }
 }
 
-/// Gives the timelines that have been read to their bundle.
+// Gives the timelines that have been read to their bundle.
 void Planner::takeTimelines(ElementJob& job) {
     m_plan.olderTimelines.insert(m_plan.olderTimelines.end(), job.older.begin(), job.older.end());
     if (!job.record.element) { return; }
@@ -279,7 +280,7 @@ QString Planner::baseNameFromSpecialNameComponents(const QString& rest) const {
     return codeFriendlyNameFromName(rest, &m_baseNames);
 }
 
-/// The stem of a name, numbered until no other animation of its kind and no base name has it.
+// The stem of a name, numbered until no other animation of its kind and no base name has it.
 QString Planner::tellApart(TakenNames& stems, const QString& name) const {
     QString candidate = name;
     while (stems.contains(candidate) || m_baseNames.contains(candidate)) {

@@ -12,7 +12,7 @@ namespace tweenery {
 
 namespace {
 
-/// The name of a timeline's member of the frame table.
+// The name of a timeline's member of the frame table.
 std::string structVariableName(const PlannedElement& planned,
                                const PCKeyedPropertyTimeline& timeline) {
     std::string name;
@@ -41,7 +41,7 @@ std::string threeDecimals(double value) {
     return fixedText(value, 3);
 }
 
-/// The table holds places in the parent, not offsets.
+// The table holds places in the parent, not offsets.
 std::string_view playbackKeyPath(PCPropertyType propertyType) {
     if (propertyType == PCPropertyTypeTranslationX) { return "position.x"; }
     if (propertyType == PCPropertyTypeTranslationY) { return "position.y"; }
@@ -194,7 +194,7 @@ void FrameSlicedAnimationCode::appendMethods(const Bundle& bundle) {
     append(*m_implementation, "\n}");
 }
 
-/// The timelines of one element that meet in its transform and in its centre; null where absent.
+// The timelines of one element that meet in its transform and in its centre; null where absent.
 struct FrameSlicedAnimationCode::ElementTransform {
     const Timeline* zRotation = nullptr;
     const Timeline* xScale = nullptr;
@@ -202,7 +202,7 @@ struct FrameSlicedAnimationCode::ElementTransform {
     const Timeline* xTranslation = nullptr;
     const Timeline* yTranslation = nullptr;
 
-    /// False when the timeline belongs to neither.
+    // False when the timeline belongs to neither.
     bool take(const Timeline& timeline) {
         switch (timeline.propertyType()) {
             case PCPropertyTypeZRotation:

@@ -76,7 +76,7 @@ void HierarchyCode::createObject(const PlannedElement& planned) {
     }
 }
 
-/// The image's variable; the statement that loads it stands where it is first used.
+// The image's variable; the statement that loads it stands where it is first used.
 const std::string& HierarchyCode::imageVariable(const QString& imageName) {
     const auto [entry, isNew] = m_imageVariableNamesByImageFileName.try_emplace(imageName);
     if (isNew) {

@@ -10,18 +10,18 @@ namespace tweenery {
 
 namespace {
 
-/// No easing mode rises faster than this.
+// No easing mode rises faster than this.
 constexpr double kSteepestEasing = 2.5;
-/// 32-bit fractions are no closer to a time.
+// 32-bit fractions are no closer to a time.
 constexpr double kUnnoticeableShiftInMS = 1e-3;
 
-/// As the text has it: of a tie, the even one. What is added leaves no bits behind the point.
+// As the text has it: of a tie, the even one. What is added leaves no bits behind the point.
 double printed(float keyTime) {
     constexpr double wholeNumbersOnly = 0x1p52;
     return (static_cast<double>(keyTime) * 1000 + wholeNumbersOnly - wholeNumbersOnly) / 1000;
 }
 
-/// By the tables that the model evaluates with, which is close enough to judge by.
+// By the tables that the model evaluates with, which is close enough to judge by.
 double heightOfEasing(PCEasingMode mode, double progress) {
     const TimingTable* table = timingTableForEasingMode(mode);
     if (!table) { return progress; }
@@ -29,13 +29,13 @@ double heightOfEasing(PCEasingMode mode, double progress) {
     return frame < table->size() ? (*table)[frame] : 1;
 }
 
-/// The way from the keyframe before to one keyframe, in fractions of the duration.
+// The way from the keyframe before to one keyframe, in fractions of the duration.
 struct Span {
     double start = 0;
     double end = 0;
     PCEasingMode easing = PCEasingModeLinear;
 
-    /// The share of the change that has happened at a fraction.
+    // The share of the change that has happened at a fraction.
     double heightAt(double fraction) const {
         if (fraction >= end) { return 1; }
         if (fraction <= start) { return 0; }
@@ -73,7 +73,7 @@ class LossFinder {
     }
     float startFraction(size_t index) const { return index > 0 ? fraction(index - 1) : 0; }
     PCEasingMode easing(size_t index) const { return m_timeline.easingModeOfKeyframe(index); }
-    /// Where the value before a jump is shown for the last time.
+    // Where the value before a jump is shown for the last time.
     double holdEnd(size_t index) const {
         return fractionOfTime(m_timeline.timeOfKeyframe(index) - 0.5);
     }
@@ -82,7 +82,7 @@ class LossFinder {
         const float start = isJump ? static_cast<float>(holdEnd(index)) : startFraction(index);
         return {printed(start), printed(fraction(index)), easing(index)};
     }
-    /// How much the value changes up to a keyframe; values that are no numbers change by 1.
+    // How much the value changes up to a keyframe; values that are no numbers change by 1.
     double change(size_t index) const {
         if (isFloatProperty(m_timeline.propertyType())) {
             const float before = index > 0 ? m_timeline.floatValueOfKeyframeAtIndex(index - 1)
@@ -114,7 +114,7 @@ class LossFinder {
             m_loss = {share, shiftInMS};
         }
     }
-    /// The whole milliseconds around a jump are what can be wrong.
+    // The whole milliseconds around a jump are what can be wrong.
     double lossOfJump(size_t index, const Span& shown) const {
         const double time = m_timeline.timeOfKeyframe(index);
         const double late = 1 - shown.heightAt(fractionOfTime(time));
@@ -130,8 +130,8 @@ class LossFinder {
         }
         return share;
     }
-    /// What the spans before and after, printed late and early, add to the value in the whole
-    /// milliseconds after `start` up to `end`.
+    // What the spans before and after, printed late and early, add to the value in the whole
+    // milliseconds after `start` up to `end`.
     double changeOfNeighbours(size_t index, double start, double end) const {
         double most = 0;
         if (index > m_first) {

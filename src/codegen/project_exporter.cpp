@@ -14,7 +14,7 @@ namespace tweenery {
 
 namespace {
 
-/// The same bytes, which must outlive the views.
+// The same bytes, which must outlive the views.
 QByteArrayList viewsOf(const SourcePieces& pieces) {
     QByteArrayList views;
     for (const std::string& piece : pieces) {

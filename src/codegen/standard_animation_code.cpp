@@ -19,7 +19,7 @@ const PropertyTypeRow& generatedRow(PCPropertyType propertyType, const QString& 
     return row;
 }
 
-/// About as many bytes as the animations of a bundle take.
+// About as many bytes as the animations of a bundle take.
 size_t estimatedSize(const PCAnimationExportBundle& bundle) {
     constexpr size_t bytesOfFrame = 700;
     constexpr size_t bytesOfKeyframe = 40;
@@ -48,8 +48,8 @@ std::string_view animationKeyPathForPropertyType(PCPropertyType propertyType) {
         .keyPath;
 }
 
-/// The code of one animation. Animations are independent of each other, so that each can be written
-/// on a thread of its own.
+// The code of one animation. Animations are independent of each other, so that each can be written
+// on a thread of its own.
 class StandardAnimationCode::BundleCode {
  public:
     BundleCode(const ExportPlan& plan, const PCLanguageCodeProvider& provider,
@@ -60,7 +60,7 @@ class StandardAnimationCode::BundleCode {
           m_animationName(bundle.animation->name().toStdString()),
           m_lists(provider) {}
 
-    /// Fills the bundle's add code and remove code.
+    // Fills the bundle's add code and remove code.
     EasingModes generate();
 
  private:
@@ -168,8 +168,8 @@ void StandardAnimationCode::BundleCode::generateCodeForTimeline(
     generateCodeForAnimatingTimeline(planned, timeline.propertyType(), timeline);
 }
 
-/// A stacking change becomes a number animation of each child's place in the stored order, in which
-/// deleted children keep theirs; one that the order lacks stays at its own.
+// A stacking change becomes a number animation of each child's place in the stored order, in which
+// deleted children keep theirs; one that the order lacks stays at its own.
 void StandardAnimationCode::BundleCode::generateCodeForChildrenOrder(
     const PCElement& parent, const PCKeyedPropertyTimeline& timeline) {
     const QStringList children = PCProject::sortedSubelementIdentifiers(parent);

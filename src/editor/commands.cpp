@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 namespace {
 
-/// Adds the commands of one menu, top down.
+// Adds the commands of one menu, top down.
 class MenuTable {
  public:
     MenuTable(std::vector<Command>& commands, const QString& menu)

@@ -151,7 +151,7 @@ void PCAnimation::saveMasterTimeline() {
 
 void PCAnimation::saveGroup(const Identifier& element, PCPropertyTimelineGroup& group) {
     for (const PCPropertyType type : timelineGroupOrder()) {
-        const PCKeyedPropertyTimeline::Ptr timeline = group.timelineIfLoaded(type);
+        const PCKeyedPropertyTimeline::Ptr& timeline = group.timelineIfLoaded(type);
         if (!timeline || !timeline->hasUnsavedChanges()) { continue; }
         if (timeline->isEmpty()) {
             removeTimelineFile(type, element);
@@ -171,9 +171,13 @@ void PCAnimation::saveTimeline(const PCKeyedPropertyTimeline& timeline, PCProper
                          u"holds an element whose identifier cannot name a directory: %1"_s.arg(
                              directoryName.left(100)));
     }
-    m_fileWrapper->pc_ensureSubfileWrapperDirectoryExistsWithName(directoryName)
-        ->pc_replaceSubFileWrapperNamed(filenameOfTimelineType(type),
-                                        KeyedArchiver::archivedDataWithRootObject(timeline));
+    // Encoded by whoever writes the package, which keeps the entry when it has those bytes already.
+    const QString filename = filenameOfTimelineType(type);
+    const auto directory =
+        m_fileWrapper->pc_ensureSubfileWrapperDirectoryExistsWithName(directoryName);
+    directory->pc_deleteSubFileWrapperNamed(filename);
+    directory->addFileWrapper(
+        FileWrapper::regularFileMadeLater(timeline.archiveMadeLater(), filename));
 }
 
 // The directory stays as long as it holds anything, or the element exists with timelines attached.

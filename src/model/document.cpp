@@ -41,7 +41,7 @@ PCDocument::Opened PCDocument::open(const FileWrapper::Ptr& root) {
     }
     const bool isOlder = stored < PCProject::currentModelVersion();
     if (isOlder && !userAgreesToUpdate(name)) { return {}; }
-    return {PCProject::projectWithFileWrapper(root, m_log), isOlder};
+    return {PCProject::projectWithFileWrapper(root, m_log, m_backupDirectory), isOlder};
 }
 
 bool PCDocument::userAgreesToUpdate(const QString& name) {

@@ -33,6 +33,9 @@ class PCDocument {
     PCDocument(AlertPort& alerts, LogPort& log) : m_alerts(alerts), m_log(log) {}
 
     static bool autosavesInPlace() { return true; }
+    /// Where an older package is backed up before its update; PCProject::backupDirectory() unless
+    /// told otherwise.
+    void setBackupDirectory(const QString& path) { m_backupDirectory = path; }
     /// False when the user was told by an alert (newer version) or declined the update. Throws
     /// InputError for a package that cannot be read, and for an update that cannot be saved. Then
     /// the document is as it was.
@@ -75,6 +78,7 @@ class PCDocument {
  private:
     AlertPort& m_alerts;
     LogPort& m_log;
+    QString m_backupDirectory = PCProject::backupDirectory();
     QString m_path;
     QString m_displayName;
     PCProject::Ptr m_project;

@@ -30,6 +30,8 @@ class EditContext {
     virtual double backingScale() const = 0;
     /// Whether new keyframes tween, by the application's preferences.
     virtual bool tweenOn() const = 0;
+    /// By how much more each further target of an additive edit changes, by the same preferences.
+    virtual float linkFXFactor() const = 0;
     /// Not owned; null without a screen.
     virtual ElementViewLayerFactory* viewLayerFactory() const = 0;
 

@@ -7,6 +7,7 @@
 #include "base/errors.h"
 #include "model/edit_context.h"
 #include "model/element_sampler.h"
+#include "scene/affine.h"
 
 using namespace Qt::StringLiterals;
 
@@ -16,13 +17,6 @@ namespace {
 ElementViewLayer& layerThatDoesNothing() {
     static ElementViewLayer layer;
     return layer;
-}
-
-QTransform scalingThenRotating(QPointF scale, double radians) {
-    QTransform transform;
-    transform.rotateRadians(radians);
-    transform.scale(scale.x(), scale.y());
-    return transform;
 }
 
 // QTransform's own gives up on elements that are very small on the canvas.
@@ -297,7 +291,7 @@ QPointF PCElement::origin() const {
 }
 
 QTransform PCElement::scaleThenRotate() const {
-    return scalingThenRotating(m_scale, m_zRotation);
+    return scaleThenTurn(m_scale, m_zRotation);
 }
 
 QRectF PCElement::frame() const {
@@ -306,14 +300,8 @@ QRectF PCElement::frame() const {
 }
 
 QTransform PCElement::elementToParentTransform() const {
-    QTransform transform;
-    if (isCanvas()) { return transform; }
-    const QPointF anchor = anchorPointInPts();
-    transform.translate(m_position.x(), m_position.y());
-    transform.rotateRadians(m_zRotation);
-    transform.scale(m_scale.x(), m_scale.y());
-    transform.translate(-anchor.x(), -anchor.y());
-    return transform;
+    if (isCanvas()) { return {}; }
+    return placementTransform(anchorPointInPts(), m_scale, m_zRotation, m_position);
 }
 
 QTransform PCElement::parentToElementTransform() const {

@@ -6,8 +6,8 @@
 #include "base/errors.h"
 #include "model/element.h"
 #include "model/element_sampler.h"
-#include "model/preferences/app_preferences.h"
 #include "model/project.h"
+#include "scene/affine.h"
 
 using namespace Qt::StringLiterals;
 
@@ -154,7 +154,7 @@ QPointF PCElement::canvasTranslationAtTimeInMS(int32_t timeInMS) const {
 template <typename Read, typename Write>
 void PCElement::pinNeighbours(int32_t timeInMS, Read read, Write write) {
     const Neighbours neighbours = masterNeighbours(*this, timeInMS);
-    const bool pinsPrevious = neighbours.previous && PCAppPreferences::tweenOn();
+    const bool pinsPrevious = neighbours.previous && project()->tweenOn();
     const int32_t previousTime = pinsPrevious ? neighbours.previous->timeInMS() : 0;
     const int32_t nextTime = neighbours.next ? neighbours.next->timeInMS() : 0;
     const auto previousValue = read(previousTime);
@@ -271,11 +271,9 @@ KeyframePtr PCElement::setChildrenZPositions(const QStringList& identifiers, int
 // gets. Both are nothing, to the bit, for the anchor point that is there already.
 void PCElement::setAnchorPoint(QPointF anchorPoint, int32_t timeInMS) {
     const QPointF translation = translationAtTimeInMS(timeInMS);
-    const QPointF scale = scaleAtTimeInMS(timeInMS);
     const QPointF newAnchor(m_size.width() * anchorPoint.x(), m_size.height() * anchorPoint.y());
-    QTransform transform;
-    transform.rotateRadians(static_cast<double>(zRotationAtTimeInMS(timeInMS)));
-    transform.scale(scale.x(), scale.y());
+    const QTransform transform = scaleThenTurn(scaleAtTimeInMS(timeInMS),
+                                               static_cast<double>(zRotationAtTimeInMS(timeInMS)));
     const QPointF shift = transform.map(newAnchor) - transform.map(anchorPointInPts());
     const QPointF oldPosition = m_position;
     setAnchorPoint(anchorPoint);

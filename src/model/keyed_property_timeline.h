@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -82,6 +83,8 @@ class PCKeyedPropertyTimeline final : public Archivable,
     PCKeyedPropertyTimeline(const PCKeyedPropertyTimeline&) = delete;
     PCKeyedPropertyTimeline& operator=(const PCKeyedPropertyTimeline&) = delete;
 
+    /// Makes the archive of the timeline as it stands now, on any thread.
+    std::function<QByteArray()> archiveMadeLater() const;
     ArchiveClass archiveClass() const override { return {"PCKeyedPropertyTimeline"}; }
     void encodeWithCoder(KeyedEncoder& coder) const override;
 
@@ -230,7 +233,8 @@ class PCKeyedPropertyTimeline final : public Archivable,
 
     // Export queries. Only ever called on the export's private copies.
 
-    void EXPORT_setDurationInTimeInMS(int32_t durationInMS);
+    /// Holds the last value until then; `tweens` says whether by a keyframe that tweens or jumps.
+    void EXPORT_setDurationInTimeInMS(int32_t durationInMS, bool tweens);
     /// True when every stored value equals the value at time 0 and the value at every other time
     /// does as well; true for an empty timeline.
     bool EXPORT_isNonChanging() const;

@@ -142,6 +142,13 @@ void PCKeyedPropertyTimeline::encodeWithCoder(KeyedEncoder& coder) const {
                         });
 }
 
+std::function<QByteArray()> PCKeyedPropertyTimeline::archiveMadeLater() const {
+    const Ptr frozen = copy();
+    frozen->m_owner = {};  // belongs to this thread
+    frozen->m_project.reset();
+    return [frozen] { return KeyedArchiver::archivedDataWithRootObject(*frozen); };
+}
+
 PCKeyedPropertyTimeline::Ptr PCKeyedPropertyTimeline::decode(const KeyedUnarchiver& archive,
                                                              Fields fields) {
     const KeyedDecoder root = archive.root();

@@ -4,7 +4,6 @@
 
 #include "base/number_text.h"
 #include "model/keyed_property_timeline.h"
-#include "model/preferences/app_preferences.h"
 
 using namespace Qt::StringLiterals;
 
@@ -17,14 +16,14 @@ QString threeDecimals(double value) {
 
 }  // namespace
 
-void PCKeyedPropertyTimeline::EXPORT_setDurationInTimeInMS(int32_t duration) {
+void PCKeyedPropertyTimeline::EXPORT_setDurationInTimeInMS(int32_t duration, bool tweens) {
     if (m_repeatBehavior != PCRepeatBehaviorNever || durationInMS() >= duration) { return; }
     if (m_propertyType == PCPropertyTypeChildrenZPositions) { return; }
     const PropertyValue held = valueAtTimeInMS(duration);
     const auto [factor, offset] = factorAndOffset();
     KeyframeRecord record;
     record.timeInMS = duration;
-    record.instantTransition = !PCAppPreferences::tweenOn();
+    record.instantTransition = !tweens;
     const float* number = std::get_if<float>(&held);
     record.value =
         number && !isInstantTransition() ? PropertyValue(*number / factor - offset) : held;

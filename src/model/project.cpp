@@ -29,7 +29,7 @@ QImage thumbnail(const QImage& image, int longest) {
                         Qt::SmoothTransformation);
 }
 
-/// The picture of a preview, painted once for all its files.
+// The picture of a preview, painted once for all its files.
 class Preview {
  public:
     explicit Preview(std::function<QImage()> make) : m_make(std::move(make)) {}
@@ -109,8 +109,9 @@ PCProject::Ptr PCProject::projectForReadingWithFileWrapper(FileWrapper::Ptr root
     return build(std::move(root));
 }
 
-PCProject::Ptr PCProject::projectWithFileWrapper(FileWrapper::Ptr root, LogPort& log) {
-    const QString backupPath = backUpIfOlder(*root, log);
+PCProject::Ptr PCProject::projectWithFileWrapper(FileWrapper::Ptr root, LogPort& log,
+                                                 const QString& backups) {
+    const QString backupPath = backUpIfOlder(*root, log, backups);
     Ptr project = build(std::move(root));
     project->m_backupPath = backupPath;
     project->m_version->setModelVersion(currentModelVersion());

@@ -38,9 +38,11 @@ class PCProject : public PCAnimationsManagerChangeListener,
 
     /// A new empty project with a default canvas.
     static Ptr init();
-    /// Builds the model from a package's root. An older package is backed up first; its version
-    /// record becomes the current one. Throws InputError naming the entry that cannot be read.
-    static Ptr projectWithFileWrapper(FileWrapper::Ptr root, LogPort& log);
+    /// Builds the model from a package's root. An older package is backed up into the directory
+    /// `backups` first; its version record becomes the current one. Throws InputError naming the
+    /// entry that cannot be read.
+    static Ptr projectWithFileWrapper(FileWrapper::Ptr root, LogPort& log,
+                                      const QString& backups = backupDirectory());
     /// The same without backup and without a new version number: for tools that only read.
     static Ptr projectForReadingWithFileWrapper(FileWrapper::Ptr root);
     ~PCProject() override;
@@ -50,21 +52,19 @@ class PCProject : public PCAnimationsManagerChangeListener,
     static int32_t currentModelVersion() { return PCProjectVersion::currentModelVersion; }
     /// 0 when there is no version entry or it cannot be read.
     static int32_t modelVersionOfProjectFileWrapper(const FileWrapper& root);
-    static FileWrapper::Ptr updateProjectFileWrapperToLastestModelVersion(FileWrapper::Ptr root,
-                                                                          LogPort& log);
-    /// Copies the package into the backup directory, under a name of its own; failures are ignored.
+    /// Backs an older package up; its version record is left to the model built from it.
+    static FileWrapper::Ptr updateProjectFileWrapperToLastestModelVersion(
+        FileWrapper::Ptr root, LogPort& log, const QString& backups = backupDirectory());
+    /// Copies the package into the directory, under a name of its own; failures are ignored.
     /// Returns its path, null after a failure.
-    static QString backupProjectFileWrapper(const FileWrapper& root);
-    static void clearProjectBackups();
+    static QString backupProjectFileWrapper(const FileWrapper& root,
+                                            const QString& backups = backupDirectory());
+    static void clearProjectBackups(const QString& backups = backupDirectory());
     /// The path of the backup that was taken when this project was opened to be updated; null when
     /// none was needed, or it failed.
     const QString& backupPath() const { return m_backupPath; }
-    /// "Backups" in the user's documents directory, or what setBackupDirectory() gave. Null when
-    /// the user has no home folder.
+    /// "Backups" in the user's documents directory. Null when the user has no home folder.
     static QString backupDirectory();
-    static void setBackupDirectory(const QString& path);
-    /// What it was last given; empty for nothing.
-    static const QString& givenBackupDirectory();
 
     // Parts.
 
@@ -88,6 +88,7 @@ class PCProject : public PCAnimationsManagerChangeListener,
     }
     bool inAdditiveMode() const { return m_inAdditiveMode; }
     bool tweenOn() const override { return PCAppPreferences::tweenOn(); }
+    float linkFXFactor() const override { return PCAppPreferences::linkFXFactor(); }
     double backingScale() const override { return m_backingScale; }
     /// Re-reads every element's contents at the scale.
     void setBackingScale(double scale);
@@ -190,8 +191,8 @@ class PCProject : public PCAnimationsManagerChangeListener,
     static Ptr build(FileWrapper::Ptr root);
     void makeAnimationsManager();
     void selectPlace(const QString& animationIdentifier);
-    static QString backUpIfOlder(const FileWrapper& root, LogPort& log);
-    static QString writeBackup(const FileWrapper& root);
+    static QString backUpIfOlder(const FileWrapper& root, LogPort& log, const QString& backups);
+    static QString writeBackup(const FileWrapper& root, const QString& backups);
     ProjectIndex& index();
     bool isInTree(const PCElement& element) const;
     void writeQuickLook();

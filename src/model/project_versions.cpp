@@ -17,11 +17,6 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 namespace {
 
-QString& backupDirectoryOverride() {
-    static QString path;
-    return path;
-}
-
 QString nameOf(const FileWrapper& root) {
     return root.preferredFilename().isEmpty() ? root.filename() : root.preferredFilename();
 }
@@ -42,17 +37,18 @@ int32_t PCProject::modelVersionOfProjectFileWrapper(const FileWrapper& root) {
 }
 
 FileWrapper::Ptr PCProject::updateProjectFileWrapperToLastestModelVersion(FileWrapper::Ptr root,
-                                                                          LogPort& log) {
-    backUpIfOlder(*root, log);
+                                                                          LogPort& log,
+                                                                          const QString& backups) {
+    backUpIfOlder(*root, log, backups);
     return root;
 }
 
-QString PCProject::backUpIfOlder(const FileWrapper& root, LogPort& log) {
+QString PCProject::backUpIfOlder(const FileWrapper& root, LogPort& log, const QString& backups) {
     const int32_t version = modelVersionOfProjectFileWrapper(root);
     if (version >= currentModelVersion()) { return {}; }
     QString backupPath;
     try {
-        backupPath = writeBackup(root);
+        backupPath = writeBackup(root, backups);
     } catch (const InputError& error) {
         // A failed backup does not stop the update.
         log.writeLine(
@@ -65,31 +61,21 @@ QString PCProject::backUpIfOlder(const FileWrapper& root, LogPort& log) {
 }
 
 QString PCProject::backupDirectory() {
-    if (!backupDirectoryOverride().isEmpty()) { return backupDirectoryOverride(); }
     if (qEnvironmentVariableIsEmpty("HOME")) { return {}; }
     return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + u"/Backups"_s;
 }
 
-const QString& PCProject::givenBackupDirectory() {
-    return backupDirectoryOverride();
-}
-
-void PCProject::setBackupDirectory(const QString& path) {
-    backupDirectoryOverride() = path;
-}
-
-QString PCProject::writeBackup(const FileWrapper& root) {
-    const QString directory = backupDirectory();
+QString PCProject::writeBackup(const FileWrapper& root, const QString& backups) {
     const QString name = QDateTime::currentDateTime().toString(u"yyyy.MM.dd_HH.mm.ss"_s) + u'_' +
                          QFileInfo(nameOf(root)).completeBaseName();
-    if (directory.isEmpty()) {
+    if (backups.isEmpty()) {
         throw InputError(name, u"there is no home folder, as the variable HOME is not set"_s);
     }
-    OutputFolder::make(directory);
+    OutputFolder::make(backups);
     // Another update within the same second has the same name.
     for (int number = 1;; ++number) {
         const QString suffix = number == 1 ? QString() : u" %1"_s.arg(number);
-        const QString path = u"%1/%2%3.tweenery"_s.arg(directory, name, suffix);
+        const QString path = u"%1/%2%3.tweenery"_s.arg(backups, name, suffix);
         if (isThere(path)) { continue; }
         try {
             writePackageCopy(root, path);
@@ -100,14 +86,14 @@ QString PCProject::writeBackup(const FileWrapper& root) {
     }
 }
 
-QString PCProject::backupProjectFileWrapper(const FileWrapper& root) {
+QString PCProject::backupProjectFileWrapper(const FileWrapper& root, const QString& backups) {
     try {
-        return writeBackup(root);
+        return writeBackup(root, backups);
     } catch (const InputError&) { return {}; }
 }
 
-void PCProject::clearProjectBackups() {
-    QDir(backupDirectory()).removeRecursively();
+void PCProject::clearProjectBackups(const QString& backups) {
+    if (!backups.isEmpty()) { QDir(backups).removeRecursively(); }
 }
 
 }  // namespace tweenery

@@ -84,7 +84,8 @@ PCKeyedPropertyTimeline::Ptr PCPropertyTimelineGroup::timeline(PCPropertyType ty
     return timeline;
 }
 
-PCKeyedPropertyTimeline::Ptr PCPropertyTimelineGroup::timelineIfLoaded(PCPropertyType type) const {
+const PCKeyedPropertyTimeline::Ptr& PCPropertyTimelineGroup::timelineIfLoaded(
+    PCPropertyType type) const {
     return m_timelines[slotOf(type)];
 }
 

@@ -29,7 +29,7 @@ class PCPropertyTimelineGroup {
     /// when its file cannot be read, AssertionFailure for a type without a slot.
     PCKeyedPropertyTimeline::Ptr timeline(PCPropertyType type);
     /// The same, but null unless the timeline is in memory.
-    PCKeyedPropertyTimeline::Ptr timelineIfLoaded(PCPropertyType type) const;
+    const PCKeyedPropertyTimeline::Ptr& timelineIfLoaded(PCPropertyType type) const;
     /// The same, but null where there is neither a file nor a timeline in memory.
     PCKeyedPropertyTimeline::Ptr storedTimeline(PCPropertyType type);
     /// Translation x, y, scale x, y, rotation, opacity, children z positions, image contents.

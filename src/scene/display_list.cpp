@@ -178,12 +178,12 @@ bool DisplayItem::looksLike(const DisplayItem& other) const {
         drawing);
 }
 
-/// Walks the tree. `m_limit` is the part of the picture where anything can show.
+// Walks the tree. `m_limit` is the part of the picture where anything can show.
 class DisplayList::Builder {
  public:
     Builder(DisplayList& list, const QRect& limit) : m_list(list), m_limit(limit) {}
 
-    /// `time` is the layer's own.
+    // `time` is the layer's own.
     void add(Layer& layer, const Affine& toDevice, double time) {
         const LayerValues& values = layer.presentedAt(time);
         if (layer.isHidden() || !(values.opacity > 0) || !canBeSeenThrough(toDevice)) { return; }

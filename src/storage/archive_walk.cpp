@@ -5,8 +5,8 @@
 
 namespace tweenery {
 
-/// Visits each object that the root reaches once, with a worklist: neither depth, nor cycles, nor
-/// objects that many others refer to make it slower than the archive is long.
+// Visits each object that the root reaches once, with a worklist: neither depth, nor cycles, nor
+// objects that many others refer to make it slower than the archive is long.
 class ArchiveWalk {
  public:
     explicit ArchiveWalk(ArchiveTable& table)

@@ -14,8 +14,8 @@ namespace {
 
 constexpr size_t InitialSlots = 128;
 
-/// The width, out of those that every reader knows, for numbers up to `largest`. A negative number
-/// has its high bit set and takes all eight bytes.
+// The width, out of those that every reader knows, for numbers up to `largest`. A negative number
+// has its high bit set and takes all eight bytes.
 size_t widthOf(uint64_t largest) {
     if (largest <= UINT8_MAX) { return 1; }
     if (largest <= UINT16_MAX) { return 2; }
@@ -27,7 +27,7 @@ uint64_t mixed(uint64_t hash, uint64_t word) {
     return hash ^ hash >> 32;
 }
 
-/// The last up to eight bytes.
+// The last up to eight bytes.
 uint64_t lastWord(std::string_view text) {
     const char* bytes = text.data();
     const size_t size = text.size();
@@ -43,7 +43,7 @@ uint64_t lastWord(std::string_view text) {
     return word;
 }
 
-/// Seeded anew in each process, so that no file can choose strings that collide.
+// Seeded anew in each process, so that no file can choose strings that collide.
 uint32_t hashOfBytes(std::string_view text) {
     static const uint64_t seed = QHashSeed::globalSeed();
     uint64_t hash = mixed(seed, text.size());
@@ -59,7 +59,7 @@ size_t countSize(uint32_t count) {
 
 }  // namespace
 
-/// Writes into bytes whose number was computed before.
+// Writes into bytes whose number was computed before.
 class BinaryPlistWriter::Output {
  public:
     Output(char* place, size_t refWidth) : m_place(place), m_refWidth(refWidth) {}
@@ -111,7 +111,7 @@ BinaryPlistWriter::BinaryPlistWriter() : m_slots(InitialSlots) {
     m_bytes.reserve(InitialSlots * 8);
 }
 
-/// The object's size in the list, without the references of a container.
+// The object's size in the list, without the references of a container.
 size_t BinaryPlistWriter::sizeOf(Type type, uint64_t payload, uint32_t count) {
     switch (type) {
         case Type::False:

@@ -16,13 +16,13 @@ namespace tweenery {
 namespace {
 
 // Room for the largest image with 16 bits in each of four samples, in MiB.
-constexpr int allocationLimit = 512;
+constexpr int kAllocationLimit = 512;
 
 QByteArray nameOf(ImageFormat format) {
     return format == ImageFormat::Png ? QByteArrayLiteral("png") : QByteArrayLiteral("jpeg");
 }
 
-/// An image as its decoder gave it.
+// An image as its decoder gave it.
 struct DecodedImage {
     QImage image;
     bool wasTurned = false;
@@ -30,11 +30,11 @@ struct DecodedImage {
 
 enum class Orientation { AsStored, Upright };
 
-/// Decodes with the decoder of `format` alone, so that no other one is ever asked.
+// Decodes with the decoder of `format` alone, so that no other one is ever asked.
 DecodedImage decodeAs(ImageFormat format, const QByteArray& data, const QString& entry,
                       Orientation orientation) {
     static const bool isLimitSet = [] {
-        QImageReader::setAllocationLimit(allocationLimit);
+        QImageReader::setAllocationLimit(kAllocationLimit);
         return true;
     }();
     Q_UNUSED(isLimitSet);
@@ -88,7 +88,7 @@ QImage overWhite(const QImage& image) {
     return opaque;
 }
 
-/// The encoder writes gray as gray, and the format has no gray with a colour space of its own.
+// The encoder writes gray as gray, and the format has no gray with a colour space of its own.
 QImage withColorsForSpace(const QImage& image) {
     if (!image.colorSpace().isValid() || image.depth() > 16) { return image; }
     return image.convertToFormat(hasDeepSamples(image) ? QImage::Format_RGBX64

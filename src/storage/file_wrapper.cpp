@@ -2,16 +2,17 @@
 
 #include <algorithm>
 #include <mutex>
+#include <utility>
 
 #include "base/errors.h"
 
-namespace tweenery {
-
 using namespace Qt::StringLiterals;
+
+namespace tweenery {
 
 namespace {
 
-const FileWrapper::Children noChildren;
+const FileWrapper::Children kNoChildren;
 
 // What would lead a name out of its directory, or end it early.
 bool isFilingName(const QString& name) {
@@ -34,7 +35,7 @@ QString numberedName(const QString& name, const FileWrapper::Children& taken) {
 
 // Lets std::make_shared reach the private constructor.
 struct FileWrapper::Node : FileWrapper {
-    explicit Node(Kind kind) : FileWrapper(kind) {}
+    Node(Kind kind, std::shared_ptr<Place> place) : FileWrapper(kind, std::move(place)) {}
 };
 
 struct FileWrapper::Deferred {
@@ -50,9 +51,9 @@ FileWrapper::~FileWrapper() {
 }
 
 FileWrapper::Ptr FileWrapper::create(Kind kind, const QString& preferredFilename) {
-    Ptr node = std::make_shared<Node>(kind);
+    Ptr node = std::make_shared<Node>(kind, std::make_shared<Place>());
     node->m_preferredFilename = preferredFilename;
-    if (kind == Kind::Directory) { node->m_children = std::make_unique<Children>(); }
+    if (kind == Kind::Directory) { node->m_children = std::make_shared<Children>(); }
     return node;
 }
 
@@ -106,7 +107,7 @@ const QByteArray& FileWrapper::contents() const {
 }
 
 const FileWrapper::Children& FileWrapper::fileWrappers() const {
-    return m_children ? *m_children : noChildren;
+    return m_children ? *m_children : kNoChildren;
 }
 
 FileWrapper::Children FileWrapper::removedEntries() const {
@@ -139,12 +140,13 @@ QString FileWrapper::addFileWrapper(const Ptr& node) {
     if (node->isDirectory()) {
         takeStoredState(filed);
         node->m_parent = this;
+        m_holdsDirectories = true;
     } else if (!node->m_filename.isNull()) {
         filed = node->copyOfFile();  // snapshots may hold the node itself
     }
     QString name = m_children->contains(wanted) ? numberedName(wanted, *m_children) : wanted;
     filed->m_filename = name;
-    m_children->emplace(name, filed);
+    ownChildren().emplace(name, filed);
     didChange();
     return name;
 }
@@ -157,17 +159,30 @@ void FileWrapper::removeFileWrapper(const Ptr& node) {
         position = std::find_if(m_children->begin(), m_children->end(), isNode);
     }
     assertContract(position != m_children->end(), u"the entry is not in this directory"_s);
-    removeChild(position);
+    removeChild(position->first);
 }
 
-void FileWrapper::removeChild(Children::iterator position) {
+void FileWrapper::removeChild(QString name) {
+    Children& children = ownChildren();
+    const auto position = children.find(name);
     if (Ptr stored = takeStoredState(position->second)) {
         if (!m_removed) { m_removed = std::make_unique<std::vector<Ptr>>(); }
         m_removed->push_back(std::move(stored));
     }
     position->second->m_parent = nullptr;
-    m_children->erase(position);
+    children.erase(position);
     didChange();
+}
+
+// The list of entries, to be changed. Snapshots keep the one that they share.
+FileWrapper::Children& FileWrapper::ownChildren() {
+    if (std::exchange(m_sharesChildren, false)) {
+        m_children = std::make_shared<Children>(*m_children);
+        for (const auto& [name, child] : *m_children) {
+            child->m_place->isInSnapshot = true;
+        }
+    }
+    return *m_children;
 }
 
 // Takes what is known about the disk out of a subtree that leaves its place: what is filed next is
@@ -179,13 +194,15 @@ FileWrapper::Ptr FileWrapper::takeStoredState(Ptr& node) {
     stored->m_filename = node->m_filename;
     stored->m_place = node->m_place;
     if (!node->isDirectory()) {
+        stored->m_contents = node->m_contents;
+        stored->m_deferred = node->m_deferred;
         node = node->copyOfFile();
         return stored;
     }
     node->m_place = std::make_shared<Place>();
     node->m_snapshot.reset();
     stored->m_removed = std::move(node->m_removed);
-    for (auto& [name, child] : *node->m_children) {
+    for (auto& [name, child] : node->ownChildren()) {
         if (Ptr storedChild = takeStoredState(child)) {
             stored->m_children->emplace(name, std::move(storedChild));
         }
@@ -203,15 +220,21 @@ void FileWrapper::didChange() {
 FileWrapper::Snapshot FileWrapper::snapshot() const {
     if (m_snapshot) { return m_snapshot; }
     assertContract(isDirectory(), u"a snapshot is taken of a directory"_s);
-    Ptr taken = create(m_kind, m_preferredFilename);
+    Ptr taken = std::make_shared<Node>(m_kind, m_place);
     taken->m_filename = m_filename;
-    taken->m_place = m_place;
+    taken->m_preferredFilename = m_preferredFilename;
     m_place->isInSnapshot = true;
-    for (const auto& [name, child] : *m_children) {
-        if (child->isDirectory()) { child->snapshot(); }
-        child->m_place->isInSnapshot = true;
-        taken->m_children->emplace_hint(taken->m_children->end(), name,
-                                        child->isDirectory() ? child->m_snapshot : child);
+    if (m_holdsDirectories) {
+        taken->m_children = std::make_shared<Children>();
+        for (const auto& [name, child] : *m_children) {
+            if (child->isDirectory()) { child->snapshot(); }
+            child->m_place->isInSnapshot = true;
+            taken->m_children->emplace_hint(taken->m_children->end(), name,
+                                            child->isDirectory() ? child->m_snapshot : child);
+        }
+    } else {
+        taken->m_children = m_children;
+        m_sharesChildren = true;
     }
     if (m_removed) {
         std::erase_if(*m_removed, [](const Ptr& node) { return !node->m_place->mayBeStored(); });
@@ -229,9 +252,7 @@ void FileWrapper::pc_replaceSubFileWrapperNamed(const QString& name, const QByte
 }
 
 void FileWrapper::pc_deleteSubFileWrapperNamed(const QString& name) {
-    if (!m_children) { return; }
-    const auto position = m_children->find(name);
-    if (position != m_children->end()) { removeChild(position); }
+    if (fileWrappers().contains(name)) { removeChild(name); }
 }
 
 void FileWrapper::pc_ensureSubfileWrapperDoesNotExistWithName(const QString& name) {

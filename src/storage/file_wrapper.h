@@ -81,12 +81,13 @@ class FileWrapper {
     /// any more. Not while a snapshot is being saved.
     void setOrigin(const std::optional<Origin>& origin) const;
     /// The entries that are on disk, as far as we know, and were taken out of this directory since:
-    /// nodes that carry their kind, origin and stored entries only. A child that was filed under
+    /// nodes that carry their kind, origin, bytes and stored entries. A child that was filed under
     /// such a name since has no origin.
     Children removedEntries() const;
 
     /// This directory with all below it as it stands now. Takes as long as there are entries in the
-    /// directories that changed, or hold changed ones, since the last snapshot; copies no bytes.
+    /// directories that hold others and changed, or hold changed ones, since the last snapshot;
+    /// copies no bytes, and no list of files before that list changes.
     Snapshot snapshot() const;
 
     // Helpers used by every writer of the package.
@@ -116,10 +117,12 @@ class FileWrapper {
         bool mayBeStored() const { return origin || isInSnapshot; }
     };
 
-    explicit FileWrapper(Kind kind) : m_kind(kind), m_place(std::make_shared<Place>()) {}
+    FileWrapper(Kind kind, std::shared_ptr<Place> place)
+        : m_kind(kind), m_place(std::move(place)) {}
     static Ptr create(Kind kind, const QString& preferredFilename);
     Ptr copyOfFile() const;
-    void removeChild(Children::iterator position);
+    Children& ownChildren();
+    void removeChild(QString name);
     static Ptr takeStoredState(Ptr& node);
     void didChange();
     void describe(const QString& indent, QString& text) const;
@@ -132,7 +135,9 @@ class FileWrapper {
     std::shared_ptr<Place> m_place;
 
     // Of directories.
-    std::unique_ptr<Children> m_children;
+    std::shared_ptr<Children> m_children;
+    bool m_holdsDirectories = false;              // or did once
+    mutable bool m_sharesChildren = false;        // with snapshots, as long as all are files
     std::unique_ptr<std::vector<Ptr>> m_removed;  // once one lost an entry; several of one name
     FileWrapper* m_parent = nullptr;
     mutable Ptr m_snapshot;  // until this or something below changes

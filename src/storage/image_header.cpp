@@ -11,8 +11,8 @@ namespace tweenery {
 
 namespace {
 
-constexpr char pngSignature[] = "\x89PNG\r\n\x1a\n";
-constexpr qsizetype pngSignatureLength = 8;
+constexpr char kPngSignature[] = "\x89PNG\r\n\x1a\n";
+constexpr qsizetype kPngSignatureLength = 8;
 
 enum JpegMarker : uint8_t {
     FirstFrame = 0xc0,  // start of frame, one for each kind of coding
@@ -36,7 +36,7 @@ uint8_t byteAt(const QByteArray& data, qsizetype position) {
     return static_cast<uint8_t>(data[position]);
 }
 
-/// The CRC-32 of ISO 3309, which PNG uses.
+// The CRC-32 of ISO 3309, which PNG uses.
 uint32_t checksum(QByteArrayView bytes) {
     static const auto table = [] {
         std::array<uint32_t, 256> entries{};
@@ -58,7 +58,7 @@ uint32_t checksum(QByteArrayView bytes) {
 
 bool isPngComplete(const QByteArray& data) {
     constexpr qsizetype frame = 12;  // length, type, checksum
-    qsizetype position = pngSignatureLength;
+    qsizetype position = kPngSignatureLength;
     while (data.size() - position >= frame) {
         const qsizetype length = bigEndianAt<uint32_t>(data, position);
         if (length > data.size() - position - frame) { return false; }
@@ -74,10 +74,10 @@ bool isPngComplete(const QByteArray& data) {
     return false;
 }
 
-/// Walks the segments up to the compressed data, at whose marker it ends. `visit` gets a marker and
-/// the position of its segment's length, and ends the walk by returning true.
-/// Returns the position behind the last segment, or -1 when the visitor ended the walk or the
-/// segments end too early.
+// Walks the segments up to the compressed data, at whose marker it ends. `visit` gets a marker and
+// the position of its segment's length, and ends the walk by returning true.
+// Returns the position behind the last segment, or -1 when the visitor ended the walk or the
+// segments end too early.
 qsizetype walkJpegSegments(const QByteArray& data,
                            const std::function<bool(uint8_t, qsizetype)>& visit) {
     qsizetype position = 2;
@@ -117,7 +117,7 @@ std::optional<QSize> pngSize(const QByteArray& data) {
     return QSize(static_cast<int>(width), static_cast<int>(height));
 }
 
-/// The number of scans; those of small pictures inside of a segment do not count.
+// The number of scans; those of small pictures inside of a segment do not count.
 int64_t jpegScans(const QByteArray& data) {
     int64_t scans = 0;
     qsizetype position = walkJpegSegments(data, [&](uint8_t, qsizetype) { return false; });
@@ -147,7 +147,7 @@ bool isJpegComplete(const QByteArray& data) {
 }  // namespace
 
 std::optional<ImageFormat> imageFormatOf(const QByteArray& data) {
-    if (data.startsWith(QByteArrayView(pngSignature, pngSignatureLength))) {
+    if (data.startsWith(QByteArrayView(kPngSignature, kPngSignatureLength))) {
         return ImageFormat::Png;
     }
     if (data.startsWith(QByteArrayView("\xff\xd8\xff", 3))) { return ImageFormat::Jpeg; }
@@ -199,7 +199,7 @@ QByteArray withoutTextChunks(const QByteArray& data) {
     constexpr qsizetype frame = 12;  // length, type, checksum
     QByteArray kept;
     qsizetype copiedTo = 0;
-    qsizetype position = pngSignatureLength;
+    qsizetype position = kPngSignatureLength;
     while (data.size() - position >= frame) {
         const qsizetype length = bigEndianAt<uint32_t>(data, position);
         if (length > data.size() - position - frame) { break; }

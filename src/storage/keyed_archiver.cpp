@@ -20,8 +20,8 @@ constexpr int64_t ArchiveVersion = 100000;
 constexpr ArchiveClass MutableArrayClass{"NSMutableArray", "NSArray"};
 constexpr ArchiveClass ArrayClass{"NSArray", "NSObject"};
 
-/// Gathers the object table. An object's references get their numbers at once and their contents
-/// later, from a queue.
+// Gathers the object table. An object's references get their numbers at once and their contents
+// later, from a queue.
 class ArchiveBuilder final : public KeyedEncoder {
  public:
     ArchiveBuilder() {
@@ -187,7 +187,7 @@ class ArchiveBuilder final : public KeyedEncoder {
         return m_uids[uid];
     }
 
-    /// Keys are literals: equal address and length mean equal text.
+    // Keys are literals: equal address and length mean equal text.
     Ref keyRef(std::string_view key) {
         const auto address = reinterpret_cast<uintptr_t>(key.data());
         KeySlot& slot = m_keys[(address ^ address >> 6) % m_keys.size()];

@@ -9,9 +9,9 @@
 #include "storage/staged_directory.h"
 #include "storage/system_names.h"
 
-namespace tweenery {
-
 using namespace Qt::StringLiterals;
+
+namespace tweenery {
 
 FileDescriptor openPackage(const QString& path) {
     const QByteArray bytes = systemPath(path);

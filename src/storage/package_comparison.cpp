@@ -10,9 +10,9 @@
 #include "storage/package_store.h"
 #include "storage/system_names.h"
 
-namespace tweenery {
-
 using namespace Qt::StringLiterals;
+
+namespace tweenery {
 
 namespace {
 

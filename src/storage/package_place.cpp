@@ -9,9 +9,9 @@
 #include "base/errors.h"
 #include "storage/system_names.h"
 
-namespace tweenery {
-
 using namespace Qt::StringLiterals;
+
+namespace tweenery {
 
 void DirectoryPlace::enter(const std::shared_ptr<const DirectoryPlace>& directory,
                            const QString& filename) {

@@ -16,9 +16,9 @@
 #include "storage/posix_files.h"
 #include "storage/system_names.h"
 
-namespace tweenery {
-
 using namespace Qt::StringLiterals;
+
+namespace tweenery {
 
 namespace {
 
@@ -44,7 +44,7 @@ QString kindText(unsigned char type) {
     }
 }
 
-/// What of the file is only said to be there. Leaves the file at its beginning.
+// What of the file is only said to be there. Leaves the file at its beginning.
 int64_t bytesOfHoles(const FileDescriptor& file, off_t size) {
     constexpr int glances = 1000;
     int64_t stored = 0;
@@ -64,7 +64,7 @@ class PackageReader {
  public:
     explicit PackageReader(std::vector<InputError>* unread) : m_unread(unread) {}
 
-    /// `root` is open; its node is filled.
+    // `root` is open; its node is filled.
     void read(FileDescriptor root, const FileWrapper::Ptr& node, const QString& path);
 
  private:

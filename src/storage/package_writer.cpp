@@ -15,32 +15,45 @@
 #include "storage/staged_directory.h"
 #include "storage/system_names.h"
 
-namespace tweenery {
-
 using namespace Qt::StringLiterals;
+
+namespace tweenery {
 
 namespace {
 
 // Up to here each new entry is flushed by itself; beyond, one flush of the whole file system takes
 // less time.
-constexpr int maxSingleFlushes = 16;
+constexpr int kMaxSingleFlushes = 16;
 
 // Thrown within a save when the package on disk is not what the tree was read from.
 struct ChangedOnDisk {};
 
-// The number of flushes that `directory` takes when entries with an origin are linked or not, or
-// some number above maxSingleFlushes.
+// What the package holds already of the file `node`: the file itself, or the one that it replaces
+// when that has the same bytes. Null when it has to be written.
+const FileWrapper* storedFile(const FileWrapper::Children& removed, const QString& name,
+                              const FileWrapper& node) {
+    if (node.origin()) { return &node; }
+    const auto found = removed.find(name);
+    const bool isSame = found != removed.end() && node.isRegularFile() &&
+                        found->second->isRegularFile() &&
+                        found->second->contents() == node.contents();
+    return isSame ? found->second.get() : nullptr;
+}
+
+// The number of flushes that `directory` takes when stored entries are linked or not, or some
+// number above kMaxSingleFlushes.
 int flushesFor(const FileWrapper& directory, bool links) {
     int count = 1;
+    const FileWrapper::Children removed = directory.removedEntries();
     for (const auto& [name, node] : directory.fileWrappers()) {
-        if (count > maxSingleFlushes) { break; }
+        if (count > kMaxSingleFlushes) { break; }
         if (node->isDirectory()) { count += flushesFor(*node, links); }
-        if (node->isRegularFile() && !(links && node->origin())) { ++count; }
+        if (node->isRegularFile() && !(links && storedFile(removed, name, *node))) { ++count; }
     }
     return count;
 }
 
-/// Fills a staged directory with a tree: links what is unchanged, writes the rest.
+// Fills a staged directory with a tree: links what is unchanged, writes the rest.
 class PackageBuilder {
  public:
     using Written = WrittenPackage::Origins;
@@ -50,11 +63,11 @@ class PackageBuilder {
     PackageBuilder(Unchanged unchanged, OnDiskChange policy)
         : m_unchanged(unchanged), m_policy(policy) {}
 
-    /// Everything in `staged` is on the medium afterwards. Throws InputError or ChangedOnDisk.
-    /// `source` is the package with the entries that may be linked; none: nothing is.
+    // Everything in `staged` is on the medium afterwards. Throws InputError or ChangedOnDisk.
+    // `source` is the package with the entries that may be linked; none: nothing is.
     void build(const FileWrapper& root, const QString& path, const StagedDirectory& staged,
                const FileDescriptor& source);
-    /// The nodes below the root whose origin changes once the staged directory is in its place.
+    // The nodes below the root whose origin changes once the staged directory is in its place.
     Written takeWritten() { return std::move(m_written); }
     bool isBig() const { return m_walk.isBig(); }
 
@@ -68,6 +81,7 @@ class PackageBuilder {
         int current = -1;  // the same directory of the source, if it is there
         int descriptor = -1;
         FileDescriptor ownedCurrent, ownedDescriptor;
+        FileWrapper::Children removed;  // entries of the node that are still on disk
         std::vector<Child> subdirectories;
         Written written;
     };
@@ -80,6 +94,8 @@ class PackageBuilder {
     void fillSubdirectory(const DirectoryPtr& parent, Child child);
     void openCurrent(Directory& directory, const Directory& parent, const char* name) const;
     void placeEntry(Directory& directory, const QString& name, const FileWrapper& node);
+    bool linkEntry(Directory& directory, const QString& name, const char* entryName,
+                   const FileWrapper& node) const;
     bool link(const Directory& directory, const char* name, const FileWrapper& node) const;
     bool linkFailed(const Directory& directory, const char* name, const FileWrapper& node,
                     int error) const;
@@ -102,7 +118,7 @@ class PackageBuilder {
 void PackageBuilder::build(const FileWrapper& root, const QString& path,
                            const StagedDirectory& staged, const FileDescriptor& source) {
     m_links = m_unchanged == Unchanged::Link && source;
-    m_flushesEach = flushesFor(root, m_links) <= maxSingleFlushes;
+    m_flushesEach = flushesFor(root, m_links) <= kMaxSingleFlushes;
     auto directory = std::make_shared<Directory>();
     directory->name = path;
     directory->node = &root;
@@ -115,6 +131,7 @@ void PackageBuilder::build(const FileWrapper& root, const QString& path,
 }
 
 void PackageBuilder::fill(const DirectoryPtr& directory) {
+    directory->removed = directory->node->removedEntries();
     if (directory->current >= 0 && refusesChanges()) { requireUnchanged(*directory); }
     const FileWrapper::Children& children = directory->node->fileWrappers();
     for (auto child = children.begin(); child != children.end(); ++child) {
@@ -147,7 +164,7 @@ void PackageBuilder::requireUnchanged(const Directory& directory) const {
     size_t expected = 0;
     forEachStoredEntry(*directory.node, [&](const QString&, const FileWrapper&) { ++expected; });
     QStringList changed;
-    for (const auto& [name, stored] : directory.node->removedEntries()) {
+    for (const auto& [name, stored] : directory.removed) {
         compareEntry(directory, directory.current, name, *stored, changed);
     }
     if (entries.size() != expected || !changed.isEmpty()) { throw ChangedOnDisk(); }
@@ -209,13 +226,21 @@ void PackageBuilder::placeEntry(Directory& directory, const QString& name,
                                 const FileWrapper& node) {
     requireNotStopped();
     const QByteArray entryName = name.toUtf8();
-    if (m_links && node.origin() && directory.current >= 0 && link(directory, entryName, node)) {
-        return;
-    }
+    if (linkEntry(directory, name, entryName, node)) { return; }
     const FileWrapper::Origin origin = node.isRegularFile()
                                            ? writeFile(directory, entryName, node.contents())
                                            : writeLink(directory, entryName, node.contents());
     directory.written.emplace_back(&node, origin);
+}
+
+// False when the entry has to be written.
+bool PackageBuilder::linkEntry(Directory& directory, const QString& name, const char* entryName,
+                               const FileWrapper& node) const {
+    if (!m_links || directory.current < 0) { return false; }
+    const FileWrapper* stored = storedFile(directory.removed, name, node);
+    if (!stored || !link(directory, entryName, *stored)) { return false; }
+    if (stored != &node) { directory.written.emplace_back(&node, *stored->origin()); }
+    return true;
 }
 
 // Links first and looks then, so that what was looked at is what was linked. False when the entry

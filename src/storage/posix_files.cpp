@@ -8,9 +8,9 @@
 
 #include "base/parallel_walk.h"
 
-namespace tweenery {
-
 using namespace Qt::StringLiterals;
+
+namespace tweenery {
 
 FileDescriptor openDirectoryAt(int directory, const char* name) {
     return FileDescriptor(
@@ -69,7 +69,7 @@ struct DoomedDirectory {
     }
 };
 
-constexpr int maxRemovedDepth = 256;  // each level keeps a file open
+constexpr int kMaxRemovedDepth = 256;  // each level keeps a file open
 
 // Also out of a directory that the user has protected.
 bool unlinkIn(int directory, const char* name) {
@@ -79,7 +79,7 @@ bool unlinkIn(int directory, const char* name) {
 }
 
 void empty(ParallelWalk& walk, const std::shared_ptr<DoomedDirectory>& directory) {
-    if (directory->depth > maxRemovedDepth) { return; }
+    if (directory->depth > kMaxRemovedDepth) { return; }
     std::vector<ListedEntry>& entries = directory->subdirectories;
     listDirectory(directory->descriptor.number(), entries);
     std::erase_if(entries, [&](const ListedEntry& entry) {

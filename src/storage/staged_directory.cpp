@@ -15,22 +15,22 @@
 #include "base/errors.h"
 #include "storage/interference.h"
 
-namespace tweenery {
-
 using namespace Qt::StringLiterals;
+
+namespace tweenery {
 
 namespace {
 
-constexpr std::string_view savingMark = ".saving-";       // in the making, or replaced
-constexpr std::string_view setAsideMark = ".set-aside-";  // replaced, but not in one step
-constexpr std::string_view markSuffix = ".mark";  // of the file that tells which ones are ours
-constexpr size_t serialLength = 8;
+constexpr std::string_view kSavingMark = ".saving-";       // in the making, or replaced
+constexpr std::string_view kSetAsideMark = ".set-aside-";  // replaced, but not in one step
+constexpr std::string_view kMarkSuffix = ".mark";  // of the file that tells which ones are ours
+constexpr size_t kSerialLength = 8;
 
 // ".Demo.tweenery.saving-"; a long name gives way to its hash, so that the whole fits into 255
 // bytes.
 std::string prefixFor(const std::string& name, std::string_view mark) {
     std::string prefix = ".";
-    if (name.size() + mark.size() + serialLength + markSuffix.size() + 1 <= NAME_MAX) {
+    if (name.size() + mark.size() + kSerialLength + kMarkSuffix.size() + 1 <= NAME_MAX) {
         prefix += name;
     } else {
         prefix += QCryptographicHash::hash(name, QCryptographicHash::Sha1).toHex().toStdString();
@@ -39,18 +39,18 @@ std::string prefixFor(const std::string& name, std::string_view mark) {
 }
 
 std::string serialOf(const std::string& nameWithSerial) {
-    return nameWithSerial.substr(nameWithSerial.size() - serialLength);
+    return nameWithSerial.substr(nameWithSerial.size() - kSerialLength);
 }
 
 // The file that belongs to a directory of either kind.
 std::string markNameFor(const std::string& name, const std::string& serial) {
-    return prefixFor(name, savingMark).append(serial).append(markSuffix);
+    return prefixFor(name, kSavingMark).append(serial).append(kMarkSuffix);
 }
 
 bool isNameWithSerial(const std::string& candidate, const std::string& prefix) {
     const auto isHexDigit = [](char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f'); };
-    return candidate.size() == prefix.size() + serialLength && candidate.starts_with(prefix) &&
-           std::all_of(candidate.end() - serialLength, candidate.end(), isHexDigit);
+    return candidate.size() == prefix.size() + kSerialLength && candidate.starts_with(prefix) &&
+           std::all_of(candidate.end() - kSerialLength, candidate.end(), isHexDigit);
 }
 
 enum class Lock { Taken, Held, Unknown };
@@ -92,18 +92,18 @@ void removeLeftover(const PackagePlace& place, SaveMark& mark, const std::string
 }
 
 void removeAbandoned(const PackagePlace& place) {
-    for (const std::string& name : namesBeside(place, savingMark, markSuffix)) {
+    for (const std::string& name : namesBeside(place, kSavingMark, kMarkSuffix)) {
         const std::string serial = serialOf(name);
         auto mark = SaveMark::abandoned(place.parent.number(), markNameFor(place.name, serial));
         if (!mark) { continue; }
         removeLeftover(place, *mark, name);
-        removeLeftover(place, *mark, prefixFor(place.name, setAsideMark) + serial);
+        removeLeftover(place, *mark, prefixFor(place.name, kSetAsideMark) + serial);
     }
 }
 
 // The package that a save has set aside, if its mark says so; `name` becomes its name.
 FileDescriptor findSetAside(const PackagePlace& place, std::string& name) {
-    for (const std::string& candidate : namesBeside(place, setAsideMark)) {
+    for (const std::string& candidate : namesBeside(place, kSetAsideMark)) {
         FileDescriptor opened = openDirectoryAt(place.parent.number(), candidate.c_str());
         struct stat status;
         if (opened && ::fstat(opened.number(), &status) == 0 &&
@@ -135,7 +135,7 @@ bool renameToFreeName(int directory, const std::string& from, const std::string&
 // back should we die in it, and readers find it where it is.
 bool exchangeInSteps(const PackagePlace& place, const std::string& name) {
     const int directory = place.parent.number();
-    const std::string aside = prefixFor(place.name, setAsideMark) + serialOf(name);
+    const std::string aside = prefixFor(place.name, kSetAsideMark) + serialOf(name);
     if (!renameIn(directory, place.name, aside)) { return false; }
     if (!renameIn(directory, name, place.name)) {
         const int error = errno;
@@ -163,7 +163,7 @@ bool exchangeNames(const PackagePlace& place, const std::string& name) {
 
 std::string stagingName(const std::string& name) {
     const QByteArray serial = QByteArray::number(QRandomGenerator::global()->generate(), 16);
-    return prefixFor(name, savingMark) + serial.rightJustified(serialLength, '0').toStdString();
+    return prefixFor(name, kSavingMark) + serial.rightJustified(kSerialLength, '0').toStdString();
 }
 
 FileDescriptor openSetAside(const PackagePlace& place) {
@@ -228,7 +228,7 @@ bool StagedDirectory::tryCreate() {
     const mode_t mode = m_current ? S_IRWXU : ACCESSPERMS;  // commit() gives the current one's mode
     m_name = stagingName(m_place.name);
     m_mark.reset();
-    if (auto mark = SaveMark::make(parent, m_name + std::string(markSuffix))) {
+    if (auto mark = SaveMark::make(parent, m_name + std::string(kMarkSuffix))) {
         m_mark.emplace(std::move(*mark));
     }
     if (!m_mark || ::mkdirat(parent, m_name.c_str(), mode) != 0) {

@@ -7,9 +7,9 @@
 #include "base/errors.h"
 #include "base/visible_text.h"
 
-namespace tweenery {
-
 using namespace Qt::StringLiterals;
+
+namespace tweenery {
 
 QString textOfSystemName(const QByteArray& name) {
     QString text;

@@ -6,7 +6,7 @@
 #include <QImageWriter>
 #include <QtEndian>
 
-#include "storage/keyed_archiver.h"
+#include "support/archived.h"
 #include "support/raw_plist.h"
 #include "tweenc_runner.h"
 
@@ -60,16 +60,39 @@ void storeElements(const QString& package, int count, const std::function<Encode
     replaceContents(package + u"/canvas"_s, KeyedArchiver::archivedDataWithRootObject(canvas));
 }
 
+/// A chain of elements that hold one another.
+void storeNested(const QString& package, size_t depth) {
+    std::vector<Part> parts(depth);
+    for (size_t i = 0; i < depth; ++i) {
+        parts[i].encode = [i](KeyedEncoder& coder) {
+            encodeElement(coder, QString::number(i), u"E"_s);
+        };
+        if (i > 0) { parts[i - 1].children.push_back(&parts[i]); }
+    }
+    replaceContents(package + u"/canvas"_s,
+                    KeyedArchiver::archivedDataWithRootObject(parts.front()));
+}
+
+/// Elements whose names would lead elsewhere, end a literal, or are no text.
+void storeOddNames(const QString& package) {
+    const QStringList names{u"../../../tmp/evil"_s, u".."_s, u"a/b\\\"\n*/"_s,
+                            QString(u"nul \0 nul"_s), QString(QChar(0xd800))};
+    storeElements(package, static_cast<int>(names.size()), [&](int i) {
+        return [name = names[i]](KeyedEncoder& coder) { encodeElement(coder, name, name, name); };
+    });
+}
+
 Encode elementNamed(int number, const QString& name, const QString& image = {}) {
     return [=](KeyedEncoder& coder) { encodeElement(coder, u"E%1"_s.arg(number), name, image); };
 }
 
 QByteArray timelineOf(const QString& type, size_t count,
                       const std::function<void(size_t, KeyedEncoder&)>& keyframe) {
-    return archiveOf("PCKeyedPropertyTimeline", [&](KeyedEncoder& coder) {
+    const auto encode = [&](KeyedEncoder& coder) {
         coder.encodeString("property_type", type);
         coder.encodeRecords("keyframes", {"PCPropertyKeyframe"}, count, keyframe);
-    });
+    };
+    return Archived("PCKeyedPropertyTimeline", encode).bytes();
 }
 
 /// A timeline of orders with keyframes that all refer to one list, which no archiver of ours
@@ -203,6 +226,20 @@ const std::vector<QStringList> kDecoding = {{u"check"_s}, {u"render"_s}};
 
 const std::vector<Attack>& attacks() {
     static const std::vector<Attack> all = {
+        {"nested", [](const QString& p) { storeNested(p, 1'000); }, kReading, nullptr},
+        {"nested-too-deep", [](const QString& p) { storeNested(p, 10'000); }, kReading,
+         "levels deep"},
+        {"odd-names", storeOddNames, kReading, nullptr},
+        {"keyframes-at-one-time",
+         [](const QString& p) {
+             storeElements(p, 1, [](int i) { return elementNamed(i, u"e"_s); });
+             storeAnimation(p, 1, u"walk"_s, kElement, u"opacity.data"_s,
+                            timelineOf(u"opacity"_s, 200'000, [](size_t i, KeyedEncoder& c) {
+                                c.encodeInt("time", static_cast<int32_t>(i / 2) % 90'000 - 5);
+                                c.encodeString("imageName", u"of another kind"_s);
+                            }));
+         },
+         kReading, nullptr},
         {"compressed-texts",
          [](const QString& p) { storeShownPictures(p, 1, pngWithTexts(900, "zTXt"), u"png"_s); },
          kDecoding, nullptr},

@@ -45,6 +45,11 @@ TEST_P(Attacks, EndInWorkOrInALimit) {
             EXPECT_THAT(run.err, Not(HasSubstr("allowed")));
         }
     }
+    for (const auto& [path, entry] : snapshotOf(shop.path({}))) {
+        const bool isExpected = path.starts_with("P.") || path.starts_with("Copy.") ||
+                                path.starts_with("out") || path == "p.png" || path == ".";
+        EXPECT_TRUE(isExpected) << path;
+    }
     // For measurements: TWEENERY_KEEP_ATTACKS names a folder that gets the packages.
     if (const char* folder = std::getenv("TWEENERY_KEEP_ATTACKS")) {
         std::filesystem::copy(package.toStdString(),

@@ -115,24 +115,6 @@ TEST(Force, ReplacesPackagesOnly) {
     }
 }
 
-TEST(Update, KeepsEveryBackup) {
-    Workshop shop;
-    PCProject::setBackupDirectory(shop.path(u"Backups"_s));
-    for (const char* note : {"first", "second", "third"}) {
-        const QString package = shop.copyOf(u"Card"_s);
-        replaceContents(package + u"/version"_s, versionArchive(13));
-        replaceContents(package + u"/note"_s, note);
-        EXPECT_EQ(tweenc({u"update"_s, package, u"--yes"_s}).code, 0);
-    }
-    PCProject::setBackupDirectory({});
-    std::vector<QByteArray> notes;
-    const QDir backups(shop.path(u"Backups"_s));
-    for (const QString& backup : backups.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        notes.push_back(contentsOf(backups.filePath(backup + u"/note"_s)));
-    }
-    EXPECT_THAT(notes, testing::UnorderedElementsAre("first", "second", "third"));
-}
-
 TEST(RenderedNames, StayBelowTheirPattern) {
     const std::pair<const char*, const char*> cases[] = {
         {"..", "_."},   {".", "_"}, {"a/../../b", "a_.._.._b"},

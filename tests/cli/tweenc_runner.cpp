@@ -1,10 +1,5 @@
 #include "tweenc_runner.h"
 
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <filesystem>
 #include <set>
 #include <sstream>
@@ -25,18 +20,6 @@ Outcome tweenc(const QStringList& arguments, const char* answer) {
     return {code, out.str(), err.str()};
 }
 
-QByteArray contentsOf(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) { ADD_FAILURE() << "cannot read " << qPrintable(path); }
-    return file.readAll();
-}
-
-void replaceContents(const QString& path, const QByteArray& contents) {
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << qPrintable(path);
-    file.write(contents);
-}
-
 std::vector<std::string> differences(const DirectorySnapshot& a, const DirectorySnapshot& b) {
     std::set<std::string> paths;
     const auto compare = [&paths](const DirectorySnapshot& left, const DirectorySnapshot& right) {
@@ -52,16 +35,7 @@ std::vector<std::string> differences(const DirectorySnapshot& a, const Directory
     return {paths.begin(), paths.end()};
 }
 
-namespace {
-
-QString templateOfPlaces() {
-    const QString memory = u"/dev/shm"_s;
-    return (QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) + u"/tweenc-XXXXXX"_s;
-}
-
-}  // namespace
-
-Workshop::Workshop() : m_directory(templateOfPlaces()) {}
+Workshop::Workshop() : m_directory(templateOfFastPlaces()) {}
 
 QString Workshop::copyOf(const QString& package, const QString& name) {
     QString copy = path(name);
@@ -71,27 +45,15 @@ QString Workshop::copyOf(const QString& package, const QString& name) {
     return copy;
 }
 
-namespace {
-
-struct AnyObject : Archivable {
-    std::string_view name;
-    const std::function<void(KeyedEncoder&)>& encode;
-
-    AnyObject(std::string_view className, const std::function<void(KeyedEncoder&)>& function)
-        : name(className), encode(function) {}
-    ArchiveClass archiveClass() const override { return {name}; }
-    void encodeWithCoder(KeyedEncoder& coder) const override { encode(coder); }
-};
-
-}  // namespace
-
-QByteArray archiveOf(std::string_view className, const std::function<void(KeyedEncoder&)>& encode) {
-    return KeyedArchiver::archivedDataWithRootObject(AnyObject(className, encode));
-}
-
-QByteArray versionArchive(int32_t version) {
-    return archiveOf("PCProjectVersion",
-                     [version](KeyedEncoder& coder) { coder.encodeInt("modelVersion", version); });
+std::vector<QStringList> readingCommands(const Workshop& shop, const QString& package,
+                                         const QStringList& moreOfValues) {
+    return {{u"check"_s, package},
+            {u"info"_s, package},
+            {u"describe"_s, package},
+            {u"dump"_s, package},
+            QStringList{u"values"_s, package, u"--at"_s, u"0,100"_s, u"--json"_s} + moreOfValues,
+            {u"copy"_s, package, shop.path(u"Copy.tweenery"_s), u"--force"_s},
+            {u"export"_s, package, u"--out"_s, shop.path(u"out"_s)}};
 }
 
 }  // namespace tweenery::test

@@ -1,15 +1,15 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDir>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
-#include <functional>
 #include <string>
 #include <vector>
 
-#include "storage/keyed_archiver.h"
 #include "support/directory_snapshot.h"
+#include "support/files.h"
 
 namespace tweenery::test {
 
@@ -28,11 +28,7 @@ Outcome tweenc(const QStringList& arguments, const char* answer = nullptr);
 /// The paths of entries that one has and the other has not, or with other contents.
 std::vector<std::string> differences(const DirectorySnapshot& a, const DirectorySnapshot& b);
 
-QByteArray contentsOf(const QString& path);
-void replaceContents(const QString& path, const QByteArray& contents);
-
-/// A place of its own for a test, with copies of packages to damage. In memory where the machine
-/// has such a place: every save is flushed, and the tests save hundreds of packages.
+/// A place of its own for a test, with copies of packages to damage.
 class Workshop {
  public:
     Workshop();
@@ -44,9 +40,23 @@ class Workshop {
     QTemporaryDir m_directory;
 };
 
-/// The archive of an object of any class, its keys written by a function.
-QByteArray archiveOf(std::string_view className, const std::function<void(KeyedEncoder&)>& encode);
-/// The `version` entry for a model version.
-QByteArray versionArchive(int32_t version);
+/// The verbs that read a package, on this one; export goes to "out", copy to "Copy.tweenery".
+/// `moreOfValues` goes behind the verb of values.
+std::vector<QStringList> readingCommands(const Workshop& shop, const QString& package,
+                                         const QStringList& moreOfValues = {});
+
+/// A workshop that is the user's home folder for its life, where backups go.
+class Home : public Workshop {
+ public:
+    Home() { ::qputenv("HOME", path({}).toUtf8()); }
+    ~Home() { ::qputenv("HOME", m_before); }
+    QString backups() const { return path(QStringLiteral("Documents/Backups")); }
+    QStringList backupNames() const {
+        return QDir(backups()).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    }
+
+ private:
+    const QByteArray m_before = ::qgetenv("HOME");
+};
 
 }  // namespace tweenery::test

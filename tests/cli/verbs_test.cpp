@@ -10,6 +10,7 @@
 #include "codegen/project_exporter.h"
 #include "model/project.h"
 #include "storage/package_store.h"
+#include "support/archived.h"
 #include "support/test_paths.h"
 #include "tweenc_runner.h"
 
@@ -87,59 +88,40 @@ TEST(NewPackages, AreNotWrittenOverOthers) {
 }
 
 struct VersionTest : testing::Test {
-    Workshop shop;
+    Home shop;
     QString package = shop.copyOf(u"Card"_s, u"Old.tweenery"_s);
-    QString backups = shop.path(u"Backups"_s);
-
-    VersionTest() { PCProject::setBackupDirectory(backups); }
-    ~VersionTest() override { PCProject::setBackupDirectory({}); }
 
     void storeVersion(int32_t version) {
         replaceContents(package + u"/version"_s, versionArchive(version));
     }
-    std::vector<QStringList> readingCommands() const {
-        return {{u"info"_s, package},
-                {u"describe"_s, package},
-                {u"dump"_s, package},
-                {u"values"_s, package, u"--at"_s, u"0"_s},
-                {u"check"_s, package},
-                {u"export"_s, package, u"--out"_s, shop.path(u"out"_s)},
-                {u"copy"_s, package, shop.path(u"Copy.tweenery"_s), u"--force"_s}};
-    }
 };
 
-TEST_F(VersionTest, AnOlderPackageIsReadAsItIs) {
-    storeVersion(13);
-    const DirectorySnapshot before = snapshotOf(package);
-    for (const QStringList& command : readingCommands()) {
-        const Outcome run = tweenc(command);
-        EXPECT_EQ(run.code, 0) << run.err;
-        EXPECT_EQ(run.firstErrorLine(),
-                  "tweenc: " + package.toStdString() +
-                      "/version: the project counts as one of model version 13, older than 14; "
-                      "it is read as it is and nothing in it is changed");
+// The verbs but update() read what is older as it stands, and refuse what is newer.
+TEST_F(VersionTest, AnotherVersionIsReadAsItIsOrRefused) {
+    const std::string name = "tweenc: " + package.toStdString();
+    const std::string older =
+        name +
+        "/version: the project counts as one of model version 13, older than 14; it is "
+        "read as it is and nothing in it is changed";
+    const std::string newer =
+        name +
+        ": Tweenery Cannot Open This Project: Old.tweenery was created by a newer version "
+        "of Tweenery. Please upgrade Tweenery to use the project.";
+    for (const int32_t version : {13, 15}) {
+        storeVersion(version);
+        const DirectorySnapshot before = snapshotOf(package);
+        for (const QStringList& command : readingCommands(shop, package)) {
+            const Outcome run = tweenc(command);
+            EXPECT_EQ(run.code, version == 13 ? 0 : 1) << run.err;
+            EXPECT_EQ(run.firstErrorLine(), version == 13 ? older : newer);
+            if (version == 15 && !command.contains(u"--json"_s)) { EXPECT_EQ(run.out, ""); }
+        }
+        EXPECT_THAT(differences(snapshotOf(package), before), IsEmpty());
+        EXPECT_FALSE(QDir(shop.backups()).exists());
     }
-    EXPECT_THAT(differences(snapshotOf(package), before), IsEmpty());
-    EXPECT_FALSE(QDir(backups).exists());
+    EXPECT_EQ(tweenc({u"update"_s, package, u"--yes"_s}).err, newer + '\n');
     EXPECT_THAT(tweenc({u"info"_s, shop.path(u"Copy.tweenery"_s)}).out,
                 HasSubstr("model version 13"));
-}
-
-TEST_F(VersionTest, ANewerPackageIsRefused) {
-    storeVersion(15);
-    const DirectorySnapshot before = snapshotOf(package);
-    auto commands = readingCommands();
-    commands.push_back({u"update"_s, package, u"--yes"_s});
-    for (const QStringList& command : commands) {
-        const Outcome run = tweenc(command);
-        EXPECT_EQ(run.code, 1);
-        EXPECT_EQ(run.err,
-                  "tweenc: " + package.toStdString() +
-                      ": Tweenery Cannot Open This Project: Old.tweenery was created by a newer "
-                      "version of Tweenery. Please upgrade Tweenery to use the project.\n");
-        EXPECT_EQ(run.out, "");
-    }
-    EXPECT_THAT(differences(snapshotOf(package), before), IsEmpty());
 }
 
 TEST_F(VersionTest, AnUpdateAsksFirst) {
@@ -158,33 +140,51 @@ TEST_F(VersionTest, AnUpdateAsksFirst) {
     };
     for (const Case& c : cases) {
         storeVersion(13);
-        QDir(backups).removeRecursively();
+        QDir(shop.backups()).removeRecursively();
         const DirectorySnapshot before = snapshotOf(package);
         const Outcome run = tweenc(QStringList{u"update"_s, package} + c.options, c.answer);
         EXPECT_EQ(run.code, c.code);
         EXPECT_THAT(run.err, HasSubstr(c.error));
-        const QStringList kept = QDir(backups).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-        if (c.code != 0) {
-            EXPECT_THAT(differences(snapshotOf(package), before), IsEmpty());
-            EXPECT_TRUE(kept.isEmpty());
-            continue;
-        }
-        EXPECT_THAT(tweenc({u"info"_s, package}).out, HasSubstr("model version 14"));
-        ASSERT_EQ(kept.size(), 1);
-        EXPECT_THAT(differences(snapshotOf(backups + u'/' + kept.front()), before), IsEmpty());
+        EXPECT_EQ(differences(snapshotOf(package), before).empty(), c.code != 0);
+        const QStringList kept = shop.backupNames();
+        ASSERT_EQ(kept.size(), c.code == 0 ? 1 : 0);
+        if (kept.isEmpty()) { continue; }
+        EXPECT_THAT(differences(snapshotOf(shop.backups() + u'/' + kept.front()), before),
+                    IsEmpty());
         EXPECT_THAT(run.out, HasSubstr(kept.front().toStdString()));
         EXPECT_THAT(tweenc({u"update"_s, package}).out, HasSubstr("has model version 14 already"));
     }
 }
 
-TEST_F(VersionTest, AnUpdateGoesOnWithoutABackupAndSaysSo) {
+TEST_F(VersionTest, ABackupGoesWhereItIsToldAndAnUpdateGoesOnWithoutOne) {
     storeVersion(13);
-    replaceContents(backups, "a file where the directory should be");
+    const QString elsewhere = shop.path(u"deep/elsewhere"_s);
+    EXPECT_EQ(tweenc({u"update"_s, package, u"--yes"_s, u"--backup"_s, package + u"/in"_s}).code,
+              1);
+    EXPECT_EQ(tweenc({u"update"_s, package, u"--yes"_s, u"--backup"_s, elsewhere}).code, 0);
+    EXPECT_EQ(QDir(elsewhere).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 1);
+    EXPECT_FALSE(QDir(shop.backups()).exists());
+
+    storeVersion(13);
+    replaceContents(shop.path(u"Documents"_s), "a file where the directory should be");
     const Outcome run = tweenc({u"update"_s, package, u"--yes"_s});
     EXPECT_EQ(run.code, 0);
-    EXPECT_THAT(run.err, StartsWith("The backup " + backups.toStdString()));
+    EXPECT_THAT(run.err, StartsWith("The backup " + shop.backups().toStdString()));
     EXPECT_THAT(run.err, HasSubstr("Not a directory). The project is updated without one."));
     EXPECT_THAT(tweenc({u"info"_s, package}).out, HasSubstr("model version 14"));
+}
+
+TEST_F(VersionTest, EveryBackupIsKept) {
+    for (const char* note : {"first", "second", "third"}) {
+        storeVersion(13);
+        replaceContents(package + u"/note"_s, note);
+        EXPECT_EQ(tweenc({u"update"_s, package, u"--yes"_s}).code, 0);
+    }
+    std::vector<QByteArray> notes;
+    for (const QString& backup : shop.backupNames()) {
+        notes.push_back(contentsOf(shop.backups() + u'/' + backup + u"/note"_s));
+    }
+    EXPECT_THAT(notes, testing::UnorderedElementsAre("first", "second", "third"));
 }
 
 TEST(New, MakesAnElementForEachPicture) {
@@ -385,16 +385,6 @@ TEST(Check, TellsEveryBadEntry) {
     for (const char* entry : {"/canvas: ", "/preferences: ", "/version: is a named pipe"}) {
         EXPECT_THAT(run.err, HasSubstr("tweenc: " + package.toStdString() + entry));
     }
-}
-
-TEST_F(VersionTest, ABackupGoesWhereItIsTold) {
-    storeVersion(13);
-    const QString elsewhere = shop.path(u"deep/elsewhere"_s);
-    EXPECT_EQ(tweenc({u"update"_s, package, u"--yes"_s, u"--backup"_s, package + u"/in"_s}).code,
-              1);
-    EXPECT_EQ(tweenc({u"update"_s, package, u"--yes"_s, u"--backup"_s, elsewhere}).code, 0);
-    EXPECT_EQ(QDir(elsewhere).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 1);
-    EXPECT_FALSE(QDir(backups).exists());
 }
 
 TEST(Values, ComeAsATableToo) {

@@ -5,13 +5,13 @@
 
 #include <QDir>
 #include <QDirIterator>
-#include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include "codegen/project_exporter.h"
 #include "storage/package_store.h"
+#include "support/files.h"
 #include "support/test_paths.h"
 
 using namespace Qt::StringLiterals;
@@ -50,12 +50,6 @@ std::string caseName(const testing::TestParamInfo<GoldenCase>& info) {
     return info.param.folder().replace(u'/', u'_').replace(u'-', u'_').toStdString();
 }
 
-QByteArray contentsOf(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) { ADD_FAILURE() << "cannot read " << qPrintable(path); }
-    return file.readAll();
-}
-
 /// Paths of all files below a folder, relative to it.
 QStringList filesBelow(const QString& folder) {
     QStringList files;
@@ -65,30 +59,6 @@ QStringList filesBelow(const QString& folder) {
     }
     files.sort();
     return files;
-}
-
-/// The lines in which two texts differ, with where that begins.
-std::string difference(const QByteArray& expected, const QByteArray& found) {
-    const QList<QByteArray> a = expected.split('\n');
-    const QList<QByteArray> b = found.split('\n');
-    qsizetype same = 0;
-    while (same < std::min(a.size(), b.size()) && a[same] == b[same]) {
-        ++same;
-    }
-    qsizetype tail = 0;
-    while (tail < std::min(a.size(), b.size()) - same &&
-           a[a.size() - 1 - tail] == b[b.size() - 1 - tail]) {
-        ++tail;
-    }
-    std::string text = "from line " + std::to_string(same + 1) + ":\n";
-    const auto list = [&](const char* mark, const QList<QByteArray>& lines) {
-        for (qsizetype i = same; i < std::min(lines.size() - tail, same + 30); ++i) {
-            text += mark + lines[i].toStdString() + '\n';
-        }
-    };
-    list("- ", a);
-    list("+ ", b);
-    return text;
 }
 
 PCProject::Ptr openPackage(const QString& name) {
@@ -123,9 +93,9 @@ void compareWithGoldens(const QString& exported, const QString& goldens) {
     EXPECT_EQ(files, filesBelow(goldens)) << "an orphan or a missing golden";
     for (const QString& file : files) {
         if (!QFile::exists(goldens + u'/' + file)) { continue; }
-        const QByteArray expected = contentsOf(goldens + u'/' + file);
-        const QByteArray found = contentsOf(exported + u'/' + file);
-        EXPECT_TRUE(expected == found) << qPrintable(file) << ' ' << difference(expected, found);
+        EXPECT_EQ(contentsOf(exported + u'/' + file).toStdString(),
+                  contentsOf(goldens + u'/' + file).toStdString())
+            << qPrintable(file);
     }
 }
 
@@ -162,10 +132,7 @@ TEST_P(Goldens, AreWhatIsExported) {
             << qPrintable(path);
     }
     QDir(directory.filePath(u"images"_s)).removeRecursively();
-    QFile report(directory.filePath(u"report.txt"_s));
-    ASSERT_TRUE(report.open(QIODevice::WriteOnly));
-    report.write(reportOf(result));
-    report.close();
+    replaceContents(directory.filePath(u"report.txt"_s), reportOf(result));
 
     const QString goldens = goldensPath() + u'/' + c.folder();
     if (updateGoldens) { replaceGoldens(directory.path(), goldens); }

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <QRegularExpression>
 
-#include "base/errors.h"
 #include "codegen/export_error.h"
 #include "codegen/scene.h"
 
@@ -24,16 +23,6 @@ TEST(Hierarchy, GivesAnImageTheNameThatNoElementHasAnyMore) {
     twin->setName(u"imgA"_s);
     twin->setImageName(u"a.png"_s);  // both are imgA2 now
     EXPECT_THAT(scene.source(u".m"_s), HasSubstr("\n\timgA2.image = imgA;"));
-}
-
-TEST(ProjectCodeGenerator, NeedsAProject) {
-    PCProjectCodeGenerator generator;
-    try {
-        generator.loadFileContentsByName();
-        FAIL();
-    } catch (const AssertionFailure& failure) {
-        EXPECT_EQ(failure.message(), u"project MUST be set"_s);
-    }
 }
 
 TEST(ProjectCodeGenerator, DerivesFromThePuppetOnTheMobilePlatformOnly) {
@@ -91,184 +80,146 @@ TEST(ProjectCodeGenerator, PassesTheKeySuffixOn) {
     Scene scene;
     const auto hero = scene.add(u"hero"_s);
     scene.store(scene.addAnimation(u"walk"_s), hero, PCPropertyTypeOpacity, {{9, 0.5F}});
-    EXPECT_THAT(
-        scene.source(u".m"_s, {.addAnimationSuffix = true}),
-        HasSubstr("forKey:[@\"walk_Opacity\" stringByAppendingString:animationKeySuffix]];"));
+    const std::string objc = scene.source(u".m"_s, {.addAnimationSuffix = true});
+    for (const char* part :
+         {":NO andAnimationKeySuffix:@\"\" completion:NULL];\n}",
+          " andAnimationKeySuffix:(NSString *)animationKeySuffix completion:(void (^)(BOOL "
+          "finished))completionBlock\n{",
+          "forKey:[@\"walk_Opacity\" stringByAppendingString:animationKeySuffix]];"}) {
+        EXPECT_THAT(objc, HasSubstr(part));
+    }
+    const std::string swift =
+        scene.source(u".swift"_s, {.language = TargetLanguage::Swift, .addAnimationSuffix = true});
+    for (const char* part :
+         {"removedOnCompletion: removedOnCompletion, animationKeySuffix:\"\", nil)\n\t}",
+          "removedOnCompletion: removedOnCompletion, animationKeySuffix:\"\", completion)\n\t}",
+          "removedOnCompletion: Bool, animationKeySuffix: String, completion: ((Bool) -> Void)?) {",
+          "forKey:\"walk_Opacity\" + animationKeySuffix)"}) {
+        EXPECT_THAT(swift, HasSubstr(part));
+    }
     EXPECT_THAT(scene.source(u".m"_s), HasSubstr("forKey:@\"walk_Opacity\"];"));
 }
 
 using Kind = ExportDiagnostic::Kind;
 
-/// Every diagnostic as "kind name".
-std::vector<std::string> listed(const std::vector<ExportDiagnostic>& diagnostics) {
-    std::vector<std::string> lines;
+/// Every diagnostic as "kind name", separated by commas.
+std::string listed(const std::vector<ExportDiagnostic>& diagnostics) {
+    QStringList all;
     for (const ExportDiagnostic& diagnostic : diagnostics) {
-        lines.push_back((nameOf(diagnostic.kind) + u' ' + diagnostic.name).toStdString());
+        all << nameOf(diagnostic.kind) + u' ' + diagnostic.name;
         EXPECT_TRUE(diagnostic.sentence.endsWith(u'.')) << qPrintable(diagnostic.sentence);
         EXPECT_EQ(diagnostic.identifier.isEmpty(),
                   diagnostic.subject == ExportDiagnostic::Subject::Project);
     }
-    return lines;
+    return all.join(u", "_s).toStdString();
 }
 
-TEST(ExportDiagnostics, TellWhatWillNotCompileOrSurprises) {
+constexpr RunTarget kObjc{};
+constexpr RunTarget kSwift{.language = TargetLanguage::Swift};
+constexpr RunTarget kMac{.mac = true};
+
+TEST(ExportDiagnostics, TellWhichNamesWillNotCompile) {
     struct Case {
-        std::function<void(Scene&)> make;
+        const char* project;
+        QStringList elements, animations;
         RunTarget target;
-        std::vector<std::string> expected;
-    };
-    const RunTarget swift{.language = TargetLanguage::Swift};
-    const RunTarget mac{.mac = true};
-    const auto animate = [](Scene& scene, const QString& name, PCPropertyType type,
-                            const Key& key) {
-        const auto element = scene.project()->canvas()->children().front();
-        scene.store(scene.addAnimation(name), element, type, {key});
+        const char* expected;
     };
     const Case cases[] = {
-        {[](Scene&) {}, {}, {"empty-project Scene"}},
-        {[](Scene& s) { s.add(u"fine"_s); }, {}, {}},
-        {[](Scene& s) {
-             s.add(u"in it"_s), s.add(u"func"_s), s.add(u"default"_s), s.add(u"bundle"_s);
-         },
-         {},
-         {"reserved-word default", "reserved-word bundle"}},
-        {[](Scene& s) { s.add(u"func"_s); }, swift, {"reserved-word func"}},
-        {[](Scene& s) { s.add(u"2 up"_s), s.add(u"a²"_s); }, {}, {"leading-digit 2 up"}},
-        {[](Scene& s) {
-             for (const QString& name : {u"a²"_s, u"½"_s, u"①"_s, u"١٢٣"_s, u"ⅷ"_s}) {
-                 s.add(name);
-             }
-         },
-         {},
-         {}},
-        {[](Scene& s) {
-             s.add(u"a\u2E2F"_s), s.add(u"\u0301b"_s);
-             s.addAnimation(u"\u2E2Fc"_s);
-         },
-         {},
-         {"unusable-character a\u2E2F", "unusable-character \u0301b",
-          "unusable-character \u2E2Fc"}},
-        {[](Scene& s) { s.add(u"errno"_s), s.add(u"assert"_s), s.add(u"stdin"_s); },
-         {},
-         {"reserved-word errno", "reserved-word assert", "reserved-word stdin"}},
-        {[](Scene& s) { s.add(u"errno"_s), s.add(u"assert"_s); }, swift, {}},
-        {[](Scene& s) { s.add(u"play"_s), s.add(u"play_button"_s), s.add(u"__scaling__"_s); },
-         {},
-         {"colliding-names play_button", "colliding-names __scaling__"}},
-        {[](Scene& s) { s.add(u"play"_s), s.add(u"play_button"_s); }, mac, {}},
-        {[](Scene& s) { s.project()->setProjectName(u"UI"_s), s.add(u"a"_s); },
-         {},
-         {"colliding-names UI"}},
-        {[](Scene& s) { s.project()->setProjectName(u"UI scroll"_s), s.add(u"a"_s); },
-         {},
-         {"colliding-names UI scroll"}},
-        {[](Scene& s) { s.project()->setProjectName(u"NSOutline"_s), s.add(u"a"_s); },
-         mac,
-         {"colliding-names NSOutline"}},
-        {[](Scene& s) { s.project()->setProjectName(u"_LFT_Hero"_s), s.add(u"a"_s); }, {}, {}},
-        {[](Scene& s) { s.project()->setProjectName(u"_LFT_Hero"_s), s.add(u"a"_s); },
-         mac,
-         {"puppet-is-mobile-code _LFT_Hero"}},
-        {[](Scene& s) { s.project()->setProjectName(u"2 up"_s), s.add(u"a"_s); },
-         {},
-         {"leading-digit 2 up"}},
-        {[](Scene& s) {
-             s.add(u"a"_s);
-             s.addAnimation(u"walk"_s), s.addAnimation(u"walk animation"_s);
-         },
-         {},
-         {"colliding-names walk animation"}},
-        {[&](Scene& s) {
-             s.add(u"a"_s)->setImageName(u"lost.png"_s);
-             animate(s, u"blink"_s, PCPropertyTypeImageContents, {0, u"gone.png"_s});
-         },
-         {},
-         {"missing-image a", "missing-image blink"}},
-        {[&](Scene& s) {
-             s.add(u"a"_s);
-             animate(s, u"walk_sliced_3"_s, PCPropertyTypeOpacity, {9, 0.5F});
-         },
-         swift,
-         {"sliced-left-out walk_sliced_3"}},
-        {[&](Scene& s) {
-             s.add(u"a"_s);
-             animate(s, u"walk_sliced_3"_s, PCPropertyTypeOpacity, {9, 0.5F});
-         },
-         mac,
-         {"sliced-is-mobile-code walk_sliced_3"}},
-        {[&](Scene& s) {
-             s.add(u"a"_s);
-             animate(s, u"old"_s, PCPropertyTypeOpacity, {9, 0.5F});
-             const auto& animation = s.project()->animationsManager().animations().front();
-             s.store(animation, s.project()->canvas()->children().front(), PCPropertyTypeScale,
-                     {{9, QPointF(2, 2)}}, PCRepeatBehaviorNever, u"xScale.data"_s);
-             s.store(animation, u"GONE"_s, PCPropertyTypeOpacity, {{9, 0.5F}});
-         },
-         {},
-         {"legacy-timeline old", "deleted-element old"}},
-        {[&](Scene& s) {
-             s.add(u"a_layer"_s);
-             animate(s, u"blink"_s, PCPropertyTypeOpacity, {9, 0.5F});
-         },
-         {},
-         {"does-not-animate blink"}},
-        {[&](Scene& s) {
-             s.add(u"a<recordable>"_s);
-             animate(s, u"a_pngs_5"_s, PCPropertyTypeOpacity, {9, 0.5F});
-         },
-         {},
-         {"recordable-needs-import a<recordable>", "no-pictures-drawn a_pngs_5"}},
+        {"Scene", {}, {}, kObjc, "empty-project Scene"},
+        {"Scene", {u"fine"_s}, {}, kObjc, ""},
+        {"Scene", {u"in it"_s, u"func"_s, u"default"_s}, {}, kObjc, "reserved-word default"},
+        {"Scene", {u"bundle"_s}, {}, kObjc, "reserved-word bundle"},
+        {"Scene", {u"func"_s}, {}, kSwift, "reserved-word func"},
+        {"Scene", {u"2 up"_s, u"a²"_s}, {}, kObjc, "leading-digit 2 up"},
+        {"Scene", {u"a²"_s, u"½"_s, u"①"_s, u"١٢٣"_s, u"ⅷ"_s}, {}, kObjc, ""},
+        {"Scene", {u"a\u2E2F"_s}, {}, kObjc, "unusable-character a\u2E2F"},
+        {"Scene", {u"\u0301b"_s}, {}, kObjc, "unusable-character \u0301b"},
+        {"Scene", {u"a"_s}, {u"\u2E2Fc"_s}, kObjc, "unusable-character \u2E2Fc"},
+        {"Scene", {u"errno"_s, u"stdin"_s}, {}, kObjc, "reserved-word errno, reserved-word stdin"},
+        {"Scene", {u"errno"_s, u"assert"_s}, {}, kSwift, ""},
+        {"Scene", {u"play"_s, u"play_button"_s}, {}, kObjc, "colliding-names play_button"},
+        {"Scene", {u"play"_s, u"play_button"_s}, {}, kMac, ""},
+        {"Scene", {u"__scaling__"_s}, {}, kObjc, "colliding-names __scaling__"},
+        {"Scene", {u"a"_s}, {u"up"_s, u"up animation"_s}, kObjc, "colliding-names up animation"},
+        {"UI", {u"a"_s}, {}, kObjc, "colliding-names UI"},
+        {"UI scroll", {u"a"_s}, {}, kObjc, "colliding-names UI scroll"},
+        {"NSOutline", {u"a"_s}, {}, kMac, "colliding-names NSOutline"},
+        {"_LFT_Hero", {u"a"_s}, {}, kObjc, ""},
+        {"_LFT_Hero", {u"a"_s}, {}, kMac, "puppet-is-mobile-code _LFT_Hero"},
+        {"2 up", {u"a"_s}, {}, kObjc, "leading-digit 2 up"},
+    };
+    for (const Case& c : cases) {
+        Scene scene(QString::fromUtf8(c.project));
+        for (const QString& name : c.elements) {
+            scene.add(name);
+        }
+        for (const QString& name : c.animations) {
+            scene.addAnimation(name);
+        }
+        EXPECT_EQ(listed(scene.diagnostics(c.target)), c.expected);
+    }
+}
+
+TEST(ExportDiagnostics, TellWhatIsLeftOutOrSurprises) {
+    struct Case {
+        QString element, animation;
+        RunTarget target;
+        PCPropertyType type;
+        PropertyValue value;
+        const char* expected;
+    };
+    constexpr auto opacity = PCPropertyTypeOpacity, image = PCPropertyTypeImageContents;
+    const QString sliced = u"walk_sliced_3"_s;
+    const Case cases[] = {
+        {u"a"_s, u"blink"_s, kObjc, image, u"gone.png"_s, "missing-image blink"},
+        {u"a"_s, sliced, kSwift, opacity, 0.5F, "sliced-left-out walk_sliced_3"},
+        {u"a"_s, sliced, kMac, opacity, 0.5F, "sliced-is-mobile-code walk_sliced_3"},
+        {u"a_layer"_s, u"blink"_s, kObjc, opacity, 0.5F, "does-not-animate blink"},
+        {u"a<recordable>"_s, u"a_pngs_5"_s, kObjc, opacity, 0.5F,
+         "recordable-needs-import a<recordable>, no-pictures-drawn a_pngs_5"},
     };
     for (const Case& c : cases) {
         Scene scene;
-        c.make(scene);
+        const auto element = scene.add(c.element);
+        scene.store(scene.addAnimation(c.animation), element, c.type, {{9, c.value}});
         EXPECT_EQ(listed(scene.diagnostics(c.target)), c.expected);
     }
+    Scene scene;
+    const auto element = scene.add(u"a"_s);
+    element->setImageName(u"lost.png"_s);
+    const auto animation = scene.addAnimation(u"old"_s);
+    scene.store(animation, element, PCPropertyTypeScale, {{9, QPointF(2, 2)}},
+                PCRepeatBehaviorNever, u"xScale.data"_s);
+    scene.store(animation, u"GONE"_s, opacity, {{9, 0.5F}});
+    EXPECT_EQ(listed(scene.diagnostics()),
+              "missing-image a, legacy-timeline old, deleted-element old");
 }
 
 TEST(ExportDiagnostics, TellWhichImagesADeviceCannotShow) {
     struct Case {
         const char* what;
         const char* element;  // its image
-        bool isGroup;
         std::vector<Key> keys;
-        std::vector<std::string> mobile, desktop;
+        const char *mobile, *desktop;
     };
+    const char* const empty = "empty-image blink";
+    const char* const lost = "image-not-found-on-device blink";
     const Case cases[] = {
-        {"a group with an image", "a.png", true, {}, {"no-image-view a"}, {}},
-        {"an image from the start", "", false, {{0, u"a.png"_s}}, {}, {}},
-        {"one that comes later, from none",
-         "",
-         false,
-         {{9, u"a.png"_s}},
-         {"empty-image blink"},
-         {"empty-image blink"}},
-        {"none in the end",
-         "a.png",
-         false,
-         {{9, QString()}},
-         {"empty-image blink"},
-         {"empty-image blink"}},
-        {"a JPEG that stands still", "b.jpg", false, {}, {}, {}},
-        {"a JPEG from the start",
-         "b.jpg",
-         false,
-         {{9, u"a.png"_s}},
-         {"image-not-found-on-device blink"},
-         {}},
-        {"a JPEG in the end",
-         "a.png",
-         false,
-         {{9, u"b.jpg"_s}},
-         {"image-not-found-on-device blink"},
-         {}},
+        {"a group with an image", "a.png", {}, "no-image-view a", ""},
+        {"an image from the start", "", {{0, u"a.png"_s}}, "", ""},
+        {"one that comes later, from none", "", {{9, u"a.png"_s}}, empty, empty},
+        {"none in the end", "a.png", {{9, QString()}}, empty, empty},
+        {"a JPEG that stands still", "b.jpg", {}, "", ""},
+        {"a JPEG from the start", "b.jpg", {{9, u"a.png"_s}}, lost, ""},
+        {"a JPEG in the end", "a.png", {{9, u"b.jpg"_s}}, lost, ""},
     };
     for (const Case& c : cases) {
         Scene scene;
         scene.addImage(u"a.png"_s);
         scene.addImage(u"b.jpg"_s);
         const auto element = scene.add(u"a"_s);
-        element->setGroup(c.isGroup);
+        element->setGroup(&c == cases);
         element->setImageName(QString::fromLatin1(c.element));
         if (!c.keys.empty()) {
             scene.store(scene.addAnimation(u"blink"_s), element, PCPropertyTypeImageContents,
@@ -291,7 +242,7 @@ TEST(ExportDiagnostics, TellThatAFrameSlicedImageStopsAButton) {
         scene.store(animation, element, PCPropertyTypeImageContents, {{0, u"a.png"_s}});
     }
     const auto diagnostics = scene.diagnostics();
-    EXPECT_EQ(listed(diagnostics), std::vector<std::string>{"no-image-view blink_sliced_2"});
+    EXPECT_EQ(listed(diagnostics), "no-image-view blink_sliced_2");
     EXPECT_TRUE(diagnostics.front().sentence.contains(u"'go_button'"));
 }
 
@@ -299,26 +250,17 @@ TEST(ExportDiagnostics, TellWhereADeviceShowsOtherThanThePreview) {
     struct Case {
         const char* what;
         std::vector<Key> opacity, order;
-        PCRepeatBehavior repeat;
-        std::vector<std::string> expected;
+        const char* expected;
     };
     const QStringList none;
     const Case cases[] = {
-        {"within 0 to 1", {{0, 1.0F}, {90, 0.0F}}, {}, PCRepeatBehaviorNever, {}},
-        {"to 2", {{90, 2.0F}}, {}, PCRepeatBehaviorNever, {}},  // from 1, which looks the same
-        {"from 0 to 2",
-         {{0, 0.0F}, {90, 2.0F}},
-         {},
-         PCRepeatBehaviorNever,
-         {"opacity-out-of-range walk"}},
-        {"a jump to 2", {{0, 0.0F}, {90, 2.0F, 0, true}}, {}, PCRepeatBehaviorNever, {}},
-        {"order to the end", {{90, 1.0F}}, {{90, none}}, PCRepeatBehaviorNever, {}},
-        {"order that ends before",
-         {{90, 1.0F}},
-         {{80, none}},
-         PCRepeatBehaviorNever,
-         {"order-ends-early walk"}},
-        {"order that repeats", {{90, 1.0F}}, {{80, none}}, PCRepeatBehaviorForever, {}},
+        {"within 0 to 1", {{0, 1.0F}, {90, 0.0F}}, {}, ""},
+        {"to 2", {{90, 2.0F}}, {}, ""},  // from 1, which looks the same
+        {"from 0 to 2", {{0, 0.0F}, {90, 2.0F}}, {}, "opacity-out-of-range walk"},
+        {"a jump to 2", {{0, 0.0F}, {90, 2.0F, 0, true}}, {}, ""},
+        {"order to the end", {{90, 1.0F}}, {{90, none}}, ""},
+        {"order that ends before", {{90, 1.0F}}, {{80, none}}, "order-ends-early walk"},
+        {"order that repeats", {{90, 1.0F}}, {{80, none}}, ""},
     };
     for (const Case& c : cases) {
         Scene scene;
@@ -327,7 +269,9 @@ TEST(ExportDiagnostics, TellWhereADeviceShowsOtherThanThePreview) {
         const auto animation = scene.addAnimation(u"walk"_s);
         scene.store(animation, group, PCPropertyTypeOpacity, c.opacity);
         if (!c.order.empty()) {
-            scene.store(animation, group, PCPropertyTypeChildrenZPositions, c.order, c.repeat);
+            scene.store(
+                animation, group, PCPropertyTypeChildrenZPositions, c.order,
+                &c == std::end(cases) - 1 ? PCRepeatBehaviorForever : PCRepeatBehaviorNever);
         }
         EXPECT_EQ(listed(scene.diagnostics()), c.expected) << c.what;
     }

@@ -12,6 +12,7 @@
 #include "codegen/export_error.h"
 #include "codegen/scene.h"
 #include "support/directory_snapshot.h"
+#include "support/files.h"
 #include "support/test_paths.h"
 
 using namespace Qt::StringLiterals;
@@ -32,9 +33,8 @@ class ProjectExporter : public testing::Test {
         return exportCodeToDirectory(scene.project(), path(folder), true, options);
     }
     void writeFile(const QString& name, const QByteArray& contents) {
-        QFile file(path(name));
-        ASSERT_TRUE(QDir().mkpath(QFileInfo(file).path()) && file.open(QIODevice::WriteOnly));
-        file.write(contents);
+        ASSERT_TRUE(QDir().mkpath(QFileInfo(path(name)).path()));
+        replaceContents(path(name), contents);
     }
 
  private:
@@ -113,9 +113,7 @@ TEST_F(ProjectExporter, NeverWritesThroughALink) {
         // A link in the place of the folder is refused, or cleaned away itself.
         EXPECT_EQ(result.files.failures.size(), cleans ? 0U : 1U);
         EXPECT_EQ(result.files.paths.contains(u"images/a.png"_s), cleans);
-        QFile kept(path(u"outside.swift"_s));
-        ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
-        EXPECT_EQ(kept.readAll(), "keep");
+        EXPECT_EQ(contentsOf(path(u"outside.swift"_s)), "keep");
     }
 }
 

@@ -4,6 +4,7 @@
 #include "editor/canvas/position_calculator.h"
 #include "editor/canvas/rotation_calculator.h"
 #include "editor/canvas/scale_calculator.h"
+#include "model/element_placement.h"
 
 namespace tweenery::test {
 
@@ -24,6 +25,7 @@ QImage filled(int side, const QColor& color) {
 }  // namespace
 
 EditWalk::EditWalk(EditorScene& scene, uint32_t seed) : m_scene(scene), m_random(seed) {
+    if (!scene.canvas->children().empty()) { return; }
     scene.addImage(u"red.png"_s, filled(20, Qt::red));
     scene.addImage(u"dense@2x.png"_s, filled(50, Qt::green));
     buildTree(project(), "A B G{C D H{E}} F");
@@ -68,6 +70,7 @@ const std::vector<EditWalk::Kind>& EditWalk::kinds() {
 
 void EditWalk::step() {
     const Kind& kind = kinds()[static_cast<size_t>(number(static_cast<int>(kinds().size())))];
+    ++m_count;
     m_steps.push_back(kind.name);
     (this->*kind.edit)();
 }
@@ -75,6 +78,10 @@ void EditWalk::step() {
 void EditWalk::endTurn() {
     project().undoManager().endEvent();
     m_steps.push_back("|");
+}
+
+void EditWalk::oneOf(const std::vector<std::function<void()>>& edits) {
+    edits[static_cast<size_t>(number(static_cast<int>(edits.size())))]();
 }
 
 std::string EditWalk::lastSteps() const {
@@ -126,18 +133,16 @@ PCKeyedPropertyTimeline::Ptr EditWalk::timeline() {
 
 void EditWalk::setField() {
     const PCElement::Ptr edited = element();
-    switch (number(5)) {
-        case 0:
-            return edited->setPosition(point(200));
-        case 1:
-            return edited->setScale(chance(8) ? QPointF(0, 1) : point(2));
-        case 2:
-            return edited->setZRotation(real(0, 6));
-        case 3:
-            return edited->setAnchorPoint({real(0, 1), real(0, 1)});
-        default:
-            return edited->setOpacity(real(-0.2, 1.2));
-    }
+    oneOf({
+        [&] { edited->setPosition(point(200)); },
+        [&] { edited->setScale(chance(8) ? QPointF(0, 1) : point(2)); },
+        [&] { edited->setZRotation(real(0, 6)); },
+        [&] { edited->setAnchorPoint(QPointF(real(0, 1), real(0, 1))); },
+        [&] {
+            edited->setPlacement(ElementPlacement{point(200), real(0, 6), point(2)});
+        },
+        [&] { edited->setOpacity(real(-0.2, 1.2)); },
+    });
 }
 
 void EditWalk::setLook() {
@@ -152,14 +157,13 @@ void EditWalk::setLook() {
 void EditWalk::setFlag() {
     const PCElement::Ptr edited = element();
     if (edited->isCanvas()) { return; }
-    switch (number(3)) {
-        case 0:
-            return edited->setHidden(!edited->hidden());
-        case 1:
-            return edited->setLocked(!edited->locked());
-        default:
-            return edited->setExpanded(!edited->expanded());
-    }
+    oneOf({
+        [&] { edited->setHidden(!edited->hidden()); },
+        [&] { edited->setLocked(!edited->locked()); },
+        [&] { edited->setScalesLocked(!edited->scalesLocked()); },
+        [&] { edited->setName(QString(QChar(u'A' + number(6)))); },
+        [&] { edited->setExpanded(!edited->expanded()); },
+    });
 }
 
 // Edits of timelines.
@@ -167,26 +171,24 @@ void EditWalk::setFlag() {
 void EditWalk::keyNumber() {
     if (project().isSetupMode()) { return; }
     const PCElement::Ptr edited = element();
-    switch (number(5)) {
-        case 0:
-            return edited->setTranslation(point(100), time());
-        case 1:
-            return edited->setScale(point(2), time());
-        case 2:
-            edited->setZRotation(static_cast<float>(real(0, 6)), time());
-            return;
-        case 3:
-            edited->setOpacity(static_cast<float>(real(0, 1)), time());
-            return;
-        default:
-            return edited->setAnchorPoint(QPointF(real(0, 1), real(0, 1)), time());
-    }
+    oneOf({
+        [&] { edited->setTranslation(point(100), time()); },
+        [&] { edited->setScale(point(2), time()); },
+        [&] { edited->setZRotation(static_cast<float>(real(0, 6)), time()); },
+        [&] { edited->setOpacity(static_cast<float>(real(0, 1)), time()); },
+        [&] { edited->setAnchorPoint(QPointF(real(0, 1), real(0, 1)), time()); },
+    });
 }
 
 void EditWalk::keyOther() {
     if (project().isSetupMode()) { return; }
     if (chance(2)) {
         element()->setImageContents(imageName(), time());
+        return;
+    }
+    if (chance(3)) {
+        const auto& animation = project().animationsManager().selectedAnimation();
+        animation->masterKeyframesTimeline()->setFloatPropertyValue(0, time());
         return;
     }
     const PCElement::Ptr parent = group();
@@ -201,39 +203,35 @@ void EditWalk::editTimeline() {
     if (project().isSetupMode() || !edited || edited->isEmpty()) { return; }
     const auto keyframe = edited->existingKeyframeAtKeyframeIndex(
         static_cast<size_t>(number(static_cast<int>(edited->keyframesCount()))));
-    switch (number(6)) {
-        case 0:
-            return edited->deleteKeyframe(keyframe);
-        case 1:
-            return edited->removeAllKeyframes();
-        case 2:
-            return edited->setRepeatBehavior(PCRepeatBehavior{number(3)});
-        case 3:
-            return keyframe->setEasingMode(PCEasingMode{number(7)});
-        case 4:
-            return keyframe->setInstantTransition(!keyframe->instantTransition());
-        default:
-            edited->moveKeyframes({keyframe}, 7);
-    }
+    oneOf({
+        [&] { edited->deleteKeyframe(keyframe); },
+        [&] { edited->duplicateKeyframe(keyframe); },
+        [&] { edited->removeAllKeyframes(); },
+        [&] { edited->setRepeatBehavior(PCRepeatBehavior{number(3)}); },
+        [&] { keyframe->setEasingMode(PCEasingMode{number(7)}); },
+        [&] { keyframe->setInstantTransition(!keyframe->instantTransition()); },
+        [&] { edited->moveKeyframes({keyframe}, 7); },
+    });
 }
 
 void EditWalk::calculate() {
     const PCElement::Elements chosen =
         chance(2) ? m_scene.selection.selectedElements() : elements();
     const bool additive = chance(3);
-    switch (number(4)) {
-        case 0:
-            return PCPositionCalculator::updateElements(chosen, additive, point(20), shown());
-        case 1:
-            return PCScaleCalculator::updateElements(chosen, additive, point(0.3), shown(),
-                                                     point(100));
-        case 2:
-            return PCRotationCalculator::updateElements(chosen, additive, real(-1, 1), shown(),
-                                                        point(100));
-        default:
-            return PCOpacityCalculator::updateElementsWithDelta(chosen, additive, real(-0.3, 0.3),
-                                                                shown(), {});
-    }
+    oneOf({
+        [&] { PCPositionCalculator::updateElements(chosen, additive, point(20), shown()); },
+        [&] {
+            PCScaleCalculator::updateElements(chosen, additive, point(0.3), shown(), point(100));
+        },
+        [&] {
+            PCRotationCalculator::updateElements(chosen, additive, real(-1, 1), shown(),
+                                                 point(100));
+        },
+        [&] {
+            PCOpacityCalculator::updateElementsWithDelta(chosen, additive, real(-0.3, 0.3), shown(),
+                                                         {});
+        },
+    });
 }
 
 // Structure.
@@ -259,18 +257,13 @@ void EditWalk::removeElement() {
 
 void EditWalk::moveElements() {
     const PCElement::Elements moved = elements();
-    switch (number(5)) {
-        case 0:
-            return project().moveElementsToFront(moved);
-        case 1:
-            return project().moveElementsToBack(moved);
-        case 2:
-            return project().moveElementsForward(moved);
-        case 3:
-            return project().moveElementsBackward(moved);
-        default:
-            return project().moveItems(moved, group(), number(4));
-    }
+    oneOf({
+        [&] { project().moveElementsToFront(moved); },
+        [&] { project().moveElementsToBack(moved); },
+        [&] { project().moveElementsForward(moved); },
+        [&] { project().moveElementsBackward(moved); },
+        [&] { project().moveItems(moved, group(), number(4)); },
+    });
 }
 
 void EditWalk::groupElements() {
@@ -324,14 +317,11 @@ void EditWalk::changeImages() {
 
 void EditWalk::changeScreen() {
     if (!chance(4)) { return; }
-    switch (number(3)) {
-        case 0:
-            return project().setBackingScale(chance(2) ? 1 : 2);
-        case 1:
-            return m_scene.magnify(chance(2) ? 1 : 2);
-        default:
-            project().canvas()->setSize({real(100, 250), real(100, 200)});
-    }
+    oneOf({
+        [&] { project().setBackingScale(chance(2) ? 1 : 2); },
+        [&] { m_scene.magnify(chance(2) ? 1 : 2); },
+        [&] { project().canvas()->setSize(QSizeF(real(100, 250), real(100, 200))); },
+    });
 }
 
 // Undo.

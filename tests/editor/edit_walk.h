@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <random>
 #include <string>
 #include <vector>
@@ -10,7 +11,7 @@ namespace tweenery::test {
 
 /// Edits a project on a screen at random, with everything that a user can do to it: setup and keyed
 /// edits, timelines, structure, images, animations, selection, time, zoom, undo and redo. The same
-/// seed gives the same walk.
+/// seed gives the same walk. An empty project gets a tree to begin with.
 class EditWalk {
  public:
     EditWalk(EditorScene& scene, uint32_t seed);
@@ -19,6 +20,7 @@ class EditWalk {
     void step();
     /// Ends the turn: its undo step is closed. Layers are not brought up to date.
     void endTurn();
+    size_t steps() const { return m_count; }
     /// What the last steps did, for a failure's message.
     std::string lastSteps() const;
 
@@ -31,13 +33,15 @@ class EditWalk {
 
     EditorScene& m_scene;
     std::mt19937 m_random;
-    std::vector<const char*> m_steps;
+    size_t m_count = 0;
+    std::vector<const char*> m_steps;  // with a stroke between turns
 
     PCProject& project() { return *m_scene.project; }
     int number(int end) { return std::uniform_int_distribution(0, end - 1)(m_random); }
     double real(double from, double to) {
         return std::uniform_real_distribution(from, to)(m_random);
     }
+    void oneOf(const std::vector<std::function<void()>>& edits);
     bool chance(int outOf) { return number(outOf) == 0; }
     QPointF point(double reach) { return {real(-reach, reach), real(-reach, reach)}; }
     int32_t time() { return number(21) * 50; }

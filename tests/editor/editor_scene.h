@@ -11,17 +11,20 @@ namespace tweenery::test {
 
 /// A project on a screen: every element has its layer, the canvas lies in an editor.
 struct EditorScene {
-    PCProject::Ptr project = PCProject::init();
+    PCProject::Ptr project;
     PCElement::Ptr canvas = project->canvas();
     ProjectLayers::Ptr layers;
     PCEditorLayer editor;
     PCElementSelectionManager selection{project};
 
-    explicit EditorScene(QSizeF size = {1000, 800}) {
+    explicit EditorScene(const PCProject::Ptr& shown) : project(shown) {
         project->setBackingScale(1);
-        canvas->setSize(size);
         layers = ProjectLayers::forProject(project);
         editor.setCanvasLayer(*PCLayer::of(*canvas));
+        magnify(1);
+    }
+    explicit EditorScene(QSizeF size = {1000, 800}) : EditorScene(PCProject::init()) {
+        canvas->setSize(size);
         magnify(1);
     }
     ~EditorScene() { selection.deselectAllElements(); }

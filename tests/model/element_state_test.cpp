@@ -211,22 +211,10 @@ TEST_F(ElementState, TellsLayersAndListeners) {
         {[&] { ball->setYTranslation(4, 7); }, 1, 1, moved},
         {[&] { ball->setZRotation(4, 7); }, 0, 1, "elementrotationchangenotification"},
         {[&] { ball->setOpacity(4, 7); }, 1, 1, "elementopacitychangenotification"},
-        {[&] {
-             ball->setScale({5, 5}, 7);
-         },
-         3, 3, scale},
-        {[&] {
-             ball->setScale({5, 6}, 7);
-         },
-         2, 2, scale},  // one differs
-        {[&] {
-             ball->setScale({5, 6}, 7);
-         },
-         1, 1, scale},  // none does
-        {[&] {
-             ball->setTranslation({4, 9}, 7);
-         },
-         2, 2, moved},
+        {[&] { ball->setScale(QPointF(5, 5), 7); }, 3, 3, scale},
+        {[&] { ball->setScale(QPointF(5, 6), 7); }, 2, 2, scale},  // one differs
+        {[&] { ball->setScale(QPointF(5, 6), 7); }, 1, 1, scale},  // none does
+        {[&] { ball->setTranslation(QPointF(4, 9), 7); }, 2, 2, moved},
         {[&] { ball->setImageContents({}, 7); }, 1, 1, "elementcontentschangenotification"},
         {[&] { ball->setChildrenZPositions({}, 7); }, 1, 1,
          "elementchildrenzpositionchangenotification"},

@@ -223,9 +223,7 @@ TEST_F(KeyframeEdits, ReportTheirChanges) {
     Listener listener;
     Subscription subscription = timeline->addChangeListener(&listener);
     const std::vector<std::function<void()>> edits = {
-        [&] {
-            key({100, 200});
-        },
+        [&] { timeline->setFloatPropertyValue(1, 100); },
         [&] { at(100)->setEasingMode(PCEasingModeEaseIn); },
         [&] { at(100)->setInstantTransition(false); },
         [&] { at(100)->setTimeInMS(50); },

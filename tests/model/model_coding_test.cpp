@@ -6,6 +6,7 @@
 #include "model/element_placement.h"
 #include "model/properties/easing.h"
 #include "storage/package_store.h"
+#include "support/archived.h"
 #include "support/model_builder.h"
 #include "support/model_recorders.h"
 #include "support/test_paths.h"
@@ -14,20 +15,6 @@ namespace tweenery::test {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-/// An object of any class whose keys a test writes.
-class Archived : public Archivable {
- public:
-    using Keys = std::function<void(KeyedEncoder&)>;
-    Archived(std::string_view name, Keys keys) : m_name(name), m_keys(std::move(keys)) {}
-    ArchiveClass archiveClass() const override { return {m_name}; }
-    void encodeWithCoder(KeyedEncoder& coder) const override { m_keys(coder); }
-    QByteArray bytes() const { return KeyedArchiver::archivedDataWithRootObject(*this); }
-
- private:
-    std::string_view m_name;
-    Keys m_keys;
-};
 
 PCKeyedPropertyTimeline::Ptr reread(const PCKeyedPropertyTimeline& timeline) {
     return PCKeyedPropertyTimeline::unarchive(KeyedArchiver::archivedDataWithRootObject(timeline),
@@ -87,7 +74,7 @@ TEST(TimelineCoding, KeepsEveryField) {
 
 // Other writers leave keys out, and leave keyframes in disorder.
 TEST(TimelineCoding, ReadsWhatOthersWrote) {
-    const auto timelineOf = [](const char* type, const Archived::Keys& more, size_t count,
+    const auto timelineOf = [](const char* type, const Archived::Encode& more, size_t count,
                                const std::function<void(size_t, KeyedEncoder&)>& keyframe) {
         const Archived archived("PCKeyedPropertyTimeline", [&](KeyedEncoder& coder) {
             coder.encodeString("property_type", QString::fromLatin1(type));

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "base/errors.h"
 #include "storage/bitmap.h"
 #include "support/model_builder.h"
 
@@ -77,28 +76,6 @@ TEST(Pasteboard, KnowsSetupMode) {
     source.project->animationsManager().setSelectedAnimation(nullptr);
     source.project->animationsManager().setSelectedAnimation(source.animation);
     EXPECT_EQ(keysText(*again->opacityTimeline()), "10:1");
-}
-
-TEST(Pasteboard, RefusesWhatIsNoElement) {
-    const Source source;
-    const auto with = [&source](const QString& key, const QVariant& value) {
-        QVariantMap plist = source.copied().first().toMap();
-        plist.insert(key, value);
-        return QVariantList{plist};
-    };
-    const std::vector<QVariantList> cases = {
-        {},
-        {u"text"_s},
-        with(u"layerOpacity"_s, std::numeric_limits<double>::quiet_NaN()),
-        with(u"layerScale"_s, QVariantMap{{u"X"_s, 1e300}, {u"Y"_s, 1}}),
-        with(u"layerPosition"_s, QVariantMap{{u"X"_s, u"left"_s}}),
-        with(u"layerSublayers"_s, QVariantList{u"text"_s}),
-        with(u"OpacityTimelineData"_s, QByteArray("noise")),
-        with(u"OpacityTimelineData"_s, source.copied().first().toMap()[u"ScaleXTimelineData"_s]),
-    };
-    for (size_t i = 0; i < cases.size(); ++i) {
-        EXPECT_THROW(PCElement::initWithPasteboardPropertyList(cases[i]), InputError) << i;
-    }
 }
 
 TEST(Pasteboard, TakesTheHighestArtworkOnce) {

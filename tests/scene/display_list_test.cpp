@@ -45,29 +45,13 @@ TEST_F(DisplayListTest, LeavesOutWhatDoesNotShow) {
     };
     const Case cases[] = {
         {"as it is", [](Layer&) {}, "I"},
-        {"right of the picture",
-         [](Layer& l) {
-             l.setPosition({102, 0});
-         },
-         ""},
-        {"above it",
-         [](Layer& l) {
-             l.setPosition({0, -12});
-         },
-         ""},
-        {"partly in it",
-         [](Layer& l) {
-             l.setPosition({-9, -9});
-         },
-         "I"},
+        {"right of the picture", [](Layer& l) { l.setPosition(QPointF(102, 0)); }, ""},
+        {"above it", [](Layer& l) { l.setPosition(QPointF(0, -12)); }, ""},
+        {"partly in it", [](Layer& l) { l.setPosition(QPointF(-9, -9)); }, "I"},
         {"hidden", [](Layer& l) { l.setHidden(true); }, ""},
         {"transparent", [](Layer& l) { l.setOpacity(0); }, ""},
         {"empty", [](Layer& l) { l.setBounds({}); }, ""},
-        {"flat",
-         [](Layer& l) {
-             l.setTransform(turned(0, {1, 0}));
-         },
-         ""},
+        {"flat", [](Layer& l) { l.setTransform(turned(0, QPointF(1, 0))); }, ""},
         {"with a transparent background",
          [](Layer& l) { l.setStyle({.background = QColor(1, 2, 3, 0), .borderColor = {}}); }, "I"},
         {"with a border of no width",
@@ -106,7 +90,7 @@ TEST_F(DisplayListTest, MakesGroupsOnlyWhereSeveralThingsFadeTogether) {
     EXPECT_EQ(partsOf(build()), "(II)");
     EXPECT_EQ(list.items()[0].pixels, list.items()[1].pixels | list.items()[2].pixels);
     EXPECT_EQ(std::get<OpacityBegin>(list.items()[0].drawing).end, 3U);
-    other.setPosition({500, 0});
+    other.setPosition(QPointF(500, 0));
     EXPECT_EQ(partsOf(build()), "I") << "the other one lies outside";
 }
 
@@ -115,7 +99,7 @@ TEST_F(DisplayListTest, CutsOnlyWhereTheMaskTakesSomethingAway) {
     Layer& layer = scene.addImage(root, {0, 0}, kImage);
     EXPECT_EQ(partsOf(build()), "I") << "the picture ends where the mask does";
     EXPECT_EQ(partsOf(build(Affine::scaling(0.5, 0.5))), "[I]");
-    layer.setPosition({60, 0});
+    layer.setPosition(QPointF(60, 0));
     root.setBounds({0, 0, 50, 50});
     EXPECT_EQ(partsOf(build()), "") << "outside of the mask";
 }
@@ -168,7 +152,7 @@ TEST_F(DisplayListTest, TurnedItemsTouchOnlyTheirPartOfEachRow) {
         double ofBoxes = 0;
         for (int step = 0; step < 17; ++step) {
             const double angle = 0.01 + 0.37 * step;
-            layer.setTransform(turned(angle, {1.3, 0.7}));
+            layer.setTransform(turned(angle, QPointF(1.3, 0.7)));
             build();
             QImage picture;
             LayerRenderer(1).paint(list, picture);
@@ -193,9 +177,9 @@ TEST_F(DisplayListTest, TurnedItemsTouchOnlyTheirPartOfEachRow) {
 
 TEST_F(DisplayListTest, LaysOutAndPresentsBeforeItLists) {
     struct LaidOut : Layer {
-        void layoutSublayers() override { setPosition({30, 0}); }
+        void layoutSublayers() override { setPosition(QPointF(30, 0)); }
     } layer;
-    layer.setAnchorPoint({0, 0});
+    layer.setAnchorPoint(QPointF(0, 0));
     layer.setBounds({0, 0, 10, 10});
     layer.setContents(kImage);
     layer.setNeedsLayout();

@@ -58,15 +58,9 @@ TEST(ItemPainter, AnImageThatMovesSlowlyMovesByPartsOfAPixel) {
         {"turned by a right angle", lineOnNothing(),
          [](Layer& layer) { layer.setTransform(turned(std::numbers::pi / 2)); }, 1},
         {"half its size", lineOnNothing(),
-         [](Layer& layer) {
-             layer.setTransform(turned(0, {0.5, 0.5}));
-         },
-         1},
+         [](Layer& layer) { layer.setTransform(turned(0, QPointF(0.5, 0.5))); }, 1},
         {"a quarter of its size", imageFilled(20, 40, Qt::white),
-         [](Layer& layer) {
-             layer.setTransform(turned(0, {0.25, 0.25}));
-         },
-         1},
+         [](Layer& layer) { layer.setTransform(turned(0, QPointF(0.25, 0.25))); }, 1},
     };
     for (const Case& row : cases) {
         Scene scene;

@@ -112,7 +112,7 @@ const Picture kPictures[] = {
     {"masks in turned layers cut along the turned edge",
      [](Scene& s) {
          Layer& mask = s.add(s.root, {50, 40, 40, 20});
-         mask.setAnchorPoint({0.5, 0.5});
+         mask.setAnchorPoint(QPointF(0.5, 0.5));
          mask.setTransform(turned(kPi / 2));
          mask.setMasksToBounds(true);
          s.add(mask, {-50, -50, 200, 200}, kRed);
@@ -179,7 +179,7 @@ const Picture kPictures[] = {
          s.add(s.root, {3, 5, 40, 40}).setStyle({.background = texture, .borderColor = {}});
          Layer& doubled = s.add(s.root, {50, 5, 20, 20});
          doubled.setStyle({.background = texture, .borderColor = {}});
-         doubled.setTransform(turned(0, {2, 2}));
+         doubled.setTransform(turned(0, QPointF(2, 2)));
          // Bounds that do not begin at zero.
          Layer& shifted = s.add(s.root, {0, 60, 20, 20});
          shifted.setBounds({5, 5, 16, 16});
@@ -247,7 +247,7 @@ const Picture kPictures[] = {
     {"a rotation turns x towards y, about the anchor point, after the scale",
      [](Scene& s) {
          Layer& layer = s.add(s.root, {50, 40, 20, 4}, kRed);
-         layer.setTransform(turned(kPi / 2, {2, 1}));
+         layer.setTransform(turned(kPi / 2, QPointF(2, 1)));
      },
      {{48, 42, kRed}, {48, 78, kRed}, {52, 42, kNone}, {60, 41, kNone}}},
 };
@@ -270,30 +270,16 @@ TEST(LayerRenderer, DegenerateNumbersShowNothingAndHarmNothing) {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     constexpr double infinity = std::numeric_limits<double>::infinity();
     const std::function<void(Layer&)> cases[] = {
-        [](Layer& layer) {
-            layer.setTransform(turned(0, {0, 1}));
-        },
+        [](Layer& layer) { layer.setTransform(turned(0, QPointF(0, 1))); },
         [](Layer& layer) { layer.setTransform(turned(nan)); },
-        [](Layer& layer) {
-            layer.setTransform(turned(0, {infinity, 1}));
-        },
-        [](Layer& layer) {
-            layer.setPosition({nan, 0});
-        },
-        [](Layer& layer) {
-            layer.setPosition({0, -infinity});
-        },
-        [](Layer& layer) {
-            layer.setPosition({1e300, 0});
-        },
-        [](Layer& layer) {
-            layer.setAnchorPoint({nan, nan});
-        },
+        [](Layer& layer) { layer.setTransform(turned(0, QPointF(infinity, 1))); },
+        [](Layer& layer) { layer.setPosition(QPointF(nan, 0)); },
+        [](Layer& layer) { layer.setPosition(QPointF(0, -infinity)); },
+        [](Layer& layer) { layer.setPosition(QPointF(1e300, 0)); },
+        [](Layer& layer) { layer.setAnchorPoint(QPointF(nan, nan)); },
         [](Layer& layer) { layer.setOpacity(nan); },
         [](Layer& layer) { layer.setOpacity(-1); },
-        [](Layer& layer) {
-            layer.setTransform(turned(1, {1e-170, 1e-170}));
-        },
+        [](Layer& layer) { layer.setTransform(turned(1, QPointF(1e-170, 1e-170))); },
     };
     for (const auto& spoil : cases) {
         Scene scene;
@@ -308,7 +294,7 @@ TEST(LayerRenderer, DegenerateNumbersShowNothingAndHarmNothing) {
     }
     Scene scene;
     scene.add(scene.root, {}).setBounds({0, 0, nan, 5});
-    scene.add(scene.root, {-1, -1, 5, 5}, kRed).setTransform(turned(0, {1e9, 1e9}));
+    scene.add(scene.root, {-1, -1, 5, 5}, kRed).setTransform(turned(0, QPointF(1e9, 1e9)));
     ShapeLayer& dashed = scene.addShape(scene.root, {0, 0, 1, 1});
     dashed.editShape().path.addRect(0, 0, 1e6, 1e6);
     dashed.editShape().strokeColor = kGreen;

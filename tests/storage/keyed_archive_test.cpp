@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <array>
 #include <cmath>
 #include <limits>
@@ -8,11 +7,10 @@
 
 #include "base/errors.h"
 #include "storage/binary_plist.h"
-#include "storage/keyed_archiver.h"
 #include "storage/keyed_unarchiver.h"
 #include "storage/record_decoder.h"
+#include "support/archived.h"
 #include "support/raw_plist.h"
-#include "support/test_paths.h"
 
 namespace tweenery::test {
 namespace {
@@ -20,23 +18,6 @@ namespace {
 using namespace Qt::StringLiterals;
 
 const QString Entry = u"animations/some.data"_s;
-
-class Archived : public Archivable {
- public:
-    using Encode = std::function<void(KeyedEncoder&)>;
-    explicit Archived(Encode encode, std::string_view className = "Thing")
-        : m_encode(std::move(encode)), m_className(className) {}
-    ArchiveClass archiveClass() const override { return {m_className}; }
-    void encodeWithCoder(KeyedEncoder& coder) const override { m_encode(coder); }
-
- private:
-    Encode m_encode;
-    std::string_view m_className;
-};
-
-QByteArray archiveOf(const Archived::Encode& encode) {
-    return KeyedArchiver::archivedDataWithRootObject(Archived(encode));
-}
 
 /// The sentence of the InputError that `action` throws; empty when it throws none.
 template <typename Action>
@@ -51,7 +32,7 @@ QString reasonOf(Action action) {
 }
 
 TEST(KeyedArchive, RoundTripsEveryType) {
-    const auto bytes = archiveOf([](KeyedEncoder& coder) {
+    const Archived object([](KeyedEncoder& coder) {
         coder.encodeBool("yes", true);
         coder.encodeBool("no", false);
         coder.encodeInt("least", std::numeric_limits<int32_t>::min());
@@ -70,7 +51,7 @@ TEST(KeyedArchive, RoundTripsEveryType) {
         coder.encodeStrings("strings", {u"a"_s, u"ü"_s, u""_s, u"a"_s});
         coder.encodeObject("nothing", nullptr);
     });
-    const KeyedUnarchiver archive(bytes, Entry);
+    const KeyedUnarchiver archive(object.bytes(), Entry);
     const KeyedDecoder root = archive.root();
     EXPECT_EQ(root.className(), u"Thing"_s);
     EXPECT_TRUE(root.decodeBool("yes"));
@@ -121,7 +102,7 @@ TEST(KeyedArchive, ReadsRecordsOfAnyLayout) {
             }
         });
     });
-    const KeyedUnarchiver archive(KeyedArchiver::archivedDataWithRootObject(root), Entry);
+    const KeyedUnarchiver archive(root.bytes(), Entry);
     const ArchivedArray array = archive.root().decodeArray("records");
     RecordDecoder record(array, keys, "Record");
     for (size_t i = 0; i < layouts.size(); ++i) {
@@ -144,14 +125,14 @@ TEST(KeyedArchive, ReadsRecordsOfAnyLayout) {
 }
 
 TEST(KeyedArchive, FindsAStrangerAmongRecords) {
-    Archived first([](KeyedEncoder&) {}, "Leaf");
-    Archived second([](KeyedEncoder&) {}, "Leaf");
-    Archived stranger([](KeyedEncoder&) {}, "Stone");
+    Archived first("Leaf", [](KeyedEncoder&) {});
+    Archived second("Leaf", [](KeyedEncoder&) {});
+    Archived stranger("Stone", [](KeyedEncoder&) {});
     const Archived root([&](KeyedEncoder& coder) {
         const Archivable* items[] = {&first, &second, &stranger};
         coder.encodeObjects("items", items);
     });
-    const KeyedUnarchiver archive(KeyedArchiver::archivedDataWithRootObject(root), Entry);
+    const KeyedUnarchiver archive(root.bytes(), Entry);
     RecordDecoder record(archive.root().decodeArray("items"), {}, "Leaf");
     record.open(0);
     record.open(1);
@@ -161,8 +142,8 @@ TEST(KeyedArchive, FindsAStrangerAmongRecords) {
 }
 
 TEST(KeyedArchive, SharesObjectsByAddressAndFollowsCycles) {
-    Archived leaf([](KeyedEncoder&) {}, "Leaf");
-    Archived twin([](KeyedEncoder&) {}, "Leaf");
+    Archived leaf("Leaf", [](KeyedEncoder&) {});
+    Archived twin("Leaf", [](KeyedEncoder&) {});
     const Archived* self = nullptr;
     const Archived root([&](KeyedEncoder& coder) {
         const Archivable* leaves[] = {&leaf, &twin, &leaf};
@@ -177,8 +158,8 @@ TEST(KeyedArchive, SharesObjectsByAddressAndFollowsCycles) {
         });
     });
     self = &root;
-    const auto bytes = KeyedArchiver::archivedDataWithRootObject(root);
-    EXPECT_EQ(bytes, KeyedArchiver::archivedDataWithRootObject(root));
+    const auto bytes = root.bytes();
+    EXPECT_EQ(bytes, root.bytes());
 
     const KeyedUnarchiver archive(bytes, Entry);
     const KeyedDecoder decoder = archive.root();
@@ -226,21 +207,19 @@ TEST(KeyedArchive, RefusesToWriteWhatNoReaderWouldTake) {
             [&](KeyedEncoder& coder) { coder.encodeFloat("k", static_cast<float>(value)); },
             [&](KeyedEncoder& coder) { coder.encodeDouble("k", value); },
             [&](KeyedEncoder& coder) { coder.encodeNumberObject("k", static_cast<float>(value)); },
-            [&](KeyedEncoder& coder) {
-                coder.encodePoint("k", {0, value});
-            },
+            [&](KeyedEncoder& coder) { coder.encodePoint("k", QPointF(0, value)); },
         };
         for (const auto& encode : encoders) {
-            EXPECT_THROW(archiveOf(encode), AssertionFailure);
+            EXPECT_THROW(Archived(encode).bytes(), AssertionFailure);
         }
     }
-    EXPECT_THROW(archiveOf([](KeyedEncoder& coder) {
-                     const Archivable* objects[] = {nullptr};
-                     coder.encodeObjects("k", objects);
-                 }),
-                 AssertionFailure);
-    EXPECT_THROW(archiveOf([](KeyedEncoder& coder) { coder.encodeAscii("k", "\xC3\xBC"); }),
-                 AssertionFailure);
+    const Archived null([](KeyedEncoder& coder) {
+        const Archivable* objects[] = {nullptr};
+        coder.encodeObjects("k", objects);
+    });
+    const Archived latin([](KeyedEncoder& coder) { coder.encodeAscii("k", "\xC3\xBC"); });
+    EXPECT_THROW(null.bytes(), AssertionFailure);
+    EXPECT_THROW(latin.bytes(), AssertionFailure);
 }
 
 TEST(KeyedUnarchiver, ReadsPointsAsWritersPrintThem) {
@@ -422,38 +401,6 @@ TEST(KeyedUnarchiver, NamesTheKeyOfAWrongValue) {
     const KeyedUnarchiver archive(archiveOfValue(yes, false), Entry);
     EXPECT_EQ(reasonOf([&] { archive.root().requireClass("Other"); }),
               u"an object of class \"Thing\" stands where a \"Other\" is expected"_s);
-}
-
-TEST(KeyedUnarchiver, ReadsPackagesOfAnotherWriter) {
-    const auto contents = [](const QString& relative) {
-        QFile file(packagePath(u"Bounce"_s) + u'/' + relative);
-        EXPECT_TRUE(file.open(QFile::ReadOnly)) << relative.toStdString();
-        return file.readAll();
-    };
-    const KeyedUnarchiver canvas(contents(u"canvas"_s), Entry);
-    const KeyedDecoder root = canvas.root();
-    root.requireClass("PCElement");
-    EXPECT_EQ(root.decodeAscii("identifier"), "226DA019-DADD-48B6-8F1B-B82F494BD890");
-    EXPECT_EQ(root.decodeSize("size").width(), 480);
-    EXPECT_TRUE(root.decodeBool("group"));
-    EXPECT_TRUE(root.decodeString("imageName").isNull());
-    const ArchivedArray children = root.decodeArray("subelements");
-    ASSERT_EQ(children.size(), 3U);
-    EXPECT_EQ(children.object(1).decodeString("name"), u"Shadow"_s);
-    EXPECT_EQ(children.object(1).decodeFloat("yScale"), 0.8F);
-    EXPECT_EQ(children.object(2).decodePoint("anchorPoint").y(), 1);
-    EXPECT_EQ(children.object(2).decodeObject("parentElement").number(), root.number());
-
-    const KeyedUnarchiver timeline(
-        contents(u"animations/6E5DD218-3E41-4086-8EB9-22670A476421/"
-                 "1AD391AD-CE1F-4D2D-9151-A84EB5CBF531/yTranslation.data"_s),
-        Entry);
-    const ArchivedArray keyframes = timeline.root().decodeArray("keyframes");
-    ASSERT_EQ(keyframes.size(), 7U);
-    EXPECT_EQ(keyframes.object(5).decodeInt("time"), 1250);
-    EXPECT_EQ(keyframes.object(5).decodeFloat("float"), -60);
-    EXPECT_EQ(keyframes.object(5).decodeAscii("easingMode"), "easeOut");
-    EXPECT_EQ(keyframes.object(5).kindOfKey("point"), ArchivedKind::Missing);
 }
 
 }  // namespace

@@ -167,29 +167,5 @@ TEST_F(PackageReaderTest, ReportsAFaultFoundByAnyThread) {
               "animations/700/pipe: is a named pipe, which has no place in a package");
 }
 
-// What the bytes mean is judged by those who decode them.
-TEST_F(PackageReaderTest, ReadsCutOffEntriesAsTheyAre) {
-    for (const QString& name : {u"Bounce"_s, u"Card"_s, u"Minimal"_s, u"Tags"_s}) {
-        const QString copy = directory() + u'/' + name;
-        fs::copy(packagePath(name).toStdString(), copy.toStdString(), fs::copy_options::recursive);
-        for (const uintmax_t divisor : {2U, 1'000'000U}) {
-            for (const auto& entry : fs::recursive_directory_iterator(copy.toStdString())) {
-                if (entry.is_regular_file()) {
-                    fs::resize_file(entry.path(), entry.file_size() / divisor);
-                }
-            }
-            const auto root = readPackage(copy);
-            for (const auto& [entryPath, entry] : snapshotOf(copy)) {
-                FileWrapper::Ptr node = root;
-                for (const QString& part : QString::fromStdString(entryPath).split(u'/')) {
-                    if (part != u"."_s) { node = node->child(part); }
-                }
-                ASSERT_TRUE(node) << entryPath;
-                EXPECT_EQ(node->contents().toStdString(), entry.content) << entryPath;
-            }
-        }
-    }
-}
-
 }  // namespace
 }  // namespace tweenery::test

@@ -6,10 +6,10 @@
 #include <csignal>
 
 #include "storage/interference.h"
-#include "storage/keyed_archiver.h"
 #include "storage/package_fixture.h"
 #include "storage/posix_files.h"
 #include "storage/system_names.h"
+#include "support/archived.h"
 
 namespace tweenery::test {
 namespace {
@@ -386,13 +386,6 @@ TEST_F(PackageStoreTest, FindsAPackageThatWasSetAsideAndPutsItBackWhenItSaves) {
     EXPECT_THAT(hiddenEntriesIn(directory()), IsEmpty());
 }
 
-struct Version : Archivable {
-    ArchiveClass archiveClass() const override { return {"PCProjectVersion"}; }
-    void encodeWithCoder(KeyedEncoder& coder) const override {
-        coder.encodeInt("modelVersion", 14);
-    }
-};
-
 TEST_F(PackageStoreTest, CopiesShareNothingWithThePackage) {
     const auto root = readPackage(path());
     const auto origin = root->child(u"canvas"_s)->origin();
@@ -407,8 +400,7 @@ TEST_F(PackageStoreTest, CopiesShareNothingWithThePackage) {
     EXPECT_EQ(errorOf([&] { writePackageCopy(*root, copy, true); }),
               copy.toStdString() + ": is no package that could be replaced");
     EXPECT_EQ(snapshotOf(copy), before);
-    std::ofstream((copy + u"/version"_s).toStdString())
-        << KeyedArchiver::archivedDataWithRootObject(Version()).toStdString();
+    std::ofstream((copy + u"/version"_s).toStdString()) << versionArchive(14).toStdString();
     writePackageCopy(*root, copy, true);
     EXPECT_FALSE(snapshotOf(copy).contains("canvas"));
     EXPECT_EQ(snapshotOf(copy).size() + 1, snapshotOf(path()).size());

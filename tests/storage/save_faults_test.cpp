@@ -62,9 +62,7 @@ class SaveFaultsTest : public testing::Test {
     void countCalls(const std::string& traceFile);
     void check(const Outcome& outcome, bool mayDie) const;
 
-    // In memory where that can be: hundreds of saves flush hundreds of times.
-    QTemporaryDir m_directory{fs::is_directory("/dev/shm") ? u"/dev/shm/save-faults-XXXXXX"_s
-                                                           : QDir::tempPath() + u"/XXXXXX"_s};
+    QTemporaryDir m_directory{templateOfFastPlaces()};
     DirectorySnapshot m_old, m_new;
     // The number of calls before the probe turns to the package, and of all.
     std::map<std::string, std::pair<int, int>> m_calls;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QDir>
+#include <QFileInfo>
 #include <QString>
 
 namespace tweenery::test {
@@ -14,6 +16,14 @@ inline QString sourcePath(const QString& relative) {
 /// A package of tests/packages by its name without the extension.
 inline QString packagePath(const QString& name) {
     return sourcePath(QStringLiteral("tests/packages/%1.tweenery").arg(name));
+}
+
+/// For a QTemporaryDir of its own: in memory where the machine has such a place, since every save
+/// is flushed.
+inline QString templateOfFastPlaces() {
+    const QString memory = QStringLiteral("/dev/shm");
+    return (QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) +
+           QStringLiteral("/tweenery-XXXXXX");
 }
 
 }  // namespace tweenery::test

@@ -32,7 +32,7 @@ void runGuarded(const PackageTask& task, Report& report) {
     }
 }
 
-/// Prints reports, in JSON as one list.
+// Prints reports, in JSON as one list.
 class ResultList {
  public:
     ResultList(Console& console, const ResultStyle& style)
@@ -56,7 +56,7 @@ class ResultList {
     bool m_isFirst = true;
 };
 
-/// Works on the packages with threads of its own, while the caller prints what is ready.
+// Works on the packages with threads of its own, while the caller prints what is ready.
 class PackageRun {
  public:
     PackageRun(const QStringList& paths, const ResultStyle& style, const PackageTask& task)
@@ -133,7 +133,7 @@ class PackageRun {
     std::vector<std::jthread> m_threads;  // last: they end before the rest goes
 };
 
-/// Empty when the entry is absent or can be read.
+// Empty when the entry is absent or can be read.
 QString faultOfVersion(const FileWrapper& root) {
     const FileWrapper::Ptr file = root.child(kVersionEntry);
     if (!file) { return {}; }

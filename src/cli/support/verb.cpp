@@ -41,8 +41,8 @@ const VerbOption* optionNamed(const QString& name, const Verb& verb) {
     return found == verb.options.end() ? nullptr : &*found;
 }
 
-/// The parser takes whatever comes behind an option for its value, and a name that begins with a
-/// dash for options of one letter.
+// The parser takes whatever comes behind an option for its value, and a name that begins with a
+// dash for options of one letter.
 void requireNoOptionForAValue(const QStringList& arguments, const Verb& verb) {
     for (qsizetype i = 0; i < arguments.size() && arguments[i] != u"--"; ++i) {
         const QString& argument = arguments[i];

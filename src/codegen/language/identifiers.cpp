@@ -14,7 +14,7 @@ namespace tweenery {
 
 namespace {
 
-/// Length in code units of the first character.
+// Length in code units of the first character.
 qsizetype firstLength(const QString& text) {
     return text.size() > 1 && text[0].isHighSurrogate() && text[1].isLowSurrogate() ? 2 : 1;
 }
@@ -24,11 +24,11 @@ bool isAlphanumeric(char32_t character) {
            !isInvisible(character);
 }
 
-/// What no compiler takes of the characters that names keep. They know identifiers by ISO/IEC
-/// 9899:2011, Annex D, which of all letters, marks and digits leaves out this one.
+// What no compiler takes of the characters that names keep. They know identifiers by ISO/IEC
+// 9899:2011, Annex D, which of all letters, marks and digits leaves out this one.
 constexpr char32_t kVerticalTilde = 0x2E2F;
 
-/// Combining marks that no identifier may begin with, by the same annex (D.2).
+// Combining marks that no identifier may begin with, by the same annex (D.2).
 bool isDisallowedInitially(char32_t character) {
     static constexpr std::pair<char32_t, char32_t> ranges[] = {
         {0x0300, 0x036F}, {0x1DC0, 0x1DFF}, {0x20D0, 0x20FF}, {0xFE20, 0xFE2F}};
@@ -37,8 +37,8 @@ bool isDisallowedInitially(char32_t character) {
     });
 }
 
-/// Names that a local variable of the generated methods cannot have: the language's own words, what
-/// system headers define as macros, and the locals that stand there already.
+// Names that a local variable of the generated methods cannot have: the language's own words, what
+// system headers define as macros, and the locals that stand there already.
 const QSet<QString>& reservedWords(TargetLanguage language) {
     static const auto words = [](QStringView text) {
         const QStringList list = text.toString().split(u' ');

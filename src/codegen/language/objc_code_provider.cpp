@@ -2,9 +2,9 @@
 
 #include <utility>
 
-namespace tweenery {
-
 using namespace Qt::StringLiterals;
+
+namespace tweenery {
 
 // Files and class
 

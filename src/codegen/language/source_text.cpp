@@ -16,7 +16,7 @@ struct Character {
     size_t length = 1;  // in bytes
 };
 
-/// The character at the head of well-formed UTF-8.
+// The character at the head of well-formed UTF-8.
 Character firstCharacter(std::string_view text) {
     const auto byteAt = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
     const unsigned char first = byteAt(0);
@@ -35,7 +35,7 @@ void appendHexadecimal(std::string& out, char32_t code) {
     out += digits[code % 16];
 }
 
-/// `bytes` are those of the character `code`.
+// `bytes` are those of the character `code`.
 void appendEscaped(std::string& out, TargetLanguage language, char32_t code,
                    std::string_view bytes) {
     if (code == U'\n') {
@@ -60,15 +60,15 @@ void appendEscaped(std::string& out, TargetLanguage language, char32_t code,
     }
 }
 
-/// Two question marks and one of these are another character to a compiler that keeps to the older
-/// standards of C.
+// Two question marks and one of these are another character to a compiler that keeps to the older
+// standards of C.
 bool beginsTrigraph(std::string_view text) {
     return text.size() >= 3 && text.starts_with("??") &&
            std::string_view("=/'()!<>-").find(text[2]) != std::string_view::npos;
 }
 
-/// `name` with what would not show escaped, each of `marked` behind a backslash, and `breaker`
-/// between the question marks of a trigraph.
+// `name` with what would not show escaped, each of `marked` behind a backslash, and `breaker`
+// between the question marks of a trigraph.
 std::string escaped(TargetLanguage language, std::string_view name, std::string_view marked,
                     char breaker) {
     const auto isInside = [&](char mark) { return name.find(mark) != std::string_view::npos; };

@@ -4,9 +4,9 @@
 
 #include "base/number_text.h"
 
-namespace tweenery {
-
 using namespace Qt::StringLiterals;
+
+namespace tweenery {
 
 // File and class
 

@@ -3,9 +3,20 @@
 #include <cmath>
 
 #include "editor/canvas/element_space.h"
-#include "model/project.h"
+#include "model/edit_context.h"
 
 namespace tweenery {
+namespace {
+
+float linkFactorOf(const PCElement::Elements& elements) {
+    const EditContext* project = elements.empty() ? nullptr : elements.front()->project();
+    return project ? project->linkFXFactor() : 1;
+}
+
+}  // namespace
+
+AdditiveShare::AdditiveShare(const PCElement::Elements& targets, bool additive)
+    : m_step(additive ? linkFactorOf(targets) : 0), m_share(additive ? m_step : 1) {}
 
 std::optional<QPointF> pivotOfEdit(const PCElement& element, bool additive,
                                    QPointF additiveAnchorPoint) {

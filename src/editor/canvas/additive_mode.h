@@ -3,18 +3,16 @@
 #include <QPointF>
 #include <optional>
 
-#include "model/preferences/app_preferences.h"
+#include "model/element.h"
 
 namespace tweenery {
-
-class PCElement;
 
 /// How much of a change each target of an edit gets: in additive mode one link factor more than the
 /// target before it, otherwise all of it.
 class AdditiveShare {
  public:
-    explicit AdditiveShare(bool additive)
-        : m_step(additive ? PCAppPreferences::linkFXFactor() : 0), m_share(additive ? m_step : 1) {}
+    /// The factor is that of the targets' project.
+    AdditiveShare(const PCElement::Elements& targets, bool additive);
 
     /// The share of the first target, of the second, and so on.
     double next() {

@@ -7,7 +7,7 @@
 namespace tweenery {
 namespace {
 
-/// Keeps layers out of drawing during its life.
+// Keeps layers out of drawing during its life.
 class HiddenLayers {
  public:
     HiddenLayers() = default;
@@ -28,7 +28,7 @@ class HiddenLayers {
     std::vector<Layer*> m_layers;
 };
 
-/// Shows the editor at magnification 1 during its life.
+// Shows the editor at magnification 1 during its life.
 class ActualSize {
  public:
     ActualSize(PCEditorLayer& editor, QSizeF canvasSize, QSizeF containerSize)

@@ -108,9 +108,17 @@ void CanvasViewport::setMagnificationFactor(double factor) {
 void CanvasViewport::magnify(double factor, QPointF canvasPoint, QPointF viewPoint) {
     m_magnification = factor;
     layOut();
-    placeAt(m_editor.convertPointFromCanvasToEditor(canvasPoint) - viewPoint);
     m_project.preferences().setCanvasZoomLevel(static_cast<float>(factor));
-    changed();
+    scrollTo(m_editor.convertPointFromCanvasToEditor(canvasPoint) - viewPoint);
+}
+
+void CanvasViewport::goBackTo(double magnification, QPointF scrollOrigin) {
+    if (magnification != m_magnification) {
+        m_magnification = magnification;
+        layOut();
+        m_project.preferences().setCanvasZoomLevel(static_cast<float>(magnification));
+    }
+    scrollTo(scrollOrigin);
 }
 
 void CanvasViewport::zoomIn() {

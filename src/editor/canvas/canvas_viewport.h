@@ -60,6 +60,8 @@ class CanvasViewport {
     /// Multiplies the magnification, within its ends, about a point of the view that stays under
     /// the pointer.
     void zoomAbout(QPointF viewPoint, double factor);
+    /// An earlier magnification with its scroll position, stored again.
+    void goBackTo(double magnification, QPointF scrollOrigin);
     /// As the preferences have it, once the view of an opened project has its size, without which
     /// nothing can be fitted to it. A stored 1 is no choice: the canvas fills the view.
     void showAsStored();

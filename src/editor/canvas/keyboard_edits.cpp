@@ -44,21 +44,17 @@ std::optional<QPointF> nudgeForKey(int key, Qt::KeyboardModifiers modifiers) {
 
 // Nudges.
 
-// A nudge that leads back to the start has nothing that could take the place of the step.
-bool NudgeSeries::goesOn(QPointF distance, const PCElement::Elements& elements,
-                         EditTarget target) const {
+bool NudgeSeries::goesOn(const PCElement::Elements& elements, EditTarget target) const {
     constexpr double kPause = 1;
-    const QPointF total = m_distance + distance;
     return m_changeCount == m_project.undoManager().changeCount() && target == m_target &&
-           elements == m_elements && (total.x() != 0 || total.y() != 0) &&
-           m_clock.now() - m_lastTime < kPause;
+           elements == m_elements && m_clock.now() - m_lastTime < kPause;
 }
 
 void NudgeSeries::nudge(QPointF distance, EditTarget target) {
     UndoManager& undoManager = m_project.undoManager();
     undoManager.endEvent();
     const PCElement::Elements elements = m_selection.elementsToUpdate(target.additive);
-    if (goesOn(distance, elements, target)) {
+    if (goesOn(elements, target)) {
         undoManager.undo();
         m_distance += distance;
     } else {

@@ -39,7 +39,7 @@ class NudgeSeries {
     int64_t m_changeCount = kNoStep;  // after the last nudge
     double m_lastTime = 0;            // seconds
 
-    bool goesOn(QPointF distance, const PCElement::Elements& elements, EditTarget target) const;
+    bool goesOn(const PCElement::Elements& elements, EditTarget target) const;
 };
 
 /// The opacity that a digit key stands for: a tenth for each, and 1 for 0. The row of digits is

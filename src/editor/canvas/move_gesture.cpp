@@ -26,8 +26,9 @@ MoveGesture::MoveGesture(const CanvasScene& scene, EditTarget target, const Poin
     // Those of the drag before, which would still be hidden in the middle of this one.
     m_hideGuides.cancel();
     scene.editor.hideGuides();
-    AdditiveShare shares(target.additive);
-    for (const PCElement::Ptr& element : scene.selection.elementsToUpdate(target.additive)) {
+    const PCElement::Elements elements = scene.selection.elementsToUpdate(target.additive);
+    AdditiveShare shares(elements, target.additive);
+    for (const PCElement::Ptr& element : elements) {
         addItem(element, shares.next());
     }
 }

@@ -8,7 +8,7 @@ namespace tweenery {
 void PCOpacityCalculator::updateElementsWithValue(const PCElement::Elements& elements,
                                                   bool forAdditiveMode, double value, EditTime when,
                                                   QPointF) {
-    AdditiveShare shares(forAdditiveMode);
+    AdditiveShare shares(elements, forAdditiveMode);
     for (const PCElement::Ptr& element : elements) {
         TimedElement(*element, when).setOpacity(value / shares.next());
     }
@@ -17,7 +17,7 @@ void PCOpacityCalculator::updateElementsWithValue(const PCElement::Elements& ele
 void PCOpacityCalculator::updateElementsWithDelta(const PCElement::Elements& elements,
                                                   bool forAdditiveMode, double delta, EditTime when,
                                                   QPointF) {
-    AdditiveShare shares(forAdditiveMode);
+    AdditiveShare shares(elements, forAdditiveMode);
     for (const PCElement::Ptr& element : elements) {
         TimedElement timed(*element, when);
         timed.setOpacity(timed.opacity() + shares.next() * delta);

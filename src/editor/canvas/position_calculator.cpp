@@ -21,7 +21,7 @@ QPointF distanceInParent(QPointF distance, const PCElement& canvas, const PCElem
 
 void PCPositionCalculator::updateElements(const PCElement::Elements& elements, bool forAdditiveMode,
                                           QPointF delta, EditTime when) {
-    AdditiveShare shares(forAdditiveMode);
+    AdditiveShare shares(elements, forAdditiveMode);
     for (const PCElement::Ptr& element : elements) {
         const double share = shares.next();
         const PCElement* parent = element->parentElement();

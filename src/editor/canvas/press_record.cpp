@@ -16,12 +16,13 @@ void selectOnly(PCElementSelectionManager& selection, const PCElement::Elements&
 
 ViewBeforePress::ViewBeforePress(const CanvasScene& scene)
     : m_selection(scene.selection.selectedElements()),
+      m_magnification(scene.viewport.magnificationFactor()),
       m_scrollOrigin(scene.viewport.scrollOrigin()),
       m_anchorPoint(scene.anchorPoint.movedEventAnchorPoint()) {}
 
 void ViewBeforePress::restore(const CanvasScene& scene) const {
     selectOnly(scene.selection, m_selection);
-    scene.viewport.scrollTo(m_scrollOrigin);
+    scene.viewport.goBackTo(m_magnification, m_scrollOrigin);
     scene.anchorPoint.setMovedEventAnchorPoint(m_anchorPoint);
 }
 

@@ -9,8 +9,8 @@ namespace tweenery {
 /// Selects these and nothing else, unless it is so already.
 void selectOnly(PCElementSelectionManager& selection, const PCElement::Elements& elements);
 
-/// What a press may change and undo does not bring back: the selection, the scroll position and the
-/// event anchor point.
+/// What may change during a press and undo does not bring back: the selection, the part of the
+/// document that shows, and the event anchor point.
 class ViewBeforePress {
  public:
     explicit ViewBeforePress(const CanvasScene& scene);
@@ -18,6 +18,7 @@ class ViewBeforePress {
 
  private:
     PCElement::Elements m_selection;
+    double m_magnification;
     QPointF m_scrollOrigin;
     QPointF m_anchorPoint;
 };

@@ -11,7 +11,7 @@ namespace tweenery {
 void PCRotationCalculator::updateElements(const PCElement::Elements& elements, bool forAdditiveMode,
                                           double delta, EditTime when,
                                           QPointF additiveAnchorPoint) {
-    AdditiveShare shares(forAdditiveMode);
+    AdditiveShare shares(elements, forAdditiveMode);
     for (const PCElement::Ptr& element : elements) {
         const double share = shares.next();
         const auto pivot = pivotOfEdit(*element, forAdditiveMode, additiveAnchorPoint);

@@ -38,7 +38,7 @@ float factorBetween(double anchor, double start, double end) {
 
 void PCScaleCalculator::updateElements(const PCElement::Elements& elements, bool forAdditiveMode,
                                        QPointF delta, EditTime when, QPointF additiveAP) {
-    AdditiveShare shares(forAdditiveMode);
+    AdditiveShare shares(elements, forAdditiveMode);
     for (const PCElement::Ptr& element : elements) {
         const double share = shares.next();
         const auto pivot = pivotOfEdit(*element, forAdditiveMode, additiveAP);

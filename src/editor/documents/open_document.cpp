@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 OpenDocument::OpenDocument(DocumentServices& services)
     : m_services(services),
       m_document(services.alerts, services.log),
-      m_recovery(services.recovery),
+      m_recovery(std::make_shared<RecoveryFolder>(services.recovery)),
       m_disk([this] { diskIsReady(); }, [this] { placeHangs(); }),
       m_watch(m_disk.placeThread(), [this] { m_watchTimer.start(); }) {
     constexpr int gatheringTime = 100;
@@ -60,9 +60,15 @@ OpenDocument::Opening OpenDocument::openRecovered(const RecoveredWork& work) {
     const QString& place = work.note.projectPath;
     const bool isUnsaved = work.note.reason == RecoveryNote::Reason::Unsaved;
     const bool hasPlace = isUnsaved && !place.isEmpty();
-    if (hasPlace && kindOfPath(place) == PathKind::Directory) { return open(place); }
+    if (hasPlace && kindOfPath(place) == PathKind::Directory) {
+        try {
+            return open(place);
+        } catch (const InputError&) {
+            if (work.isInPlace) { throw; }  // else the copy does without the project
+        }
+    }
     m_document.setDisplayName(work.note.displayName);
-    if (!m_recovery.takeOver(work)) { return Opening::HeldByOther; }
+    if (!m_recovery->takeOver(work)) { return Opening::HeldByOther; }
     if (!m_document.readFromFileWrapper(readPackage(work.work))) { return Opening::Declined; }
     m_isAhead = true;
     if (isUnsaved) { m_notices.set(noticeOfRecovery(work.time, m_services.dateTime(), false)); }
@@ -76,7 +82,7 @@ void OpenDocument::takeUp(const RecoveredWork& work) {
     try {
         const auto saved = work.saved.isEmpty() ? m_saved : readPackage(work.saved)->snapshot();
         const auto ahead = work.isInPlace ? nullptr : readPackage(work.work);
-        if (!m_recovery.takeOver(work)) { return; }
+        if (!m_recovery->takeOver(work)) { return; }
         if (ahead && !m_document.readFromFileWrapper(ahead)) { return; }
         m_isAhead = ahead != nullptr;
         m_isSavedKept = !work.saved.isEmpty();
@@ -226,8 +232,8 @@ void OpenDocument::leave(const Completion& done) {
     m_timer.stop();
     m_watch.watch({});
     m_disk.forRecovery<bool>(
-        [this] {
-            m_recovery.remove();
+        [recovery = m_recovery] {
+            recovery->remove();
             return true;
         },
         [this, done](bool) {

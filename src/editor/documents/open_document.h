@@ -71,7 +71,8 @@ class OpenDocument {
     /// a notice. Throws InputError for a package that cannot be read.
     Opening open(const QString& path, OpenMode mode = OpenMode::InPlace);
     /// Takes over what the store lists: opens the project that it belongs to, or makes an untitled
-    /// one of it. Declined also when another process has it meanwhile.
+    /// one of it when there is none that can be read. HeldByOther: another process has it
+    /// meanwhile.
     Opening openRecovered(const RecoveredWork& work);
     /// Who has the project, in words.
     QString lockHolder() const;
@@ -152,10 +153,10 @@ class OpenDocument {
     // it.
     FileWrapper::Snapshot m_saved;
     int64_t m_savedCount = kCountOfNoEdits;
-    bool m_isSavedKept = false;               // in the recovery folder, for the time after a crash
-    bool m_isAhead = false;                   // of its place by more than its undo manager knows
-    RecoveryFolder m_recovery;                // once the document is open, the recovery thread's
-    std::optional<int64_t> m_recoveredCount;  // of the edits that are in the recovery copy
+    bool m_isSavedKept = false;  // in the recovery folder, for the time after a crash
+    bool m_isAhead = false;      // of its place by more than its undo manager knows
+    const std::shared_ptr<RecoveryFolder> m_recovery;  // once open, the recovery thread's
+    std::optional<int64_t> m_recoveredCount;           // of the edits that are in the recovery copy
 
     // Their threads end first.
     DocumentDisk m_disk;

@@ -107,8 +107,8 @@ void OpenDocument::storeWhenIdle(OnDiskChange policy, Place place) {
 void OpenDocument::keepSavedThen(const Task& next) {
     if (m_isSavedKept || !m_saved) { return next(); }
     m_disk.forRecovery<QString>(
-        [this, saved = m_saved, note = recoveryNote()] {
-            return failureReasonOf([&] { m_recovery.keepSaved(*saved, note); });
+        [recovery = m_recovery, saved = m_saved, note = recoveryNote()] {
+            return failureReasonOf([&] { recovery->keepSaved(*saved, note); });
         },
         [this, next](const QString& failure) {
             m_isSavedKept = failure.isEmpty();
@@ -209,11 +209,11 @@ RecoveryNote OpenDocument::recoveryNote() const {
 void OpenDocument::keepWork(const DocumentSnapshot& snapshot) {
     const bool hasOtherPlace = !isUntitled();
     m_disk.forRecovery<KeptWork>(
-        [this, package = snapshot.package, note = recoveryNote(), hasOtherPlace] {
+        [recovery = m_recovery, package = snapshot.package, note = recoveryNote(), hasOtherPlace] {
             KeptWork kept;
             kept.failure = failureReasonOf([&] {
-                if (hasOtherPlace) { return m_recovery.keepCopyOfWork(*package, note); }
-                kept.written = m_recovery.keepWork(package, note);
+                if (hasOtherPlace) { return recovery->keepCopyOfWork(*package, note); }
+                kept.written = recovery->keepWork(package, note);
             });
             return kept;
         },
@@ -241,8 +241,8 @@ void OpenDocument::didKeepWork(const DocumentSnapshot& snapshot, const QString& 
 
 void OpenDocument::dropRecovery(void (RecoveryFolder::*drop)()) {
     m_disk.forRecovery<bool>(
-        [this, drop] {
-            (m_recovery.*drop)();
+        [recovery = m_recovery, drop] {
+            (*recovery.*drop)();
             return true;
         },
         [this](bool) { m_recoveredCount.reset(); });
@@ -280,8 +280,8 @@ void OpenDocument::keepRevertedThen(const Completion& done, const Task& next) {
     const auto snapshot = takeSnapshot(done);
     if (!snapshot) { return; }
     m_disk.forRecovery<QString>(
-        [this, package = snapshot->package, note = recoveryNote()] {
-            return failureReasonOf([&] { m_services.recovery.keepReverted(*package, note); });
+        [store = m_services.recovery, package = snapshot->package, note = recoveryNote()] {
+            return failureReasonOf([&] { store.keepReverted(*package, note); });
         },
         [done, next](const QString& failure) {
             if (failure.isEmpty()) { return next(); }

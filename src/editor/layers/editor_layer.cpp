@@ -204,16 +204,6 @@ PCEditorLocation PCEditorLayer::locationAtPosition(QPointF point, const PCLayer*
     return layer ? PCEditorLocationDrag : PCEditorLocationNone;
 }
 
-QPointF PCEditorLayer::convertPointToCanvasFromLayer(QPointF point, const Layer& layer) const {
-    if (m_canvasLayer) { m_canvasLayer->updateIfNeeded(); }
-    return layer.convertPointTo(point, m_canvasLayer);
-}
-
-QPointF PCEditorLayer::convertPointFromCanvasToLayer(QPointF point, const Layer& layer) const {
-    if (m_canvasLayer) { m_canvasLayer->updateIfNeeded(); }
-    return layer.convertPointFrom(point, m_canvasLayer);
-}
-
 QPointF PCEditorLayer::convertPointFromEditorToCanvas(QPointF point) const {
     return m_canvasLayer ? convertPointTo(point, m_canvasLayer) : point;
 }

@@ -62,8 +62,6 @@ class PCEditorLayer : public Layer, private CanvasLayerHolder {
     PCEditorLocation locationAtPosition(QPointF point, const PCLayer* layer,
                                         size_t numberOfSelectedElements) const;
 
-    QPointF convertPointToCanvasFromLayer(QPointF point, const Layer& layer) const;
-    QPointF convertPointFromCanvasToLayer(QPointF point, const Layer& layer) const;
     QPointF convertPointFromEditorToCanvas(QPointF point) const;
     QPointF convertPointFromCanvasToEditor(QPointF point) const;
 

@@ -13,18 +13,18 @@ namespace {
 
 using Timeline = PCKeyedPropertyTimeline;
 
-/// Stands for the element's setup value where a keyframe's index is asked for.
+// Stands for the element's setup value where a keyframe's index is asked for.
 constexpr size_t kSetup = Timeline::kNotFound;
 
-/// One value of an animation: that of a keyframe, or of the setup state.
+// One value of an animation: that of a keyframe, or of the setup state.
 struct Entry {
     size_t keyframe = kSetup;
     double keyTime = 0;
     PCEasingMode easingMode = PCEasingModeLinear;  // of the span that ends here
 };
 
-/// Half a millisecond before an instant keyframe its predecessor's value is shown for the last
-/// time.
+// Half a millisecond before an instant keyframe its predecessor's value is shown for the last
+// time.
 constexpr double kHoldEndsBeforeInMS = 0.5;
 
 std::vector<Entry> entriesOf(const Timeline& timeline) {
@@ -55,7 +55,7 @@ TimingFunction timingFunctionForEasingMode(PCEasingMode mode) {
     return {row.x1, row.y1, row.x2, row.y2};
 }
 
-/// Everything of an animation but its values and its repeats.
+// Everything of an animation but its values and its repeats.
 KeyframeAnimation animationWithEntries(const Timeline& timeline, LayerProperty property,
                                        const std::vector<Entry>& entries) {
     KeyframeAnimation animation;
@@ -79,7 +79,7 @@ KeyframeAnimation animationWithEntries(const Timeline& timeline, LayerProperty p
     return animation;
 }
 
-/// `valueAt(i)` is the value of the keyframe at an index.
+// `valueAt(i)` is the value of the keyframe at an index.
 template <typename ValueAt>
 KeyframeAnimation numberAnimation(const Timeline& timeline, LayerProperty property,
                                   double setupValue, ValueAt valueAt) {

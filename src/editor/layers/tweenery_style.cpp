@@ -21,7 +21,7 @@ QImage drawCheckerboard() {
 // The images of one picture by their scale.
 class PictureAtScales {
  public:
-    /// `draw` paints around (0, 0), in points.
+    // `draw` paints around (0, 0), in points.
     PictureAtScales(double side, void (*draw)(QPainter& painter)) : m_side(side), m_draw(draw) {}
 
     QImage at(double scale) {

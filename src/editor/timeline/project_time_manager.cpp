@@ -12,7 +12,7 @@ namespace {
 
 constexpr float kFirstZoom = 0.101F;  // points per millisecond, until the first one is assigned
 
-/// How the ruler is divided at a zoom above `minimumZoom`.
+// How the ruler is divided at a zoom above `minimumZoom`.
 struct ZoomBand {
     // Decimal numbers on purpose: the 32-bit number nearest to 0.1 lies above it, that nearest to
     // 0.02 below.

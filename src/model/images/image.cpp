@@ -4,15 +4,15 @@
 #include "base/path_name.h"
 #include "storage/image_header.h"
 
+using namespace Qt::StringLiterals;
+
 namespace tweenery {
 
 namespace {
 
-using namespace Qt::StringLiterals;
-
-const QString dataKey = u"PCImage_Data"_s;
-const QString filenameKey = u"PCImage_Filename"_s;
-constexpr qsizetype densitySuffixLength = 3;
+const QString kDataKey = u"PCImage_Data"_s;
+const QString kFilenameKey = u"PCImage_Filename"_s;
+constexpr qsizetype kDensitySuffixLength = 3;
 
 }  // namespace
 
@@ -51,7 +51,7 @@ bool PCImage::is3X() const {
 
 QString PCImage::basename() const {
     const QString name = withoutPathExtension(m_filename);
-    return is2X() || is3X() ? name.chopped(densitySuffixLength) : name;
+    return is2X() || is3X() ? name.chopped(kDensitySuffixLength) : name;
 }
 
 QString PCImage::extension() const {
@@ -82,13 +82,13 @@ QByteArray PCImage::dataRepresentation() const {
 
 QVariantMap PCImage::pasteboardPropertyListForType(const QString& type) const {
     if (type != pasteboardType) { return {}; }
-    return {{dataKey, dataRepresentation()}, {filenameKey, m_filename}};
+    return {{kDataKey, dataRepresentation()}, {kFilenameKey, m_filename}};
 }
 
 std::shared_ptr<PCImage> PCImage::imageWithPasteboardPropertyList(const QVariantMap& list,
                                                                   const QString& type) {
-    const QVariant data = list.value(dataKey);
-    const QVariant filename = list.value(filenameKey);
+    const QVariant data = list.value(kDataKey);
+    const QVariant filename = list.value(kFilenameKey);
     if (type != pasteboardType || data.typeId() != QMetaType::QByteArray ||
         filename.typeId() != QMetaType::QString) {
         throw InputError(u"pasteboard"_s, u"holds no image with a name"_s);

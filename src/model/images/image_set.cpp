@@ -5,9 +5,9 @@
 #include "base/errors.h"
 #include "base/path_name.h"
 
-namespace tweenery {
-
 using namespace Qt::StringLiterals;
+
+namespace tweenery {
 
 namespace {
 
@@ -158,7 +158,7 @@ QByteArray PCImageSet::dataForIndex(Index index) const {
     return file ? file->contents() : QByteArray();
 }
 
-/// Artwork of a higher density counts only in the format of the 1x artwork.
+// Artwork of a higher density counts only in the format of the 1x artwork.
 bool PCImageSet::hasArtwork(Index index) const {
     const auto original = fileForIndex(Original);
     if (!original) { return false; }

@@ -4,9 +4,9 @@
 #include "base/number_text.h"
 #include "storage/package_entries.h"
 
-namespace tweenery {
-
 using namespace Qt::StringLiterals;
+
+namespace tweenery {
 
 PCImageSetManager::PCImageSetManager(const FileWrapper::Ptr& projectFileWrapper)
     : m_imagesFileWrapper(

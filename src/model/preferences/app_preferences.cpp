@@ -3,11 +3,11 @@
 #include "base/point_text.h"
 #include "base/user_defaults.h"
 
+using namespace Qt::StringLiterals;
+
 namespace tweenery {
 
 namespace {
-
-using namespace Qt::StringLiterals;
 
 struct BoolSetting {
     const char16_t* key;
@@ -16,49 +16,49 @@ struct BoolSetting {
     QString keyText() const { return QString::fromUtf16(key); }
 };
 
-constexpr BoolSetting tweenOnSetting = {u"tweenon", true};
-constexpr BoolSetting guidelinesSetting = {u"showsguidelines", true};
-constexpr BoolSetting skimbarSetting = {u"showstimelineskimbar", true};
-constexpr BoolSetting onboardWindowSetting = {u"showsOnboardWindowAtLaunch", true};
-constexpr BoolSetting retinaArtworkAlertSetting = {u"showsretinaartworkalert", true};
-constexpr BoolSetting setupFirstAlertSetting = {u"showssetupfirstalert", true};
-constexpr BoolSetting changeOtherAnimationsAlertSetting = {u"showschangeotheranimationsstatealert",
-                                                           true};
-constexpr BoolSetting usesViewsSetting = {u"generatedCodeUsesViews", true};
-constexpr BoolSetting isIOSSetting = {u"generatedCodeIsIOS", true};
-constexpr BoolSetting usesSwiftSetting = {u"generatedCodeUsesSwift", true};
-constexpr BoolSetting includesImagesSetting = {u"generatedCodeIncludesImages", true};
-constexpr BoolSetting clipsToBoundsSetting = {u"generatedCodeClipsToBounds", false};
-constexpr BoolSetting cleansImageDirectorySetting = {u"generatedCodeCleansImageDirectory", false};
-constexpr BoolSetting takesParametersSetting = {u"generatedCodeTakesParameters", false};
-constexpr BoolSetting increasesContrastSetting = {u"increasesContrast", false};
-constexpr BoolSetting reducesMotionSetting = {u"reducesMotion", false};
+constexpr BoolSetting kTweenOnSetting = {u"tweenon", true};
+constexpr BoolSetting kGuidelinesSetting = {u"showsguidelines", true};
+constexpr BoolSetting kSkimbarSetting = {u"showstimelineskimbar", true};
+constexpr BoolSetting kOnboardWindowSetting = {u"showsOnboardWindowAtLaunch", true};
+constexpr BoolSetting kRetinaArtworkAlertSetting = {u"showsretinaartworkalert", true};
+constexpr BoolSetting kSetupFirstAlertSetting = {u"showssetupfirstalert", true};
+constexpr BoolSetting kChangeOtherAnimationsAlertSetting = {u"showschangeotheranimationsstatealert",
+                                                            true};
+constexpr BoolSetting kUsesViewsSetting = {u"generatedCodeUsesViews", true};
+constexpr BoolSetting kIsIOSSetting = {u"generatedCodeIsIOS", true};
+constexpr BoolSetting kUsesSwiftSetting = {u"generatedCodeUsesSwift", true};
+constexpr BoolSetting kIncludesImagesSetting = {u"generatedCodeIncludesImages", true};
+constexpr BoolSetting kClipsToBoundsSetting = {u"generatedCodeClipsToBounds", false};
+constexpr BoolSetting kCleansImageDirectorySetting = {u"generatedCodeCleansImageDirectory", false};
+constexpr BoolSetting kTakesParametersSetting = {u"generatedCodeTakesParameters", false};
+constexpr BoolSetting kIncreasesContrastSetting = {u"increasesContrast", false};
+constexpr BoolSetting kReducesMotionSetting = {u"reducesMotion", false};
 
-constexpr BoolSetting boolSettings[] = {
-    tweenOnSetting,
-    guidelinesSetting,
-    skimbarSetting,
-    onboardWindowSetting,
-    retinaArtworkAlertSetting,
-    setupFirstAlertSetting,
-    usesViewsSetting,
-    isIOSSetting,
-    usesSwiftSetting,
-    includesImagesSetting,
-    clipsToBoundsSetting,
-    cleansImageDirectorySetting,
-    takesParametersSetting,
-    changeOtherAnimationsAlertSetting,
-    increasesContrastSetting,
-    reducesMotionSetting,
+constexpr BoolSetting kBoolSettings[] = {
+    kTweenOnSetting,
+    kGuidelinesSetting,
+    kSkimbarSetting,
+    kOnboardWindowSetting,
+    kRetinaArtworkAlertSetting,
+    kSetupFirstAlertSetting,
+    kUsesViewsSetting,
+    kIsIOSSetting,
+    kUsesSwiftSetting,
+    kIncludesImagesSetting,
+    kClipsToBoundsSetting,
+    kCleansImageDirectorySetting,
+    kTakesParametersSetting,
+    kChangeOtherAnimationsAlertSetting,
+    kIncreasesContrastSetting,
+    kReducesMotionSetting,
 };
 
-const QString linkFXFactorKey = u"linkfxfactor"_s;
-const QString lastWindowSizeKey = u"lastWindowSize"_s;
-const QString themeKey = u"appearance"_s;
-const QStringList themeNames = {u"system"_s, u"light"_s, u"dark"_s};  // by PCAppTheme
-constexpr float fixedLinkFXFactor = 1;
-constexpr QSizeF defaultWindowSize(1000, 600);
+const QString kLinkFXFactorKey = u"linkfxfactor"_s;
+const QString kLastWindowSizeKey = u"lastWindowSize"_s;
+const QString kThemeKey = u"appearance"_s;
+const QStringList kThemeNames = {u"system"_s, u"light"_s, u"dark"_s};  // by PCAppTheme
+constexpr float kFixedLinkFXFactor = 1;
+constexpr QSizeF kDefaultWindowSize(1000, 600);
 
 bool read(const BoolSetting& setting) {
     const QVariant value = UserDefaults::standard().value(setting.keyText());
@@ -82,173 +82,173 @@ QString textFromSize(QSizeF size) {
 
 void PCAppPreferences::registerDefaults() {
     UserDefaults& defaults = UserDefaults::standard();
-    for (const BoolSetting& setting : boolSettings) {
+    for (const BoolSetting& setting : kBoolSettings) {
         defaults.registerDefault(setting.keyText(), setting.byDefault);
     }
-    defaults.registerDefault(linkFXFactorKey, fixedLinkFXFactor);
-    defaults.registerDefault(lastWindowSizeKey, textFromSize(defaultWindowSize));
-    defaults.registerDefault(themeKey, themeNames.first());
+    defaults.registerDefault(kLinkFXFactorKey, kFixedLinkFXFactor);
+    defaults.registerDefault(kLastWindowSizeKey, textFromSize(kDefaultWindowSize));
+    defaults.registerDefault(kThemeKey, kThemeNames.first());
 }
 
 float PCAppPreferences::linkFXFactor() {
-    return fixedLinkFXFactor;
+    return kFixedLinkFXFactor;
 }
 
 void PCAppPreferences::setLinkFXFactor(float factor) {
-    write(linkFXFactorKey, factor);
+    write(kLinkFXFactorKey, factor);
 }
 
 float PCAppPreferences::storedLinkFXFactor() {
-    const QVariant value = UserDefaults::standard().value(linkFXFactorKey);
-    return value.isValid() ? std::clamp(value.toFloat(), 0.0F, 5.0F) : fixedLinkFXFactor;
+    const QVariant value = UserDefaults::standard().value(kLinkFXFactorKey);
+    return value.isValid() ? std::clamp(value.toFloat(), 0.0F, 5.0F) : kFixedLinkFXFactor;
 }
 
 QSizeF PCAppPreferences::lastWindowSize() {
-    const QString text = UserDefaults::standard().value(lastWindowSizeKey).toString();
+    const QString text = UserDefaults::standard().value(kLastWindowSizeKey).toString();
     const auto size = pointFromText(text.toStdString());
     return size && size->x() > 0 && size->y() > 0 ? QSizeF(size->x(), size->y())
-                                                  : defaultWindowSize;
+                                                  : kDefaultWindowSize;
 }
 
 void PCAppPreferences::setlastWindowSize(QSizeF size) {
-    UserDefaults::standard().setValue(lastWindowSizeKey, textFromSize(size));
+    UserDefaults::standard().setValue(kLastWindowSizeKey, textFromSize(size));
 }
 
 bool PCAppPreferences::tweenOn() {
-    return read(tweenOnSetting);
+    return read(kTweenOnSetting);
 }
 
 void PCAppPreferences::setTweenOn(bool on) {
-    write(tweenOnSetting, on);
+    write(kTweenOnSetting, on);
 }
 
 bool PCAppPreferences::showsGuidelines() {
-    return read(guidelinesSetting);
+    return read(kGuidelinesSetting);
 }
 
 void PCAppPreferences::setShowsGuidelines(bool shows) {
-    write(guidelinesSetting, shows);
+    write(kGuidelinesSetting, shows);
 }
 
 bool PCAppPreferences::showsTimelineSkimbar() {
-    return read(skimbarSetting);
+    return read(kSkimbarSetting);
 }
 
 void PCAppPreferences::setShowsTimelineSkimbar(bool shows) {
-    write(skimbarSetting, shows);
+    write(kSkimbarSetting, shows);
 }
 
 bool PCAppPreferences::showsOnboardWindowAtLaunch() {
-    return read(onboardWindowSetting);
+    return read(kOnboardWindowSetting);
 }
 
 void PCAppPreferences::setShowsOnnboardWindowAtLaunch(bool shows) {
-    write(onboardWindowSetting, shows);
+    write(kOnboardWindowSetting, shows);
 }
 
 PCAppTheme PCAppPreferences::theme() {
-    const QString name = UserDefaults::standard().value(themeKey).toString();
-    return static_cast<PCAppTheme>(std::max<qsizetype>(0, themeNames.indexOf(name)));
+    const QString name = UserDefaults::standard().value(kThemeKey).toString();
+    return static_cast<PCAppTheme>(std::max<qsizetype>(0, kThemeNames.indexOf(name)));
 }
 
 void PCAppPreferences::setTheme(PCAppTheme theme) {
-    write(themeKey, themeNames[static_cast<int>(theme)]);
+    write(kThemeKey, kThemeNames[static_cast<int>(theme)]);
 }
 
 bool PCAppPreferences::increasesContrast() {
-    return read(increasesContrastSetting);
+    return read(kIncreasesContrastSetting);
 }
 
 void PCAppPreferences::setIncreasesContrast(bool increases) {
-    write(increasesContrastSetting, increases);
+    write(kIncreasesContrastSetting, increases);
 }
 
 bool PCAppPreferences::reducesMotion() {
-    return read(reducesMotionSetting);
+    return read(kReducesMotionSetting);
 }
 
 void PCAppPreferences::setReducesMotion(bool reduces) {
-    write(reducesMotionSetting, reduces);
+    write(kReducesMotionSetting, reduces);
 }
 
 bool PCAppPreferences::showsRetinaArtworkAlert() {
-    return read(retinaArtworkAlertSetting);
+    return read(kRetinaArtworkAlertSetting);
 }
 
 void PCAppPreferences::setShowsRetinaArtworkAlert(bool shows) {
-    write(retinaArtworkAlertSetting, shows);
+    write(kRetinaArtworkAlertSetting, shows);
 }
 
 bool PCAppPreferences::showsSetupFirstAlert() {
-    return read(setupFirstAlertSetting);
+    return read(kSetupFirstAlertSetting);
 }
 
 void PCAppPreferences::setShowsSetupFirstAlert(bool shows) {
-    write(setupFirstAlertSetting, shows);
+    write(kSetupFirstAlertSetting, shows);
 }
 
 bool PCAppPreferences::showsChangeOtherAnimationsStateAlert() {
-    return read(changeOtherAnimationsAlertSetting);
+    return read(kChangeOtherAnimationsAlertSetting);
 }
 
 void PCAppPreferences::setShowsChangeOtherAnimationsStateAlert(bool shows) {
-    write(changeOtherAnimationsAlertSetting, shows);
+    write(kChangeOtherAnimationsAlertSetting, shows);
 }
 
 bool PCAppPreferences::generatedCodeUsesViews() {
-    return read(usesViewsSetting);
+    return read(kUsesViewsSetting);
 }
 
 void PCAppPreferences::setGeneratedCodeUsesViews(bool value) {
-    write(usesViewsSetting, value);
+    write(kUsesViewsSetting, value);
 }
 
 bool PCAppPreferences::generatedCodeIsIOS() {
-    return read(isIOSSetting);
+    return read(kIsIOSSetting);
 }
 
 void PCAppPreferences::setGeneratedCodeIsIOS(bool value) {
-    write(isIOSSetting, value);
+    write(kIsIOSSetting, value);
 }
 
 bool PCAppPreferences::generatedCodeUsesSwift() {
-    return read(usesSwiftSetting);
+    return read(kUsesSwiftSetting);
 }
 
 void PCAppPreferences::setGeneratedCodeUsesSwift(bool value) {
-    write(usesSwiftSetting, value);
+    write(kUsesSwiftSetting, value);
 }
 
 bool PCAppPreferences::generatedCodeIncludesImages() {
-    return read(includesImagesSetting);
+    return read(kIncludesImagesSetting);
 }
 
 void PCAppPreferences::setGeneratedCodeIncludesImages(bool value) {
-    write(includesImagesSetting, value);
+    write(kIncludesImagesSetting, value);
 }
 
 bool PCAppPreferences::generatedCodeClipsToBounds() {
-    return read(clipsToBoundsSetting);
+    return read(kClipsToBoundsSetting);
 }
 
 void PCAppPreferences::setGeneratedCodeClipsToBounds(bool value) {
-    write(clipsToBoundsSetting, value);
+    write(kClipsToBoundsSetting, value);
 }
 
 bool PCAppPreferences::generatedCodeCleansImageDirectory() {
-    return read(cleansImageDirectorySetting);
+    return read(kCleansImageDirectorySetting);
 }
 
 void PCAppPreferences::setGeneratedCodeCleansImageDirectory(bool value) {
-    write(cleansImageDirectorySetting, value);
+    write(kCleansImageDirectorySetting, value);
 }
 
 bool PCAppPreferences::generatedCodeTakesParameters() {
-    return read(takesParametersSetting);
+    return read(kTakesParametersSetting);
 }
 
 void PCAppPreferences::setGeneratedCodeTakesParameters(bool value) {
-    write(takesParametersSetting, value);
+    write(kTakesParametersSetting, value);
 }
 
 }  // namespace tweenery

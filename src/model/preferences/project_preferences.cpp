@@ -9,23 +9,23 @@ namespace tweenery {
 namespace {
 
 // A window system counts pixels of a window in 16 bits.
-constexpr float maximumLength = 32767;
+constexpr float kMaximumLength = 32767;
 // Far beyond any canvas or timeline, and still an int.
-constexpr double maximumOffset = 1e9;
-constexpr float lastTimelineZoomStop = 16;
-constexpr float maximumMagnification = 10;
+constexpr double kMaximumOffset = 1e9;
+constexpr float kLastTimelineZoomStop = 16;
+constexpr float kMaximumMagnification = 10;
 
 // A value of a file, brought into the range of its field.
 float zoomStopIn(float level) {
-    return std::clamp(level, 0.0F, lastTimelineZoomStop);
+    return std::clamp(level, 0.0F, kLastTimelineZoomStop);
 }
 
 float magnificationIn(float level) {
-    return std::clamp(level, 0.0F, maximumMagnification);
+    return std::clamp(level, 0.0F, kMaximumMagnification);
 }
 
 float lengthIn(float length) {
-    return std::clamp(length, 0.0F, maximumLength);
+    return std::clamp(length, 0.0F, kMaximumLength);
 }
 
 int32_t timeIn(int32_t timeInMS) {
@@ -37,15 +37,15 @@ QPointF pointIn(QPointF point, double limit) {
 }
 
 QPointF offsetIn(QPointF offset) {
-    return pointIn(offset, maximumOffset);
+    return pointIn(offset, kMaximumOffset);
 }
 
 QPointF windowPositionIn(QPointF position) {
-    return pointIn(position, maximumLength);
+    return pointIn(position, kMaximumLength);
 }
 
 QSizeF sizeIn(QSizeF size) {
-    return size.expandedTo({0, 0}).boundedTo({maximumLength, maximumLength});
+    return size.expandedTo({0, 0}).boundedTo({kMaximumLength, kMaximumLength});
 }
 
 void readStored(const KeyedDecoder& coder, std::string_view key, bool& value) {

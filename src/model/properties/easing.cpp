@@ -6,7 +6,7 @@
 namespace tweenery {
 namespace {
 
-constexpr std::array<EasingMode, 7> table = {{
+constexpr std::array<EasingMode, 7> kModes = {{
     {PCEasingModeLinear, "linear", 0, 0, 1, 1, true},
     {PCEasingModeEaseIn, "easeIn", 0.42, 0, 1, 1, true},
     {PCEasingModeEaseOut, "easeOut", 0, 0, 0.58, 1, true},
@@ -19,18 +19,18 @@ constexpr std::array<EasingMode, 7> table = {{
 }  // namespace
 
 std::span<const EasingMode> easingModes() {
-    return table;
+    return kModes;
 }
 
 std::string_view nameOfEasingMode(PCEasingMode mode) {
-    const bool isKnown = mode >= 0 && mode < static_cast<int64_t>(table.size());
-    return table[isKnown ? static_cast<size_t>(mode) : 0].name;
+    const bool isKnown = mode >= 0 && mode < static_cast<int64_t>(kModes.size());
+    return kModes[isKnown ? static_cast<size_t>(mode) : 0].name;
 }
 
 PCEasingMode easingModeFromName(std::string_view name) {
-    const auto* row = std::find_if(table.begin(), table.end(),
+    const auto* row = std::find_if(kModes.begin(), kModes.end(),
                                    [name](const EasingMode& mode) { return mode.name == name; });
-    return row == table.end() ? PCEasingModeLinear : row->mode;
+    return row == kModes.end() ? PCEasingModeLinear : row->mode;
 }
 
 QString stringFromEasingMode(PCEasingMode mode) {

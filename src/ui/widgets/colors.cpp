@@ -1,5 +1,8 @@
 #include "ui/widgets/colors.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "base/errors.h"
 
 namespace tweenery {

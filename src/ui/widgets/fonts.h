@@ -3,6 +3,7 @@
 #include <QFont>
 #include <QRectF>
 #include <QStringList>
+#include <functional>
 
 class QPainter;
 

@@ -1,5 +1,6 @@
 #include "ui/widgets/frame_style.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
@@ -92,6 +93,7 @@ int FrameStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
         case PM_ExclusiveIndicatorHeight:
             return sizes::checkBox;
         case PM_CheckBoxLabelSpacing:
+            return sizes::checkBoxGap + 1;  // Qt counts from the last point of the box
         case PM_RadioButtonLabelSpacing:
             return sizes::checkBoxGap;
         case PM_ButtonDefaultIndicator:

@@ -10,7 +10,6 @@
 #include "editor/canvas/rotation_calculator.h"
 #include "editor/canvas/scale_calculator.h"
 #include "support/model_builder.h"
-#include "support/model_recorders.h"
 
 namespace tweenery::test {
 namespace {
@@ -243,26 +242,6 @@ TEST_P(Calculators, SetOneValueOfAll) {
     EXPECT_NEAR_POINT(scene.scale(*other), QPointF(3, 1), 1e-6);
 }
 
-TEST(SetupEdits, AreUndoneToTheBit) {
-    Scene scene(true);
-    const auto group = addGroup(scene.canvas, u"group"_s, {{100, 50}, {3, 0.1}, 1});
-    const auto leaf = addElement(group, u"leaf"_s, {{7, 9}, {1, 2}, 0.5, {10, 10}, {0.1, 0.7}});
-    UndoWalk walk(*scene.project, [&] { return exactState(*scene.canvas); });
-    walk.edit([&] {
-        PCPositionCalculator::updateElements({leaf}, false, {1, 7}, EditTime::setup());
-    });
-    walk.edit([&] {
-        PCScaleCalculator::updateElements({leaf}, false, {1, 7}, EditTime::setup(), {});
-    });
-    walk.edit(
-        [&] { PCRotationCalculator::updateElements({leaf}, false, 0.1, EditTime::setup(), {}); });
-    walk.edit([&] {
-        PCOpacityCalculator::updateElementsWithDelta({leaf, group}, false, -0.1, EditTime::setup(),
-                                                     {});
-    });
-    walk.check();
-}
-
 // An edit keys what it changes, and nothing beside it.
 TEST(KeyedEdits, TouchOnlyTheTimelinesThatChange) {
     Scene scene(false);
@@ -287,33 +266,6 @@ TEST(KeyedEdits, TouchOnlyTheTimelinesThatChange) {
     EXPECT_EQ(keys(), "111010");
     PCOpacityCalculator::updateElementsWithDelta({leaf}, false, -0.25, EditTime::at(50), {});
     EXPECT_EQ(keys(), "111011");
-}
-
-TEST(KeyedEdits, ReachTheLayer) {
-    Scene scene(false);
-    const auto leaf = addElement(scene.canvas, u"leaf"_s);
-    RecordingLayerFactory factory;
-    scene.project->setViewLayerFactory(&factory);
-    using Edit = std::function<void(const PCElement::Elements&)>;
-    const std::vector<Edit> edits = {
-        [](const auto& e) {
-            PCPositionCalculator::updateElements(e, false, {1, 1}, EditTime::at(7));
-        },
-        [](const auto& e) {
-            PCScaleCalculator::updateElements(e, false, {1, 1}, EditTime::at(7), {});
-        },
-        [](const auto& e) {
-            PCRotationCalculator::updateElements(e, false, 1, EditTime::at(7), {});
-        },
-        [](const auto& e) {
-            PCOpacityCalculator::updateElementsWithValue(e, false, 0.5, EditTime::at(7), {});
-        }};
-    for (size_t i = 0; i < edits.size(); ++i) {
-        factory.calls.clear();
-        edits[i]({leaf});
-        ASSERT_FALSE(factory.calls.empty()) << i;
-        EXPECT_EQ(factory.calls.back(), "leaf: all at 7") << i;
-    }
 }
 
 TEST(Rotations, AreBroughtIntoATurn) {

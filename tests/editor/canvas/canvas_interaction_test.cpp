@@ -101,12 +101,14 @@ TEST(CanvasInteraction, EveryPressIsOneStepThatEscapeTakesBack) {
             scene.drag(c.to, c.modifiers);
         };
         pressAndDrag();
+        scene.viewport.zoomAbout({10, 20}, 1.5);
         EXPECT_FALSE(scene.project->undoManager().canUndo()) << c.step;
         EXPECT_TRUE(scene.interaction.cancel()) << c.step;
         EXPECT_FALSE(scene.interaction.cancel()) << c.step;
         EXPECT_EQ(scene.state(), before) << c.step;
         EXPECT_EQ(scene.selected(), c.before) << c.step;
         EXPECT_EQ(scene.viewport.scrollOrigin(), scrolled) << c.step;
+        EXPECT_EQ(scene.viewport.magnificationFactor(), 1) << c.step;
         EXPECT_EQ(scene.project->eventAnchorPoint(), anchor) << c.step;
         EXPECT_FALSE(scene.editor.verticalSnapGuideline().isShown()) << c.step;
         EXPECT_EQ(scene.editor.selectionLayer().bounds().size(), QSizeF(0, 0)) << c.step;

@@ -214,14 +214,20 @@ TEST(ScaleDrag, ScalesSeveralByTheSameDifference) {
 }
 
 TEST(ScaleDrag, LeavesAnAxisWithoutSize) {
-    for (const Qt::KeyboardModifiers modifier : {kNone, kShift}) {
+    for (const Qt::KeyboardModifiers modifiers : {kNone, kShift}) {
         DragScene scene;
-        const auto line =
-            addElement(scene.canvas, u"line"_s, {.position = {300, 100}, .size = {0, 80}});
-        scene.choose("line");
-        scene.dragThrough({{300, 140}, {340, 180}}, modifier);
-        expectPoint(line->scale(), {1, 1.5});
-        expectPoint(line->position(), {300, 120});
+        const auto upright =
+            addElement(scene.canvas, u"upright"_s, {.position = {300, 100}, .size = {0, 80}});
+        const auto flat =
+            addElement(scene.canvas, u"flat"_s, {.position = {300, 200}, .size = {80, 0}});
+        scene.choose("upright");
+        scene.dragThrough({{300, 140}, {340, 180}}, modifiers);
+        expectPoint(upright->scale(), {1, 1.5});
+        expectPoint(upright->position(), {300, 120});
+        scene.choose("flat");
+        scene.dragThrough({{340, 200}, {380, 290}}, modifiers);
+        expectPoint(flat->scale(), {1.5, 1});
+        expectPoint(flat->position(), {320, 200});
     }
 }
 

@@ -6,7 +6,6 @@
 
 #include "base/errors.h"
 #include "support/model_builder.h"
-#include "support/model_recorders.h"
 
 namespace tweenery::test {
 namespace {
@@ -186,16 +185,6 @@ TEST_F(ElementSelection, AnchorsAtTheElementSelectedLast) {
     // The one group itself, though its children are the targets.
     selection.selectElements({inner});
     EXPECT_NEAR(selection.additiveAnchorPointOnCanvas().x(), 120, 1e-9);
-}
-
-TEST_F(ElementSelection, ReachesTheLayers) {
-    RecordingLayerFactory factory;
-    project->setViewLayerFactory(&factory);
-    factory.calls.clear();
-    selection.selectElements(all("A L B"));
-    selection.deselectElement(the("A"));
-    EXPECT_EQ(factory.calls,
-              std::vector<std::string>({"A: selected", "B: selected", "A: deselected"}));
 }
 
 }  // namespace

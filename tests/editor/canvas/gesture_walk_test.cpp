@@ -109,6 +109,7 @@ class GestureWalk : public InteractionScene {
             case 1:
                 return interaction.setSpaceIsDown(chance(2));
             case 2:
+                viewport.zoomAbout({300, 200}, 1.1);
                 return letTimePass();
             case 3:
                 return interaction.drag(at(pointOfInterest(), anyModifiers()));

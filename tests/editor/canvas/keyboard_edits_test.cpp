@@ -44,10 +44,13 @@ TEST(NudgeSeries, IsOneStepUntilAPauseOfASecond) {
 TEST(NudgeSeries, NeverTakesAnotherStepAlong) {
     NudgeScene scene;
     scene.a->setOpacity(0.5);
-    // There and back again.
-    for (const double x : {1, -1, 1, 1}) {
+    // There and back again leaves nothing to undo.
+    for (const double x : {1, -1}) {
         scene.nudge(x, 0, 0.1);
     }
+    EXPECT_EQ(scene.project->undoManager().undoActionName(), u""_s);
+    scene.nudge(1, 0, 0.1);
+    scene.nudge(1, 0, 0.1);
     EXPECT_EQ(scene.a->position(), QPointF(62, 60));
     EXPECT_EQ(scene.a->opacity(), 0.5);
     // Another edit, another selection, an undo between.

@@ -194,11 +194,18 @@ TEST_F(PasteboardCommands, RefuseHostileContentWhole) {
         deep = {{u"layerName"_s, u"deep"_s}, {u"layerSublayers"_s, QVariantList{deep}}};
     }
     const QString taken = named(*project, u"A"_s)->identifier().toString();
+    const auto xScale = KeyedArchiver::archivedDataWithRootObject(
+        *PCKeyedPropertyTimeline::initForElement(nullptr, PCPropertyTypeScaleX));
     const auto twins = with(u"layerIdentifier"_s, u"twin"_s);
     const std::vector<std::vector<PasteboardItem>> cases = {
         {{good.type, 7}},
         {{good.type, QVariantList{}}},
         {with(u"layerPosition"_s, QVariantMap{{u"X"_s, u"left"_s}})},
+        {with(u"layerOpacity"_s, std::numeric_limits<double>::quiet_NaN())},
+        {with(u"layerScale"_s, QVariantMap{{u"X"_s, 1e300}, {u"Y"_s, 1}})},
+        {with(u"layerSublayers"_s, QVariantList{u"text"_s})},
+        {with(u"OpacityTimelineData"_s, QByteArray("noise"))},
+        {with(u"OpacityTimelineData"_s, xScale)},
         {with(u"layerIdentifier"_s, u"../../etc"_s)},
         {with(u"layerIdentifier"_s, taken)},
         {twins, twins},

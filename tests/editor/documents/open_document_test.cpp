@@ -361,5 +361,22 @@ TEST_F(OpenDocumentTest, GivesBackWhatItCouldNotSaveInPlace) {
     EXPECT_EQ(storedOpacity(path), 1);
 }
 
+TEST_F(OpenDocumentTest, GivesBackACopyOfAProjectThatIsDamagedMeanwhile) {
+    {
+        const auto document = opened();
+        const FailingPlace failing(*document, ENOSPC);
+        editAndRest(*document, 0.5);
+    }
+    changeOnDisk(u"canvas"_s, "rubbish");
+    const auto left = services.recovery.leftBehind();
+    ASSERT_EQ(left.size(), 1U);
+    OpenDocument document(services);
+    EXPECT_THROW(document.open(path), InputError);
+    ASSERT_EQ(document.openRecovered(left[0]), Opening::Opened);
+    EXPECT_TRUE(document.isUntitled());
+    EXPECT_EQ(document.windowTitle(), u"Demo[*]"_s);
+    EXPECT_EQ(ballOf(document)->opacity(), 0.5);
+}
+
 }  // namespace
 }  // namespace tweenery::test

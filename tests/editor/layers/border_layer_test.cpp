@@ -148,24 +148,5 @@ TEST(BorderLayer, IsHitInItsBandAlone) {
     EXPECT_EQ(border.hitTest({250, 200}), nullptr);
 }
 
-TEST(BorderLayer, FollowsItsElementAndTheGroupsAroundIt) {
-    EditorScene scene;
-    const auto group = addGroup(scene.canvas, u"G"_s, {.size = {100, 100}, .anchor = {0, 0}});
-    const auto element = addElement(group, u"A"_s, {.size = {20, 20}, .anchor = {0, 0}});
-    scene.select({u"A"_s});
-    const auto corner = [&] {
-        scene.editor.layoutIfNeeded();
-        const PCBorderLayer& border = scene.border(u"A"_s);
-        return border.toSuperlayer().map(border.handle(PCBorderLocationBottomRight).position());
-    };
-    EXPECT_EQ(corner(), QPointF(20, 20));
-    element->setPosition({5, 0});
-    EXPECT_EQ(corner(), QPointF(25, 20));
-    group->setPosition({100, 100});
-    EXPECT_EQ(corner(), QPointF(125, 120));
-    group->setScale({2, 3});
-    EXPECT_EQ(corner(), QPointF(150, 160));
-}
-
 }  // namespace
 }  // namespace tweenery::test

@@ -31,71 +31,6 @@ std::string layerNames(const Layer& layer) {
     return names;
 }
 
-TEST(ElementLayer, FollowsTheTreeAheadOfGuidesAndBorders) {
-    EditorScene scene;
-    buildTree(*scene.project, "A G{B C} D");
-    EXPECT_EQ(layerNames(scene.layer(scene.canvas)), "AG{BC}D***");
-    scene.project->undoManager().removeAllActions();
-    scene.select({u"D"_s});
-    EXPECT_EQ(layerNames(scene.layer(scene.canvas)), "AG{BC}D****");
-    scene.project->moveItems({named(*scene.project, u"C"_s)}, nullptr, 0);
-    EXPECT_EQ(layerNames(scene.layer(scene.canvas)), "CAG{B}D***");
-    scene.project->ungroupElements({named(*scene.project, u"G"_s)});
-    EXPECT_EQ(layerNames(scene.layer(scene.canvas)), "CABD***");
-    scene.project->undoManager().undo();
-    EXPECT_EQ(layerNames(scene.layer(scene.canvas)), "CAG{B}D***");
-    scene.project->undoManager().undo();
-    EXPECT_EQ(layerNames(scene.layer(scene.canvas)), "AG{BC}D***");
-}
-
-TEST(ElementLayer, CopiesTheSetupState) {
-    EditorScene scene;
-    const auto element = addElement(scene.canvas, u"A"_s,
-                                    {.position = {30, 40},
-                                     .scale = {2, -1},
-                                     .rotation = 0.5,
-                                     .size = {20, 10},
-                                     .anchor = {0.25, 1},
-                                     .opacity = 0.4});
-    const PCLayer& layer = scene.layer(element);
-    EXPECT_EQ(layer.bounds(), QRectF(0, 0, 20, 10));
-    // The corner that the model's own transform gives.
-    const QPointF corner = element->elementToParentTransform().map(QPointF(20, 0));
-    const QPointF shown = layer.toSuperlayer().map({20, 0});
-    EXPECT_NEAR(shown.x(), corner.x(), 1e-12);
-    EXPECT_NEAR(shown.y(), corner.y(), 1e-12);
-
-    element->setHidden(true);
-    element->setOpacity(0.9);
-    EXPECT_EQ(scene.layer(element).opacity(), 0) << "whatever its opacity";
-    element->setHidden(false);
-    EXPECT_EQ(scene.layer(element).opacity(), 0.9);
-}
-
-TEST(ElementLayer, CopiesTheStateAtATime) {
-    EditorScene scene;
-    const auto element = addElement(scene.canvas, u"A"_s, {.position = {30, 40}, .opacity = 0.5});
-    const auto layerAt = [&](int32_t time) -> const PCLayer& {
-        scene.layers->show(EditTime::at(time));
-        return scene.layer(element);
-    };
-    EXPECT_EQ(layerAt(1000).position(), QPointF(30, 40)) << "no animation is selected";
-
-    selectNewAnimation(*scene.project, u"Move"_s);
-    element->setTranslation({10, 0}, 0);
-    element->setTranslation({110, 50}, 1000);
-    element->setOpacity(1.0F, 1000);
-    EXPECT_EQ(layerAt(500).position(), QPointF(90, 65));
-    EXPECT_NEAR(layerAt(500).opacity(), 0.75, 1e-6);
-
-    element->setHidden(true);
-    element->setOpacity(0.8F, 500);
-    EXPECT_EQ(layerAt(500).opacity(), 0) << "a hidden element stays hidden";
-
-    scene.project->animationsManager().setSelectedAnimation(nullptr);
-    EXPECT_EQ(layerAt(1000).position(), QPointF(30, 40));
-}
-
 TEST(ElementLayer, CarriesItsTimelinesAsAnimations) {
     EditorScene scene;
     const auto element = addElement(scene.canvas, u"A"_s);
@@ -120,33 +55,6 @@ TEST(ElementLayer, CarriesItsTimelinesAsAnimations) {
     layer.addAnimationForProperty(PCPropertyTypeOpacity);
     EXPECT_EQ(keys(), "transform.translation.x zPosition");
     EXPECT_THROW(layer.addAnimationForProperty(PCPropertyTypeScale), AssertionFailure);
-}
-
-TEST(ElementLayer, StacksByTheChildrenOrderOfTheTime) {
-    EditorScene scene;
-    buildTree(*scene.project, "A B C");
-    const auto a = named(*scene.project, u"A"_s);
-    const auto b = named(*scene.project, u"B"_s);
-    const auto c = named(*scene.project, u"C"_s);
-    selectNewAnimation(*scene.project, u"Shuffle"_s);
-    const auto order = [](const PCElement::Elements& elements) {
-        QStringList identifiers;
-        for (const auto& element : elements) {
-            identifiers << element->identifier().toString();
-        }
-        return identifiers;
-    };
-    scene.canvas->setChildrenZPositions(order({c, a, b}), 500);
-    const auto places = [&] {
-        return std::array{scene.layer(a).zPosition(), scene.layer(b).zPosition(),
-                          scene.layer(c).zPosition()};
-    };
-    for (const int32_t time : {0, 499, 500, 501, 2000}) {
-        scene.layers->show(EditTime::at(time));
-        const std::array<double, 3> expected =
-            time < 500 ? std::array<double, 3>{0, 1, 2} : std::array<double, 3>{1, 2, 0};
-        EXPECT_EQ(places(), expected) << "at " << time;
-    }
 }
 
 TEST(ElementLayer, ShowsTheArtworkOfTheScreen) {
@@ -250,21 +158,15 @@ TEST(ElementLayer, TheCanvasStandsWhereTheEditorPutsIt) {
 
 TEST(ElementLayer, LosesItsBorderWithItsPlace) {
     EditorScene scene;
-    buildTree(*scene.project, "A G{B}");
-    const auto a = named(*scene.project, u"A"_s);
-    scene.select({u"A"_s, u"B"_s});
-    ASSERT_TRUE(scene.layer(a).borderLayer());
-    EXPECT_EQ(scene.layer(a).borderLayer()->superlayer(), &scene.layer(scene.canvas));
-    EXPECT_EQ(scene.border(u"B"_s).superlayer(), &scene.layer(scene.canvas));
+    const auto a = addElement(scene.canvas, u"A"_s);
+    scene.select({u"A"_s});
+    EXPECT_EQ(layerNames(scene.layer(scene.canvas)), "A****");
     EXPECT_EQ(scene.border(u"A"_s).colorOfBorder(), QColor::fromRgbF(0, 0.75F, 0.98F));
-    scene.selection.deselectAllElements();
-    EXPECT_FALSE(scene.layer(a).borderLayer());
-
     selectNewAnimation(*scene.project, u"Move"_s);
     scene.select({u"A"_s});
     EXPECT_EQ(scene.border(u"A"_s).colorOfBorder(), QColor::fromRgbF(1, 0, 0));
     a->removeFromParentElement();
-    EXPECT_EQ(layerNames(scene.layer(scene.canvas)), "G{B}***");
+    EXPECT_EQ(layerNames(scene.layer(scene.canvas)), "***");
 }
 
 TEST(ElementLayer, GoesBeforeTheEditorOrAfterIt) {

@@ -4,7 +4,6 @@
 
 #include <cmath>
 
-#include "base/errors.h"
 #include "support/model_builder.h"
 
 using namespace Qt::StringLiterals;
@@ -124,38 +123,6 @@ TEST_F(TimelineAnimationsTest, KeyTimesRiseHoursFromTheStart) {
     ASSERT_TRUE(animation);
     EXPECT_NO_THROW(animation->check());
     EXPECT_EQ(animation->keyTimes.back(), 1);
-}
-
-TEST_F(TimelineAnimationsTest, KeysNameTheAnimationAndTheProperty) {
-    struct Case {
-        PCPropertyType type;
-        const char* key;
-    };
-    const Case cases[] = {
-        {PCPropertyTypeImageContents, "walk_ImageContents"},
-        {PCPropertyTypeOpacity, "walk_Opacity"},
-        {PCPropertyTypeZRotation, "walk_Rotation"},
-        {PCPropertyTypeChildrenZPositions, "walk_ZPosition"},
-        {PCPropertyTypeScale, "walk_Scale"},
-        {PCPropertyTypeTranslation, "walk_Translation"},
-        {PCPropertyTypeScaleX, "walk_Scale.X"},
-        {PCPropertyTypeScaleY, "walk_Scale.Y"},
-        {PCPropertyTypeTranslationX, "walk_Translation.X"},
-        {PCPropertyTypeTranslationY, "walk_Translation.Y"},
-        {PCPropertyTypeZPosition, "walk_ZPosition"},
-    };
-    for (const Case& c : cases) {
-        const auto timeline = PCKeyedPropertyTimeline::initForElement(hero, c.type);
-        EXPECT_EQ(TimelineAnimations::animationKeyForTimelineOnAnimationName(*timeline, u"walk"_s)
-                      .toStdString(),
-                  c.key);
-    }
-    try {
-        TimelineAnimations::animationQualifierForPropertyType(PCPropertyTypeKeyAll);
-        ADD_FAILURE() << "Key All is not played";
-    } catch (const AssertionFailure& failure) {
-        EXPECT_EQ(failure.message(), u"* propertype not supported for animationqualifier"_s);
-    }
 }
 
 // A search of each array for each child would make a thousand million comparisons.

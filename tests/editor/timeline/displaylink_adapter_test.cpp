@@ -73,17 +73,5 @@ TEST_F(DisplaylinkAdapterTest, MeasuresTheRefreshes) {
     EXPECT_EQ(durationAfterTickAt(9), 0);
 }
 
-TEST_F(DisplaylinkAdapterTest, LogsWhatItDoesNotDo) {
-    adapter.addToRunLoop(u"main"_s);
-    adapter.removeFromRunLoop(u"main"_s);
-    EXPECT_EQ(adapter.timestamp(), 0);
-    EXPECT_THAT(
-        log.lines,
-        testing::ElementsAre(
-            "Warning method is not implemented: -[PCDisplaylinkAdapter addToRunLoop:forMode:]",
-            "Warning method is not implemented: -[PCDisplaylinkAdapter removeFromRunLoop:forMode:]",
-            "Warning method is not implemented: -[PCDisplaylinkAdapter timestamp]"));
-}
-
 }  // namespace
 }  // namespace tweenery::test

@@ -244,20 +244,6 @@ TEST_F(KeyframeManagerTest, AnotherAnimationClearsBothSelections) {
     selectNewAnimation(*project, u"run"_s);  // nobody is told any more
 }
 
-TEST_F(KeyframeManagerTest, ListenersComeAndGoOnce) {
-    const auto message = [](const auto& act) {
-        try {
-            act();
-        } catch (const AssertionFailure& failure) { return failure.message(); }
-        return QString();
-    };
-    EXPECT_EQ(message([this] { const auto again = manager->addSelectionListener(this); }),
-              u"listener was already added"_s);
-    manager->removeSelectionListener(this);
-    EXPECT_EQ(message([this] { manager->removeSelectionListener(this); }),
-              u"listener was not already added"_s);
-}
-
 // With a search or a sort for each keyframe these would take minutes.
 TEST_F(KeyframeManagerTest, AHundredThousandKeyframesAreOrdinary) {
     constexpr int32_t kCount = 100000;

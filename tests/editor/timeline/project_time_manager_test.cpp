@@ -238,21 +238,5 @@ TEST_F(TimeManagerTest, ListenersAreMembersOnce) {
     EXPECT_THAT(takeTold(), IsEmpty());
 }
 
-TEST_F(TimeManagerTest, AListenerMayLeaveWhileListenersAreTold) {
-    struct Leaver : PCProjectTimeManagerZoomListener {
-        PCProjectTimeManagerZoomListener* other = nullptr;
-        void timeManagerDidUpdateZoom(PCProjectTimeManager& sender) override {
-            sender.removeZoomTimeListener(this);
-            sender.removeZoomTimeListener(other);
-        }
-    } leaver;
-    leaver.other = this;
-    manager.removeZoomTimeListener(this);
-    const Subscription first = manager.addZoomTimeListener(&leaver);
-    const Subscription second = manager.addZoomTimeListener(this);
-    manager.setZoomInPointsPerMillisecond(1);
-    EXPECT_THAT(told, IsEmpty());
-}
-
 }  // namespace
 }  // namespace tweenery::test

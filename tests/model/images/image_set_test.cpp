@@ -1,16 +1,13 @@
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "base/errors.h"
 #include "model/images/image_set_manager.h"
-#include "storage/package_store.h"
 #include "support/artwork_files.h"
-#include "support/test_paths.h"
 
 namespace tweenery::test {
 namespace {
 
 using namespace Qt::StringLiterals;
-using testing::ElementsAre;
 
 std::shared_ptr<PCImage> named(const QString& filename, int width = 30, int height = 30) {
     return std::make_shared<PCImage>(quartered(width, height), filename);
@@ -273,20 +270,6 @@ TEST_F(ImageSetTest, ReadsWhatADirectoryHoldsAndDecodesOnDemand) {
               "\n\tempty.png (size:<0.00x0.00>, empty.png)"
               "\n\todd.png (size:<8.00x4.00>, odd.png)"
               "\n/PCImageManager>"_s);
-}
-
-TEST_F(ImageSetTest, OpensTheArtworkOfAStoredPackage) {
-    PCImageSetManager stored(readPackage(packagePath(u"Bounce"_s)));
-    std::vector<QString> names;
-    for (const auto& set : stored.allImageSets()) {
-        names.push_back(set->name());
-    }
-    EXPECT_THAT(names, ElementsAre(u"ball.png"_s, u"shadow.png"_s, u"sky.jpg"_s));
-    const auto ball = stored.imageSetWithName(u"ball.png"_s);
-    EXPECT_TRUE(ball->has3XArtwork());
-    EXPECT_EQ(ball->size(), ball->originalImage()->size());
-    EXPECT_EQ(ball->original3xImage()->size(), ball->size() * 3);
-    EXPECT_FALSE(stored.imageWithName(u"sky.jpg"_s, 2).isNull());
 }
 
 }  // namespace

@@ -312,17 +312,5 @@ TEST_F(PreferencesTest, ReadsThoseOfAStoredPackage) {
     EXPECT_FALSE(p->newProject());
 }
 
-TEST_F(PreferencesTest, TheVersionRecordMarksChangesAndItsReading) {
-    PCProjectVersion version;
-    version.setModelVersion(0);
-    EXPECT_FALSE(version.modified());
-    version.setModelVersion(PCProjectVersion::currentModelVersion);
-    EXPECT_TRUE(version.modified());
-    const auto stored = reread(version);
-    EXPECT_EQ(stored->modelVersion(), 14);
-    EXPECT_TRUE(stored->modified());
-    EXPECT_EQ(stored->debugDescription(), u"PCProjectVersion.modelVersion : 14"_s);
-}
-
 }  // namespace
 }  // namespace tweenery::test
