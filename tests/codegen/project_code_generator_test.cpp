@@ -172,7 +172,7 @@ TEST(ExportDiagnostics, TellWhatIsLeftOutOrSurprises) {
     constexpr auto opacity = PCPropertyTypeOpacity, image = PCPropertyTypeImageContents;
     const QString sliced = u"walk_sliced_3"_s;
     const Case cases[] = {
-        {u"a"_s, u"blink"_s, kObjc, image, u"gone.png"_s, "missing-image blink"},
+        {u"a"_s, u"blink"_s, kObjc, image, u"gone.png"_s, "missing-image blink, empty-image blink"},
         {u"a"_s, sliced, kSwift, opacity, 0.5F, "sliced-left-out walk_sliced_3"},
         {u"a"_s, sliced, kMac, opacity, 0.5F, "sliced-is-mobile-code walk_sliced_3"},
         {u"a_layer"_s, u"blink"_s, kObjc, opacity, 0.5F, "does-not-animate blink"},

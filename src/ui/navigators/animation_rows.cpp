@@ -5,7 +5,7 @@
 #include <QPainter>
 #include <QToolTip>
 
-#include "ui/navigators/animations_view.h"
+#include "ui/navigators/animations_model.h"
 #include "ui/navigators/row_painting.h"
 #include "ui/widgets/appearance.h"
 #include "ui/widgets/focus_ring.h"
@@ -82,7 +82,7 @@ void paintAnimationRow(QPainter& painter, const QRect& row, const QString& name,
 
 }  // namespace
 
-AnimationRowDelegate::AnimationRowDelegate(AnimationsView& view)
+AnimationRowDelegate::AnimationRowDelegate(QAbstractItemView& view)
     : NameDelegate([](const QModelIndex&) { return kNameLeft; }, &view), m_view(view) {}
 
 QSize AnimationRowDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex& index) const {

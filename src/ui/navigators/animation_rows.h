@@ -1,17 +1,17 @@
 #pragma once
 
+#include <QAbstractItemView>
+
 #include "ui/navigators/name_editing.h"
 
 namespace tweenery {
-
-class AnimationsView;
 
 /// Paints the setup row and the rows of animations.
 class AnimationRowDelegate : public NameDelegate {
     Q_OBJECT
 
  public:
-    explicit AnimationRowDelegate(AnimationsView& view);
+    explicit AnimationRowDelegate(QAbstractItemView& view);
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -21,7 +21,7 @@ class AnimationRowDelegate : public NameDelegate {
                    const QModelIndex& index) override;
 
  private:
-    AnimationsView& m_view;
+    QAbstractItemView& m_view;
 };
 
 }  // namespace tweenery
