@@ -14,6 +14,7 @@
 #include "editor/outline_drop.h"
 #include "ui/canvas/canvas_cursors.h"
 #include "ui/canvas/feedback_plate.h"
+#include "ui/widgets/appearance.h"
 
 namespace tweenery {
 namespace {
@@ -42,6 +43,10 @@ CanvasView::CanvasView(PCDocumentWindowController& controller, QWidget* parent)
     setFocusPolicy(Qt::StrongFocus);
     setAcceptDrops(true);
     setAccessibleName(QStringLiteral("Canvas"));
+    // The corner between the scroll bars is the canvas's surround.
+    QPalette colors = palette();
+    colors.setColor(QPalette::Window, Appearance::current().workbench().surround);
+    setPalette(colors);
     viewport()->setMouseTracking(true);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     m_frameTimer.setSingleShot(true);
