@@ -82,7 +82,7 @@ void AnimationsView::paintEvent(QPaintEvent* event) {
 // Commands.
 
 void AnimationsView::endEditing() {
-    if (auto* editor = viewport()->findChild<NameEditor*>()) {
+    if (NameEditor* editor = openNameEditor(*this)) {
         commitData(editor);
         closeEditor(editor, QAbstractItemDelegate::NoHint);
     }

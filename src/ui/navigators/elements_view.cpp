@@ -480,7 +480,7 @@ void ElementsView::renameTopSelectedRow() {
 }
 
 void ElementsView::endEditing() {
-    if (auto* editor = viewport()->findChild<NameEditor*>()) {
+    if (NameEditor* editor = openNameEditor(*this)) {
         commitData(editor);
         closeEditor(editor, QAbstractItemDelegate::NoHint);
     }

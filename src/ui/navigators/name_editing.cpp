@@ -49,6 +49,18 @@ bool NameEditor::event(QEvent* event) {
     return QLineEdit::event(event);
 }
 
+void NameEditor::keyPressEvent(QKeyEvent* event) {
+    QLineEdit::keyPressEvent(event);
+    event->accept();
+}
+
+NameEditor* openNameEditor(const QAbstractItemView& list) {
+    for (NameEditor* editor : list.viewport()->findChildren<NameEditor*>()) {
+        if (!editor->isHidden()) { return editor; }  // one that was closed goes later
+    }
+    return nullptr;
+}
+
 void NameEditor::paintEvent(QPaintEvent* event) {
     {
         const WorkbenchColors& colors = Appearance::current().workbench();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAbstractItemView>
 #include <QLineEdit>
 #include <QStyledItemDelegate>
 
@@ -14,8 +15,13 @@ class NameEditor : public QLineEdit {
 
  protected:
     bool event(QEvent* event) override;
+    /// No key goes on to the window, where it would be a command.
+    void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 };
+
+/// The field that is open in a list; null without one.
+NameEditor* openNameEditor(const QAbstractItemView& list);
 
 /// Gives rows their height and, while a name is typed, the field; lists say where it lies. What was
 /// typed goes to the model when the field is left, and nowhere by Escape.

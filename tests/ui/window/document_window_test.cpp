@@ -80,10 +80,25 @@ TEST(DocumentWindow, PlainKeysAreCommandsUnlessATextIsEdited) {
         QTest::keyClick(scene.window->focusWidget(), key);
     }
     QTest::keyClick(scene.window->focusWidget(), Qt::Key_Return);
+    QCoreApplication::processEvents();
     EXPECT_EQ(scene.controller().interaction().tool(), PCSelectionStateSelect);
     EXPECT_EQ(scene.controller().selectionManager().firstSelectedElement()->name(), u"h5");
     scene.key(Qt::Key_Delete);
     EXPECT_EQ(treeText(*scene.project().canvas()), "B C");
+}
+
+// The key that ends a name is no command, though Return plays.
+TEST(DocumentWindow, ANewAnimationIsNamedAndDoesNotPlay) {
+    WindowScene scene;
+    scene.key(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+    for (const Qt::Key key : {Qt::Key_G, Qt::Key_O, Qt::Key_Return}) {
+        QTest::keyClick(scene.window->focusWidget(), key);
+    }
+    QCoreApplication::processEvents();
+    EXPECT_EQ(scene.project().animationsManager().selectedAnimation()->name(), u"go");
+    EXPECT_FALSE(scene.controller().isPlayingBack());
+    scene.key(Qt::Key_Return);
+    EXPECT_TRUE(scene.controller().isPlayingBack());
 }
 
 // Every command of menu, window and canvas is performed by somebody.
