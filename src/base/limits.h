@@ -29,6 +29,14 @@ inline constexpr int64_t kPixelsDecodedAtOnce = 64'000'000;
 inline constexpr int64_t kPixelsInAll = 100'000'000;
 inline constexpr int64_t kMorePixelsForAByte = 4;
 
+/// Painted by `render` in all pictures of a package, or in each of those whose times the user
+/// asked for, at a scale of 1. A pixel counts as often as something covers it.
+inline constexpr int64_t kPixelsPainted = 10'000'000'000;
+/// To store a pixel of a picture takes as long as to paint so many.
+inline constexpr int64_t kPixelsToStoreOne = 16;
+/// To place an element at a time takes as long as to paint so many.
+inline constexpr int64_t kPixelsToPlaceElement = 1500;
+
 // Export.
 inline constexpr int64_t kSlicedValuesInAll = 10'000'000;
 /// So often a name that is taken gets one more "2"; then a number.

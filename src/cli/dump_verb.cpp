@@ -62,7 +62,7 @@ void writeAnimations(PCProject& project, const Entries& entries, JsonWriter& jso
         json.beginObject();
         json.key("identifier").string(animation->identifier());
         json.key("name").string(animation->name());
-        writeTimelines(u"animations/%1"_s.arg(animation->identifier()), entries, json);
+        writeTimelines(animation->path(), entries, json);
         json.endObject();
     }
     json.endArray();

@@ -168,7 +168,7 @@ void noteOddities(PackageCheck& check) {
                                u"the first is found by it"_s.arg(first->second, element->name())});
     }
     for (const PCAnimation::Ptr& animation : project.animationsManager().animations()) {
-        const QString path = kAnimationsEntry + u'/' + animation->identifier();
+        const QString path = animation->path();
         if (animation->name().isNull()) { check.notes.push_back({path, u"has no name"_s}); }
         noteOldTimelines(*animation, path, check);
     }

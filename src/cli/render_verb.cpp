@@ -8,6 +8,7 @@
 
 #include "cli/pictures/frame_names.h"
 #include "cli/pictures/frame_times.h"
+#include "cli/pictures/movie_format.h"
 #include "cli/pictures/picture_run.h"
 #include "cli/pictures/scene_pictures.h"
 #include "cli/support/animation_choice.h"
@@ -27,16 +28,18 @@ constexpr VerbOption kFromOption{"from", "MS", "the first time of a range, 0 oth
 constexpr VerbOption kToOption{"to", "MS",
                                "its last time; otherwise that of the last keyframe, and of what "
                                "repeats one full period"};
-constexpr VerbOption kFpsOption{"fps", "N", "frames a second of the range, 60 otherwise"};
+constexpr VerbOption kFpsOption{"fps", "N",
+                                "frames a second of the range, 60 otherwise, of a GIF 50"};
 constexpr VerbOption kScaleOption{"scale", "S", "pixels a point, 1 otherwise"};
 constexpr VerbOption kBackgroundOption{"background", "COLOR",
                                        "transparent (as without it), checkerboard or #rrggbb"};
 constexpr VerbOption kClipOption{"clip", nullptr,
                                  "cut at the canvas; otherwise the pictures grow to hold what "
                                  "sticks out of it, by up to 600 points"};
-constexpr VerbOption kOutOption{"out", "PATTERN.png",
-                                "where the pictures go: %d (or %04d) is the frame's number, %t its "
-                                "time, %a its animation"};
+constexpr VerbOption kOutOption{"out", "PATTERN",
+                                "where the pictures go, as PNG files: %d (or %04d) is the frame's "
+                                "number, %t its time, %a its animation; a name that ends in .apng "
+                                "or .gif makes one animated picture"};
 constexpr VerbOption kSheetOption{"sheet", "FILE.png",
                                   "one picture of all frames, and FILE.json with their places"};
 constexpr VerbOption kColumnsOption{"columns", "N", "frames in a row of the sheet"};
@@ -96,10 +99,20 @@ void requireSense(const Invocation& invocation) {
         }
     }
     if (!invocation.has(kOutOption.name) && !invocation.has(kSheetOption.name)) {
-        throw UsageError{u"needs --out PATTERN.png or --sheet FILE.png"_s};
+        throw UsageError{u"needs --out PATTERN or --sheet FILE.png"_s};
     }
     if (invocation.has(kColumnsOption.name) && !invocation.has(kSheetOption.name)) {
         throw UsageError{u"--columns needs --sheet"_s};
+    }
+}
+
+void requireSenseOfMovie(const Invocation& invocation, const FrameNames& names) {
+    invocation.requireNotBoth(kOutOption, {kSheetOption, kPngsOption});
+    if (names.tellsFramesApart()) {
+        throw UsageError{u"--out names one animated picture: %d and %t have no meaning there"_s};
+    }
+    if (!invocation.has(kAnimationOption.name)) {
+        throw UsageError{u"an animated picture needs --animation"_s};
     }
 }
 
@@ -112,6 +125,7 @@ struct Request {
     PictureLook look;
     PictureTargets targets;
     std::optional<FrameNames> names;
+    bool wantsMovie = false;
     bool replaces = false;
 };
 
@@ -127,16 +141,19 @@ Request requestFrom(const Invocation& invocation) {
     }
     request.range.from = timeFrom(invocation, kFromOption).value_or(0);
     request.range.to = timeFrom(invocation, kToOption);
-    request.range.framesPerSecond = numberFrom(invocation, kFpsOption, 60, 1000);
+    const QString out = invocation.value(kOutOption.name);
+    // Delays of a GIF are steps of 10 ms: 50 frames a second need no rounding.
+    request.range.framesPerSecond =
+        numberFrom(invocation, kFpsOption, isGifPath(out) ? 50 : 60, 1000);
     if (request.range.to && *request.range.to < request.range.from) {
         throw UsageError{u"--to lies before --from"_s};
     }
     request.look.scale = numberFrom(invocation, kScaleOption, 1, 100);
     request.look.background = backgroundFrom(invocation);
     request.look.clips = invocation.has(kClipOption.name);
-    if (invocation.has(kOutOption.name)) {
-        request.names.emplace(invocation.value(kOutOption.name));
-    }
+    if (invocation.has(kOutOption.name)) { request.names.emplace(out); }
+    request.wantsMovie = isMoviePath(out);
+    if (request.wantsMovie) { requireSenseOfMovie(invocation, *request.names); }
     if (invocation.has(kSheetOption.name)) {
         request.targets.takeSheet(invocation.value(kSheetOption.name));
     }
@@ -167,8 +184,9 @@ class FramePlanner {
 
  private:
     void add(const PCAnimation::Ptr& animation, const QString& name, int32_t timeInMS) {
+        const bool hasOwnFile = m_request.names && !m_request.wantsMovie;
         const QString path =
-            m_request.names ? m_request.names->pathOf(m_frames.size(), timeInMS, name) : QString();
+            hasOwnFile ? m_request.names->pathOf(m_frames.size(), timeInMS, name) : QString();
         m_frames.push_back({animation, timeInMS, path});
     }
 
@@ -207,8 +225,25 @@ class FramePlanner {
     std::vector<PictureFrame> m_frames;
 };
 
+void planMovie(const Request& request, const PCProject& project, PictureTargets& targets) {
+    const std::vector<PictureFrame>& frames = targets.frames;
+    const FrameRange& range = request.range;
+    targets.moviePath = request.names->pathOf(0, 0, fileNameOf(frames.front().animation));
+    targets.timing.loops = loopPeriodInMS(project) > 0;
+    targets.timing.delays = request.at.empty() ? steadyDelays(frames.size(), range.framesPerSecond,
+                                                              lengthOfLoopInMS(range, project))
+                                               : delaysBetween(request.at);
+}
+
+void tellRounding(const PictureTargets& targets, Report& report) {
+    if (isGifPath(targets.moviePath) && !areWholeHundredths(targets.timing.delays)) {
+        report.note(targets.moviePath,
+                    u"its delays are rounded to steps of 10 ms, as a GIF has them"_s);
+    }
+}
+
 void writeJson(const PictureTargets& targets, JsonWriter& json) {
-    json.beginObject().key("pictures").beginArray();
+    json.beginObject().key("movie").string(targets.moviePath).key("pictures").beginArray();
     for (const PictureFrame& frame : targets.frames) {
         if (frame.path.isNull()) { continue; }
         json.beginObject(JsonWriter::Layout::OneLine);
@@ -222,8 +257,10 @@ void writeJson(const PictureTargets& targets, JsonWriter& json) {
 void renderPackage(const Request& request, Console& console, Report& report) {
     const PCProject::Ptr project = openForReading(report);
     PictureTargets targets = request.targets;
+    targets.hasTimesOfUser = !request.at.empty() || request.range.to;
     try {
         targets.frames = FramePlanner(request, project).frames();
+        if (request.wantsMovie) { planMovie(request, *project, targets); }
     } catch (const ExportError& error) { throw InputError(report.packagePath(), error.message()); }
     for (const QString& path : targets.paths()) {
         requireOutsidePackage(path, report.packagePath());
@@ -231,6 +268,7 @@ void renderPackage(const Request& request, Console& console, Report& report) {
     targets.requireFree(request.replaces);
     ScenePictures scene(project, request.look);
     PictureRun(scene, targets, console).run();
+    tellRounding(targets, report);
     if (report.isJson()) {
         report.setResult([&](JsonWriter& json) { writeJson(targets, json); });
     }
@@ -248,15 +286,17 @@ ExitCode run(const Invocation& invocation, Console& console) {
 }  // namespace
 
 const Verb& renderVerb() {
-    static const Verb verb{"render",
-                           "PKG",
-                           1,
-                           1,
-                           "Draws the scene at given times into PNG files or one sprite sheet.",
-                           {kAnimationOption, kAtOption, kFromOption, kToOption, kFpsOption,
-                            kScaleOption, kBackgroundOption, kClipOption, kOutOption, kSheetOption,
-                            kColumnsOption, kPngsOption, kReplaceOption, kQuietOption, kJsonOption},
-                           run};
+    static const Verb verb{
+        "render",
+        "PKG",
+        1,
+        1,
+        "Draws the scene at given times into PNG files, one sprite sheet or one animated "
+        "picture.",
+        {kAnimationOption, kAtOption, kFromOption, kToOption, kFpsOption, kScaleOption,
+         kBackgroundOption, kClipOption, kOutOption, kSheetOption, kColumnsOption, kPngsOption,
+         kReplaceOption, kQuietOption, kJsonOption},
+        run};
     return verb;
 }
 

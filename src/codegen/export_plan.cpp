@@ -223,8 +223,7 @@ void Planner::readTimelines(ElementJob& job) const {
     const PCAnimation::Ptr& animation = m_bundles[job.bundle].animation;
     const PCElement::Ptr& element = m_plan.elements[job.element].element;
     const auto group = animation->timelineGroup(element->identifier());
-    const QString path =
-        u"animations/%1/%2/"_s.arg(animation->identifier(), element->identifier().toString());
+    const QString path = animation->path() + u'/' + element->identifier().toString() + u'/';
     bool hasTimelines = false;
     for (const auto& [fileName, stored] : job.directory->fileWrappers()) {
         const ElementTimelineFile* file = elementTimelineFileNamed(fileName);

@@ -34,6 +34,8 @@ class PCAnimation : public std::enable_shared_from_this<PCAnimation> {
     /// Written into the tree at once. No undo step: PCAnimationsManager::renameAnimation makes it.
     void setName(const QString& name);
     QString identifier() const;
+    /// Of its directory in the package.
+    QString path() const;
     const FileWrapper::Ptr& fileWrapper() const { return m_fileWrapper; }
     const TimelineGroups& timelineGroups() const { return m_timelineGroups; }
     /// The element's group, or null.
@@ -77,7 +79,6 @@ class PCAnimation : public std::enable_shared_from_this<PCAnimation> {
     std::weak_ptr<EditContext> m_project;
 
     PCAnimation() = default;
-    QString path() const;
     void readName();
     void readMasterTimeline();
     void saveMasterTimeline();

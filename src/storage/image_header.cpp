@@ -36,8 +36,9 @@ uint8_t byteAt(const QByteArray& data, qsizetype position) {
     return static_cast<uint8_t>(data[position]);
 }
 
-// The CRC-32 of ISO 3309, which PNG uses.
-uint32_t checksum(QByteArrayView bytes) {
+}  // namespace
+
+uint32_t pngChecksum(QByteArrayView bytes) {
     static const auto table = [] {
         std::array<uint32_t, 256> entries{};
         for (uint32_t i = 0; i < entries.size(); ++i) {
@@ -56,6 +57,8 @@ uint32_t checksum(QByteArrayView bytes) {
     return ~crc;
 }
 
+namespace {
+
 bool isPngComplete(const QByteArray& data) {
     constexpr qsizetype frame = 12;  // length, type, checksum
     qsizetype position = kPngSignatureLength;
@@ -65,7 +68,7 @@ bool isPngComplete(const QByteArray& data) {
         const auto typeAndBody = QByteArrayView(data).sliced(position + 4, length + 4);
         const bool isNeeded = (typeAndBody[0] & 0x20) == 0;  // an upper-case letter
         if (isNeeded &&
-            checksum(typeAndBody) != bigEndianAt<uint32_t>(data, position + 8 + length)) {
+            pngChecksum(typeAndBody) != bigEndianAt<uint32_t>(data, position + 8 + length)) {
             return false;
         }
         if (typeAndBody.startsWith("IEND")) { return true; }

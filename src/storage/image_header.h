@@ -44,4 +44,7 @@ ImageEffort imageEffort(const QByteArray& data);
 /// `data` itself when it has none, or is no PNG.
 QByteArray withoutTextChunks(const QByteArray& data);
 
+/// The CRC-32 of ISO 3309, which chunks of a PNG end with.
+uint32_t pngChecksum(QByteArrayView bytes);
+
 }  // namespace tweenery

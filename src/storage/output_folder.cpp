@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 
@@ -28,13 +27,6 @@ size_t countFiles(const FileDescriptor& directory) {
         count += opened ? countFiles(opened) : 1;
     }
     return count;
-}
-
-bool writePieces(int file, const QByteArrayList& pieces) {
-    return std::all_of(pieces.begin(), pieces.end(), [&](const QByteArray& piece) {
-        requireNotStopped();
-        return writeAll(file, piece);
-    });
 }
 
 }  // namespace
@@ -85,38 +77,60 @@ size_t OutputFolder::remove(const QString& name) const {
 void OutputFolder::write(const QString& name, const QByteArrayList& pieces) const {
     const QString path = m_path + u'/' + name;
     if (!isSafeFilename(name)) { throw InputError(path, u"is no name that a file can have"_s); }
-    if (m_folder) { writeFileInto(m_folder, name.toStdString(), pieces, path); }
+    if (!m_folder) { return; }
+    FileInTheMaking file(m_folder, name.toStdString(), path);
+    file.write(pieces);
+    file.commit();
 }
 
-void writeFileInto(const FileDescriptor& folder, const std::string& name,
-                   const QByteArrayList& pieces, const QString& path) {
-    const Temporary temporary;
-    const int directory = folder.number();
-    const std::string staging = stagingName(name);
+FileInTheMaking::FileInTheMaking(const QString& path) : m_path(path) {
+    const std::string target = systemPath(path).toStdString();
+    const size_t nameAt = target.rfind('/') + 1;
+    const std::string folder = nameAt == 0 ? "." : target.substr(0, nameAt);
+    m_ownFolder = FileDescriptor(::open(folder.c_str(), kDirectoryFlags));
+    if (!m_ownFolder) { fail(errno); }
+    m_folder = m_ownFolder.number();
+    m_name = target.substr(nameAt);
+    open();
+}
+
+FileInTheMaking::FileInTheMaking(const FileDescriptor& folder, const std::string& name,
+                                 const QString& path)
+    : m_path(path), m_folder(folder.number()), m_name(name) {
+    open();
+}
+
+FileInTheMaking::~FileInTheMaking() {
+    if (!m_isInPlace) { ::unlinkat(m_folder, m_staging.c_str(), 0); }
+}
+
+void FileInTheMaking::open() {
+    m_staging = stagingName(m_name);
     constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-    FileDescriptor file(::openat(directory, staging.c_str(), flags, DEFFILEMODE));
-    if (!file) { throw InputError(path, failureText(u"could not be written"_s, errno)); }
-    struct stat present;
-    const bool replaces = ::fstatat(directory, name.c_str(), &present, AT_SYMLINK_NOFOLLOW) == 0 &&
-                          S_ISREG(present.st_mode);
-    int error = 0;
-    try {
-        const bool isWritten =
-            writePieces(file.number(), pieces) &&
-            (!replaces || ::fchmod(file.number(), present.st_mode & ACCESSPERMS) == 0) &&
-            ::fsync(file.number()) == 0 && file.close();
-        error = isWritten ? 0 : errno;
-        if (isWritten) { interfereAt(Moment::FileIsWritten); }
-        if (isWritten && ::renameat(directory, staging.c_str(), directory, name.c_str()) == 0) {
-            return;
-        }
-        error = isWritten ? errno : error;
-    } catch (...) {
-        ::unlinkat(directory, staging.c_str(), 0);
-        throw;
+    m_file = FileDescriptor(::openat(m_folder, m_staging.c_str(), flags, DEFFILEMODE));
+    if (!m_file) { fail(errno); }
+}
+
+void FileInTheMaking::write(const QByteArrayList& pieces) {
+    for (const QByteArray& piece : pieces) {
+        requireNotStopped();
+        if (!writeAll(m_file.number(), piece)) { fail(errno); }
     }
-    ::unlinkat(directory, staging.c_str(), 0);
-    throw InputError(path, failureText(u"could not be written"_s, error));
+}
+
+void FileInTheMaking::commit() {
+    struct stat present;
+    const bool replaces = ::fstatat(m_folder, m_name.c_str(), &present, AT_SYMLINK_NOFOLLOW) == 0 &&
+                          S_ISREG(present.st_mode);
+    if (replaces && ::fchmod(m_file.number(), present.st_mode & ACCESSPERMS) != 0) { fail(errno); }
+    if (::fsync(m_file.number()) != 0 || !m_file.close()) { fail(errno); }
+    interfereAt(Moment::FileIsWritten);
+    if (::renameat(m_folder, m_staging.c_str(), m_folder, m_name.c_str()) != 0) { fail(errno); }
+    m_isInPlace = true;
+}
+
+void FileInTheMaking::fail(int error) const {
+    throw InputError(m_path, failureText(u"could not be written"_s, error));
 }
 
 }  // namespace tweenery

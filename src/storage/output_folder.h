@@ -4,6 +4,7 @@
 #include <QString>
 
 #include "storage/posix_files.h"
+#include "storage/temporaries.h"
 
 namespace tweenery {
 
@@ -35,9 +36,35 @@ class OutputFolder {
     FileDescriptor m_folder;
 };
 
-/// Writes the file `name` into the open directory `folder`: a temporary file beside it, flushed,
-/// then renamed. Throws InputError, naming `path`.
-void writeFileInto(const FileDescriptor& folder, const std::string& name,
-                   const QByteArrayList& pieces, const QString& path);
+/// A file that comes to be piece by piece: a temporary beside its place, which takes that place in
+/// commit() and is removed if it comes to none. All throw InputError, naming the file's path.
+class FileInTheMaking {
+ public:
+    /// Opens the folder of `path`, which exists.
+    explicit FileInTheMaking(const QString& path);
+    /// For the file `name` in the open directory `folder`, which stays open; `path` is for
+    /// messages.
+    FileInTheMaking(const FileDescriptor& folder, const std::string& name, const QString& path);
+    ~FileInTheMaking();
+    FileInTheMaking(const FileInTheMaking&) = delete;
+    FileInTheMaking& operator=(const FileInTheMaking&) = delete;
+
+    void write(const QByteArrayList& pieces);
+    /// Flushes the file and puts it into its place, where a link is replaced.
+    void commit();
+
+ private:
+    void open();
+    [[noreturn]] void fail(int error) const;
+
+    const Temporary m_temporary;
+    QString m_path;
+    FileDescriptor m_ownFolder;
+    int m_folder = -1;
+    std::string m_name;
+    std::string m_staging;
+    FileDescriptor m_file;
+    bool m_isInPlace = false;
+};
 
 }  // namespace tweenery

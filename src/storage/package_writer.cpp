@@ -388,12 +388,9 @@ void writeFileAtomically(const QString& path, const QByteArray& data) {
 }
 
 void writeFileAtomically(const QString& path, const QByteArrayList& pieces) {
-    const std::string target = systemPath(path).toStdString();
-    const size_t nameAt = target.rfind('/') + 1;
-    const std::string folder = nameAt == 0 ? "." : target.substr(0, nameAt);
-    const FileDescriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!opened) { throw InputError(path, failureText(u"could not be written"_s, errno)); }
-    writeFileInto(opened, target.substr(nameAt), pieces, path);
+    FileInTheMaking file(path);
+    file.write(pieces);
+    file.commit();
 }
 
 }  // namespace tweenery

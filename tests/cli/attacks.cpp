@@ -33,7 +33,7 @@ struct Part : Archivable {
 };
 
 void encodeElement(KeyedEncoder& coder, const QString& identifier, const QString& name,
-                   const QString& image = {}) {
+                   const QString& image = {}, QSizeF size = {20, 20}) {
     coder.encodeString("identifier", identifier);
     coder.encodeString("name", name);
     for (const char* key : {"xScale", "yScale", "opacity"}) {
@@ -41,7 +41,7 @@ void encodeElement(KeyedEncoder& coder, const QString& identifier, const QString
     }
     coder.encodePoint("position", {10, 10});
     coder.encodePoint("anchorPoint", {0.5, 0.5});
-    coder.encodeSize("size", {20, 20});
+    coder.encodeSize("size", size);
     if (image.isNull()) {
         coder.encodeBool("group", true);
     } else {
@@ -49,10 +49,13 @@ void encodeElement(KeyedEncoder& coder, const QString& identifier, const QString
     }
 }
 
-void storeElements(const QString& package, int count, const std::function<Encode(int)>& element) {
+void storeElements(const QString& package, int count, const std::function<Encode(int)>& element,
+                   QSizeF canvasSize = {20, 20}) {
     std::vector<Part> parts(static_cast<size_t>(count));
     Part canvas;
-    canvas.encode = [](KeyedEncoder& coder) { encodeElement(coder, u"C"_s, u"Canvas"_s); };
+    canvas.encode = [&](KeyedEncoder& coder) {
+        encodeElement(coder, u"C"_s, u"Canvas"_s, {}, canvasSize);
+    };
     for (int i = 0; i < count; ++i) {
         parts[static_cast<size_t>(i)].encode = element(i);
         canvas.children.push_back(&parts[static_cast<size_t>(i)]);
@@ -91,6 +94,19 @@ QByteArray timelineOf(const QString& type, size_t count,
     const auto encode = [&](KeyedEncoder& coder) {
         coder.encodeString("property_type", type);
         coder.encodeRecords("keyframes", {"PCPropertyKeyframe"}, count, keyframe);
+    };
+    return Archived("PCKeyedPropertyTimeline", encode).bytes();
+}
+
+QByteArray loopOf(int32_t durationInMS) {
+    const auto encodeKeyframe = [&](size_t i, KeyedEncoder& keyframe) {
+        keyframe.encodeInt("time", static_cast<int32_t>(i) * durationInMS);
+        keyframe.encodeFloat("float", 1);
+    };
+    const auto encode = [&](KeyedEncoder& coder) {
+        coder.encodeString("property_type", u"opacity"_s);
+        coder.encodeString("repeat_behavior", u"forever"_s);
+        coder.encodeRecords("keyframes", {"PCPropertyKeyframe"}, 2, encodeKeyframe);
     };
     return Archived("PCKeyedPropertyTimeline", encode).bytes();
 }
@@ -315,6 +331,33 @@ const std::vector<Attack>& attacks() {
          },
          {{u"check"_s, u"--lang"_s, u"objc"_s}, {u"export"_s, u"--lang"_s, u"objc"_s}},
          "values of frame sliced animations"},
+        {"pictures-over-one-another",
+         [](const QString& p) {
+             constexpr QSize size{4'000, 4'000};
+             storeImageSet(p, u"p.png"_s, pictureOf(size, "png"));
+             const auto element = [&](int i) {
+                 return [=](KeyedEncoder& coder) {
+                     encodeElement(coder, u"E%1"_s.arg(i), u"e"_s, u"p.png"_s, size);
+                 };
+             };
+             storeElements(p, 20'000, element, size);
+         },
+         {{u"render"_s}},
+         "pixels to paint for the picture"},
+        {"long-period",
+         [](const QString& p) {
+             storeElements(p, 1, [](int i) { return elementNamed(i, u"e"_s); }, {4'000, 4'000});
+             storeAnimation(p, 1, u"walk"_s, kElement, u"opacity.data"_s, loopOf(599'000));
+         },
+         {{u"render"_s, u"--animation"_s, u"walk"_s}},
+         "pixels to paint for 35940 pictures"},
+        {"elements-for-long",
+         [](const QString& p) {
+             storeElements(p, 20'000, [](int i) { return elementNamed(i, u"e%1"_s.arg(i)); });
+             storeAnimation(p, 1, u"walk"_s, kElement, u"opacity.data"_s, loopOf(599'000));
+         },
+         {{u"render"_s, u"--animation"_s, u"walk"_s}},
+         "pixels to paint for 35940 pictures"},
         {"pictures-without-end",
          [](const QString& p) {
              storeElements(p, 1, [](int i) { return elementNamed(i, u"e"_s); });

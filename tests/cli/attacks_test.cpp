@@ -22,7 +22,7 @@ QStringList commandOn(QStringList command, const QString& package, const Worksho
     command.insert(1, package);
     if (verb == u"copy"_s) { command << shop.path(u"Copy.tweenery"_s); }
     if (verb == u"export"_s) { command << u"--out"_s << shop.path(u"out"_s); }
-    if (verb == u"render"_s) { command << u"--out"_s << shop.path(u"p.png"_s); }
+    if (verb == u"render"_s) { command << u"--out"_s << shop.path(u"p%d.png"_s); }
     if (verb == u"values"_s) { command << u"--at"_s << u"0"_s << u"--json"_s; }
     return command;
 }
@@ -47,7 +47,7 @@ TEST_P(Attacks, EndInWorkOrInALimit) {
     }
     for (const auto& [path, entry] : snapshotOf(shop.path({}))) {
         const bool isExpected = path.starts_with("P.") || path.starts_with("Copy.") ||
-                                path.starts_with("out") || path == "p.png" || path == ".";
+                                path.starts_with("out") || path == "p0.png" || path == ".";
         EXPECT_TRUE(isExpected) << path;
     }
     // For measurements: TWEENERY_KEEP_ATTACKS names a folder that gets the packages.

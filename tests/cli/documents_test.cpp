@@ -50,7 +50,8 @@ TEST(Documents, HaveExamplesThatRun) {
                                        << shell.readAllStandardError().toStdString();
     }
     for (const char* file : {"objc/BounceView.h", "objc/BounceView.m", "swift/BounceView.swift",
-                             "pictures/300.png", "pictures/bounce.json", "Sky.tweenery/version"}) {
+                             "pictures/300.png", "pictures/bounce.json", "pictures/idle.apng",
+                             "pictures/bounce.gif", "Sky.tweenery/version"}) {
         EXPECT_TRUE(QFileInfo::exists(samples + u'/' + QString::fromLatin1(file))) << file;
     }
     // What the lines for an app call is there.

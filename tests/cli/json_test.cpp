@@ -100,6 +100,9 @@ TEST(Json, IsOneDocumentOfTheShapeThatIsToldForEachVerb) {
         {u"values"_s, {gone}, {u"--at"_s, u"0"_s}},
         {u"render"_s, {bounce}, {u"--out"_s, shop.path(u"new/%d.png"_s)}},
         {u"render"_s, {bad}, {u"--sheet"_s, shop.path(u"s.png"_s)}},
+        {u"render"_s,
+         {bounce},
+         {u"--animation"_s, u"Bounce"_s, u"--fps"_s, u"3"_s, u"--out"_s, shop.path(u"b.gif"_s)}},
     };
     const QJsonObject all = schemas();
     for (const Case& c : cases) {

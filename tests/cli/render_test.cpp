@@ -127,8 +127,8 @@ TEST_F(Render, RefusesWhatMakesNoSense) {
         const char* reason;
     };
     const Case cases[] = {
-        {"--scale 1", "needs --out PATTERN.png or --sheet FILE.png"},
-        {"--out a.jpg", "--out takes the name of a PNG file, not 'a.jpg'"},
+        {"--scale 1", "needs --out PATTERN or --sheet FILE.png"},
+        {"--out a.jpg", "--out takes the name of a PNG, APNG or GIF file, not 'a.jpg'"},
         {"--out a%x.png", "--out knows %d, %04d, %t, %a and %%, not '%x'"},
         {"--out a%04t.png", "--out knows %d, %04d, %t, %a and %%, not '%04t'"},
         {"--sheet a.json", "--sheet takes the name of a PNG file, not 'a.json'"},

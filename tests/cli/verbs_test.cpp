@@ -20,6 +20,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::StartsWith;
 
 const QStringList packages = {u"Bounce"_s, u"Card"_s, u"Minimal"_s, u"Tags"_s};
@@ -185,6 +186,17 @@ TEST_F(VersionTest, EveryBackupIsKept) {
         notes.push_back(contentsOf(shop.backups() + u'/' + backup + u"/note"_s));
     }
     EXPECT_THAT(notes, testing::UnorderedElementsAre("first", "second", "third"));
+}
+
+TEST_F(VersionTest, WithoutAHomeAnUpdateGoesOnWithoutABackupAndSaysWhy) {
+    storeVersion(13);
+    qunsetenv("HOME");
+    const Outcome run = tweenc({u"update"_s, package, u"--yes"_s});
+    EXPECT_EQ(run.code, 0);
+    EXPECT_THAT(run.err, HasSubstr("there is no home folder, as the variable HOME is not set). The "
+                                   "project is updated without one."));
+    EXPECT_THAT(run.out, Not(HasSubstr("Backup")));
+    EXPECT_THAT(tweenc({u"info"_s, package}).out, HasSubstr("model version 14"));
 }
 
 TEST(New, MakesAnElementForEachPicture) {

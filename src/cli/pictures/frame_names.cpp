@@ -1,8 +1,10 @@
 #include "cli/pictures/frame_names.h"
 
 #include <QRegularExpression>
+#include <algorithm>
 
 #include "base/visible_text.h"
+#include "cli/pictures/movie_format.h"
 #include "cli/support/verb.h"
 
 using namespace Qt::StringLiterals;
@@ -10,8 +12,9 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 
 FrameNames::FrameNames(const QString& pattern) {
-    if (!pattern.endsWith(u".png"_s, Qt::CaseInsensitive)) {
-        throw UsageError{u"--out takes the name of a PNG file, not '%1'"_s.arg(pattern)};
+    if (!pattern.endsWith(u".png"_s, Qt::CaseInsensitive) && !isMoviePath(pattern)) {
+        throw UsageError{
+            u"--out takes the name of a PNG, APNG or GIF file, not '%1'"_s.arg(pattern)};
     }
     static const QRegularExpression placeholder(u"%(?:0?([0-9]))?(.?)"_s);
     qsizetype end = 0;
@@ -28,6 +31,12 @@ FrameNames::FrameNames(const QString& pattern) {
         end = match.capturedEnd();
     }
     m_pieces.push_back({pattern.mid(end), QChar(), 0});
+}
+
+bool FrameNames::tellsFramesApart() const {
+    return std::any_of(m_pieces.begin(), m_pieces.end(), [](const Piece& piece) {
+        return piece.placeholder == u'd' || piece.placeholder == u't';
+    });
 }
 
 QString FrameNames::pathOf(size_t number, int32_t timeInMS, const QString& name) const {

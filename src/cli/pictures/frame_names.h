@@ -10,8 +10,12 @@ namespace tweenery {
 /// animation, %% for a percent sign.
 class FrameNames {
  public:
-    /// Throws UsageError when the pattern has other placeholders or does not end in ".png".
+    /// Throws UsageError when the pattern has other placeholders, or the ending of no picture that
+    /// can be made.
     explicit FrameNames(const QString& pattern);
+
+    /// The frames of one animation get names of their own.
+    bool tellsFramesApart() const;
 
     /// The path of a frame. `name` must be fit for a file.
     QString pathOf(size_t number, int32_t timeInMS, const QString& name) const;

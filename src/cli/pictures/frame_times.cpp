@@ -26,13 +26,22 @@ Course courseOf(const PCProject& project) {
 // The first time behind the range.
 int64_t endOf(const FrameRange& range, const PCProject& project) {
     if (range.to) { return int64_t{*range.to} + 1; }
+    if (const int64_t length = lengthOfLoopInMS(range, project)) { return range.from + length; }
     const Course course = courseOf(project);
-    const int64_t period = course.wholePeriodInMS();
-    if (period > 0 && period >= course.endInMS()) { return range.from + period; }
     return std::max<int64_t>(range.from, course.endInMS()) + 1;
 }
 
 }  // namespace
+
+int64_t loopPeriodInMS(const PCProject& project) {
+    return courseOf(project).wholePeriodInMS();
+}
+
+int64_t lengthOfLoopInMS(const FrameRange& range, const PCProject& project) {
+    const Course course = courseOf(project);
+    const int64_t period = course.wholePeriodInMS();
+    return !range.to && period >= course.endInMS() ? period : 0;
+}
 
 std::vector<int32_t> frameTimes(const FrameRange& range, const PCProject& project) {
     const int64_t end =

@@ -20,6 +20,11 @@ struct FrameRange {
 /// next one begins. Throws InputError when they are more than kMostFrames.
 std::vector<int32_t> frameTimes(const FrameRange& range, const PCProject& project);
 
+/// The common period of the loops of the selected animation in milliseconds, 0 when it has none.
+int64_t loopPeriodInMS(const PCProject& project);
+/// How long the frames of the range show together if they are one period of a loop; 0 otherwise.
+int64_t lengthOfLoopInMS(const FrameRange& range, const PCProject& project);
+
 inline constexpr size_t kMostFrames = 100'000;
 
 }  // namespace tweenery

@@ -2,11 +2,15 @@
 
 #include <QPainter>
 #include <QSet>
+#include <algorithm>
 #include <cmath>
+#include <numeric>
 
 #include "base/errors.h"
+#include "base/limits.h"
 #include "base/parallel_for.h"
 #include "base/path_name.h"
+#include "cli/pictures/movie_format.h"
 #include "cli/support/json_writer.h"
 #include "cli/support/verb.h"
 #include "storage/bitmap.h"
@@ -20,14 +24,26 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 namespace {
 
-// The sizes that this program reads back.
-constexpr int64_t kLongestSide = 16384;
-constexpr int64_t kMostPixels = 64'000'000;
+// Of the frames of an animated picture that wait for their turn.
+constexpr int64_t kPixelsAtOnce = 64'000'000;
 
 void requireSize(int64_t width, int64_t height, const QString& what) {
-    if (width > kLongestSide || height > kLongestSide || width * height > kMostPixels) {
+    // This program reads back what it writes.
+    if (width > limits::kSideOfPicture || height > limits::kSideOfPicture ||
+        width * height > limits::kPixelsOfPicture) {
         throw InputError(what, u"would be too large: %1 by %2 pixels"_s.arg(width).arg(height));
     }
+}
+
+int64_t areaOf(const QRect& pixels) {
+    return int64_t{pixels.width()} * pixels.height();
+}
+
+int64_t paintedPixels(const DisplayList& list) {
+    const std::vector<DisplayItem>& items = list.items();
+    return std::accumulate(
+        items.begin(), items.end(), int64_t{0},
+        [](int64_t sum, const DisplayItem& item) { return sum + areaOf(item.pixels); });
 }
 
 }  // namespace
@@ -46,6 +62,7 @@ QStringList PictureTargets::paths() const {
         if (!frame.path.isNull()) { paths += frame.path; }
     }
     if (!sheetPath.isNull()) { paths << sheetPath << sheetJsonPath; }
+    if (!moviePath.isNull()) { paths << moviePath; }
     return paths;
 }
 
@@ -76,13 +93,41 @@ void PictureRun::run() {
     measure();
     if (!m_targets.sheetPath.isNull()) { makeSheet(); }
     try {
-        parallelFor(m_targets.frames.size(), [this](size_t index) { draw(index); });
+        m_targets.moviePath.isNull() ? drawAll() : makeMovie();
     } catch (...) {
         endProgress();
         throw;
     }
     if (!m_sheet.isNull()) { writeSheet(); }
     endProgress();
+}
+
+void PictureRun::drawAll() {
+    parallelFor(m_targets.frames.size(), [this](size_t index) {
+        draw(index, [&path = m_targets.frames[index].path](const QImage& picture) {
+            if (!path.isNull()) { writeFileAtomically(path, encodePngQuickly(picture)); }
+        });
+    });
+}
+
+// Some frames at a time are drawn and prepared on all cores, then written in their order.
+void PictureRun::makeMovie() {
+    const auto atOnce =
+        static_cast<size_t>(std::clamp<int64_t>(kPixelsAtOnce / areaOf(m_pixels), 1, 16));
+    const auto encoder = movieEncoderFor(m_targets.moviePath, m_targets.timing);
+    FileInTheMaking file(m_targets.moviePath);
+    for (size_t first = 0; first < m_targets.frames.size(); first += atOnce) {
+        std::vector<PreparedFrame> prepared(std::min(atOnce, m_targets.frames.size() - first));
+        parallelFor(prepared.size(), [&](size_t i) {
+            draw(first + i,
+                 [&](const QImage& picture) { prepared[i] = encoder->prepare(picture); });
+        });
+        for (const PreparedFrame& frame : prepared) {
+            file.write({encoder->append(frame)});
+        }
+    }
+    file.write({encoder->end()});
+    file.commit();
 }
 
 void PictureRun::setScene(const PictureFrame& frame) {
@@ -94,8 +139,30 @@ void PictureRun::setScene(const PictureFrame& frame) {
     m_scene.setTime(frame.timeInMS);
 }
 
+// Counts what takes as long as to paint so many pixels. Throws InputError when the package asks for
+// more than it may.
+void PictureRun::spend(int64_t pixels) {
+    m_spentPixels += pixels;
+    const auto pictures = static_cast<int64_t>(m_targets.frames.size());
+    const int64_t most = limits::kPixelsPainted * (m_targets.hasTimesOfUser ? pictures : 1);
+    if (m_spentPixels > most) {
+        const QString what = pictures == 1 ? u"pixels to paint for the picture"_s
+                                           : u"pixels to paint for %1 pictures (--to and --at "
+                                             u"allow as many for each)"_s.arg(pictures);
+        throw InputError(kCanvasEntry, beyondLimit(what, m_spentPixels, most));
+    }
+}
+
+// The package has no part in that pictures are larger than it says.
+void PictureRun::spendAtScale(int64_t pixels) {
+    const double scale = std::max(1.0, m_scene.look().scale);
+    spend(std::llround(static_cast<double>(pixels) / (scale * scale)));
+}
+
 // All pictures show the same part of the scene: what shows in any of them.
 void PictureRun::measure() {
+    const auto count = static_cast<int64_t>(m_targets.frames.size());
+    spend(count * m_scene.elementCount() * limits::kPixelsToPlaceElement);
     for (const PictureFrame& frame : m_targets.frames) {
         setScene(frame);
         m_pixels |= m_scene.pixels();
@@ -105,6 +172,7 @@ void PictureRun::measure() {
                          u"has no size, and nothing shows that a picture could hold"_s);
     }
     requireSize(m_pixels.width(), m_pixels.height(), u"a picture"_s);
+    spendAtScale(count * areaOf(m_pixels) * limits::kPixelsToStoreOne);
 }
 
 void PictureRun::makeSheet() {
@@ -139,7 +207,7 @@ std::unique_ptr<PictureRun::Easel> PictureRun::takeEasel() {
     return easel;
 }
 
-void PictureRun::draw(size_t index) {
+void PictureRun::draw(size_t index, const std::function<void(const QImage&)>& use) {
     const PictureFrame& frame = m_targets.frames[index];
     std::unique_ptr<Easel> easel;
     {
@@ -147,6 +215,7 @@ void PictureRun::draw(size_t index) {
         easel = takeEasel();
         setScene(frame);
         m_scene.list(m_pixels, easel->list);
+        spendAtScale(paintedPixels(easel->list));
         if (!m_sheet.isNull()) {
             const QRect cell = cellOf(index);
             easel->picture =
@@ -155,7 +224,7 @@ void PictureRun::draw(size_t index) {
         }
     }
     easel->renderer.paint(easel->list, easel->picture);
-    if (!frame.path.isNull()) { writeFileAtomically(frame.path, encodePngQuickly(easel->picture)); }
+    use(easel->picture);
     const std::lock_guard lock(m_mutex);
     m_easels.push_back(std::move(easel));
     ++m_doneCount;

@@ -4,10 +4,12 @@
 #include <QString>
 #include <QStringList>
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <vector>
 
+#include "cli/pictures/movie_timing.h"
 #include "cli/pictures/scene_pictures.h"
 #include "cli/support/console.h"
 #include "scene/layer_renderer.h"
@@ -18,7 +20,7 @@ namespace tweenery {
 struct PictureFrame {
     PCAnimation::Ptr animation;  // null: the setup state
     int32_t timeInMS = 0;
-    QString path;  // null when only a sheet is wanted
+    QString path;  // null when one file holds all frames
 };
 
 /// What a run writes.
@@ -26,7 +28,10 @@ struct PictureTargets {
     std::vector<PictureFrame> frames;
     QString sheetPath;  // null: no sheet
     QString sheetJsonPath;
-    int columns = 0;  // of the sheet; 0: about as many as rows
+    int columns = 0;    // of the sheet; 0: about as many as rows
+    QString moviePath;  // null: no animated picture
+    MovieTiming timing;
+    bool hasTimesOfUser = false;  // and not as many frames as the package makes them
 
     /// Throws UsageError unless it is the path of a PNG file.
     void takeSheet(const QString& path);
@@ -56,10 +61,14 @@ class PictureRun {
     };
 
     void setScene(const PictureFrame& frame);
+    void spend(int64_t pixels);
+    void spendAtScale(int64_t pixels);
     void measure();
     void makeSheet();
     QRect cellOf(size_t index) const;
-    void draw(size_t index);
+    void drawAll();
+    void makeMovie();
+    void draw(size_t index, const std::function<void(const QImage&)>& use);
     void writeSheet();
     QByteArray sheetJson() const;
     void tellProgress();
@@ -77,6 +86,7 @@ class PictureRun {
     bool m_hasSelected = false;
     std::vector<std::unique_ptr<Easel>> m_easels;
     size_t m_doneCount = 0;
+    int64_t m_spentPixels = 0;
     std::chrono::steady_clock::time_point m_lastTold = std::chrono::steady_clock::now();
     bool m_isTold = false;
 };

@@ -90,6 +90,10 @@ void ScenePictures::list(const QRect& pixels, DisplayList& list) {
     list.build(m_stage, {{}, -origin}, pixels.size());
 }
 
+int64_t ScenePictures::elementCount() const {
+    return static_cast<int64_t>(m_project->canvas()->elementAndAllDescendants().size());
+}
+
 void ScenePictures::paintBackground(QPainter& painter, const QRect& place) const {
     painter.setBrushOrigin(place.topLeft());
     painter.fillRect(place, m_look.background);

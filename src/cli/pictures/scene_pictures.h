@@ -43,6 +43,8 @@ class ScenePictures {
     QRect pixels();
     /// What to draw for that part of the scene, now.
     void list(const QRect& pixels, DisplayList& list);
+    const PictureLook& look() const { return m_look; }
+    int64_t elementCount() const;
     /// Paints a picture of nothing but the background in that place.
     void paintBackground(QPainter& painter, const QRect& place) const;
 
