@@ -61,6 +61,7 @@ class PCDocumentController : public QObject, private DocumentWindowOwner {
     void addCommands(CommandSet& commands, DocumentWindow& window) override;
     void windowWantsToClose(DocumentWindow& window) override { close({&window}); }
     void fillRecentDocuments(QMenu& menu) override;
+    void openProjects(const QStringList& paths) override { open(paths); }
     void askForPlace(DocumentWindow& window) override { saveAs(window, {}); }
     bool eventFilter(QObject* watched, QEvent* event) override;
 };

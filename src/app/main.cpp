@@ -1,5 +1,4 @@
 #include <QApplication>
-#include <QFile>
 #include <QTimer>
 #include <cstdio>
 
@@ -8,8 +7,10 @@
 #include "app/project_dialog.h"
 #include "app/qt_ports.h"
 #include "app/single_instance.h"
+#include "base/user_defaults.h"
 #include "editor/documents/project_path.h"
 #include "model/preferences/app_preferences.h"
+#include "storage/system_names.h"
 #include "ui/canvas/canvas_accessible.h"
 #include "ui/widgets/alert_dialog.h"
 #include "ui/widgets/frame_style.h"
@@ -35,6 +36,7 @@ void setUpApplication(QApplication& application) {
     QApplication::setDesktopFileName(u"org.tweenery.Tweenery"_s);
     QApplication::setQuitOnLastWindowClosed(true);
     QApplication::setStyle(new FrameStyle);
+    UserDefaults::useSettingsOfUser();
     PCAppPreferences::registerDefaults();
     setUpFrame(application);
     installCanvasAccessibility();
@@ -43,7 +45,7 @@ void setUpApplication(QApplication& application) {
 QStringList decoded(const QByteArrayList& paths) {
     QStringList texts;
     for (const QByteArray& path : paths) {
-        texts << QFile::decodeName(path);
+        texts << textOfSystemName(path);
     }
     return texts;
 }

@@ -1,9 +1,11 @@
 #include "ui/window/document_window.h"
 
 #include <QCloseEvent>
+#include <QDragEnterEvent>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMimeData>
 #include <QScreen>
 #include <QVBoxLayout>
 #include <QWindow>
@@ -11,6 +13,8 @@
 
 #include "editor/canvas/canvas_picture.h"
 #include "editor/canvas/keyboard_edits.h"
+#include "editor/documents/project_path.h"
+#include "editor/outline_drop.h"
 #include "ui/canvas/canvas_view.h"
 #include "ui/navigators/navigator.h"
 #include "ui/widgets/sizes.h"
@@ -58,6 +62,7 @@ DocumentWindow::DocumentWindow(std::unique_ptr<OpenDocument> document, const Des
     : m_ports(ports), m_owner(owner), m_document(std::move(document)) {
     setMinimumSize(kLeastSize);
     setContextMenuPolicy(Qt::NoContextMenu);
+    setAcceptDrops(true);
     m_updateTimer.setSingleShot(true);
     connect(&m_updateTimer, &QTimer::timeout, this, &DocumentWindow::updateCommands);
     m_spaceTimer.setSingleShot(true);
@@ -465,6 +470,36 @@ void DocumentWindow::changeEvent(QEvent* event) {
     } else {
         m_controller->interaction().focusLost();
     }
+}
+
+// Projects that are dropped anywhere open. What is dropped on a pane comes to the pane first.
+
+namespace {
+
+QStringList projectsIn(const QMimeData& data) {
+    QStringList projects;
+    for (const QString& path : filesOf(data.urls())) {
+        const QString project = packageMeantBy(path);
+        if (!project.isNull()) { projects << project; }
+    }
+    return projects;
+}
+
+}  // namespace
+
+void DocumentWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (projectsIn(*event->mimeData()).isEmpty()) { return; }
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+// The questions of opening would hold up the program that the drag comes from.
+void DocumentWindow::dropEvent(QDropEvent* event) {
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    QMetaObject::invokeMethod(
+        this, [this, projects = projectsIn(*event->mimeData())] { m_owner.openProjects(projects); },
+        Qt::QueuedConnection);
 }
 
 // The end.

@@ -28,6 +28,8 @@ class DocumentWindowOwner {
     /// The user wants the window to go. It goes by leave(), when nothing of it can be lost.
     virtual void windowWantsToClose(DocumentWindow& window) = 0;
     virtual void fillRecentDocuments(QMenu& menu) = 0;
+    /// Projects were dropped on a window.
+    virtual void openProjects(const QStringList& paths) = 0;
     /// An untitled or read-only project is to be saved: asks where.
     virtual void askForPlace(DocumentWindow& window) = 0;
 };
@@ -62,6 +64,8 @@ class DocumentWindow : public QMainWindow,
 
  protected:
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

@@ -70,8 +70,8 @@ void MainMenu::addAction(const Command& command, QMenu& menu) {
 }
 
 void MainMenu::setShortcuts(QAction& action, const Command& command) {
+    if (command.shortcuts.isEmpty()) { return; }
     const auto shortcuts = QKeySequence::listFromString(command.shortcuts);
-    if (shortcuts.isEmpty()) { return; }
     action.setShortcuts(shortcuts);
     if (!isPlain(shortcuts.first())) {
         m_window.addAction(&action);

@@ -3,9 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QApplication>
+#include <QDropEvent>
+#include <QMimeData>
 #include <random>
 
 #include "editor/commands.h"
+#include "support/test_paths.h"
 #include "ui/window/window_scene.h"
 
 namespace tweenery::test {
@@ -148,6 +152,35 @@ TEST(DocumentWindow, TheTitleTellsTheZoomOnceItChanged) {
     EXPECT_EQ(scene.window->windowTitle(), u"Test[*]");
     scene.key(Qt::Key_1, Qt::ControlModifier);
     EXPECT_EQ(scene.window->windowTitle(), u"Test[*] @ 100% view");
+}
+
+// A picture becomes an element where it falls, a project opens.
+TEST(DocumentWindow, TakesWhatIsDroppedOnTheCanvas) {
+    WindowScene scene("A");
+    const auto drop = [&](const QString& path) {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(path)});
+        QWidget* pane = scene.window->canvas().viewport();
+        const QPoint point = scene.at({500, 300});
+        QDragEnterEvent enter(point, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(pane, &enter);
+        QDropEvent event(point, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(enter.isAccepted() ? pane : scene.window.get(), &event);
+        QCoreApplication::processEvents();
+    };
+    QImage picture(4, 4, QImage::Format_ARGB32);
+    picture.fill(Qt::blue);
+    const QString file = scene.folder.filePath(u"dot@2x.png"_s);
+    ASSERT_TRUE(picture.save(file));
+    drop(file);
+    EXPECT_EQ(scene.selected(), u"dot");
+    EXPECT_TRUE(scene.project().undoManager().canUndo());
+    scene.key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(treeText(*scene.project().canvas()), "A");
+
+    const QString project = sourcePath(u"samples/Bounce.tweenery"_s);
+    drop(project + u"/version"_s);
+    EXPECT_EQ(scene.opened, QStringList(project));
 }
 
 TEST(DocumentWindow, ClosingAsksItsOwner) {

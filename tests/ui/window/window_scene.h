@@ -26,6 +26,7 @@ class WindowScene : public DocumentWindowOwner {
     RecordingLog log;
     int closeRequests = 0;
     int placeRequests = 0;
+    QStringList opened;
     std::unique_ptr<DocumentServices> services;
     std::unique_ptr<DocumentWindow> window;
 
@@ -98,6 +99,7 @@ class WindowScene : public DocumentWindowOwner {
     void addCommands(CommandSet&, DocumentWindow&) override {}
     void windowWantsToClose(DocumentWindow&) override { ++closeRequests; }
     void fillRecentDocuments(QMenu&) override {}
+    void openProjects(const QStringList& paths) override { opened += paths; }
     void askForPlace(DocumentWindow&) override { ++placeRequests; }
 
  private:
