@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <QFileInfo>
 #include <QFile>
+#include <QFileInfo>
 #include <QKeySequence>
 #include <QRegularExpression>
 #include <QUrl>

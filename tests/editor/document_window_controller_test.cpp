@@ -104,8 +104,9 @@ TEST(DocumentCommands, StandInTheTableOnce) {
         EXPECT_TRUE(names.insert(command.name).second) << qPrintable(command.name);
         for (const QString& shortcut : command.shortcuts.split(u"; "_s, Qt::SkipEmptyParts)) {
             const auto [place, isNew] = shortcuts.try_emplace(shortcut, command.name);
-            EXPECT_TRUE(isNew) << qPrintable(shortcut) << " is that of " << qPrintable(place->second)
-                               << " and of " << qPrintable(command.name);
+            EXPECT_TRUE(isNew) << qPrintable(shortcut) << " is that of "
+                               << qPrintable(place->second) << " and of "
+                               << qPrintable(command.name);
         }
     }
 }
