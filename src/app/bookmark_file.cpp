@@ -63,7 +63,7 @@ QString newEntry(const QString& path, const QDateTime& time) {
 
 }  // namespace
 
-/// Finds where the entries and registrations of a text stand.
+// Finds where the entries and registrations of a text stand.
 class BookmarkFile::Parser {
  public:
     Parser(BookmarkFile& file, const QString& entry)

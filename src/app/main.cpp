@@ -22,7 +22,7 @@ namespace {
 
 constexpr int kUsageError = 2;
 
-/// What is printed instead of running; the exit code.
+// What is printed instead of running; the exit code.
 int answer(const CommandLine& line) {
     const bool isRefused = line.action == CommandLine::Action::Refuse;
     std::fputs(qPrintable(line.message), isRefused ? stderr : stdout);
@@ -50,7 +50,7 @@ QStringList decoded(const QByteArrayList& paths) {
     return texts;
 }
 
-/// The desktop's ports, and what open documents share.
+// The desktop's ports, and what open documents share.
 struct Program {
     QtAlertPort alerts;
     QtOpenPanel openPanel;

@@ -35,7 +35,7 @@ constexpr int kPlacesWidth = 180;
 constexpr int kPlacesSpacing = 3;
 constexpr int kMostRecentFolders = 5;
 constexpr int kGap = 10;
-/// A folder that is read sooner shows no sign of it.
+// A folder that is read sooner shows no sign of it.
 constexpr auto kReadingIsShownAfter = 300ms;
 const QString kGridKey = u"projectsAreGrid"_s;
 const QString kSuffix = u'.' + kPackageExtension.toString();

@@ -20,7 +20,7 @@ namespace {
 
 constexpr qsizetype kMostProjects = 20;
 constexpr qint64 kMostBytes = qint64{16} << 20;
-/// Projects that the desktop's list could not take, the newest first.
+// Projects that the desktop's list could not take, the newest first.
 const QString kOwnList = u"recentProjects"_s;
 
 QString listFile() {

@@ -9,54 +9,54 @@
 namespace tweenery {
 namespace {
 
-constexpr size_t UuidLength = Identifier::UuidLength;
-constexpr size_t DashPositions[] = {8, 13, 18, 23};
-constexpr uint8_t DigitPositions[] = {0,  1,  2,  3,  4,  5,  6,  7,  9,  10, 11,
-                                      12, 14, 15, 16, 17, 19, 20, 21, 22, 24, 25,
-                                      26, 27, 28, 29, 30, 31, 32, 33, 34, 35};
-constexpr char Digits[] = "0123456789ABCDEF";
-constexpr uint8_t NoDigit = 0x80;
+constexpr size_t kUuidLength = Identifier::UuidLength;
+constexpr size_t kDashPositions[] = {8, 13, 18, 23};
+constexpr uint8_t kDigitPositions[] = {0,  1,  2,  3,  4,  5,  6,  7,  9,  10, 11,
+                                       12, 14, 15, 16, 17, 19, 20, 21, 22, 24, 25,
+                                       26, 27, 28, 29, 30, 31, 32, 33, 34, 35};
+constexpr char kDigits[] = "0123456789ABCDEF";
+constexpr uint8_t kNoDigit = 0x80;
 
 constexpr std::array<uint8_t, 256> digitValues() {
     std::array<uint8_t, 256> values{};
-    values.fill(NoDigit);
+    values.fill(kNoDigit);
     for (uint8_t i = 0; i < 16; ++i) {
-        values[static_cast<uint8_t>(Digits[i])] = i;
+        values[static_cast<uint8_t>(kDigits[i])] = i;
     }
     return values;
 }
 
-constexpr std::array<uint8_t, 256> DigitValues = digitValues();
+constexpr std::array<uint8_t, 256> kDigitValues = digitValues();
 
 // Reads the canonical form "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX"; false for any other text.
 template <typename Character>
 bool parseUuid(const Character* text, size_t length, uint64_t& high, uint64_t& low) {
-    if (length != UuidLength) { return false; }
-    for (const size_t position : DashPositions) {
+    if (length != kUuidLength) { return false; }
+    for (const size_t position : kDashPositions) {
         if (text[position] != Character('-')) { return false; }
     }
     uint64_t halves[2] = {0, 0};
     unsigned seen = 0;
     for (size_t i = 0; i < 32; ++i) {
         const auto character =
-            static_cast<std::make_unsigned_t<Character>>(text[DigitPositions[i]]);
+            static_cast<std::make_unsigned_t<Character>>(text[kDigitPositions[i]]);
         if (character > 0xFF) { return false; }
-        const uint8_t digit = DigitValues[static_cast<uint8_t>(character)];
+        const uint8_t digit = kDigitValues[static_cast<uint8_t>(character)];
         seen |= digit;
         halves[i / 16] = halves[i / 16] << 4 | digit;
     }
     high = halves[0];
     low = halves[1];
-    return seen < NoDigit;
+    return seen < kNoDigit;
 }
 
-void printUuid(uint64_t high, uint64_t low, std::array<char, UuidLength>& out) {
-    for (const size_t position : DashPositions) {
+void printUuid(uint64_t high, uint64_t low, std::array<char, kUuidLength>& out) {
+    for (const size_t position : kDashPositions) {
         out[position] = '-';
     }
     for (size_t i = 0; i < 16; ++i) {
-        out[DigitPositions[i]] = Digits[high >> (60 - 4 * i) & 0xF];
-        out[DigitPositions[16 + i]] = Digits[low >> (60 - 4 * i) & 0xF];
+        out[kDigitPositions[i]] = kDigits[high >> (60 - 4 * i) & 0xF];
+        out[kDigitPositions[16 + i]] = kDigits[low >> (60 - 4 * i) & 0xF];
     }
 }
 
@@ -133,12 +133,12 @@ QString Identifier::toString() const {
     if (isText()) { return text(); }
     const auto ascii = uuidText();
     if (!ascii) { return QStringLiteral(""); }
-    return QString::fromLatin1(ascii->data(), UuidLength);
+    return QString::fromLatin1(ascii->data(), kUuidLength);
 }
 
-std::optional<std::array<char, UuidLength>> Identifier::uuidText() const {
+std::optional<std::array<char, kUuidLength>> Identifier::uuidText() const {
     if (m_low == 0) { return std::nullopt; }
-    std::array<char, UuidLength> result;
+    std::array<char, kUuidLength> result;
     printUuid(m_high, m_low, result);
     return result;
 }

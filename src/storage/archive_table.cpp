@@ -11,10 +11,10 @@ namespace {
 
 // Many references may lead to one object, so what a look-up or a reading costs each time is
 // bounded.
-constexpr uint32_t MostKeys = 256;
-constexpr uint32_t LongestClassName = 256;
-constexpr uint32_t LongestPoint = 256;
-constexpr uint32_t ShortString = 64;  // a longer one is decoded once
+constexpr uint32_t kMostKeys = 256;
+constexpr uint32_t kLongestClassName = 256;
+constexpr uint32_t kLongestPoint = 256;
+constexpr uint32_t kShortString = 64;  // a longer one is decoded once
 
 QString quoted(std::string_view key) {
     return u'"' + QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size())) + u'"';
@@ -173,7 +173,7 @@ ArchivedKind ArchiveTable::kindOf(const PlistObject& object) {
 }
 
 void ArchiveTable::requireFewKeys(const PlistObject& dict) const {
-    if (dict.count > MostKeys) {
+    if (dict.count > kMostKeys) {
         fail(QStringLiteral("an object of the archive has too many keys"));
     }
 }
@@ -197,7 +197,7 @@ auto ArchiveTable::classAt(const PlistObject& dict, uint32_t position) -> const 
         const uint32_t name = m_plist.positionOfKey(description, "$classname");
         if (name < description.count) {
             const PlistObject text = m_plist.object(m_plist.value(description, name));
-            if (text.type == PlistType::Ascii && text.count <= LongestClassName) {
+            if (text.type == PlistType::Ascii && text.count <= kLongestClassName) {
                 const std::string_view className = m_plist.ascii(text);
                 return entry = {number, className, kindOfInstances(className)};
             }
@@ -269,7 +269,7 @@ void ArchiveTable::requireShort(const PlistObject& string) const {
 }
 
 QString ArchiveTable::text(const PlistObject& string) {
-    if (string.count <= ShortString) { return m_plist.text(string); }
+    if (string.count <= kShortString) { return m_plist.text(string); }
     requireShort(string);
     QString& shared = m_longStrings[string.payload];
     if (shared.isNull()) { shared = m_plist.text(string); }
@@ -277,7 +277,7 @@ QString ArchiveTable::text(const PlistObject& string) {
 }
 
 std::optional<std::string_view> ArchiveTable::ascii(const PlistObject& string) const {
-    if (string.type != PlistType::Ascii || string.count > ShortString) { return std::nullopt; }
+    if (string.type != PlistType::Ascii || string.count > kShortString) { return std::nullopt; }
     return m_plist.ascii(string);
 }
 
@@ -289,7 +289,7 @@ QPointF ArchiveTable::point(const ArchivedValue& value, std::string_view key) {
         if (boxed.isAbsent()) { boxed = this->value(value.object, "NS.sizeval"); }
     }
     const auto stored = string(boxed);
-    if (!stored || stored->count > LongestPoint) { failKey(key, "is no point"); }
+    if (!stored || stored->count > kLongestPoint) { failKey(key, "is no point"); }
     const auto plain = ascii(*stored);
     const auto point =
         plain ? pointFromText(*plain) : pointFromText(m_plist.text(*stored).toStdString());

@@ -12,7 +12,7 @@
 namespace tweenery {
 namespace {
 
-constexpr size_t InitialSlots = 128;
+constexpr size_t kInitialSlots = 128;
 
 // The width, out of those that every reader knows, for numbers up to `largest`. A negative number
 // has its high bit set and takes all eight bytes.
@@ -105,10 +105,10 @@ class BinaryPlistWriter::Output {
     size_t m_refWidth;
 };
 
-BinaryPlistWriter::BinaryPlistWriter() : m_slots(InitialSlots) {
-    m_objects.reserve(InitialSlots);
-    m_refs.reserve(InitialSlots * 2);
-    m_bytes.reserve(InitialSlots * 8);
+BinaryPlistWriter::BinaryPlistWriter() : m_slots(kInitialSlots) {
+    m_objects.reserve(kInitialSlots);
+    m_refs.reserve(kInitialSlots * 2);
+    m_bytes.reserve(kInitialSlots * 8);
 }
 
 // The object's size in the list, without the references of a container.

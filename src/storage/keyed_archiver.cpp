@@ -15,10 +15,10 @@ namespace {
 
 using Ref = BinaryPlistWriter::Ref;
 
-constexpr uint32_t NullUid = 0;
-constexpr int64_t ArchiveVersion = 100000;
-constexpr ArchiveClass MutableArrayClass{"NSMutableArray", "NSArray"};
-constexpr ArchiveClass ArrayClass{"NSArray", "NSObject"};
+constexpr uint32_t kNullUid = 0;
+constexpr int64_t kArchiveVersion = 100000;
+constexpr ArchiveClass kMutableArrayClass{"NSMutableArray", "NSArray"};
+constexpr ArchiveClass kArrayClass{"NSArray", "NSObject"};
 
 // Gathers the object table. An object's references get their numbers at once and their contents
 // later, from a queue.
@@ -63,7 +63,7 @@ class ArchiveBuilder final : public KeyedEncoder {
     }
 
     void encodeString(std::string_view key, const QString& value) override {
-        put(key, uidRef(value.isNull() ? NullUid : uidOfShared(m_plist.string(value))));
+        put(key, uidRef(value.isNull() ? kNullUid : uidOfShared(m_plist.string(value))));
     }
 
     void encodeAscii(std::string_view key, std::string_view value) override {
@@ -86,7 +86,7 @@ class ArchiveBuilder final : public KeyedEncoder {
     }
 
     void encodeObject(std::string_view key, const Archivable* object) override {
-        put(key, uidRef(object == nullptr ? NullUid : uidOf(object)));
+        put(key, uidRef(object == nullptr ? kNullUid : uidOf(object)));
     }
 
     void encodeObjects(std::string_view key, std::span<const Archivable* const> objects) override {
@@ -96,7 +96,7 @@ class ArchiveBuilder final : public KeyedEncoder {
             assertContract(object != nullptr, QStringLiteral("an array cannot hold null"));
             items.push_back(uidRef(uidOf(object)));
         }
-        putArray(key, MutableArrayClass, items);
+        putArray(key, kMutableArrayClass, items);
     }
 
     void encodeStrings(std::string_view key, const QStringList& strings) override {
@@ -105,7 +105,7 @@ class ArchiveBuilder final : public KeyedEncoder {
         for (const QString& string : strings) {
             items.push_back(uidRef(uidOfShared(m_plist.string(string))));
         }
-        putArray(key, ArrayClass, items);
+        putArray(key, kArrayClass, items);
     }
 
     void encodeRecords(std::string_view key, const ArchiveClass& itemClass, size_t count,
@@ -119,7 +119,7 @@ class ArchiveBuilder final : public KeyedEncoder {
             m_objects[uid] = finishDictionary(begin, itemClass);
             items.push_back(uidRef(uid));
         }
-        putArray(key, MutableArrayClass, items);
+        putArray(key, kMutableArrayClass, items);
     }
 
  private:
@@ -159,8 +159,8 @@ class ArchiveBuilder final : public KeyedEncoder {
     }
 
     uint32_t uidOfShared(Ref ref) {
-        if (ref >= m_uidOfRef.size()) { m_uidOfRef.resize(ref * 2 + 64, NullUid); }
-        if (m_uidOfRef[ref] == NullUid) { m_uidOfRef[ref] = newObject(ref); }
+        if (ref >= m_uidOfRef.size()) { m_uidOfRef.resize(ref * 2 + 64, kNullUid); }
+        if (m_uidOfRef[ref] == kNullUid) { m_uidOfRef[ref] = newObject(ref); }
         return m_uidOfRef[ref];
     }
 
@@ -220,7 +220,7 @@ class ArchiveBuilder final : public KeyedEncoder {
     QByteArray finish(uint32_t rootUid) {
         const BinaryPlistWriter::Pair roots[] = {{m_plist.ascii("root"), uidRef(rootUid)}};
         const BinaryPlistWriter::Pair top[] = {
-            {m_plist.ascii("$version"), m_plist.integer(ArchiveVersion)},
+            {m_plist.ascii("$version"), m_plist.integer(kArchiveVersion)},
             {m_plist.ascii("$archiver"), m_plist.ascii("NSKeyedArchiver")},
             {m_plist.ascii("$top"), m_plist.dictionary(roots)},
             {m_plist.ascii("$objects"), m_plist.array(m_objects)},

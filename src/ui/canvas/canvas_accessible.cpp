@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kHandleSide = 13;  // points of the screen, as handles are drawn
 
-/// Where a part of a selected element's border lies, in units of its bounds.
+// Where a part of a selected element's border lies, in units of its bounds.
 struct BorderPart {
     QString name;
     QPointF unitPoint;
@@ -30,7 +30,7 @@ const std::vector<BorderPart>& borderParts() {
     return parts;
 }
 
-/// From the points of an element to those of the screen.
+// From the points of an element to those of the screen.
 class ScreenPlace {
  public:
     ScreenPlace(CanvasView& view, const PCElement& element)
@@ -67,7 +67,7 @@ class ScreenPlace {
 
 class CanvasAccessible;
 
-/// What lies on the canvas: its canvas goes first.
+// What lies on the canvas: its canvas goes first.
 class CanvasChild : public QAccessibleInterface {
  public:
     explicit CanvasChild(CanvasAccessible& canvas) : m_canvas(canvas) {}
@@ -111,7 +111,7 @@ class ElementAccessible : public CanvasChild, public QAccessibleActionInterface 
     std::weak_ptr<PCElement> m_element;
 };
 
-/// A handle of the selected element, its rotation band, or its anchor point.
+// A handle of the selected element, its rotation band, or its anchor point.
 class PartAccessible : public CanvasChild {
  public:
     PartAccessible(CanvasAccessible& canvas, QString name, QPointF unitPoint, QPointF beside)
@@ -147,7 +147,7 @@ class CanvasAccessible : public QAccessibleWidget {
     CanvasView& view() const { return static_cast<CanvasView&>(*widget()); }
     PCDocumentWindowController& controller() const { return view().controller(); }
     PCElement::Ptr canvas() const { return controller().project()->canvas(); }
-    /// Null unless exactly one is selected.
+    // Null unless exactly one is selected.
     PCElement::Ptr onlySelected() const {
         const PCElementSelectionManager& selection = controller().selectionManager();
         return selection.selectedElementsCount() == 1 ? selection.firstSelectedElement() : nullptr;
@@ -183,7 +183,7 @@ class CanvasAccessible : public QAccessibleWidget {
         return nullptr;
     }
 
-    /// The same one for an element as long as both live.
+    // The same one for an element as long as both live.
     QAccessibleInterface* interfaceOf(const PCElement::Ptr& element) const {
         QAccessible::Id& id = m_elements[element.get()];
         auto* known = dynamic_cast<ElementAccessible*>(QAccessible::accessibleInterface(id));

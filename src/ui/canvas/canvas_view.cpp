@@ -27,7 +27,7 @@ bool acceptsDrop(const QMimeData& data) {
     return data.hasFormat(PCElement::pasteboardType()) || hasPictures(filesOf(data.urls()));
 }
 
-/// In points of the view; touchpads give pixels, wheels steps.
+// In points of the view; touchpads give pixels, wheels steps.
 QPointF distanceOf(const QWheelEvent& event) {
     if (!event.pixelDelta().isNull()) { return event.pixelDelta(); }
     return QPointF(event.angleDelta()) * kPointsPerWheelStep / kAnglePerWheelStep;

@@ -26,7 +26,7 @@ const QStringList& pasteboardTypes() {
     return kTypes;
 }
 
-/// The selected elements, put into bytes when somebody else asks for them.
+// The selected elements, put into bytes when somebody else asks for them.
 class DraggedElements : public QMimeData {
  public:
     explicit DraggedElements(DocumentContext& document) : m_document(document) {}

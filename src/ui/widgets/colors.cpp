@@ -27,8 +27,8 @@ QColor grey(float level) {
     return QColor::fromRgbF(level, level, level);
 }
 
-const QColor contrastLineOnLight = rgb(0x5E5E5E);
-const QColor contrastLineOnDark = rgb(0x9A9A9A);
+const QColor kContrastLineOnLight = rgb(0x5E5E5E);
+const QColor kContrastLineOnDark = rgb(0x9A9A9A);
 
 FrameColors lightFrame() {
     return {
@@ -172,11 +172,11 @@ WorkbenchColors contrastWorkbench() {
     WorkbenchColors colors = ordinaryWorkbench();
     colors.paneIcon = colors.paneInk;
     colors.fieldFill = rgb(0x5E5E5E);
-    colors.fieldLine = contrastLineOnLight;
-    colors.bracket = contrastLineOnLight;
-    colors.lockDot = contrastLineOnLight;
-    colors.trackLine = contrastLineOnLight;
-    colors.timelineHeadLine = contrastLineOnDark;
+    colors.fieldLine = kContrastLineOnLight;
+    colors.bracket = kContrastLineOnLight;
+    colors.lockDot = kContrastLineOnLight;
+    colors.trackLine = kContrastLineOnLight;
+    colors.timelineHeadLine = kContrastLineOnDark;
     colors.groupFxFill = rgb(0x5E5E5E);
     return colors;
 }
@@ -190,8 +190,8 @@ double linearChannel(float channel) {
 const FrameColors& frameColors(bool isDark, bool increasesContrast) {
     static const FrameColors light = lightFrame();
     static const FrameColors dark = darkFrame();
-    static const FrameColors lightContrast = withContrast(lightFrame(), contrastLineOnLight);
-    static const FrameColors darkContrast = withContrast(darkFrame(), contrastLineOnDark);
+    static const FrameColors lightContrast = withContrast(lightFrame(), kContrastLineOnLight);
+    static const FrameColors darkContrast = withContrast(darkFrame(), kContrastLineOnDark);
     if (increasesContrast) { return isDark ? darkContrast : lightContrast; }
     return isDark ? dark : light;
 }
@@ -228,7 +228,7 @@ QColor propertyColor(PCPropertyType type) {
 }
 
 QColor keyButtonLine(PCPropertyType type, bool increasesContrast) {
-    return increasesContrast ? contrastLineOnLight : blended(black(0.4), propertyColor(type));
+    return increasesContrast ? kContrastLineOnLight : blended(black(0.4), propertyColor(type));
 }
 
 QColor blended(const QColor& over, const QColor& fill) {

@@ -14,15 +14,15 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-const QString appearanceGroup = u"org.freedesktop.appearance"_s;
-const QString interfaceGroup = u"org.gnome.desktop.interface"_s;
-const QString accessGroup = u"org.gnome.desktop.a11y.interface"_s;
+const QString kAppearanceGroup = u"org.freedesktop.appearance"_s;
+const QString kInterfaceGroup = u"org.gnome.desktop.interface"_s;
+const QString kAccessGroup = u"org.gnome.desktop.a11y.interface"_s;
 
-const QString portalService = u"org.freedesktop.portal.Desktop"_s;
-const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
-const QString portalInterface = u"org.freedesktop.portal.Settings"_s;
+const QString kPortalService = u"org.freedesktop.portal.Desktop"_s;
+const QString kPortalPath = u"/org/freedesktop/portal/desktop"_s;
+const QString kPortalInterface = u"org.freedesktop.portal.Settings"_s;
 
-/// Asking for the bus without one would start it.
+// Asking for the bus without one would start it.
 bool hasSessionBus() {
     return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
            QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + u"/bus"_s);
@@ -37,11 +37,11 @@ DesktopSettings::DesktopSettings(QObject* parent) : QObject(parent) {
 void DesktopSettings::watchPortal() {
     qDBusRegisterMetaType<QMap<QString, QVariantMap>>();
     QDBusConnection bus = QDBusConnection::sessionBus();
-    bus.connect(portalService, portalPath, portalInterface, u"SettingChanged"_s, this,
+    bus.connect(kPortalService, kPortalPath, kPortalInterface, u"SettingChanged"_s, this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
     QDBusMessage question =
-        QDBusMessage::createMethodCall(portalService, portalPath, portalInterface, u"ReadAll"_s);
-    question << QStringList{appearanceGroup, interfaceGroup, accessGroup};
+        QDBusMessage::createMethodCall(kPortalService, kPortalPath, kPortalInterface, u"ReadAll"_s);
+    question << QStringList{kAppearanceGroup, kInterfaceGroup, kAccessGroup};
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         readAnswer(*watcher);
@@ -71,15 +71,15 @@ void DesktopSettings::setPaletteIsDark(bool isDark) {
 }
 
 void DesktopSettings::apply(const QString& group, const QString& key, const QVariant& value) {
-    if (group == appearanceGroup && key == u"color-scheme") {
+    if (group == kAppearanceGroup && key == u"color-scheme") {
         // 1 asks for dark, 2 for light, 0 for nothing.
         const uint scheme = value.toUInt();
         m_portalIsDark = scheme == 1 || scheme == 2 ? std::optional(scheme == 1) : std::nullopt;
-    } else if (group == appearanceGroup && key == u"contrast") {
+    } else if (group == kAppearanceGroup && key == u"contrast") {
         m_increasesContrast = value.toUInt() == 1;
-    } else if (group == accessGroup && key == u"high-contrast") {
+    } else if (group == kAccessGroup && key == u"high-contrast") {
         m_increasesContrast = value.toBool();
-    } else if (group == interfaceGroup && key == u"enable-animations") {
+    } else if (group == kInterfaceGroup && key == u"enable-animations") {
         m_reducesMotion = !value.toBool();
     } else {
         return;

@@ -26,7 +26,7 @@ bool takesRing(const QWidget* widget) {
            qobject_cast<const QSlider*>(widget);
 }
 
-/// What the ring goes round, in the coordinates of `widget`.
+// What the ring goes round, in the coordinates of `widget`.
 QRect ringedRect(const QWidget* widget) {
     QStyleOptionButton option;
     option.initFrom(widget);

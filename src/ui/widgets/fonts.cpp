@@ -35,7 +35,7 @@ double widestDigit(const QFontMetricsF& metrics) {
     return widest;
 }
 
-/// Calls `use(piece, width)` for each digit by itself and for what stands between digits.
+// Calls `use(piece, width)` for each digit by itself and for what stands between digits.
 template <class Use>
 void forEachTabularPiece(const QFontMetricsF& metrics, const QString& text, Use use) {
     const double digitWidth = widestDigit(metrics);

@@ -30,7 +30,7 @@ bool paletteIsDark(const QPalette& palette) {
            relativeLuminance(palette.color(QPalette::WindowText));
 }
 
-/// Thumbs are in reach even where they are drawn thin.
+// Thumbs are in reach even where they are drawn thin.
 constexpr int kLeastThumb = 24;
 
 }  // namespace

@@ -63,7 +63,7 @@ QColor plateFill(const QStyleOption& option) {
     return inState(option, colors().plate, colors().plateHover, colors().platePressed);
 }
 
-/// The square of a check box, or the circle of a radio button.
+// The square of a check box, or the circle of a radio button.
 void paintBox(QPainter& painter, const QStyleOption& option, double radius) {
     if (!isEnabled(option)) {
         paintRounded(painter, option.rect, radius, {}, colors().separator);
@@ -79,7 +79,7 @@ QColor markColor(const QStyleOption& option) {
     return isEnabled(option) ? colors().onPlate : colors().disabledInk;
 }
 
-/// "Group\tCtrl+G" has two columns.
+// "Group\tCtrl+G" has two columns.
 QString menuLabel(const QStyleOptionMenuItem& option) {
     return option.text.section(u'\t', 0, 0);
 }

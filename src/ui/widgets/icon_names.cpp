@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 const QColor onLightRow(0x3A, 0x3A, 0x3A);
 const QColor onSelectedRow(Qt::white);
 
-/// Names whose picture or colour no suffix tells.
+// Names whose picture or colour no suffix tells.
 const QHash<QString, IconSource>& irregularNames() {
     static const QHash<QString, IconSource> names = {
         {u"play_active"_s, {u"stop"_s, true, {}}},

@@ -42,7 +42,7 @@ QByteArray fileText(const QString& name) {
     return file.readAll();
 }
 
-/// The file with its tint, and the width of its lines, as it is to be drawn.
+// The file with its tint, and the width of its lines, as it is to be drawn.
 QByteArray tintedText(const PixmapKey& key, double size) {
     QByteArray text = fileText(key.file);
     const bool liesOnTheGrid = text.contains(R"(viewBox="0 0 24 24")");

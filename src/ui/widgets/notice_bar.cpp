@@ -39,7 +39,7 @@ NoticeColors colorsOf(NoticeKind kind) {
     return {frame.noticeFill, frame.noticeLine, frame.noticeInk};
 }
 
-/// Outlined in the ink of its bar.
+// Outlined in the ink of its bar.
 class AnswerButton : public QPushButton {
  public:
     AnswerButton(NoticeKind kind, const QString& text, QWidget* parent)

@@ -31,7 +31,7 @@ namespace tweenery {
 namespace {
 
 constexpr QSize kLeastSize(800, 400);
-/// A held key that repeats its release too is pressed again within this.
+// A held key that repeats its release too is pressed again within this.
 constexpr std::chrono::milliseconds kKeyRepeat(50);
 constexpr int kLeastOpenTimeline = 100;  // points, where it never was open
 

@@ -9,12 +9,12 @@ constexpr double kLeftHidesBelow = 125;
 constexpr double kRightHidesBelow = 175;
 constexpr int kThickness = PaneSizes::dividerThickness;
 
-/// The bound holds only once the view has its `extent`.
+// The bound holds only once the view has its `extent`.
 int upTo(int most, double asked, int extent) {
     return extent > 0 ? std::min(static_cast<int>(asked), most) : static_cast<int>(asked);
 }
 
-/// On the very border nothing changes.
+// On the very border nothing changes.
 void showOrHide(bool& isVisible, double asked, double border) {
     if (asked < border) { isVisible = false; }
     if (asked > border) { isVisible = true; }

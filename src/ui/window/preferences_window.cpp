@@ -26,7 +26,7 @@ constexpr int kHeadingWidth = 108;
 constexpr int kRowHeight = 28;
 constexpr int kGroupSpace = 8;
 
-/// The band with the one group of preferences that there is.
+// The band with the one group of preferences that there is.
 class GroupBand : public QWidget {
  public:
     GroupBand() {

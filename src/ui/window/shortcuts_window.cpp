@@ -28,7 +28,7 @@ bool matches(const QTreeWidgetItem& row, const QStringList& words) {
     });
 }
 
-/// The list with its search field.
+// The list with its search field.
 class ShortcutsWindow : public QDialog {
  public:
     explicit ShortcutsWindow(QWidget* parent) : QDialog(parent) {

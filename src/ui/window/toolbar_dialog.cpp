@@ -92,7 +92,7 @@ void ToolbarDialog::showItems(const QStringList& identifiers) {
     updateAvailable();
 }
 
-/// What may stand in the toolbar once and does already is not offered again.
+// What may stand in the toolbar once and does already is not offered again.
 void ToolbarDialog::updateAvailable() {
     const QStringList present = identifiers();
     m_available->clear();

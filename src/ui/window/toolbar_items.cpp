@@ -10,7 +10,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using Kind = ToolbarItemKind;
 
-const QString orderKey = u"toolbarItems"_s;
+const QString kOrderKey = u"toolbarItems"_s;
 
 const std::vector<ToolbarItem>& table() {
     using namespace toolbarItems;
@@ -105,7 +105,7 @@ const QStringList& byDefault() {
 }
 
 QStringList ofUser() {
-    QStringList identifiers = UserDefaults::standard().value(orderKey).toStringList();
+    QStringList identifiers = UserDefaults::standard().value(kOrderKey).toStringList();
     erase_if(identifiers,
              [](const QString& identifier) { return !allowed().contains(identifier); });
     return identifiers.isEmpty() ? byDefault() : identifiers;
@@ -113,9 +113,9 @@ QStringList ofUser() {
 
 void setOfUser(const QStringList& identifiers) {
     if (identifiers == byDefault()) {
-        UserDefaults::standard().removeValue(orderKey);
+        UserDefaults::standard().removeValue(kOrderKey);
     } else {
-        UserDefaults::standard().setValue(orderKey, identifiers);
+        UserDefaults::standard().setValue(kOrderKey, identifiers);
     }
     UserDefaults::standard().synchronize();
 }
