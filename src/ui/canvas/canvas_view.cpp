@@ -224,6 +224,14 @@ void CanvasView::updateCursor() {
         canvasCursor(m_controller.interaction().cursorAt(m_pointer), devicePixelRatioF()));
 }
 
+void CanvasView::keyPressEvent(QKeyEvent* event) {
+    event->ignore();
+}
+
+void CanvasView::keyReleaseEvent(QKeyEvent* event) {
+    event->ignore();
+}
+
 bool CanvasView::focusNextPrevChild(bool next) {
     m_controller.selectNextElement(!next);
     return true;

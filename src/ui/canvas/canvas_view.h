@@ -6,6 +6,8 @@
 #include "editor/document_window_controller.h"
 #include "scene/layer_renderer.h"
 
+class QNativeGestureEvent;
+
 namespace tweenery {
 
 class FeedbackPlate;
@@ -42,8 +44,9 @@ class CanvasView : public QAbstractScrollArea, private PCProjectTimeManagerPlayb
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
     void wheelEvent(QWheelEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override { event->ignore(); }
-    void keyReleaseEvent(QKeyEvent* event) override { event->ignore(); }
+    // Keys are the window's.
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
     /// Tab goes on to the next element.
     bool focusNextPrevChild(bool next) override;
     void focusOutEvent(QFocusEvent* event) override;
