@@ -175,6 +175,14 @@ void PCDocumentController::tell(const QString& message, const OpenDocument::Outc
     m_ports.alerts.runModal({message, outcome.message, {u"Ok"_s}, {}});
 }
 
+void PCDocumentController::save(DocumentWindow& window) {
+    OpenDocument& document = window.document();
+    if (document.isUntitled() || document.isReadOnly()) { return saveAs(window, {}); }
+    document.save([this](const OpenDocument::Outcome& outcome) {
+        tell(u"The Project Was Not Saved"_s, outcome);
+    });
+}
+
 void PCDocumentController::saveAs(DocumentWindow& window, const std::function<void()>& then) {
     OpenDocument& document = window.document();
     const QString place =
@@ -273,11 +281,7 @@ void PCDocumentController::closeNext(std::deque<DocumentWindow*> windows, bool d
 void PCDocumentController::addCommands(CommandSet& commands, DocumentWindow& window) {
     commands.add(u"newDocument"_s, {[this] { newDocument(); }});
     commands.add(u"openDocument"_s, {[this, &window] { open(m_panel.chooseProjects(&window)); }});
-    commands.add(u"saveDocument"_s, {[this, &window] {
-                     window.document().save([this](const OpenDocument::Outcome& outcome) {
-                         tell(u"The Project Was Not Saved"_s, outcome);
-                     });
-                 }});
+    commands.add(u"saveDocument"_s, {[this, &window] { save(window); }});
     commands.add(u"saveDocumentAs"_s, {[this, &window] { saveAs(window, {}); }});
     commands.add(u"saveDocumentCopy"_s, {[this, &window] { saveCopy(window); }});
     commands.add(u"revertDocument"_s, {[this, &window] { revert(window); },

@@ -49,6 +49,7 @@ class PCDocumentController : public QObject, private DocumentWindowOwner {
     DocumentWindow* windowOf(const QString& path) const;
     QString freeUntitledName() const;
 
+    void save(DocumentWindow& window);
     void saveAs(DocumentWindow& window, const std::function<void()>& then);
     void saveCopy(DocumentWindow& window);
     void revert(DocumentWindow& window);

@@ -99,6 +99,7 @@ void DocumentWindow::build() {
     addToolbar();
     listen();
     updatePanes();
+    updateLater();
     updateTitle();
 }
 
