@@ -30,12 +30,11 @@ int answer(const CommandLine& line) {
 }
 
 void setUpApplication(QApplication& application) {
-    QApplication::setOrganizationName(u"tweenery"_s);
+    QApplication::setOrganizationName(u"Tweenery"_s);
     QApplication::setApplicationName(u"Tweenery"_s);
     QApplication::setApplicationVersion(QStringLiteral(TWEENERY_VERSION));
     QApplication::setDesktopFileName(u"org.tweenery.Tweenery"_s);
     QApplication::setQuitOnLastWindowClosed(true);
-    QApplication::setStyle(new FrameStyle);
     UserDefaults::useSettingsOfUser();
     PCAppPreferences::registerDefaults();
     setUpFrame(application);
