@@ -22,6 +22,7 @@ constexpr int kHeaderTextGap = 2;
 
 HeaderView::HeaderView(QWidget* parent)
     : QWidget(parent), m_button(u"add_button"_s, sizes::headerButton, this) {
+    m_button.setAccessibleName(QStringLiteral("Add"));  // until it has an action
     setFixedHeight(sizes::headerHeight);
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
