@@ -35,6 +35,7 @@ PCDocumentController::PCDocumentController(DocumentServices& services, const Des
     : m_services(services), m_ports(ports), m_panel(panel) {}
 
 PCDocumentController::~PCDocumentController() {
+    delete m_preferences;
     for (DocumentWindow* window : std::exchange(m_windows, {})) {
         delete window;
     }
@@ -310,7 +311,14 @@ void PCDocumentController::fillRecentDocuments(QMenu& menu) {
 }
 
 void PCDocumentController::showPreferences() {
-    if (!m_preferences) { m_preferences = new PreferencesWindow; }
+    if (!m_preferences) {
+        m_preferences = new PreferencesWindow;
+        connect(m_preferences, &PreferencesWindow::preferencesDidChange, this, [this] {
+            for (DocumentWindow* window : m_windows) {
+                window->menu().update();
+            }
+        });
+    }
     bringToFront(*m_preferences);
 }
 

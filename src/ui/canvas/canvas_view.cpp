@@ -151,6 +151,7 @@ void CanvasView::scrollContentsBy(int, int) {
 void CanvasView::wheelEvent(QWheelEvent* event) {
     QPointF distance = distanceOf(*event);
     if (event->modifiers().testFlag(Qt::ControlModifier)) {
+        if (m_controller.interaction().isPressed()) { return; }  // what is grabbed stays in hand
         m_controller.viewport().zoomAbout(event->position(),
                                           std::exp(distance.y() * kZoomPerWheelPoint));
     } else {
