@@ -16,24 +16,33 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr char kTaken = 1;
-// A message is a list of paths of at most this many bytes in all.
+// A message is one byte array: paths, each with a zero at its end. As a list, its first four bytes
+// could ask for any memory.
 constexpr qsizetype kLongestMessage = 4 << 20;
 
 QByteArray encoded(const QByteArrayList& projects) {
+    QByteArray paths("");  // the stream writes one that is null in another way
+    for (const QByteArray& project : projects) {
+        paths += project + '\0';
+    }
     QByteArray message;
     QDataStream stream(&message, QIODevice::WriteOnly);
     stream.setVersion(QDataStream::Qt_6_4);
-    stream << projects;
+    stream << paths;
     return message;
 }
 
 // False until all of the message is there.
 bool decode(QLocalSocket& socket, QByteArrayList& projects) {
+    QByteArray paths;
     QDataStream stream(&socket);
     stream.setVersion(QDataStream::Qt_6_4);
     stream.startTransaction();
-    stream >> projects;
-    return stream.commitTransaction();
+    stream >> paths;
+    if (!stream.commitTransaction() || paths.isNull()) { return false; }
+    projects = paths.split('\0');
+    projects.removeLast();
+    return true;
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <QLocalSocket>
 #include <QTemporaryDir>
 #include <future>
+#include <list>
 
 namespace tweenery::test {
 namespace {
@@ -102,11 +103,14 @@ TEST_F(SingleInstanceTest, RubbishOnTheSocketIsDropped) {
     SingleInstance first(socket);
     ASSERT_EQ(first.start({}), Role::First);
     first.setHandler([this](const QByteArrayList& projects) { received.push_back(projects); });
-    QLocalSocket rubbish;
-    rubbish.connectToServer(socket);
-    ASSERT_TRUE(rubbish.waitForConnected());
-    rubbish.write(QByteArray(100, '\xff'));
-    rubbish.flush();
+    std::list<QLocalSocket> sockets;
+    for (const char byte : {'\xff', '\xfe', '\x7f', '\x01'}) {
+        QLocalSocket& rubbish = sockets.emplace_back();
+        rubbish.connectToServer(socket);
+        ASSERT_TRUE(rubbish.waitForConnected());
+        rubbish.write(QByteArray(100, byte));
+        rubbish.flush();
+    }
     EXPECT_EQ(startAnother({"/a"}), Role::HandedOver);
     EXPECT_EQ(received, (std::vector<QByteArrayList>{{"/a"}}));
 }

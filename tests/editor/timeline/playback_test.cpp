@@ -155,13 +155,16 @@ TEST_F(PlaybackTest, AHiddenElementStaysHidden) {
 }
 
 TEST_F(PlaybackTest, NeedsNoLayersAndNoAnimation) {
+    playback.reset();
     project->setViewLayerFactory(nullptr);
-    playback->togglePlayPause();
-    EXPECT_TRUE(time.isPlayingBack());
+    PCProjectTimeManager bareTime(clock, log);
+    Playback barePlayback(project, bareTime, selection, nullptr);
+    barePlayback.togglePlayPause();
+    EXPECT_TRUE(bareTime.isPlayingBack());
     project->animationsManager().setSelectedAnimation(nullptr);
-    playback->togglePlayPause();
-    playback->togglePlayPause();
-    EXPECT_FALSE(time.isPlayingBack());
+    barePlayback.togglePlayPause();
+    barePlayback.togglePlayPause();
+    EXPECT_FALSE(bareTime.isPlayingBack());
 }
 
 }  // namespace
