@@ -50,7 +50,6 @@ ScaleGesture::ScaleGesture(const CanvasScene& scene, EditTarget target, PCElemen
     : m_scene(scene),
       m_target(target),
       m_element(std::move(element)),
-      m_handle(handle),
       m_fixedUnitPoint(resizeAnchorForEventLocation(handle)),
       m_rotationOnCanvas(rotationOnCanvas(*m_element, target.when)),
       m_scale(TimedElement(*m_element, target.when).scale()) {

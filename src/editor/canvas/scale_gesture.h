@@ -33,7 +33,6 @@ class ScaleGesture : public CanvasGesture {
     CanvasScene m_scene;
     EditTarget m_target;
     PCElement::Ptr m_element;
-    PCEditorLocation m_handle;
     QPointF m_fixedUnitPoint;
     QPointF m_fixedPoint;  // on the canvas
     double m_rotationOnCanvas = 0;
