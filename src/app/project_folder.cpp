@@ -36,7 +36,7 @@ bool mayBeFolder(const ListedEntry& entry) {
 
 void sortByName(std::vector<FolderEntry>& entries) {
     // That of C, which many programs run with, knows neither numbers nor case.
-    QCollator collator(QLocale(QLocale::English));
+    QCollator collator{QLocale(QLocale::English)};
     collator.setNumericMode(true);
     collator.setCaseSensitivity(Qt::CaseInsensitive);
     std::sort(entries.begin(), entries.end(),

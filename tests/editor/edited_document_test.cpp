@@ -153,7 +153,11 @@ void EditedDocument::gesture(EditWalk& walk) {
 }
 
 TEST_F(EditedDocument, IsShownSavedAndUndoneAsItIs) {
+#ifdef __SANITIZE_ADDRESS__
+    constexpr uint32_t kTimesOpened = 2;  // each takes many times as long
+#else
     constexpr uint32_t kTimesOpened = 10;
+#endif
     constexpr size_t kStepsEach = 2'000;
     for (uint32_t seed = 0; seed < kTimesOpened && !HasFailure(); ++seed) {
         EditorScene scene(document.project());
