@@ -8,8 +8,9 @@
 
 namespace tweenery {
 
-/// The text of the list of recent files that the programs of a desktop share (Desktop Bookmark
-/// Specification). Reads and changes what this program registered; all else stays to the letter.
+/// The text of the list of recent files that the programs of a desktop share (an XBEL file, as
+/// freedesktop.org describes it). Reads and changes what this program registered; all else stays to
+/// the letter.
 class BookmarkFile {
  public:
     /// An empty list.

@@ -187,6 +187,19 @@ double linearChannel(float channel) {
 
 }  // namespace
 
+const PictureColors& pictureColors() {
+    static const PictureColors colors{
+        .onRow = QColor(0x3A, 0x3A, 0x3A),
+        .onSelectedRow = Qt::white,
+        .shutPadlock = Qt::black,
+        .loopOff = QColor(0x6A, 0x6A, 0x6A),
+        .loopMarker = QColor(0x7A, 0x7A, 0x7A),
+        .loopOn = QColor(0x2E, 0x2E, 0x2E),
+        .easing = QColor(0x1E, 0x1E, 0x1E),
+    };
+    return colors;
+}
+
 const FrameColors& frameColors(bool isDark, bool increasesContrast) {
     static const FrameColors light = lightFrame();
     static const FrameColors dark = darkFrame();

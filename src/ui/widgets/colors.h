@@ -92,6 +92,18 @@ struct WorkbenchColors {
     QColor groupFxInk;
 };
 
+/// Colours that the name of a picture tells, the same on every fill.
+struct PictureColors {
+    QColor onRow;          // "…_dark", "…_dark_icon"
+    QColor onSelectedRow;  // "…_light", "…_light_icon"
+    QColor shutPadlock;
+    QColor loopOff;
+    QColor loopMarker;
+    QColor loopOn;
+    QColor easing;  // on a light button
+};
+const PictureColors& pictureColors();
+
 /// The table for a light or a dark desktop, with increased contrast or without.
 const FrameColors& frameColors(bool isDark, bool increasesContrast);
 const WorkbenchColors& workbenchColors(bool increasesContrast);

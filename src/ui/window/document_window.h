@@ -48,6 +48,8 @@ class DocumentWindow : public QMainWindow,
                    DocumentWindowOwner& owner);
     ~DocumentWindow() override;
 
+    static constexpr QSize leastSize() { return {800, 400}; }
+
     OpenDocument& document() { return *m_document; }
     PCDocumentWindowController& controller() { return *m_controller; }
     CanvasView& canvas() { return *m_canvas; }
