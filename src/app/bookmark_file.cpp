@@ -200,8 +200,13 @@ void BookmarkFile::remove(const QString& path) {
     cut(entry->registrations == 1 ? entry->span : *entry->ours);
 }
 
-void BookmarkFile::add(const QString& path, const QDateTime& time) {
+void BookmarkFile::add(const QString& path, const QDateTime& now) {
     remove(path);
+    // Two may come within one millisecond, and clocks go back.
+    QDateTime time = now;
+    for (const Entry& entry : m_entries) {
+        if (entry.ours && entry.modified >= time) { time = entry.modified.addMSecs(1); }
+    }
     if (const Entry* entry = find(path); entry && entry->endOfOthers > 0) {
         m_text.insert(entry->endOfOthers, u"\n          "_s + registration(time));
     } else {

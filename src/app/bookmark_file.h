@@ -20,8 +20,8 @@ class BookmarkFile {
 
     /// Of the entries that this program registered, the newest first.
     QStringList paths() const;
-    /// Registers the file or folder, or makes it the newest.
-    void add(const QString& path, const QDateTime& time);
+    /// Registers the file or folder, or makes it the newest, whatever the clock said before.
+    void add(const QString& path, const QDateTime& now);
     /// Takes our registration away, and the entry if no other program has one in it.
     void remove(const QString& path);
 

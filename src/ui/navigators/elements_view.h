@@ -63,6 +63,10 @@ class ElementsView : public QTreeView, private PCElementSelectionManagerListener
         bool isAboveRow = false;  // the gap lies there
     };
 
+    static constexpr int kIndent = 16;            // points, of each level
+    static constexpr int kElementNameLeft = 44;   // from where the level begins
+    static constexpr int kElementNameRight = 10;  // from the row's right
+
     DocumentContext& m_document;
     ElementOutline m_outline;
     ElementsModel m_model;

@@ -163,15 +163,6 @@ void DocumentWindow::documentWasReplaced() {
 void DocumentWindow::addWindowCommands() {
     CommandSet& commands = m_controller->commands();
     commands.add(u"close"_s, {[this] { close(); }});
-    commands.add(
-        u"renameElement"_s,
-        {[this] { m_navigator->elementsView().renameTopSelectedRow(); },
-         [this] { return m_controller->selectionManager().selectedElementsCount() == 1; }});
-    AnimationsView& animations = m_navigator->animationsView();
-    commands.add(u"addAnimation"_s, {[&animations] { animations.addAnimation(); }});
-    commands.add(u"renameAnimation"_s,
-                 {[&animations] { animations.startRenaming(animations.currentIndex()); },
-                  [this] { return !m_controller->project()->isSetupMode(); }});
     commands.add(u"customizeToolbar"_s, {[this] { m_toolbar->customize(); }});
     commands.add(u"minimize"_s, {[this] { showMinimized(); }});
     commands.add(u"toggleFullScreen"_s,
