@@ -14,12 +14,12 @@
 #include "editor/documents/project_path.h"
 #include "editor/outline_drop.h"
 #include "ui/canvas/canvas_view.h"
+#include "ui/inspector/inspector_pane.h"
 #include "ui/navigators/navigator.h"
+#include "ui/timeline/timeline_pane.h"
 #include "ui/window/canvas_area.h"
-#include "ui/window/inspector_pane.h"
 #include "ui/window/main_menu.h"
 #include "ui/window/split_view.h"
-#include "ui/window/timeline_pane.h"
 #include "ui/window/toolbar.h"
 
 using namespace Qt::StringLiterals;

@@ -7,12 +7,12 @@
 #include <algorithm>
 
 #include "ui/canvas/canvas_view.h"
+#include "ui/inspector/inspector_pane.h"
 #include "ui/navigators/navigator.h"
+#include "ui/timeline/timeline_pane.h"
 #include "ui/widgets/sizes.h"
 #include "ui/window/document_window.h"
-#include "ui/window/inspector_pane.h"
 #include "ui/window/split_view.h"
-#include "ui/window/timeline_pane.h"
 #include "ui/window/toolbar.h"
 
 using namespace Qt::StringLiterals;

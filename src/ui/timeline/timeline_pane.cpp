@@ -1,4 +1,4 @@
-#include "ui/window/timeline_pane.h"
+#include "ui/timeline/timeline_pane.h"
 
 #include <QPainter>
 #include <QSlider>

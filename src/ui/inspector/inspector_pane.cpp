@@ -1,4 +1,4 @@
-#include "ui/window/inspector_pane.h"
+#include "ui/inspector/inspector_pane.h"
 
 #include <QPainter>
 
