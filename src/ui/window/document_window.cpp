@@ -147,6 +147,8 @@ void DocumentWindow::listen() {
     };
     m_subscriptions.clear();
     keep(m_controller->selectionManager().addSelectionListener(this));
+    keep(m_controller->keyframeManager().addSelectionListener(this));
+    keep(m_controller->playback().addLoopRangeHandler([this] { updateLater(); }));
     keep(project.animationsManager().addChangeListener(this));
     keep(m_controller->timeManager().addPlaybackStateListener(this));
     keep(project.undoManager().addChangeHandler([this] { updateLater(); }));
