@@ -253,6 +253,14 @@ QColor blended(const QColor& over, const QColor& fill) {
                             mix(over.blueF(), fill.blueF()));
 }
 
+QColor lightened(const QColor& color, double level) {
+    return blended(white(level), color);
+}
+
+QColor darkened(const QColor& color, double level) {
+    return blended(black(level), color);
+}
+
 double relativeLuminance(const QColor& color) {
     return 0.2126 * linearChannel(color.redF()) + 0.7152 * linearChannel(color.greenF()) +
            0.0722 * linearChannel(color.blueF());
