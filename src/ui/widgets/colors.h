@@ -78,8 +78,16 @@ struct WorkbenchColors {
     QColor track;
     QColor trackLine;
     QColor timelineHeadLine;  // lines of buttons and ticks of the zoom
-    QColor darkApp;           // the timeline's head
+    QColor timelineRest;      // the timeline's head and ruler
+    QColor timelineActive;    // the same while it has the keyboard
+    QColor timelinePlaying;   // the ruler
+    QColor timelineButton;
+    QColor timelineInk;
+    QColor timelineSecondInk;
+    QColor timelineScroller;
+    QColor playheadPlate;  // under the playhead's time
     QColor lightGrey;
+    QColor darkGrey;
     QColor grey;
     QColor red;
     QColor blue;   // the skim bar
