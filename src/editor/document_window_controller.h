@@ -23,6 +23,8 @@ struct WindowHooks {
     /// The tool, and with it the cursor, is another one.
     std::function<void()> toolDidChange;
     CallLater callLater;
+    /// What commands can do, or are called, may be another.
+    std::function<void()> commandsDidChange = {};
 };
 
 /// The hub of one open project: owns the managers that panes share, the layers and how the window
@@ -53,6 +55,8 @@ class PCDocumentWindowController : public DocumentContext, private CanvasInterac
     CanvasViewport& viewport() { return m_viewport; }
     CanvasInteraction& interaction() { return m_interaction; }
     CommandSet& commands() override { return m_commands; }
+    void setKeyboardPane(KeyboardPane pane) override;
+    KeyboardPane keyboardPane() const override { return m_keyboardPane; }
     const DesktopPorts& ports() const { return m_ports; }
     UndoManager& undoManager() { return m_project->undoManager(); }
 
@@ -127,6 +131,7 @@ class PCDocumentWindowController : public DocumentContext, private CanvasInterac
     CommandSet m_commands;
     bool m_isAdditive = false;
     bool m_skimIsShown = false;
+    KeyboardPane m_keyboardPane = KeyboardPane::Canvas;
 
     PCElement::Elements selected() const { return m_selection.selectedElements(); }
     bool hasSelection() const { return m_selection.selectedElementsCount() > 0; }

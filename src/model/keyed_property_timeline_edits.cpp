@@ -301,13 +301,15 @@ void PCKeyedPropertyTimeline::deleteKeyframe(const KeyframePtr& keyframe) {
     eraseKeyframe(keyframe);
 }
 
-// What is left may have nothing to loop over.
 void PCKeyedPropertyTimeline::eraseKeyframe(const KeyframePtr& keyframe) {
     eraseAt(keyframe->m_index);
     didChange();
-    const bool canLoop = m_keys.size() > 1 || (m_keys.size() == 1 && m_times[0] != 0);
-    const bool loses = !canLoop && m_repeatBehavior != PCRepeatBehaviorNever;
-    if (loses && !isPlayedBack()) { setRepeatBehavior(PCRepeatBehaviorNever); }
+    stopRepeatingIfInVain();
+}
+
+void PCKeyedPropertyTimeline::stopRepeatingIfInVain() {
+    if (canRepeat() || m_repeatBehavior == PCRepeatBehaviorNever || isPlayedBack()) { return; }
+    setRepeatBehavior(PCRepeatBehaviorNever);
 }
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::duplicateKeyframe(
@@ -333,13 +335,13 @@ void PCKeyedPropertyTimeline::moveKeyframes(const Keyframes& keyframes, int64_t 
         assertContract(newTime >= INT32_MIN && newTime <= INT32_MAX,
                        u"a keyframe cannot move out of the range of times"_s);
     }
-    if (placements.empty()) { return; }
-    registerUndo([self = shared_from_this(), placements] { self->place(placements); });
+    std::vector<KeyframeTime> times;
+    times.reserve(placements.size());
     for (const Placement& placement : placements) {
-        m_times[placement.index] = static_cast<int32_t>(placement.timeInMS + deltaInMS);
+        times.push_back(
+            {placement.keyframe, static_cast<int32_t>(placement.timeInMS + deltaInMS)});
     }
-    updateKeyframeSort();
-    didChange();
+    setTimes(times);
 }
 
 void PCKeyedPropertyTimeline::reserveLists(size_t count) {
