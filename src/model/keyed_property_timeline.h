@@ -162,7 +162,7 @@ class PCKeyedPropertyTimeline final : public Archivable,
                                                       float startValue, int32_t endTime,
                                                       float endValue, PCEasingMode easing);
 
-    // Keyframe lookup. Binary searches but for keyframeClosestToTimeInMS.
+    // Keyframe lookup, by binary search.
 
     Keyframes keyframesSortedByTime() const;
     /// Of several at the time the last, which is the one that shows.
@@ -175,6 +175,8 @@ class PCKeyedPropertyTimeline final : public Archivable,
     KeyframePtr existingKeyframeAtKeyframeIndex(size_t index) const;
     /// Of two at the same distance the earlier; null for an empty timeline.
     KeyframePtr keyframeClosestToTimeInMS(int32_t timeInMS) const;
+    /// The same as an index; kNotFound for an empty timeline.
+    size_t indexOfKeyframeClosestToTimeInMS(int32_t timeInMS) const;
     /// Both bounds included.
     Keyframes keyframesBetweenStartTime(int32_t startTime, int32_t endTime) const;
 
@@ -226,6 +228,13 @@ class PCKeyedPropertyTimeline final : public Archivable,
     /// which leaves those of one time in their order. Others than this timeline's stay. Throws
     /// AssertionFailure, and moves none, when a new time is no 32-bit number.
     void moveKeyframes(const Keyframes& keyframes, int64_t deltaInMS);
+    struct KeyframeTime {
+        KeyframePtr keyframe;
+        int32_t timeInMS = 0;
+    };
+    using KeyframeTimes = std::vector<KeyframeTime>;
+    /// The same to a time of its own for each, named once.
+    void setTimesOfKeyframes(const KeyframeTimes& times);
     void removeAllKeyframes();
     /// Replaces the list; the keyframes become this timeline's.
     void setKeyframes(const Keyframes& keyframes);
@@ -332,6 +341,7 @@ class PCKeyedPropertyTimeline final : public Archivable,
     void reserveLists(size_t count);
     void clearLists();
     void contentsDidChange();
+    void tellOfChange();
     void forgetSamples() const;
     KeyframeRecord newKeyframeRecord(int32_t timeInMS) const;
     UndoManager* undoManager() const;
