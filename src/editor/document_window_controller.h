@@ -14,6 +14,7 @@
 #include "editor/layers/project_layers.h"
 #include "editor/timeline/keyframe_commands.h"
 #include "editor/timeline/playback.h"
+#include "editor/timeline/timeline_interaction.h"
 
 namespace tweenery {
 
@@ -26,6 +27,8 @@ struct WindowHooks {
     CallLater callLater;
     /// What commands can do, or are called, may be another.
     std::function<void()> commandsDidChange = {};
+    /// Something on ruler or tracks looks different besides the rows and the playhead.
+    std::function<void()> timelineNeedsDisplay = [] {};
 };
 
 /// The hub of one open project: owns the managers that panes share, the layers and how the window
@@ -33,6 +36,7 @@ struct WindowHooks {
 /// no widget. A window makes a new one when its project is read anew.
 class PCDocumentWindowController : public DocumentContext,
                                    private CanvasInteractionHost,
+                                   private TimelineInteractionHost,
                                    private KeyframeCommandsHost {
  public:
     /// The project must not have a screen yet.
@@ -59,6 +63,9 @@ class PCDocumentWindowController : public DocumentContext,
     CanvasInteraction& interaction() { return m_interaction; }
     KeyframeCommands& keyframeCommands() override { return m_keyframeCommands; }
     Playback& playback() { return m_playback; }
+    TimelineOutline& timelineOutline() { return m_timelineOutline; }
+    TimelineViewport& timelineViewport() { return m_timelineViewport; }
+    TimelineInteraction& timelineInteraction() { return m_timelineInteraction; }
     CommandSet& commands() override { return m_commands; }
     void setKeyboardPane(KeyboardPane pane) override;
     KeyboardPane keyboardPane() const override { return m_keyboardPane; }
@@ -73,11 +80,21 @@ class PCDocumentWindowController : public DocumentContext,
     void setAdditiveMode(bool isOn);
     int32_t lastKeyframeTimeInMS() const override;
     bool isPlayingBack() const { return m_time.isPlayingBack(); }
+    /// A press on canvas or timeline lasts, and what would edit beside it waits.
+    bool isPressed() const {
+        return m_interaction.isPressed() || m_timelineInteraction.isPressed();
+    }
+    /// Puts everything back as it was before the press. False without one.
+    bool cancelPress() { return m_interaction.cancel() || m_timelineInteraction.cancel(); }
+    /// Its release will not come: it ends as if it had.
+    void losePress();
+    /// What is held has changed, wherever the pointer is.
+    void modifiersChanged(Qt::KeyboardModifiers modifiers);
+    /// The window is no longer the active one.
+    void focusLost();
     const PCElement::Elements& selectionBeforePlayback() const {
         return m_playback.selectionBeforePlayback();
     }
-    /// While the skim bar shows under the pointer, Return plays from there.
-    void setSkimIsShown(bool isShown) { m_skimIsShown = isShown; }
 
     // Commands. Each that edits leaves one step of undo when it comes by the command set.
 
@@ -133,10 +150,12 @@ class PCDocumentWindowController : public DocumentContext,
     CanvasViewport m_viewport;
     CanvasScene m_scene;
     CanvasInteraction m_interaction;
+    TimelineOutline m_timelineOutline;
+    TimelineViewport m_timelineViewport;
+    TimelineInteraction m_timelineInteraction;
     NudgeSeries m_nudges;
     CommandSet m_commands;
     bool m_isAdditive = false;
-    bool m_skimIsShown = false;
     KeyboardPane m_keyboardPane = KeyboardPane::Canvas;
 
     PCElement::Elements selected() const { return m_selection.selectedElements(); }
@@ -144,6 +163,7 @@ class PCDocumentWindowController : public DocumentContext,
     void endPlaybackAtTimeShown() override { stopPlaybackHere(); }
     void canvasToolDidChange() override { m_hooks.toolDidChange(); }
     void canvasNeedsDisplay() override { m_hooks.canvasNeedsDisplay(); }
+    void timelineNeedsDisplay() override { m_hooks.timelineNeedsDisplay(); }
     void callLater(std::chrono::milliseconds delay, std::function<void()> call) override {
         m_hooks.callLater(delay, std::move(call));
     }
@@ -161,6 +181,7 @@ class PCDocumentWindowController : public DocumentContext,
     void addKeyframeSelectionCommands();
     void addKeyframeTimeCommands();
     void addLoopCommands();
+    void addTimelineViewCommands();
     void redirectKeysToTimeline();
     void pasteKeyframes();
     void duplicate(float offset);

@@ -14,6 +14,7 @@ void PCDocumentWindowController::addTimelineCommands() {
     addKeyframeSelectionCommands();
     addKeyframeTimeCommands();
     addLoopCommands();
+    addTimelineViewCommands();
     redirectKeysToTimeline();
 }
 
@@ -167,6 +168,22 @@ void PCDocumentWindowController::addLoopCommands() {
     }
 }
 
+void PCDocumentWindowController::addTimelineViewCommands() {
+    const auto inAnimation = [this] { return !m_project->isSetupMode(); };
+    const std::pair<QString, void (TimelineViewport::*)()> zooms[] = {
+        {u"zoomTimelineIn"_s, &TimelineViewport::zoomIn},
+        {u"zoomTimelineOut"_s, &TimelineViewport::zoomOut},
+        {u"zoomTimelineToFit"_s, &TimelineViewport::zoomToFit},
+    };
+    for (const auto& [name, zoom] : zooms) {
+        m_commands.add(name, {[this, zoom = zoom] { (m_timelineViewport.*zoom)(); }, inAnimation});
+    }
+    TimelineOutline& outline = m_timelineOutline;
+    m_commands.add(u"showOnlySelectedRows"_s,
+                   {[&outline] { outline.setShowsOnlySelected(!outline.showsOnlySelected()); },
+                    inAnimation, [&outline] { return outline.showsOnlySelected(); }});
+}
+
 // Keys that mean something in more than one pane. With no keyframe selected the arrows move
 // elements from the timeline, too; Delete never deletes them from there.
 void PCDocumentWindowController::redirectKeysToTimeline() {
@@ -179,6 +196,9 @@ void PCDocumentWindowController::redirectKeysToTimeline() {
         {u"delete"_s, u"deleteKeyframes"_s},
         {u"selectAll"_s, u"selectAllKeyframes"_s},
         {u"deselectAll"_s, u"deselectAllKeyframes"_s},
+        {u"zoomIn"_s, u"zoomTimelineIn"_s},
+        {u"zoomOut"_s, u"zoomTimelineOut"_s},
+        {u"zoomCenter"_s, u"zoomTimelineToFit"_s},
     };
     for (const auto& [name, other] : always) {
         m_commands.redirect(name, other, hasKeyboard);

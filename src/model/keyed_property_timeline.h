@@ -164,7 +164,7 @@ class PCKeyedPropertyTimeline final : public Archivable,
                                                       float startValue, int32_t endTime,
                                                       float endValue, PCEasingMode easing);
 
-    // Keyframe lookup. Binary searches but for keyframeClosestToTimeInMS.
+    // Keyframe lookup, by binary search.
 
     Keyframes keyframesSortedByTime() const;
     /// Of several at the time the last, which is the one that shows.
@@ -177,6 +177,8 @@ class PCKeyedPropertyTimeline final : public Archivable,
     KeyframePtr existingKeyframeAtKeyframeIndex(size_t index) const;
     /// Of two at the same distance the earlier; null for an empty timeline.
     KeyframePtr keyframeClosestToTimeInMS(int32_t timeInMS) const;
+    /// The same as an index; kNotFound for an empty timeline.
+    size_t indexOfKeyframeClosestToTimeInMS(int32_t timeInMS) const;
     /// Both bounds included.
     Keyframes keyframesBetweenStartTime(int32_t startTime, int32_t endTime) const;
 
@@ -354,6 +356,7 @@ class PCKeyedPropertyTimeline final : public Archivable,
     void reserveLists(size_t count);
     void clearLists();
     void contentsDidChange();
+    void tellOfChange();
     void forgetSamples() const;
     KeyframeRecord newKeyframeRecord(int32_t timeInMS) const;
     UndoManager* undoManager() const;

@@ -196,8 +196,15 @@ void PCKeyedPropertyTimeline::registerUndoOfKeyframe(UndoAction inverse) {
 
 void PCKeyedPropertyTimeline::didChange() {
     m_hasUnsavedChanges = true;
-    if (!m_listeners) { return; }
-    m_listeners->tell([this](auto& listener) { listener.keyedPropertyTimelineDidChange(*this); });
+    tellOfChange();
+}
+
+void PCKeyedPropertyTimeline::tellOfChange() {
+    if (m_listeners) {
+        m_listeners->tell(
+            [this](auto& listener) { listener.keyedPropertyTimelineDidChange(*this); });
+    }
+    if (EditContext* context = project()) { context->timelineDidChange(*this); }
 }
 
 void PCKeyedPropertyTimeline::setRepeatBehavior(PCRepeatBehavior behavior) {
@@ -329,17 +336,14 @@ void PCKeyedPropertyTimeline::moveKeyframeAtTimeInMS(int32_t fromTime, int32_t t
 }
 
 void PCKeyedPropertyTimeline::moveKeyframes(const Keyframes& keyframes, int64_t deltaInMS) {
-    const Placements placements = placementsOf(keyframes);
-    for (const Placement& placement : placements) {
-        const int64_t newTime = placement.timeInMS + deltaInMS;
+    std::vector<KeyframeTime> times;
+    times.reserve(keyframes.size());
+    for (const KeyframePtr& keyframe : keyframes) {
+        if (keyframe->m_owner != this) { continue; }
+        const int64_t newTime = m_times[keyframe->m_index] + deltaInMS;
         assertContract(newTime >= INT32_MIN && newTime <= INT32_MAX,
                        u"a keyframe cannot move out of the range of times"_s);
-    }
-    std::vector<KeyframeTime> times;
-    times.reserve(placements.size());
-    for (const Placement& placement : placements) {
-        times.push_back(
-            {placement.keyframe, static_cast<int32_t>(placement.timeInMS + deltaInMS)});
+        times.push_back({keyframe, static_cast<int32_t>(newTime)});
     }
     setTimes(times);
 }
@@ -377,8 +381,7 @@ void PCKeyedPropertyTimeline::setKeyframes(const Keyframes& keyframes) {
         const bool isOurs = keyframes[i]->m_owner == nullptr;
         insertRecord(i, records[i], isOurs ? keyframes[i].get() : nullptr);
     }
-    if (!m_listeners) { return; }
-    m_listeners->tell([this](auto& listener) { listener.keyedPropertyTimelineDidChange(*this); });
+    tellOfChange();
 }
 
 std::vector<size_t> PCKeyedPropertyTimeline::indicesByTime() const {
@@ -390,6 +393,7 @@ std::vector<size_t> PCKeyedPropertyTimeline::indicesByTime() const {
 }
 
 void PCKeyedPropertyTimeline::updateKeyframeSort() {
+    if (std::is_sorted(m_times.begin(), m_times.end())) { return contentsDidChange(); }
     arrange(indicesByTime());
 }
 

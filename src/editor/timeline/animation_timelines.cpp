@@ -3,27 +3,18 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "editor/timeline/timeline_outline.h"
 #include "model/project.h"
 
 using namespace Qt::StringLiterals;
 
 namespace tweenery {
 
-Timelines timelinesWithKeyframes(const PCElement& element) {
-    Timelines timelines;
-    if (element.hasFreshTimelines()) { return timelines; }
-    for (const PCPropertyType type : timelineGroupOrder()) {
-        auto timeline = element.timeline(type);
-        if (timeline && !timeline->isEmpty()) { timelines.push_back(std::move(timeline)); }
-    }
-    return timelines;
-}
-
 Timelines timelinesWithKeyframes(PCProject& project) {
     Timelines all;
     if (project.isSetupMode()) { return all; }
     for (const PCElement::Ptr& element : project.canvas()->reversedElementAndAllDescendants()) {
-        const Timelines timelines = timelinesWithKeyframes(*element);
+        const Timelines timelines = TimelineOutline::timelinesForElement(*element);
         all.insert(all.end(), timelines.begin(), timelines.end());
     }
     return all;

@@ -10,10 +10,9 @@ namespace tweenery {
 
 using Timelines = std::vector<PCKeyedPropertyTimeline::Ptr>;
 
-/// The element's timelines that have keyframes in the selected animation, in the order of rows.
-Timelines timelinesWithKeyframes(const PCElement& element);
-/// Those of all elements of the tree, in the order of rows: the canvas, then the foremost element
-/// first. The master keyframes are not among them. None in setup mode.
+/// All timelines of the tree that have keyframes in the selected animation, in the order of rows:
+/// the canvas, then the foremost element first. The master keyframes are not among them. None in
+/// setup mode.
 Timelines timelinesWithKeyframes(PCProject& project);
 /// Null in setup mode.
 PCKeyedPropertyTimeline::Ptr masterKeyframesTimeline(PCProject& project);

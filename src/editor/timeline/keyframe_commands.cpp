@@ -4,6 +4,8 @@
 #include <unordered_map>
 
 #include "base/errors.h"
+#include "editor/timeline/easing_choice.h"
+#include "editor/timeline/timeline_outline.h"
 
 using namespace Qt::StringLiterals;
 
@@ -80,7 +82,7 @@ Timelines KeyframeCommands::rows() const {
     }
     if (!timelines.empty() || !isInAnimation()) { return timelines; }
     for (const PCElement::Ptr& element : m_selection.selectedElements()) {
-        const Timelines own = timelinesWithKeyframes(*element);
+        const Timelines own = TimelineOutline::timelinesForElement(*element);
         timelines.insert(timelines.end(), own.begin(), own.end());
     }
     return timelines;
@@ -91,7 +93,7 @@ bool KeyframeCommands::hasRows() const {
     if (hasKeyframes()) { return true; }
     const auto elements = m_selection.selectedElements();
     return std::any_of(elements.begin(), elements.end(), [](const PCElement::Ptr& element) {
-        return !timelinesWithKeyframes(*element).empty();
+        return !TimelineOutline::timelinesForElement(*element).empty();
     });
 }
 
@@ -218,14 +220,9 @@ void KeyframeCommands::switchTransitionType() {
 void KeyframeCommands::setEasing(PCEasingMode mode) {
     if (!hasKeyframesOrTweens()) { return; }
     const bool hasTweens = !m_keyframes.selectedTweens().empty();
-    edit(u"Set Easing"_s, [&] {
-        for (const Keyframe& keyframe :
-             hasTweens ? m_keyframes.selectedTweens() : m_keyframes.selectedKeyframes()) {
-            if (!canJumpOrTween(keyframe)) { continue; }
-            const bool instant = mode == easingModeInstant;
-            if (!instant && keyframe->easingMode() != mode) { keyframe->setEasingMode(mode); }
-            setInstant(keyframe, instant);
-        }
+    edit(mode == easingModeInstant ? u"Make Instant"_s : u"Change Easing"_s, [&] {
+        setEasingOf(hasTweens ? m_keyframes.selectedTweens() : m_keyframes.selectedKeyframes(),
+                    mode);
     });
 }
 
@@ -251,7 +248,7 @@ void KeyframeCommands::deleteTimelines() {
 }
 
 void KeyframeCommands::deleteAllTimelines(const PCElement& element) {
-    deleteTimelines(u"Delete All Timelines"_s, timelinesWithKeyframes(element));
+    deleteTimelines(u"Delete All Timelines"_s, TimelineOutline::timelinesForElement(element));
 }
 
 void KeyframeCommands::deleteAllTimelines() {
@@ -260,7 +257,7 @@ void KeyframeCommands::deleteAllTimelines() {
     for (const Timeline& timeline : rows()) {
         const PCElement* element = timeline->element();
         if (!element || !elements.insert(element).second) { continue; }
-        const Timelines own = timelinesWithKeyframes(*element);
+        const Timelines own = TimelineOutline::timelinesForElement(*element);
         all.insert(all.end(), own.begin(), own.end());
     }
     deleteTimelines(u"Delete All Timelines"_s, all);

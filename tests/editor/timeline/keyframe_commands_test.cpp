@@ -185,7 +185,7 @@ TEST(KeyframeCommands, SplitsACombinedRow) {
     EXPECT_THROW(scene.commands.splitTimeline(*scene.timelineOf(u"A x"_s)), AssertionFailure);
 }
 
-// Ticks lie 250 ms apart until the first zoom.
+// Ticks lie 125 ms apart.
 TEST(KeyframeCommands, MoveInTime) {
     const QStringList three{u"A x 250:1 600:2 1000:3"_s, u"B r 700:1 800:2"_s};
     check({
@@ -193,8 +193,8 @@ TEST(KeyframeCommands, MoveInTime) {
          three,
          "A x 600, B r 700",
          perform("moveKeyframesLeft"),
-         {u"A x 250:1 500:2 1000:3"_s, u"B r 500:1 800:2"_s},
-         "A x 500, B r 500"},
+         {u"A x 250:1 500:2 1000:3"_s, u"B r 625:1 800:2"_s},
+         "A x 500, B r 625"},
         {"the earliest would reach its neighbour",
          {u"A x 500:1 600:2"_s, u"B r 900:1"_s},
          "A x 600, B r 900",
@@ -210,14 +210,14 @@ TEST(KeyframeCommands, MoveInTime) {
          {u"A x 400:1 500:2"_s, u"B r 800:1"_s},
          "A x 400, B r 800",
          perform("moveKeyframesRight"),
-         {u"A x 500:1 500:2"_s, u"B r 1000:1"_s},
-         "A x 500, B r 1000"},
+         {u"A x 500:1 500:2"_s, u"B r 875:1"_s},
+         "A x 500, B r 875"},
         {"the latest would reach its neighbour",
          three,
          "A x 600",
          perform("moveKeyframesRight"),
-         {u"A x 250:1 750:2 1000:3"_s}},
-        {"…and does not", {u"A x 600:1 750:2"_s}, "A x 600", perform("moveKeyframesRight"), {}},
+         {u"A x 250:1 625:2 1000:3"_s}},
+        {"…and does not", {u"A x 600:1 625:2"_s}, "A x 600", perform("moveKeyframesRight"), {}},
         {"by 1 ms, side by side",
          {u"A x 1:1 2:2 4:3"_s},
          "A x 1 2",

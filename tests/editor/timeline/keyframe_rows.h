@@ -31,6 +31,7 @@ class KeyframeRows : public ControllerScene {
             }
             timeline->setKeyframes(all);
         }
+        time.setZoomInPointsPerMillisecond(0.15F);  // ticks 125 ms apart
         project->undoManager().removeAllActions();
     }
 
