@@ -30,6 +30,15 @@ bool canJumpOrTween(const Keyframe& keyframe) {
            timeline->propertyType() != PCPropertyTypeChildrenZPositions;
 }
 
+PropertyValue storedValue(const PCKeyedPropertyTimeline& timeline, const PropertyValue& absolute) {
+    const float* number = std::get_if<float>(&absolute);
+    const TimelineOwner* element = timeline.owner();
+    if (!number || !element) { return absolute; }
+    const PCPropertyType type = timeline.propertyType();
+    const auto [factor, offset] = factorAndOffset(type, element->setupNumberForPropertyType(type));
+    return *number / factor - offset;
+}
+
 void setSplit(UndoManager& undo, const PCElement::Ptr& element, PCPropertyType type, bool split) {
     undo.registerUndo([&undo, element, type, split] { setSplit(undo, element, type, !split); });
     if (type == PCPropertyTypeScale) {
@@ -388,30 +397,22 @@ Keyframe KeyframeCommands::singleKeyframe() const {
     return *keyframes.begin();
 }
 
-QString KeyframeCommands::setTime(const Keyframe& keyframe, int32_t timeInMS) {
+QString KeyframeCommands::setTimeAndValue(const Keyframe& keyframe, int32_t timeInMS,
+                                          const std::optional<PropertyValue>& value) {
     if (!keyframe->isInTimeline()) { return u"The keyframe is no longer there."_s; }
-    if (keyframe->timeInMS() == timeInMS) { return {}; }
     const Timeline timeline = keyframe->timeline();
-    if (timeline->existingKeyframeAtTimeInMS(timeInMS)) {
+    const bool moves = keyframe->timeInMS() != timeInMS;
+    if (moves && timeline->existingKeyframeAtTimeInMS(timeInMS)) {
         return u"There is a keyframe at %1 ms already."_s.arg(timeInMS);
     }
-    edit(u"Move Keyframe"_s, [&] { timeline->setTimes({{keyframe, timeInMS}}); });
+    const PropertyValue stored = value ? storedValue(*timeline, *value) : keyframe->propertyValue();
+    const bool changes = !valuesEqual(stored, keyframe->propertyValue());
+    if (!moves && !changes) { return {}; }
+    edit(u"Change Keyframe"_s, [&] {
+        if (moves) { timeline->setTimes({{keyframe, timeInMS}}); }
+        if (changes) { timeline->setStoredPropertyValue(stored, keyframe); }
+    });
     return {};
-}
-
-void KeyframeCommands::setValue(const Keyframe& keyframe, const PropertyValue& value) {
-    if (!keyframe->isInTimeline()) { return; }
-    const Timeline timeline = keyframe->timeline();
-    PropertyValue stored = value;
-    if (const float* number = std::get_if<float>(&value)) {
-        const PCPropertyType type = timeline->propertyType();
-        const PCElement* element = timeline->element();
-        const auto [factor, offset] =
-            factorAndOffset(type, element ? element->setupNumberForPropertyType(type) : 0);
-        stored = *number / factor - offset;
-    }
-    if (valuesEqual(stored, keyframe->propertyValue())) { return; }
-    edit(u"Change Value"_s, [&] { timeline->setStoredPropertyValue(stored, keyframe); });
 }
 
 }  // namespace tweenery

@@ -136,10 +136,10 @@ class KeyframeCommands {
 
     /// The one that is selected, if it is one.
     Keyframe singleKeyframe() const;
-    /// Past others of its row, but not onto one.
-    QString setTime(const Keyframe& keyframe, int32_t timeInMS);
-    /// `value` is absolute, of the property's kind; see keyframe_value_text.h.
-    void setValue(const Keyframe& keyframe, const PropertyValue& value);
+    /// The time: past others of its row, but not onto one. The value: absolute, of the property's
+    /// kind, or nothing to leave it; see keyframe_value_text.h.
+    QString setTimeAndValue(const Keyframe& keyframe, int32_t timeInMS,
+                            const std::optional<PropertyValue>& value);
 
     // The clipboard; see keyframe_clip.h.
 

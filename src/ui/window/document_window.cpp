@@ -16,6 +16,7 @@
 #include "ui/canvas/canvas_view.h"
 #include "ui/inspector/inspector_pane.h"
 #include "ui/navigators/navigator.h"
+#include "ui/timeline/keyframe_dialog.h"
 #include "ui/timeline/timeline_pane.h"
 #include "ui/window/canvas_area.h"
 #include "ui/window/main_menu.h"
@@ -175,6 +176,7 @@ void DocumentWindow::addWindowCommands() {
     commands.add(u"nextPane"_s, {[this] { focusPane(1); }});
     commands.add(u"previousPane"_s, {[this] { focusPane(-1); }});
     addPaneCommands(commands);
+    addKeyframeDialogCommands(commands, m_controller->keyframeCommands(), this);
     m_owner.addCommands(commands, *this);
 }
 

@@ -2,6 +2,8 @@
 
 #include "base/errors.h"
 #include "editor/timeline/keyframe_rows.h"
+#include "editor/timeline/keyframe_value_text.h"
+#include "editor/timeline/time_text.h"
 
 namespace tweenery::test {
 namespace {
@@ -269,7 +271,8 @@ TEST(KeyframeCommands, MoveInTime) {
          {u"A x 100:1 200:2"_s},
          "A x 100",
          [](KeyframeRows& scene) {
-             EXPECT_TRUE(scene.commands.setTime(scene.commands.singleKeyframe(), 300).isNull());
+             EXPECT_TRUE(
+                 scene.commands.setTimeAndValue(scene.commands.singleKeyframe(), 300, {}).isNull());
          },
          {u"A x 200:2 300:1"_s},
          "A x 300"},
@@ -277,7 +280,8 @@ TEST(KeyframeCommands, MoveInTime) {
          {u"A x 100:1 200:2"_s},
          "A x 100",
          [](KeyframeRows& scene) {
-             EXPECT_FALSE(scene.commands.setTime(scene.commands.singleKeyframe(), 200).isNull());
+             EXPECT_FALSE(scene.commands.setTimeAndValue(scene.commands.singleKeyframe(), 200, 5.0F)
+                              .isNull());
          },
          {}},
     });
@@ -536,26 +540,59 @@ TEST(KeyframeCommands, PasteKeepsWhatKeyAllHolds) {
     EXPECT_EQ(scene.keysOf(u"A x"_s), "0:0 200:20k 500:50 800:80k 1000:100");
 }
 
-TEST(KeyframeCommands, ExactValues) {
+// Typed values are absolute, in the units of the inspector.
+TEST(KeyframeCommands, TypedValues) {
     struct ValueCase {
         const char* row;
-        float absolute;
-        const char* stored;
+        const char* shown;
+        const char* typed;
+        const char* stored;  // null: no value of the property
     };
-    for (const ValueCase& c : {ValueCase{"B x 0:0", 12.5F, "0:12.5"},
-                               {"B w 0:1", 3, "0:1.5"},
-                               {"B r 0:0", 1.5F, "0:0.5"},
-                               {"B o 0:1", 0.25F, "0:0.5"},
-                               {"B h 0:1 0:1", 4, "0:1 0:2"}}) {
+    for (const ValueCase& c : {ValueCase{"B x 0:1.255", "1.25", "12,5", "0:12.5"},
+                               {"B w 0:1", "200%", "300 %", "0:1.5"},
+                               {"B r 0:0", "57.3°", "90°", "0:0.5707964"},
+                               {"B o 0:1", "50%", "150", "0:2"},
+                               {"B h 0:1 0:1", "200%", "400", "0:1 0:2"},
+                               {"B y 0:0", "0", "ten", nullptr},
+                               {"B y 0:0", "0", "1e99", nullptr}}) {
+        SCOPED_TRACE(c.row);
         const QString row = QString::fromLatin1(c.row);
         KeyframeRows scene({row});
         const auto timeline = scene.timelineOf(row);
         const auto last = timeline->existingKeyframeAtKeyframeIndex(timeline->keyframesCount() - 1);
-        scene.commands.setValue(last, c.absolute);
+        EXPECT_EQ(textOfKeyframeValue(*last).toStdString(), c.shown);
+        const auto value = keyframeValueFromText(QString::fromUtf8(c.typed), *timeline);
+        ASSERT_EQ(value.has_value(), c.stored != nullptr);
+        if (!value) { continue; }
+        EXPECT_TRUE(scene.commands.setTimeAndValue(last, 0, value).isNull());
         EXPECT_EQ(scene.keysOf(row), c.stored);
-        scene.commands.setValue(last, c.absolute);
+        EXPECT_TRUE(scene.commands.setTimeAndValue(last, 0, value).isNull()) << "no second step";
         scene.perform("undo");
         EXPECT_EQ(scene.keysOf(row), row.section(u' ', 2).toStdString());
+    }
+}
+
+TEST(TimeText, ReadsWhatUsersType) {
+    struct TextCase {
+        const char* text;
+        TimeUnit unit;
+        std::optional<int32_t> expected;
+    };
+    constexpr auto kMS = TimeUnit::Milliseconds;
+    constexpr auto kSeconds = TimeUnit::Seconds;
+    for (const TextCase& c : {TextCase{"500", kMS, 500},
+                              {" 500 MS ", kSeconds, 500},
+                              {"1.5", kSeconds, 1500},
+                              {"1,5 s", kMS, 1500},
+                              {".0006s", kMS, 1},
+                              {"1:02.5", kMS, 62500},
+                              {"2147483.647 s", kMS, INT32_MAX},
+                              {"2147483.648 s", kMS, std::nullopt},
+                              {"-1", kMS, std::nullopt},
+                              {"1:5 ms", kMS, std::nullopt},
+                              {"", kMS, std::nullopt},
+                              {"soon", kMS, std::nullopt}}) {
+        EXPECT_EQ(timeInMSFromText(QString::fromLatin1(c.text), c.unit), c.expected) << c.text;
     }
 }
 
