@@ -89,6 +89,7 @@ void DocumentWindow::tearDown() {
     m_spaceTimer.stop();
     m_subscriptions.clear();
     m_canvas = nullptr;
+    m_timeline = nullptr;
     m_toolbar = nullptr;
     delete takeCentralWidget();
     delete std::exchange(m_menu, nullptr);
@@ -106,7 +107,10 @@ WindowHooks DocumentWindow::hooks() {
             [this](std::chrono::milliseconds delay, std::function<void()> call) {
                 QTimer::singleShot(delay, this, std::move(call));
             },
-            [this] { updateLater(); }};
+            [this] { updateLater(); },
+            [this] {
+                if (m_timeline) { m_timeline->overlayDidChange(); }
+            }};
 }
 
 void DocumentWindow::buildPanes() {
@@ -128,7 +132,10 @@ void DocumentWindow::buildPanes() {
     column->setSpacing(0);
     column->addWidget(m_split, 1);
     setCentralWidget(content);
-    connect(m_canvas, &CanvasView::contextMenuRequested, this, &DocumentWindow::showContextMenu);
+    connect(m_canvas, &CanvasView::contextMenuRequested, this,
+            [this](QPoint position) { showContextMenu(contextCommands(), position); });
+    connect(m_timeline, &TimelinePane::contextMenuRequested, this,
+            &DocumentWindow::showContextMenu);
     connect(m_canvas, &CanvasView::viewportChanged, this, &DocumentWindow::viewportDidChange);
 }
 
@@ -181,8 +188,8 @@ void DocumentWindow::endTextEdit() {
     m_navigator->endEditing();
 }
 
-void DocumentWindow::showContextMenu(QPoint position) {
-    execContextMenu(*m_menu, this, contextCommands(), position);
+void DocumentWindow::showContextMenu(const QStringList& commands, QPoint position) {
+    execContextMenu(*m_menu, this, commands, position);
 }
 
 // Keys that no pane took.
@@ -244,6 +251,7 @@ void DocumentWindow::updateCommands() {
     m_toolbar->setDirectCursorItemActive(interaction.tool() == PCSelectionStateDirect);
     m_toolbar->setHandCursorItemActive(interaction.tool() == PCSelectionStateHand);
     m_toolbar->setPlayItemActive(m_controller->isPlayingBack());
+    m_timeline->showDefaultEasing();
 }
 
 void DocumentWindow::updateTitle() {
