@@ -66,6 +66,9 @@ class PCDocumentWindowController : public DocumentContext,
     TimelineOutline& timelineOutline() { return m_timelineOutline; }
     TimelineViewport& timelineViewport() { return m_timelineViewport; }
     TimelineInteraction& timelineInteraction() { return m_timelineInteraction; }
+    TimelineScene timelineScene() {
+        return {*m_project, m_time, m_keyframes, m_timelineOutline, m_timelineViewport};
+    }
     CommandSet& commands() override { return m_commands; }
     void setKeyboardPane(KeyboardPane pane) override;
     KeyboardPane keyboardPane() const override { return m_keyboardPane; }

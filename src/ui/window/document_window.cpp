@@ -90,6 +90,7 @@ void DocumentWindow::tearDown() {
     m_spaceTimer.stop();
     m_subscriptions.clear();
     m_canvas = nullptr;
+    m_timeline = nullptr;
     m_toolbar = nullptr;
     delete takeCentralWidget();
     delete std::exchange(m_menu, nullptr);
@@ -107,7 +108,10 @@ WindowHooks DocumentWindow::hooks() {
             [this](std::chrono::milliseconds delay, std::function<void()> call) {
                 QTimer::singleShot(delay, this, std::move(call));
             },
-            [this] { updateLater(); }};
+            [this] { updateLater(); },
+            [this] {
+                if (m_timeline) { m_timeline->overlayDidChange(); }
+            }};
 }
 
 void DocumentWindow::buildPanes() {
@@ -129,7 +133,10 @@ void DocumentWindow::buildPanes() {
     column->setSpacing(0);
     column->addWidget(m_split, 1);
     setCentralWidget(content);
-    connect(m_canvas, &CanvasView::contextMenuRequested, this, &DocumentWindow::showContextMenu);
+    connect(m_canvas, &CanvasView::contextMenuRequested, this,
+            [this](QPoint position) { showContextMenu(contextCommands(), position); });
+    connect(m_timeline, &TimelinePane::contextMenuRequested, this,
+            &DocumentWindow::showContextMenu);
     connect(m_canvas, &CanvasView::viewportChanged, this, &DocumentWindow::viewportDidChange);
 }
 
@@ -185,8 +192,8 @@ void DocumentWindow::endTextEdit() {
     m_navigator->endEditing();
 }
 
-void DocumentWindow::showContextMenu(QPoint position) {
-    execContextMenu(*m_menu, this, contextCommands(), position);
+void DocumentWindow::showContextMenu(const QStringList& commands, QPoint position) {
+    execContextMenu(*m_menu, this, commands, position);
 }
 
 // Keys that no pane took.
@@ -248,6 +255,7 @@ void DocumentWindow::updateCommands() {
     m_toolbar->setDirectCursorItemActive(interaction.tool() == PCSelectionStateDirect);
     m_toolbar->setHandCursorItemActive(interaction.tool() == PCSelectionStateHand);
     m_toolbar->setPlayItemActive(m_controller->isPlayingBack());
+    m_timeline->showDefaultEasing();
 }
 
 void DocumentWindow::updateTitle() {

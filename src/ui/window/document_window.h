@@ -56,6 +56,7 @@ class DocumentWindow : public QMainWindow,
     CanvasView& canvas() { return *m_canvas; }
     MainMenu& menu() { return *m_menu; }
     SplitView& splitView() { return *m_split; }
+    TimelinePane& timeline() { return *m_timeline; }
     /// At the size and place that the project remembers, or in the middle of the screen.
     void showAsRemembered();
     /// Ends a text edit that is open, which takes what was typed.
@@ -119,7 +120,7 @@ class DocumentWindow : public QMainWindow,
     void viewportDidChange();
     void followScreen();
     bool handleDigit(const QKeyEvent& event);
-    void showContextMenu(QPoint position);
+    void showContextMenu(const QStringList& commands, QPoint position);
 
     void documentStateDidChange() override;
     void documentWillBeStored() override;
