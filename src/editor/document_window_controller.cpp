@@ -79,6 +79,12 @@ void PCDocumentWindowController::setAdditiveMode(bool isOn) {
     m_project->notificationCentre().post(DocumentNotification::additiveMode, nullptr);
 }
 
+void PCDocumentWindowController::setKeyboardPane(KeyboardPane pane) {
+    if (pane == m_keyboardPane) { return; }
+    m_keyboardPane = pane;
+    if (m_hooks.commandsDidChange) { m_hooks.commandsDidChange(); }
+}
+
 // Failures.
 
 void PCDocumentWindowController::tellFailure(const QString& message, const QString& reason) {

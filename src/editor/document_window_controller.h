@@ -24,6 +24,8 @@ struct WindowHooks {
     /// The tool, and with it the cursor, is another one.
     std::function<void()> toolDidChange;
     CallLater callLater;
+    /// What commands can do, or are called, may be another.
+    std::function<void()> commandsDidChange = {};
     /// Something on ruler or tracks looks different besides the rows and the playhead.
     std::function<void()> timelineNeedsDisplay = [] {};
 };
@@ -61,6 +63,8 @@ class PCDocumentWindowController : public DocumentContext,
     TimelineViewport& timelineViewport() { return m_timelineViewport; }
     TimelineInteraction& timelineInteraction() { return m_timelineInteraction; }
     CommandSet& commands() override { return m_commands; }
+    void setKeyboardPane(KeyboardPane pane) override;
+    KeyboardPane keyboardPane() const override { return m_keyboardPane; }
     const DesktopPorts& ports() const { return m_ports; }
     UndoManager& undoManager() { return m_project->undoManager(); }
 
@@ -147,6 +151,7 @@ class PCDocumentWindowController : public DocumentContext,
     NudgeSeries m_nudges;
     CommandSet m_commands;
     bool m_isAdditive = false;
+    KeyboardPane m_keyboardPane = KeyboardPane::Canvas;
 
     PCElement::Elements selected() const { return m_selection.selectedElements(); }
     bool hasSelection() const { return m_selection.selectedElementsCount() > 0; }

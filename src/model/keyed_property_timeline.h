@@ -119,6 +119,8 @@ class PCKeyedPropertyTimeline final : public Archivable,
     bool autoreversesFromCurrentRepeatBehavior() const;
     /// Infinity, or 0 when the timeline plays once; decided likewise.
     float repeatCountFromCurrentRepeatBehavior() const;
+    /// False when there is nothing to loop over: no keyframe, or one alone at 0.
+    bool canRepeat() const { return !m_keys.empty() && (m_keys.size() > 1 || m_times[0] != 0); }
     bool isInstantTransition() const { return propertyTypeRow(m_propertyType).onlyJumps; }
 
     // Value queries, absolute.
@@ -228,14 +230,26 @@ class PCKeyedPropertyTimeline final : public Archivable,
     /// which leaves those of one time in their order. Others than this timeline's stay. Throws
     /// AssertionFailure, and moves none, when a new time is no 32-bit number.
     void moveKeyframes(const Keyframes& keyframes, int64_t deltaInMS);
+    void removeAllKeyframes();
+
+    // Edits of many keyframes, in one sort and one report each. Undo brings back all that they had.
+
     struct KeyframeTime {
         KeyframePtr keyframe;
         int32_t timeInMS = 0;
     };
-    using KeyframeTimes = std::vector<KeyframeTime>;
-    /// The same to a time of its own for each, named once.
-    void setTimesOfKeyframes(const KeyframeTimes& times);
-    void removeAllKeyframes();
+    /// The same to a time for each.
+    void setTimes(const std::vector<KeyframeTime>& times);
+    /// Others than this timeline's stay. What is left may have nothing to loop over; then it stops
+    /// repeating.
+    void deleteKeyframes(const Keyframes& keyframes);
+    /// Each record takes the place of the keyframe that shows at its time, which keeps its
+    /// identifier, or comes in with a new one. Returns the keyframes written. No two records are of
+    /// one time.
+    Keyframes writeKeyframes(const std::vector<KeyframeRecord>& records);
+    /// For what registers nothing itself, before it: key-all marks, removeAllKeyframes().
+    void registerUndoOfContents();
+
     /// Replaces the list; the keyframes become this timeline's.
     void setKeyframes(const Keyframes& keyframes);
     void updateKeyframeSort();
@@ -318,6 +332,7 @@ class PCKeyedPropertyTimeline final : public Archivable,
     void recreate(const KeyframePtr& keyframe, size_t index);
     void insertHandle(const KeyframePtr& keyframe, size_t index, const KeyframeRecord& record);
     void eraseKeyframe(const KeyframePtr& keyframe);
+    void stopRepeatingIfInVain();
     Placements placementsOf(const Keyframes& keyframes) const;
     void place(const Placements& placements);
 

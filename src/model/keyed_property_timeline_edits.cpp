@@ -308,13 +308,15 @@ void PCKeyedPropertyTimeline::deleteKeyframe(const KeyframePtr& keyframe) {
     eraseKeyframe(keyframe);
 }
 
-// What is left may have nothing to loop over.
 void PCKeyedPropertyTimeline::eraseKeyframe(const KeyframePtr& keyframe) {
     eraseAt(keyframe->m_index);
     didChange();
-    const bool canLoop = m_keys.size() > 1 || (m_keys.size() == 1 && m_times[0] != 0);
-    const bool loses = !canLoop && m_repeatBehavior != PCRepeatBehaviorNever;
-    if (loses && !isPlayedBack()) { setRepeatBehavior(PCRepeatBehaviorNever); }
+    stopRepeatingIfInVain();
+}
+
+void PCKeyedPropertyTimeline::stopRepeatingIfInVain() {
+    if (canRepeat() || m_repeatBehavior == PCRepeatBehaviorNever || isPlayedBack()) { return; }
+    setRepeatBehavior(PCRepeatBehaviorNever);
 }
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::duplicateKeyframe(
@@ -334,7 +336,7 @@ void PCKeyedPropertyTimeline::moveKeyframeAtTimeInMS(int32_t fromTime, int32_t t
 }
 
 void PCKeyedPropertyTimeline::moveKeyframes(const Keyframes& keyframes, int64_t deltaInMS) {
-    KeyframeTimes times;
+    std::vector<KeyframeTime> times;
     times.reserve(keyframes.size());
     for (const KeyframePtr& keyframe : keyframes) {
         if (keyframe->m_owner != this) { continue; }
@@ -343,23 +345,7 @@ void PCKeyedPropertyTimeline::moveKeyframes(const Keyframes& keyframes, int64_t 
                        u"a keyframe cannot move out of the range of times"_s);
         times.push_back({keyframe, static_cast<int32_t>(newTime)});
     }
-    setTimesOfKeyframes(times);
-}
-
-void PCKeyedPropertyTimeline::setTimesOfKeyframes(const KeyframeTimes& times) {
-    Placements former;
-    former.reserve(times.size());
-    for (const auto& [keyframe, timeInMS] : times) {
-        if (keyframe->m_owner != this) { continue; }
-        former.push_back({keyframe, m_times[keyframe->m_index], keyframe->m_index});
-    }
-    if (former.empty()) { return; }
-    registerUndo([self = shared_from_this(), former = std::move(former)] { self->place(former); });
-    for (const auto& [keyframe, timeInMS] : times) {
-        if (keyframe->m_owner == this) { m_times[keyframe->m_index] = timeInMS; }
-    }
-    updateKeyframeSort();
-    didChange();
+    setTimes(times);
 }
 
 void PCKeyedPropertyTimeline::reserveLists(size_t count) {

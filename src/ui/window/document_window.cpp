@@ -105,7 +105,8 @@ WindowHooks DocumentWindow::hooks() {
             },
             [this](std::chrono::milliseconds delay, std::function<void()> call) {
                 QTimer::singleShot(delay, this, std::move(call));
-            }};
+            },
+            [this] { updateLater(); }};
 }
 
 void DocumentWindow::buildPanes() {
