@@ -23,13 +23,13 @@ DraggedTracks draggedTracks(const PCKeyframeManager& keyframes) {
 bool setTimes(const DraggedTracks& tracks, const std::function<int32_t(int32_t)>& timeOf) {
     bool hasMoved = false;
     for (const auto& [timeline, start] : tracks) {
-        PCKeyedPropertyTimeline::KeyframeTimes times = start;
+        std::vector<PCKeyedPropertyTimeline::KeyframeTime> times = start;
         bool differs = false;
         for (auto& [keyframe, timeInMS] : times) {
             timeInMS = timeOf(timeInMS);
             differs = differs || timeInMS != keyframe->timeInMS();
         }
-        if (differs) { timeline->setTimesOfKeyframes(times); }
+        if (differs) { timeline->setTimes(times); }
         hasMoved = hasMoved || differs;
     }
     return hasMoved;

@@ -10,7 +10,7 @@ namespace tweenery {
 /// The selected keyframes of one timeline, with the times that they had when a drag began.
 struct DraggedTrack {
     PCKeyedPropertyTimeline::Ptr timeline;
-    PCKeyedPropertyTimeline::KeyframeTimes start;
+    std::vector<PCKeyedPropertyTimeline::KeyframeTime> start;
 };
 using DraggedTracks = std::vector<DraggedTrack>;
 /// Those of the selected keyframes that are in a timeline.

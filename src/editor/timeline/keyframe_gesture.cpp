@@ -95,14 +95,15 @@ bool KeyframeGesture::removeCopiesThatStayed() {
     };
     bool someAreLeft = false;
     for (const auto& [timeline, start] : m_tracks) {
+        PCKeyedPropertyTimeline::Keyframes stayed;
         for (const auto& [copy, time] : start) {
-            if (tick(time) != tick(copy->timeInMS())) {
-                someAreLeft = true;
-                continue;
-            }
-            m_scene.keyframes.deselectKeyframe(copy);
-            timeline->deleteKeyframe(copy);
+            if (tick(time) == tick(copy->timeInMS())) { stayed.push_back(copy); }
         }
+        someAreLeft = someAreLeft || stayed.size() < start.size();
+        for (const TimelineKeyframe& copy : stayed) {
+            m_scene.keyframes.deselectKeyframe(copy);
+        }
+        timeline->deleteKeyframes(stayed);
     }
     return someAreLeft;
 }

@@ -171,6 +171,7 @@ void TimelineInteraction::lost() {
 }
 
 void TimelineInteraction::end() {
+    tick({});  // a quick pointer has left the tracks a moment ago
     const bool isEdit = !m_press->gesture || m_press->gesture->release();
     if (m_press->click) { m_press->click(); }
     if (isEdit) {
