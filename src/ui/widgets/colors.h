@@ -25,6 +25,7 @@ struct FrameColors {
     QColor field;         // text fields and unchecked boxes
     QColor popover;       // popovers and menus
     QColor popoverLine;
+    QColor popoverShadow;  // laid over itself several times, ever wider
     QColor noticeFill;  // bars across the canvas
     QColor noticeLine;
     QColor noticeInk;
