@@ -3,7 +3,9 @@
 #include <QContextMenuEvent>
 #include <QFontMetrics>
 #include <QHelpEvent>
+#include <QKeyEvent>
 #include <QPainter>
+#include <QSet>
 #include <QToolTip>
 
 #include "ui/timeline/keyframe_painting.h"
@@ -54,6 +56,11 @@ QString loopPicture(PCRepeatBehavior behavior) {
 bool isInDisc(const QRectF& rect, QPointF point) {
     const QPointF off = point - rect.center();
     return QPointF::dotProduct(off, off) <= rect.width() * rect.width() / 4;
+}
+
+bool movesMark(const QKeyEvent& event) {
+    const QSet<int> arrows{Qt::Key_Up, Qt::Key_Down, Qt::Key_Left, Qt::Key_Right};
+    return event.modifiers() == Qt::ControlModifier && arrows.contains(event.key());
 }
 
 }  // namespace
@@ -196,6 +203,11 @@ void RowsView::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 bool RowsView::event(QEvent* event) {
+    // The keyboard's mark goes before shortcuts of the menu.
+    if (event->type() == QEvent::ShortcutOverride && movesMark(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
     if (event->type() == QEvent::ToolTip) {
         const auto* help = static_cast<QHelpEvent*>(event);
         QToolTip::showText(help->globalPos(), toolTipOf(placeAt(help->pos())), this);

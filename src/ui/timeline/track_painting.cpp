@@ -112,6 +112,8 @@ bool changesValue(const PCKeyedPropertyTimeline& timeline, size_t endIndex) {
 }  // namespace
 
 bool tweenShows(const PCKeyedPropertyTimeline& timeline, size_t endIndex) {
+    const int32_t start = endIndex == 0 ? 0 : timeline.timeOfKeyframe(endIndex - 1);
+    if (timeline.timeOfKeyframe(endIndex) <= start) { return false; }
     const bool jumps = timeline.keyframeIsInstant(endIndex) ||
                        (endIndex > 0 && timeline.keyframeIsInstant(endIndex - 1));
     return !jumps && changesValue(timeline, endIndex);

@@ -13,7 +13,7 @@
 #include "ui/timeline/tracks_view.h"
 #include "ui/widgets/appearance.h"
 #include "ui/window/split_view.h"
-#include "window/window_scene.h"
+#include "ui/window/window_scene.h"
 
 namespace tweenery::test {
 
@@ -23,7 +23,7 @@ class TimelineWindow : public WindowScene {
  public:
     static constexpr int kPaneHeight = 300;
 
-    TimelineWindow() : WindowScene("A B C") {
+    TimelineWindow() : WindowScene((seenByAssistiveTools(), "A B C")) {
         Appearance::current().setReducesMotion(true);
         selectNewAnimation(project(), QStringLiteral("Walk"));
         const UndoRegistrationPause pause(project().undoManager());
@@ -98,10 +98,22 @@ class TimelineWindow : public WindowScene {
         click(middleOfWidget(*widget));
         QCoreApplication::processEvents();
     }
+    void type(const char* text) {
+        for (; *text; ++text) {
+            QTest::keyClick(window->windowHandle(), *text);
+        }
+        QCoreApplication::processEvents();
+    }
     bool popoverIsOpen() { return pane().popover() && pane().popover()->isOpen(); }
 
  private:
     static constexpr int kZoom = 7;
+
+    // Before the first window, as in the program.
+    static void seenByAssistiveTools() {
+        static const bool isInstalled = (installTimelineAccessibility(), true);
+        Q_UNUSED(isInstalled);
+    }
 };
 
 }  // namespace tweenery::test
