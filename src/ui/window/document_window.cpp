@@ -16,6 +16,7 @@
 #include "ui/canvas/canvas_view.h"
 #include "ui/inspector/inspector_pane.h"
 #include "ui/navigators/navigator.h"
+#include "ui/timeline/keyframe_dialog.h"
 #include "ui/timeline/timeline_pane.h"
 #include "ui/window/canvas_area.h"
 #include "ui/window/main_menu.h"
@@ -154,6 +155,8 @@ void DocumentWindow::listen() {
     };
     m_subscriptions.clear();
     keep(m_controller->selectionManager().addSelectionListener(this));
+    keep(m_controller->keyframeManager().addSelectionListener(this));
+    keep(m_controller->playback().addLoopRangeHandler([this] { updateLater(); }));
     keep(project.animationsManager().addChangeListener(this));
     keep(m_controller->timeManager().addPlaybackStateListener(this));
     keep(project.undoManager().addChangeHandler([this] { updateLater(); }));
@@ -180,6 +183,7 @@ void DocumentWindow::addWindowCommands() {
     commands.add(u"nextPane"_s, {[this] { focusPane(1); }});
     commands.add(u"previousPane"_s, {[this] { focusPane(-1); }});
     addPaneCommands(commands);
+    addKeyframeDialogCommands(commands, m_controller->keyframeCommands(), this);
     m_owner.addCommands(commands, *this);
 }
 

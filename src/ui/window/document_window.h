@@ -38,6 +38,7 @@ class DocumentWindowOwner {
 class DocumentWindow : public QMainWindow,
                        private OpenDocumentObserver,
                        private PCElementSelectionManagerListener,
+                       private PCKeyframeManagerSelectionListener,
                        private PCAnimationsManagerChangeListener,
                        private PCProjectTimeManagerPlaybackStateListener {
     Q_OBJECT
@@ -132,6 +133,18 @@ class DocumentWindow : public QMainWindow,
     }
     void elementSelectionManagerDidDeselectElement(PCElementSelectionManager&,
                                                    const PCElement::Ptr&) override {
+        updateLater();
+    }
+    void keyframeSelectionManagerDidSelectKeyframe(PCKeyframeManager&, const Keyframe&) override {
+        updateLater();
+    }
+    void keyframeSelectionManagerDidDeselectKeyframe(PCKeyframeManager&, const Keyframe&) override {
+        updateLater();
+    }
+    void keyframeManagerDidSelectTween(PCKeyframeManager&, const Keyframe&) override {
+        updateLater();
+    }
+    void keyframeManagerDidDeselectTween(PCKeyframeManager&, const Keyframe&) override {
         updateLater();
     }
     void animationManagerDidSelectAnimation(PCAnimationsManager&, const PCAnimation::Ptr&) override;
