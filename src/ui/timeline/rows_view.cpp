@@ -177,10 +177,9 @@ void RowsView::activate(int number, Part part) {
     if (part == Part::Chevron && row.element) {
         outline().setExpanded(*row.element, !outline().isExpanded(*row.element));
     } else if (row.isTimeline() && part == Part::Loop) {
-        row.timeline->setRepeatBehavior(
-            static_cast<PCRepeatBehavior>((row.timeline->repeatBehavior() + 1) % 3));
+        m_controller.keyframeCommands().cycleLoopMode(row.timeline);
     } else if (row.isTimeline() && part == Part::Keyframe) {
-        row.timeline->setExistingValueAtTimeInMS(m_controller.timeManager().playheadPositionInMS());
+        m_controller.keyframeCommands().createKeyframe(row.timeline);
     }
 }
 

@@ -294,7 +294,7 @@ void TimelinePane::toggleDefaultEasing() {
     popover.open({m_controller.project()->preferences().defaultEasingMode(),
                   Appearance::current().workbench().green,
                   [this](PCEasingMode mode) {
-                      m_controller.project()->preferences().setDefaultEasingMode(mode);
+                      m_controller.keyframeCommands().setDefaultEasing(mode);
                       showDefaultEasing();
                   },
                   button},

@@ -7,6 +7,7 @@
 
 #include "editor/timeline/keyframe_manager.h"
 #include "editor/timeline/project_time_manager.h"
+#include "editor/timeline/timeline_hits.h"
 #include "ui/timeline/keyframe_painting.h"
 #include "ui/widgets/colors.h"
 #include "ui/widgets/device_pixels.h"
@@ -99,14 +100,6 @@ void paintBaseLine(QPainter& painter, const QColor& color, double from, double t
         const QRectF dash(x, kTrackMiddle - kDashWidth / 2, std::min(kDash, to - x), kDashWidth);
         painter.fillRect(alignedToDevice(painter, dash), color);
     }
-}
-
-bool changesValue(const PCKeyedPropertyTimeline& timeline, size_t endIndex) {
-    if (endIndex == 0) {
-        return !valuesEqual(timeline.valueOfKeyframeAtIndex(0), timeline.setupValue());
-    }
-    return !valuesEqual(timeline.storedValueOfKeyframe(endIndex),
-                        timeline.storedValueOfKeyframe(endIndex - 1));
 }
 
 }  // namespace
