@@ -1,5 +1,8 @@
 #include "ui/timeline/keyframe_text.h"
 
+#include <QKeySequence>
+
+#include "editor/commands.h"
 #include "editor/timeline/easing_choice.h"
 #include "editor/timeline/keyframe_value_text.h"
 
@@ -55,6 +58,13 @@ QString loopModeName(PCRepeatBehavior behavior) {
         default:
             return u"No loop"_s;
     }
+}
+
+QString commandToolTip(const QString& text, const QString& command) {
+    const Command* known = commandNamed(command);
+    if (!known || known->shortcuts.isEmpty()) { return text; }
+    const auto shortcuts = QKeySequence::listFromString(known->shortcuts);
+    return u"%1 (%2)"_s.arg(text, shortcuts.first().toString(QKeySequence::NativeText));
 }
 
 QStringList keyframeMenu(bool canSwitchTransition) {

@@ -220,9 +220,11 @@ QString RowsView::toolTipOf(const Place& place) const {
     const TimelineRow row = outline().row(place.row);
     switch (place.part) {
         case Part::Loop:
-            return u"Loop Mode: %1"_s.arg(loopModeName(row.timeline->repeatBehavior()));
+            return commandToolTip(
+                u"Loop Mode: %1"_s.arg(loopModeName(row.timeline->repeatBehavior())),
+                u"cycleLoopMode"_s);
         case Part::Keyframe:
-            return u"Create Keyframe"_s;
+            return commandToolTip(u"Create Keyframe"_s, u"createKeyframes"_s);
         case Part::Name: {
             if (row.isTimeline()) { return {}; }
             const QString name = row.element->name();

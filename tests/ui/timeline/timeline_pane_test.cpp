@@ -146,6 +146,22 @@ TEST(TimelinePane, TheWheelScrollsAndZooms) {
     EXPECT_NEAR(viewport.timeAt(300), before, 5);
 }
 
+TEST(TimelinePane, CollapsedItShowsHeadAndRuler) {
+    TimelineWindow scene;
+    scene.window->splitView().setBottomPaneHeight(44);
+    QCoreApplication::processEvents();
+    ASSERT_EQ(scene.pane().height(), 44);
+    EXPECT_EQ(scene.pane().rows().height(), 2);
+    for (const int y : {3, 20, 40}) {
+        scene.time().setPlayheadPositionInMS(0);
+        scene.click(scene.inTracks({500, static_cast<double>(y)}));
+        EXPECT_EQ(scene.time().playheadPositionInMS(), 2500) << y;
+    }
+    const QImage picture = scene.pane().tracks().grab().toImage();
+    const QColor ruler = Appearance::current().workbench().timelineActive;
+    EXPECT_EQ(picture.pixelColor(615, 35).name().toStdString(), ruler.name().toStdString());
+}
+
 // The playhead.
 
 TEST(TimelinePane, ThePlayheadsTimeCanBeTyped) {
