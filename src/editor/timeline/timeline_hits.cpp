@@ -45,6 +45,14 @@ TimelineKeyframe tweenAt(const TimelineScene& scene, QPointF point) {
     return timeline->existingKeyframeAtKeyframeIndex(end);
 }
 
+bool changesValue(const PCKeyedPropertyTimeline& timeline, size_t endIndex) {
+    if (endIndex == 0) {
+        return !valuesEqual(timeline.valueOfKeyframeAtIndex(0), timeline.setupValue());
+    }
+    return !valuesEqual(timeline.storedValueOfKeyframe(endIndex),
+                        timeline.storedValueOfKeyframe(endIndex - 1));
+}
+
 TimelineKeyframe masterKeyframeAt(const TimelineScene& scene, double x) {
     const auto animation = scene.project.animationsManager().selectedAnimation();
     return animation ? closestAt(scene, *animation->masterKeyframesTimeline(), x) : nullptr;

@@ -17,6 +17,9 @@ TimelineKeyframe keyframeAt(const TimelineScene& scene, QPointF point);
 /// The keyframe in which the stretch at the point ends. Null where there is none after it, or it
 /// jumps.
 TimelineKeyframe tweenAt(const TimelineScene& scene, QPointF point);
+/// Whether the value of the keyframe at `endIndex` is another than the one before it, or than that
+/// of the setup state: only then the stretch to it is a tween.
+bool changesValue(const PCKeyedPropertyTimeline& timeline, size_t endIndex);
 /// A master keyframe, in the ruler.
 TimelineKeyframe masterKeyframeAt(const TimelineScene& scene, double x);
 

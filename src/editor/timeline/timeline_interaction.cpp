@@ -17,15 +17,6 @@ bool gathers(Qt::KeyboardModifiers modifiers) {
     return (modifiers & (Qt::ShiftModifier | Qt::ControlModifier)) != 0;
 }
 
-// A bar between equal values is not drawn.
-bool tweens(const PCPropertyKeyframe& end) {
-    const auto timeline = end.timeline();
-    if (const auto start = end.prevKeyframe()) { return !end.valueIsEqualToKeyframeValue(*start); }
-    const auto start = PCPropertyKeyframe::initWithPropertyTimeline(timeline);
-    start->setPropertyValue(timeline->setupValue());
-    return !end.valueIsEqualToKeyframeValue(*start);
-}
-
 }  // namespace
 
 struct TimelineInteraction::Press {
@@ -125,7 +116,8 @@ void TimelineInteraction::pressTracks() {
     m_scene.keyframes.deselectAllKeyframes();
     // What lies there before the click snaps the playhead, and may scroll.
     m_press->click = [this, tween = tweenAt(m_scene, m_press->began.viewPoint)] {
-        if (tween && tweens(*tween)) { return pickTween(tween); }
+        // A bar between equal values is not drawn.
+        if (tween && changesValue(*tween->timeline(), tween->index())) { return pickTween(tween); }
         snapPlayhead(m_scene.time);
         m_scene.keyframes.deselectAllTweens();
     };
