@@ -12,6 +12,7 @@
 #include "editor/document_context.h"
 #include "editor/layers/editor_layer.h"
 #include "editor/layers/project_layers.h"
+#include "editor/timeline/keyframe_commands.h"
 #include "editor/timeline/playback.h"
 #include "editor/timeline/timeline_interaction.h"
 
@@ -35,7 +36,8 @@ struct WindowHooks {
 /// no widget. A window makes a new one when its project is read anew.
 class PCDocumentWindowController : public DocumentContext,
                                    private CanvasInteractionHost,
-                                   private TimelineInteractionHost {
+                                   private TimelineInteractionHost,
+                                   private KeyframeCommandsHost {
  public:
     /// The project must not have a screen yet.
     PCDocumentWindowController(PCProject::Ptr project, const DesktopPorts& ports,
@@ -59,9 +61,14 @@ class PCDocumentWindowController : public DocumentContext,
     EventAnchorPoint& eventAnchorPoint() { return m_anchorPoint; }
     CanvasViewport& viewport() { return m_viewport; }
     CanvasInteraction& interaction() { return m_interaction; }
+    KeyframeCommands& keyframeCommands() override { return m_keyframeCommands; }
+    Playback& playback() { return m_playback; }
     TimelineOutline& timelineOutline() { return m_timelineOutline; }
     TimelineViewport& timelineViewport() { return m_timelineViewport; }
     TimelineInteraction& timelineInteraction() { return m_timelineInteraction; }
+    TimelineScene timelineScene() {
+        return {*m_project, m_time, m_keyframes, m_timelineOutline, m_timelineViewport};
+    }
     CommandSet& commands() override { return m_commands; }
     void setKeyboardPane(KeyboardPane pane) override;
     KeyboardPane keyboardPane() const override { return m_keyboardPane; }
@@ -107,7 +114,7 @@ class PCDocumentWindowController : public DocumentContext,
     void togglePlayPause() override;
     /// Ends a run so that the playhead stays at the time shown, and selects again what was
     /// selected.
-    void stopPlaybackHere();
+    void stopPlaybackHere() { m_playback.stopHere(); }
     void shiftSelectedElementsByDelta(QPointF delta) override;
     void selectAll();
     /// Tab on the canvas: the element after the one selected last.
@@ -141,6 +148,7 @@ class PCDocumentWindowController : public DocumentContext,
     PCKeyframeManager m_keyframes;
     PCProjectTimeManager m_time;
     Playback m_playback;
+    KeyframeCommands m_keyframeCommands;
     EventAnchorPoint m_anchorPoint;
     CanvasViewport m_viewport;
     CanvasScene m_scene;
@@ -162,13 +170,23 @@ class PCDocumentWindowController : public DocumentContext,
     void callLater(std::chrono::milliseconds delay, std::function<void()> call) override {
         m_hooks.callLater(delay, std::move(call));
     }
-    void asOneStep(const QString& name, const std::function<void()>& edit);
+    void asOneStep(const QString& name, const std::function<void()>& edit) override;
     void addCommands();
     void addFileAndEditCommands();
     void addElementCommands();
     void addNudgeCommands();
     void addAnimationCommands();
     void addViewCommands();
+    void addTimelineCommands();
+    void addKeyframeCommands();
+    void addEasingCommands();
+    void addRowCommands();
+    void addKeyframeSelectionCommands();
+    void addKeyframeTimeCommands();
+    void addLoopCommands();
+    void addTimelineViewCommands();
+    void redirectKeysToTimeline();
+    void pasteKeyframes();
     void duplicate(float offset);
     void reorder(void (PCProject::*move)(const PCElement::Elements& elements));
     bool userAgreesToLose(const QString& verb);

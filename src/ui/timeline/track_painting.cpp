@@ -109,13 +109,13 @@ bool changesValue(const PCKeyedPropertyTimeline& timeline, size_t endIndex) {
                         timeline.storedValueOfKeyframe(endIndex - 1));
 }
 
+}  // namespace
+
 bool tweenShows(const PCKeyedPropertyTimeline& timeline, size_t endIndex) {
     const bool jumps = timeline.keyframeIsInstant(endIndex) ||
                        (endIndex > 0 && timeline.keyframeIsInstant(endIndex - 1));
     return !jumps && changesValue(timeline, endIndex);
 }
-
-}  // namespace
 
 void paintTween(QPainter& painter, const TweenLook& look, double start, double end,
                 TrackSpan visible) {
