@@ -46,7 +46,9 @@ PCDocumentWindowController::PCDocumentWindowController(PCProject::Ptr project,
       m_viewport(*m_project, m_editor, m_anchorPoint),
       m_scene{*m_project, m_selection, m_editor, m_viewport, m_anchorPoint},
       m_interaction(m_scene, *this),
-      m_nudges(*m_project, m_selection, ports.clock) {
+      m_nudges(*m_project, m_selection, ports.clock),
+      m_inspectorEdits({*m_project, m_selection, ports.clock, [this] { return editTarget(); },
+                        [this] { stopPlaybackHere(); }}) {
     PCLayer& canvasLayer = *PCLayer::of(*m_project->canvas());
     m_editor.setCanvasLayer(canvasLayer);
     m_time.prepareToAnimateLayer(canvasLayer);

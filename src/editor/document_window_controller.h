@@ -10,6 +10,7 @@
 #include "editor/command_set.h"
 #include "editor/desktop_ports.h"
 #include "editor/document_context.h"
+#include "editor/inspector/inspector_edits.h"
 #include "editor/layers/editor_layer.h"
 #include "editor/layers/project_layers.h"
 #include "editor/timeline/playback.h"
@@ -52,6 +53,7 @@ class PCDocumentWindowController : public DocumentContext, private CanvasInterac
     EventAnchorPoint& eventAnchorPoint() { return m_anchorPoint; }
     CanvasViewport& viewport() { return m_viewport; }
     CanvasInteraction& interaction() { return m_interaction; }
+    InspectorEdits& inspectorEdits() { return m_inspectorEdits; }
     CommandSet& commands() override { return m_commands; }
     const DesktopPorts& ports() const { return m_ports; }
     UndoManager& undoManager() { return m_project->undoManager(); }
@@ -124,6 +126,7 @@ class PCDocumentWindowController : public DocumentContext, private CanvasInterac
     CanvasScene m_scene;
     CanvasInteraction m_interaction;
     NudgeSeries m_nudges;
+    InspectorEdits m_inspectorEdits;
     CommandSet m_commands;
     bool m_isAdditive = false;
     bool m_skimIsShown = false;
