@@ -128,6 +128,7 @@ void DocumentWindow::buildPanes() {
     column->addWidget(m_split, 1);
     setCentralWidget(content);
     connect(m_canvas, &CanvasView::contextMenuRequested, this, &DocumentWindow::showContextMenu);
+    connect(m_inspector, &InspectorPane::left, m_canvas, [this] { m_canvas->setFocus(); });
     connect(m_canvas, &CanvasView::viewportChanged, this, &DocumentWindow::viewportDidChange);
 }
 
