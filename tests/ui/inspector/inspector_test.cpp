@@ -36,7 +36,7 @@ class InspectorScene : public WindowScene {
         for (QWidget* widget : inspector()->findChildren<QWidget*>()) {
             if (widget->accessibleName() == name && widget->isVisible()) { return widget; }
         }
-        ADD_FAILURE() << "no control " << qPrintable(name) << "; selected: " << qPrintable(selected()) << (inspector()->isVisible() ? "" : " hidden inspector") << inspector()->width();
+        ADD_FAILURE() << "no control " << qPrintable(name);
         return nullptr;
     }
     NumberField* field(const QString& name) { return qobject_cast<NumberField*>(control(name)); }
@@ -248,6 +248,7 @@ TEST(Inspector, KeyButtonReactsInItsCircleAlone) {
     QCoreApplication::processEvents();
     EXPECT_EQ(button->accessibleDescription(), u"Animated"_s);
     scene.controller().selectAnimation(nullptr);
+    scene.controller().selectionManager().selectElements({scene.element("A")});
     QCoreApplication::processEvents();
     EXPECT_FALSE(scene.control(u"Rotation Keyframe"_s)->isEnabled());
 }
@@ -401,7 +402,7 @@ TEST(ImageChooser, IsOperatedByKeysAndClosedByEscape) {
     EXPECT_EQ(scene.element("A")->imageName(), u"blue.png"_s);
     scene.key(Qt::Key_Escape);
     EXPECT_FALSE(scene.chooser());
-    EXPECT_EQ(scene.window->focusWidget()->accessibleName(), u"Image Source"_s);
+    EXPECT_EQ(scene.focused(), u"Canvas"_s) << "had the keyboard before";
 }
 
 TEST(ImageChooser, RemoveTakesUnusedSetsAndIsUndone) {
@@ -431,7 +432,9 @@ TEST(ImageChooser, BrowseOffersPngAndJpegAndAppliesTheFile) {
         scene.click(scene.middle(scene.window->focusWidget()));
         QCoreApplication::processEvents();
         ASSERT_EQ(scene.panel.shown.size(), 1U);
-        EXPECT_EQ(scene.panel.shown[0].fileTypes, (QStringList{u"png"_s, u"jpg"_s, u"jpeg"_s}));
+        for (const QString& type : {u"png"_s, u"jpg"_s, u"jpeg"_s}) {
+            EXPECT_TRUE(scene.panel.shown[0].fileTypes.contains(type)) << qPrintable(type);
+        }
         EXPECT_EQ(scene.element("A")->imageName(), isCancelled ? u"square.png"_s : u"new.png"_s);
     }
 }
