@@ -114,12 +114,19 @@ TEST(DocumentWindow, EveryCommandHasAnAction) {
         u"exportGeneratedCode"_s, u"openRecent"_s};
     WindowScene scene("A G{B}");
     const auto walk = selectNewAnimation(scene.project(), u"Walk"_s);
+    named(scene.project(), u"A"_s)->setXTranslation(1, 0);
+    named(scene.project(), u"A"_s)->setXTranslation(2, 500);
+    named(scene.project(), u"G"_s)->setXTranslation(1, 0);
+    scene.controller().playback().setLoopRange(0, 500);
+    KeyframeCommands& keyframes = scene.controller().keyframeCommands();
     const auto isEnabledSomewhere = [&](const QString& name) {
         for (const auto& animation : {PCAnimation::Ptr(), walk}) {
             for (const QStringList& names : {QStringList{u"A"_s}, QStringList{u"G"_s}}) {
                 scene.controller().selectAnimation(animation);
                 scene.controller().selectionManager().selectElements(
                     allNamed(scene.project(), names));
+                keyframes.deselectAll();
+                keyframes.selectRows();
                 if (scene.controller().commands().isEnabled(name)) { return true; }
             }
         }
