@@ -52,6 +52,15 @@ QStringList QtOpenPanel::chooseFiles(const OpenPanel& panel) {
     return dialog.selectedFiles();
 }
 
+QString QtOpenPanel::chooseFolder(const FolderPanel& panel) {
+    QFileDialog dialog(QApplication::activeWindow(), panel.message, panel.folder);
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    dialog.setLabelText(QFileDialog::Accept, panel.prompt);
+    if (dialog.exec() != QDialog::Accepted) { return {}; }
+    return dialog.selectedFiles().value(0);
+}
+
 bool QtWorkspace::openUrl(const QString& url) {
     return QDesktopServices::openUrl(QUrl(url, QUrl::StrictMode));
 }
