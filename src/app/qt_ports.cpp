@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDesktopServices>
+#include <QDir>
 #include <QFileDialog>
 #include <QMimeData>
 #include <QSettings>
@@ -53,7 +54,8 @@ QStringList QtOpenPanel::chooseFiles(const OpenPanel& panel) {
 }
 
 QString QtOpenPanel::chooseFolder(const FolderPanel& panel) {
-    QFileDialog dialog(QApplication::activeWindow(), panel.message, panel.folder);
+    QFileDialog dialog(QApplication::activeWindow(), panel.message,
+                       panel.folder.isEmpty() ? QDir::homePath() : panel.folder);
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     dialog.setLabelText(QFileDialog::Accept, panel.prompt);

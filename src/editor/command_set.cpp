@@ -6,7 +6,7 @@ namespace tweenery {
 
 bool CommandSet::isEnabled(const QString& name) const {
     const auto action = m_actions.constFind(name);
-    if (action == m_actions.cend() || (m_mustWait && m_mustWait())) { return false; }
+    if (action == m_actions.cend() || m_areHeld || (m_mustWait && m_mustWait())) { return false; }
     return !action->isEnabled || action->isEnabled();
 }
 

@@ -88,6 +88,8 @@ class PCDocumentWindowController : public DocumentContext, private CanvasInterac
     void stopPlaybackHere();
     void shiftSelectedElementsByDelta(QPointF delta) override;
     void selectAll();
+    /// Selects the element, or the animation, of that identifier. Nothing for one that is gone.
+    void reveal(const QString& identifier);
     /// Tab on the canvas: the element after the one selected last.
     void selectNextElement(bool backward);
     /// A digit key.

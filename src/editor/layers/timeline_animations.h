@@ -8,16 +8,12 @@
 #include <vector>
 
 #include "editor/layers/screen_image.h"
-#include "model/element.h"
 #include "model/keyed_property_timeline.h"
 #include "scene/keyframe_animation.h"
 
 namespace tweenery {
 
 class EditContext;
-class Layer;
-class PCAnimation;
-class PCProject;
 
 /// Turns timelines into the keyframe animations that play them on layers. One maker serves one
 /// start of playback: an image, and the stacking of one parent's children, are looked up once for
@@ -56,14 +52,5 @@ class TimelineAnimations {
     const PlacesOfChildren& placesOfChildren(const PCElement& parent, const Timeline& order);
     const ScreenImage& imageWithName(const QString& name);
 };
-
-/// Puts the animations of all timelines of `animation` on the layers of the project's elements, from
-/// the time `beginTime` of their clocks on, in seconds, and returns those elements. A hidden element
-/// keeps the opacity of its layer, which is 0. Throws InputError when a timeline cannot be read.
-PCElement::Elements attachAnimation(PCProject& project, const PCAnimation& animation,
-                                    double beginTime);
-
-/// Takes away what attachAnimation() put on the layer for an animation of that name.
-void detachAnimation(Layer& layer, const QString& animationName);
 
 }  // namespace tweenery

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "editor/layers/timeline_animations.h"
+#include "editor/layers/attached_animation.h"
 #include "model/project.h"
 
 namespace tweenery {

@@ -12,6 +12,7 @@
 #include "ui/widgets/appearance.h"
 #include "ui/widgets/device_pixels.h"
 #include "ui/widgets/sizes.h"
+#include "ui/widgets/toggle_icon_button.h"
 
 namespace tweenery {
 
@@ -44,6 +45,7 @@ double ringRadius(const QWidget* widget) {
         return sizes::checkBoxRadius + sizes::focusRingGap;
     }
     if (qobject_cast<const QRadioButton*>(widget)) { return sizes::checkBox / 2.0 + kReach; }
+    if (qobject_cast<const ToggleIconButton*>(widget)) { return widget->width() / 2.0 + kReach; }
     return sizes::buttonRadius + sizes::focusRingGap;
 }
 
