@@ -22,6 +22,12 @@ class CommandSet {
     /// Takes the place of an action of that name.
     void add(const QString& name, CommandAction action) { m_actions[name] = std::move(action); }
 
+    /// While `when` says so, `name` stands for the command `other`: what a key of the menu does can
+    /// depend on the pane that has the keyboard.
+    void redirect(const QString& name, const QString& other, std::function<bool()> when) {
+        m_redirections[name] = {other, std::move(when)};
+    }
+
     /// False for a name that nobody has added, and while commands have to wait.
     bool isEnabled(const QString& name) const;
     bool isChecked(const QString& name) const;
@@ -39,10 +45,18 @@ class CommandSet {
     void setAround(Around around) { m_around = std::move(around); }
 
  private:
+    struct Redirection {
+        QString other;
+        std::function<bool()> when;
+    };
     QHash<QString, CommandAction> m_actions;
+    QHash<QString, Redirection> m_redirections;
     std::function<bool()> m_mustWait;
     bool m_areHeld = false;
     Around m_around;
+
+    /// The command that it stands for now.
+    QString resolved(const QString& name) const;
 };
 
 }  // namespace tweenery

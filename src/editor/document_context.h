@@ -20,6 +20,9 @@ namespace DocumentNotification {
 inline const QString additiveMode = QStringLiteral("com.lumenfold.tweenery.additivemodechanged");
 }  // namespace DocumentNotification
 
+/// Whose the keys are that mean something in more than one pane: Copy, Delete, the arrows, …
+enum class KeyboardPane { Canvas, Timeline };
+
 /// What the panes of one window share: the open document, the managers of what is selected and of
 /// time, and the commands that more than one pane gives. The window's controller is it; no pane
 /// knows another. Everything here lives longer than any pane.
@@ -42,6 +45,10 @@ class DocumentContext {
 
     /// The commands of the menu; a pane that performs some adds them.
     virtual CommandSet& commands() = 0;
+
+    /// The timeline says so while it has the pointer or the focus.
+    virtual void setKeyboardPane(KeyboardPane pane) = 0;
+    virtual KeyboardPane keyboardPane() const = 0;
 
     // Commands of the menu that panes give too: by their context menus, keys and buttons.
 

@@ -7,7 +7,6 @@
 #include "editor/canvas/pasteboard_commands.h"
 #include "editor/canvas/setup_switch.h"
 #include "editor/selection_picture.h"
-#include "editor/timeline/last_keyframe_time.h"
 
 using namespace Qt::StringLiterals;
 
@@ -46,6 +45,10 @@ PCDocumentWindowController::PCDocumentWindowController(PCProject::Ptr project,
       m_viewport(*m_project, m_editor, m_anchorPoint),
       m_scene{*m_project, m_selection, m_editor, m_viewport, m_anchorPoint},
       m_interaction(m_scene, *this),
+      m_timelineOutline(*m_project, m_selection, m_keyframes),
+      m_timelineViewport(*m_project, m_time, m_timelineOutline),
+      m_timelineInteraction(
+          {*m_project, m_time, m_keyframes, m_timelineOutline, m_timelineViewport}, *this),
       m_nudges(*m_project, m_selection, ports.clock) {
     PCLayer& canvasLayer = *PCLayer::of(*m_project->canvas());
     m_editor.setCanvasLayer(canvasLayer);
@@ -68,12 +71,18 @@ EditTime PCDocumentWindowController::editTime() const {
 }
 
 int32_t PCDocumentWindowController::lastKeyframeTimeInMS() const {
-    return tweenery::lastKeyframeTimeInMS(*m_project);
+    return m_project->isSetupMode() ? -1 : m_timelineOutline.lastKeyframeTimeInMS();
 }
 
 void PCDocumentWindowController::setAdditiveMode(bool isOn) {
     m_isAdditive = isOn;
     m_project->notificationCentre().post(DocumentNotification::additiveMode, nullptr);
+}
+
+void PCDocumentWindowController::setKeyboardPane(KeyboardPane pane) {
+    if (pane == m_keyboardPane) { return; }
+    m_keyboardPane = pane;
+    if (m_hooks.commandsDidChange) { m_hooks.commandsDidChange(); }
 }
 
 // Failures.
@@ -103,10 +112,26 @@ void PCDocumentWindowController::selectAnimation(const PCAnimation::Ptr& animati
 
 void PCDocumentWindowController::togglePlayPause() {
     if (m_project->isSetupMode()) { return; }
-    if (!isPlayingBack() && m_skimIsShown) {
+    // While the skim bar shows under the pointer, playing starts there.
+    if (!isPlayingBack() && m_timelineInteraction.skimIsShown()) {
         m_time.setPlayheadPositionInMS(m_time.skimPositionInMS());
     }
     m_playback.togglePlayPause();
+}
+
+void PCDocumentWindowController::losePress() {
+    m_interaction.lost();
+    m_timelineInteraction.lost();
+}
+
+void PCDocumentWindowController::modifiersChanged(Qt::KeyboardModifiers modifiers) {
+    m_interaction.modifiersChanged(modifiers);
+    m_timelineInteraction.modifiersChanged(modifiers);
+}
+
+void PCDocumentWindowController::focusLost() {
+    m_interaction.focusLost();
+    m_timelineInteraction.focusLost();
 }
 
 void PCDocumentWindowController::stopPlaybackHere() {
@@ -283,14 +308,14 @@ void PCDocumentWindowController::shiftSelectedElementsByDelta(QPointF delta) {
 }
 
 void PCDocumentWindowController::setOpacityOfSelection(double opacity) {
-    if (!hasSelection() || m_interaction.isPressed()) { return; }
+    if (!hasSelection() || isPressed()) { return; }
     stopPlaybackHere();
     undoManager().endEvent();
     tweenery::setOpacityOfSelection(m_scene, opacity, editTarget());
 }
 
 void PCDocumentWindowController::selectNextElement(bool backward) {
-    if (m_interaction.isPressed()) { return; }
+    if (isPressed()) { return; }
     const bool isDirect = m_interaction.tool() == PCSelectionStateDirect;
     if (const auto next = elementAfterSelection(m_scene, isDirect, backward)) {
         m_selection.selectElements({next});

@@ -13,6 +13,7 @@
 #include "editor/layers/editor_layer.h"
 #include "editor/layers/project_layers.h"
 #include "editor/timeline/playback.h"
+#include "editor/timeline/timeline_interaction.h"
 
 namespace tweenery {
 
@@ -23,12 +24,18 @@ struct WindowHooks {
     /// The tool, and with it the cursor, is another one.
     std::function<void()> toolDidChange;
     CallLater callLater;
+    /// What commands can do, or are called, may be another.
+    std::function<void()> commandsDidChange = {};
+    /// Something on ruler or tracks looks different besides the rows and the playhead.
+    std::function<void()> timelineNeedsDisplay = [] {};
 };
 
 /// The hub of one open project: owns the managers that panes share, the layers and how the window
 /// looks at them, and performs the commands of menus, keys and panes, with their questions. Knows
 /// no widget. A window makes a new one when its project is read anew.
-class PCDocumentWindowController : public DocumentContext, private CanvasInteractionHost {
+class PCDocumentWindowController : public DocumentContext,
+                                   private CanvasInteractionHost,
+                                   private TimelineInteractionHost {
  public:
     /// The project must not have a screen yet.
     PCDocumentWindowController(PCProject::Ptr project, const DesktopPorts& ports,
@@ -52,7 +59,12 @@ class PCDocumentWindowController : public DocumentContext, private CanvasInterac
     EventAnchorPoint& eventAnchorPoint() { return m_anchorPoint; }
     CanvasViewport& viewport() { return m_viewport; }
     CanvasInteraction& interaction() { return m_interaction; }
+    TimelineOutline& timelineOutline() { return m_timelineOutline; }
+    TimelineViewport& timelineViewport() { return m_timelineViewport; }
+    TimelineInteraction& timelineInteraction() { return m_timelineInteraction; }
     CommandSet& commands() override { return m_commands; }
+    void setKeyboardPane(KeyboardPane pane) override;
+    KeyboardPane keyboardPane() const override { return m_keyboardPane; }
     const DesktopPorts& ports() const { return m_ports; }
     UndoManager& undoManager() { return m_project->undoManager(); }
 
@@ -64,11 +76,21 @@ class PCDocumentWindowController : public DocumentContext, private CanvasInterac
     void setAdditiveMode(bool isOn);
     int32_t lastKeyframeTimeInMS() const override;
     bool isPlayingBack() const { return m_time.isPlayingBack(); }
+    /// A press on canvas or timeline lasts, and what would edit beside it waits.
+    bool isPressed() const {
+        return m_interaction.isPressed() || m_timelineInteraction.isPressed();
+    }
+    /// Puts everything back as it was before the press. False without one.
+    bool cancelPress() { return m_interaction.cancel() || m_timelineInteraction.cancel(); }
+    /// Its release will not come: it ends as if it had.
+    void losePress();
+    /// What is held has changed, wherever the pointer is.
+    void modifiersChanged(Qt::KeyboardModifiers modifiers);
+    /// The window is no longer the active one.
+    void focusLost();
     const PCElement::Elements& selectionBeforePlayback() const {
         return m_playback.selectionBeforePlayback();
     }
-    /// While the skim bar shows under the pointer, Return plays from there.
-    void setSkimIsShown(bool isShown) { m_skimIsShown = isShown; }
 
     // Commands. Each that edits leaves one step of undo when it comes by the command set.
 
@@ -125,16 +147,20 @@ class PCDocumentWindowController : public DocumentContext, private CanvasInterac
     CanvasViewport m_viewport;
     CanvasScene m_scene;
     CanvasInteraction m_interaction;
+    TimelineOutline m_timelineOutline;
+    TimelineViewport m_timelineViewport;
+    TimelineInteraction m_timelineInteraction;
     NudgeSeries m_nudges;
     CommandSet m_commands;
     bool m_isAdditive = false;
-    bool m_skimIsShown = false;
+    KeyboardPane m_keyboardPane = KeyboardPane::Canvas;
 
     PCElement::Elements selected() const { return m_selection.selectedElements(); }
     bool hasSelection() const { return m_selection.selectedElementsCount() > 0; }
     void endPlaybackAtTimeShown() override { stopPlaybackHere(); }
     void canvasToolDidChange() override { m_hooks.toolDidChange(); }
     void canvasNeedsDisplay() override { m_hooks.canvasNeedsDisplay(); }
+    void timelineNeedsDisplay() override { m_hooks.timelineNeedsDisplay(); }
     void callLater(std::chrono::milliseconds delay, std::function<void()> call) override {
         m_hooks.callLater(delay, std::move(call));
     }

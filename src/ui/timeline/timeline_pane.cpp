@@ -53,7 +53,7 @@ void TimelinePane::resizeEvent(QResizeEvent*) {
 void TimelinePane::paintEvent(QPaintEvent*) {
     const WorkbenchColors& colors = Appearance::current().workbench();
     QPainter painter(this);
-    painter.fillRect(rect(), colors.darkApp);
+    painter.fillRect(rect(), colors.timelineRest);
     painter.setFont(regularFont(sizes::paneLabelSize));
     painter.setPen(colors.headerInk);
     drawTabularText(painter, QRectF(kMargin, 0, kTimeWidth - kMargin, sizes::timelineHeader),

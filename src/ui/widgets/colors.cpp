@@ -49,6 +49,7 @@ FrameColors lightFrame() {
         .field = Qt::white,
         .popover = rgb(0xF7F7F7),
         .popoverLine = rgb(0xB9B9B9),
+        .popoverShadow = black(0.025),
         .noticeFill = rgb(0xFFF3CD),
         .noticeLine = rgb(0xD9BE6A),
         .noticeInk = rgb(0x4A3B00),
@@ -93,6 +94,7 @@ FrameColors darkFrame() {
         .field = rgb(0x1E1E1E),
         .popover = rgb(0x343434),
         .popoverLine = rgb(0x141414),
+        .popoverShadow = black(0.05),
         .noticeFill = rgb(0x4A3F1C),
         .noticeLine = rgb(0x6D5C27),
         .noticeInk = rgb(0xF5E3A8),
@@ -159,8 +161,16 @@ WorkbenchColors ordinaryWorkbench() {
         .track = rgb(0xF3F3F3),
         .trackLine = black(0.11),
         .timelineHeadLine = rgb(0x909090),
-        .darkApp = grey(0.164706F),
+        .timelineRest = grey(0.25F),
+        .timelineActive = grey(0.161F),
+        .timelinePlaying = QColor::fromRgbF(0.114F, 0.616F, 0.953F),
+        .timelineButton = rgb(0x5A5A5A),
+        .timelineInk = rgb(0xF3F3F3),
+        .timelineSecondInk = rgb(0xB4B4B4),
+        .timelineScroller = rgb(0x8A8A8A),
+        .playheadPlate = rgb(0x111111),
         .lightGrey = rgb(0xAAAAAA),
+        .darkGrey = rgb(0x555555),
         .grey = rgb(0x808080),
         .red = rgb(0xFF0000),
         .blue = rgb(0x2E6BFF),
@@ -185,6 +195,8 @@ WorkbenchColors contrastWorkbench() {
     colors.lockDot = kContrastLineOnLight;
     colors.trackLine = kContrastLineOnLight;
     colors.timelineHeadLine = kContrastLineOnDark;
+    colors.timelineSecondInk = colors.timelineInk;
+    colors.timelineScroller = kContrastLineOnDark;
     colors.groupFxFill = rgb(0x5E5E5E);
     return colors;
 }
@@ -259,6 +271,14 @@ QColor blended(const QColor& over, const QColor& fill) {
     };
     return QColor::fromRgbF(mix(over.redF(), fill.redF()), mix(over.greenF(), fill.greenF()),
                             mix(over.blueF(), fill.blueF()));
+}
+
+QColor lightened(const QColor& color, double level) {
+    return blended(white(level), color);
+}
+
+QColor darkened(const QColor& color, double level) {
+    return blended(black(level), color);
 }
 
 double relativeLuminance(const QColor& color) {

@@ -25,6 +25,7 @@ struct FrameColors {
     QColor field;         // text fields and unchecked boxes
     QColor popover;       // popovers and menus
     QColor popoverLine;
+    QColor popoverShadow;  // laid over itself several times, ever wider
     QColor noticeFill;  // bars across the canvas
     QColor noticeLine;
     QColor noticeInk;
@@ -81,8 +82,16 @@ struct WorkbenchColors {
     QColor track;
     QColor trackLine;
     QColor timelineHeadLine;  // lines of buttons and ticks of the zoom
-    QColor darkApp;           // the timeline's head
+    QColor timelineRest;      // the timeline's head and ruler
+    QColor timelineActive;    // the same while it has the keyboard
+    QColor timelinePlaying;   // the ruler
+    QColor timelineButton;
+    QColor timelineInk;
+    QColor timelineSecondInk;
+    QColor timelineScroller;
+    QColor playheadPlate;  // under the playhead's time
     QColor lightGrey;
+    QColor darkGrey;
     QColor grey;
     QColor red;
     QColor blue;   // the skim bar
@@ -120,6 +129,9 @@ QColor keyButtonLine(PCPropertyType type, bool increasesContrast);
 
 /// What `over`, which may be translucent, looks like on the opaque `fill`.
 QColor blended(const QColor& over, const QColor& fill);
+/// Mixed with white or with black: 0 is the colour itself, 1 white, or black.
+QColor lightened(const QColor& color, double level);
+QColor darkened(const QColor& color, double level);
 /// 0 (black) to 1 (white), by the definition of WCAG 2.
 double relativeLuminance(const QColor& color);
 /// 1 to 21, by the definition of WCAG 2; the order does not matter.

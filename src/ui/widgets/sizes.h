@@ -48,6 +48,10 @@ inline constexpr int collapsedTimeline = 44;
 inline constexpr int timelineHeader = 42;
 inline constexpr int timelineRow = 28;
 inline constexpr int timelineScroller = 15;
+inline constexpr int timelineOutline = 350;
+inline constexpr int timelineDivider = 3;
+inline constexpr int easingPopoverWidth = 288;
+inline constexpr int easingPopoverHeight = 164;
 
 inline constexpr int frameTextSize = 13;
 inline constexpr int frameTextLine = 16;

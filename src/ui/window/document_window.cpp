@@ -107,7 +107,8 @@ WindowHooks DocumentWindow::hooks() {
             },
             [this](std::chrono::milliseconds delay, std::function<void()> call) {
                 QTimer::singleShot(delay, this, std::move(call));
-            }};
+            },
+            [this] { updateLater(); }};
 }
 
 void DocumentWindow::buildPanes() {
@@ -193,7 +194,7 @@ void DocumentWindow::keyPressEvent(QKeyEvent* event) {
     CanvasInteraction& interaction = m_controller->interaction();
     switch (event->key()) {
         case Qt::Key_Escape:
-            interaction.cancel();
+            m_controller->cancelPress();
             return;
         case Qt::Key_Space:
             m_spaceTimer.stop();
@@ -203,7 +204,7 @@ void DocumentWindow::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_Control:
         case Qt::Key_Shift:
         case Qt::Key_Alt:
-            interaction.modifiersChanged(QGuiApplication::queryKeyboardModifiers());
+            m_controller->modifiersChanged(QGuiApplication::queryKeyboardModifiers());
             m_canvas->updateCursor();
             return;
         default:
@@ -218,7 +219,7 @@ void DocumentWindow::keyReleaseEvent(QKeyEvent* event) {
         m_spaceTimer.start();
     } else if (event->key() == Qt::Key_Control || event->key() == Qt::Key_Shift ||
                event->key() == Qt::Key_Alt) {
-        m_controller->interaction().modifiersChanged(QGuiApplication::queryKeyboardModifiers());
+        m_controller->modifiersChanged(QGuiApplication::queryKeyboardModifiers());
         m_canvas->updateCursor();
     }
     QMainWindow::keyReleaseEvent(event);
@@ -240,7 +241,7 @@ void DocumentWindow::updateLater() {
 
 void DocumentWindow::updateCommands() {
     const CanvasInteraction& interaction = m_controller->interaction();
-    if (interaction.isPressed()) { return; }
+    if (m_controller->isPressed()) { return; }
     m_menu->update();
     m_toolbar->setSelectCursorItemActive(interaction.tool() == PCSelectionStateSelect);
     m_toolbar->setDirectCursorItemActive(interaction.tool() == PCSelectionStateDirect);
@@ -331,7 +332,7 @@ void DocumentWindow::changeEvent(QEvent* event) {
     if (isActiveWindow()) {
         m_document->checkDisk();
     } else {
-        m_controller->interaction().focusLost();
+        m_controller->focusLost();
     }
 }
 
@@ -371,7 +372,7 @@ void DocumentWindow::closeEvent(QCloseEvent* event) {
     if (m_isLeaving) { return event->accept(); }
     event->ignore();
     endTextEdit();
-    m_controller->interaction().lost();
+    m_controller->losePress();
     m_owner.windowWantsToClose(*this);
 }
 
