@@ -11,7 +11,7 @@ QString CommandSet::resolved(const QString& name) const {
 
 bool CommandSet::isEnabled(const QString& name) const {
     const auto action = m_actions.constFind(resolved(name));
-    if (action == m_actions.cend() || (m_mustWait && m_mustWait())) { return false; }
+    if (action == m_actions.cend() || m_areHeld || (m_mustWait && m_mustWait())) { return false; }
     return !action->isEnabled || action->isEnabled();
 }
 

@@ -37,6 +37,8 @@ class CommandSet {
 
     /// While this says so, such as during a drag, no command is performed.
     void setMustWait(std::function<bool()> mustWait) { m_mustWait = std::move(mustWait); }
+    /// While they are held, none is performed either: a sheet over the window wants its answer.
+    void setAreHeld(bool areHeld) { m_areHeld = areHeld; }
     /// Runs an enabled command, with what belongs around each: that a text edit ends before, that
     /// the step of undo is closed after.
     using Around = std::function<void(const CommandAction& action, const QString& title)>;
@@ -50,6 +52,7 @@ class CommandSet {
     QHash<QString, CommandAction> m_actions;
     QHash<QString, Redirection> m_redirections;
     std::function<bool()> m_mustWait;
+    bool m_areHeld = false;
     Around m_around;
 
     /// The command that it stands for now.

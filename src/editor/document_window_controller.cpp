@@ -260,6 +260,14 @@ void PCDocumentWindowController::selectAll() {
     }
 }
 
+void PCDocumentWindowController::reveal(const QString& identifier) {
+    if (const auto animation = m_project->animationsManager().animationForIdentifier(identifier)) {
+        selectAnimation(animation);
+    } else if (const auto element = m_project->elementForIdentifier(Identifier(identifier))) {
+        if (element != m_project->canvas()) { m_selection.selectElements({element}); }
+    }
+}
+
 // What the step touches waits in the layers. Where the step itself has selected another animation,
 // that is all of them, and nothing is selected.
 void PCDocumentWindowController::selectWhatChangesBy(bool (PCProject::*step)()) {

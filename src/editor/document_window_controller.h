@@ -120,6 +120,8 @@ class PCDocumentWindowController : public DocumentContext,
     void stopPlaybackHere() { m_playback.stopHere(); }
     void shiftSelectedElementsByDelta(QPointF delta) override;
     void selectAll();
+    /// Selects the element, or the animation, of that identifier. Nothing for one that is gone.
+    void reveal(const QString& identifier);
     /// Tab on the canvas: the element after the one selected last.
     void selectNextElement(bool backward);
     /// A digit key.

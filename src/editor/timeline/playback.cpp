@@ -3,8 +3,7 @@
 #include <utility>
 
 #include "base/errors.h"
-#include "editor/layers/element_layer.h"
-#include "editor/layers/timeline_animations.h"
+#include "editor/layers/attached_animation.h"
 #include "editor/timeline/last_keyframe_time.h"
 #include "model/project.h"
 
@@ -73,24 +72,7 @@ void Playback::timeManagerDidChangePlaybackState(PCProjectTimeManager& manager) 
 
 void Playback::attachAnimations(PCProject& project) {
     const PCAnimation::Ptr animation = project.animationsManager().selectedAnimation();
-    if (!animation) { return; }
-    TimelineAnimations animations(project);
-    for (const auto& [identifier, group] : animation->timelineGroups()) {
-        const PCElement::Ptr element = project.elementForIdentifier(identifier);
-        PCLayer* layer = element ? PCLayer::of(*element) : nullptr;
-        if (!layer) { continue; }
-        m_animatedElements.push_back(element);
-        for (const PCKeyedPropertyTimeline::Ptr& timeline : group->allTimelines()) {
-            // A hidden element is a layer of opacity 0, and stays one.
-            const bool isOpacity = timeline->propertyType() == PCPropertyTypeOpacity;
-            if (isOpacity && element->hidden()) { continue; }
-            auto played = animations.animation(*timeline);
-            if (!played) { continue; }
-            layer->addAnimation(std::move(*played),
-                                TimelineAnimations::animationKeyForTimelineOnAnimationName(
-                                    *timeline, animation->name()));
-        }
-    }
+    if (animation) { m_animatedElements = attachAnimation(project, *animation, 0); }
 }
 
 // Another animation may be selected by now, and elements may have left the tree.

@@ -42,6 +42,9 @@ struct FrameColors {
     QColor pressed;       // over the fill below
     QColor plateHover;    // over a plate
     QColor platePressed;  // over a plate
+    QColor dim;           // over a window that waits for its sheet
+    QColor paper;         // the sheet's head and list
+    QColor recents;       // the list of recent projects
     QColor statusFill;    // the plate at the canvas's lower left
     QColor statusInk;
     QColor scrollThumb;
@@ -103,6 +106,8 @@ struct WorkbenchColors {
     QColor green;  // the easing in use where several tweens or none are meant
     QColor toggleOn;
     QColor toggleOff;
+    QColor exportToggleOn;  // the round choices of the export sheet
+    QColor exportToggleOff;
     QColor easingButton;
     QColor easingInk;
     QColor groupFxFill;

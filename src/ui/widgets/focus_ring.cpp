@@ -13,6 +13,7 @@
 #include "ui/widgets/appearance.h"
 #include "ui/widgets/device_pixels.h"
 #include "ui/widgets/sizes.h"
+#include "ui/widgets/toggle_icon_button.h"
 
 namespace tweenery {
 
@@ -46,6 +47,7 @@ double ringRadius(const QWidget* widget) {
     }
     if (qobject_cast<const QRadioButton*>(widget)) { return sizes::checkBox / 2.0 + kReach; }
     if (qobject_cast<const QDial*>(widget)) { return widget->height() / 2.0 + kReach; }
+    if (qobject_cast<const ToggleIconButton*>(widget)) { return widget->width() / 2.0 + kReach; }
     return sizes::buttonRadius + sizes::focusRingGap;
 }
 

@@ -14,6 +14,7 @@
 #include "editor/documents/project_path.h"
 #include "editor/outline_drop.h"
 #include "ui/canvas/canvas_view.h"
+#include "ui/export/export_sheet.h"
 #include "ui/inspector/inspector_pane.h"
 #include "ui/navigators/navigator.h"
 #include "ui/timeline/keyframe_dialog.h"
@@ -88,6 +89,7 @@ void DocumentWindow::build() {
 void DocumentWindow::tearDown() {
     m_updateTimer.stop();
     m_spaceTimer.stop();
+    delete std::exchange(m_exportSheet, nullptr);
     m_subscriptions.clear();
     m_canvas = nullptr;
     m_timeline = nullptr;
@@ -181,6 +183,7 @@ void DocumentWindow::addWindowCommands() {
                  {[this] { setWindowState(windowState() ^ Qt::WindowFullScreen); },
                   {},
                   [this] { return isFullScreen(); }});
+    commands.add(u"exportGeneratedCode"_s, {[this] { openExportSheet(); }});
     commands.add(u"nextPane"_s, {[this] { focusPane(1); }});
     commands.add(u"previousPane"_s, {[this] { focusPane(-1); }});
     addPaneCommands(commands);

@@ -12,12 +12,14 @@ namespace tweenery {
 class CanvasArea;
 class CanvasView;
 class DocumentWindow;
+class ExportSheet;
 class InspectorPane;
 class MainMenu;
 class Navigator;
 class SplitView;
 class TimelinePane;
 class Toolbar;
+struct ExportOutcome;
 
 /// What the program around a window does for it.
 class DocumentWindowOwner {
@@ -90,6 +92,7 @@ class DocumentWindow : public QMainWindow,
     TimelinePane* m_timeline = nullptr;
     InspectorPane* m_inspector = nullptr;
     MainMenu* m_menu = nullptr;
+    ExportSheet* m_exportSheet = nullptr;
     QTimer m_updateTimer;
     QTimer m_spaceTimer;  // a held Space repeats its release
     double m_shownMagnification = 0;
@@ -121,6 +124,9 @@ class DocumentWindow : public QMainWindow,
     void followScreen();
     bool handleDigit(const QKeyEvent& event);
     void showContextMenu(const QStringList& commands, QPoint position);
+    void openExportSheet();
+    void closeExportSheet();
+    void tellExport(const ExportOutcome& outcome);
 
     void documentStateDidChange() override;
     void documentWillBeStored() override;
