@@ -130,7 +130,7 @@ void TimelinePane::layOut() {
     m_across->setVisible(isOpen);
     m_down->setGeometry(width() - sizes::scrollBar, head, sizes::scrollBar, rowsHeight);
     TimelineViewport& viewport = m_controller.timelineViewport();
-    viewport.setSize({tracksWidth, head + rowsHeight + sizes::timelineScroller});
+    viewport.setSize(QSizeF(tracksWidth, head + rowsHeight + sizes::timelineScroller));
     if (tracksWidth > 0 && !std::exchange(m_isRestored, true)) { viewport.showAsStored(); }
     viewportDidChange();
 }
