@@ -96,8 +96,7 @@ void FrameTimes::measureOnce(benchmark::State& state, int times, const std::func
         for (int i = 0; i < times; ++i) {
             const auto begin = Clock::now();
             act();
-            while (runEvents()) {
-            }
+            while (runEvents()) {}
             all.push_back(millisecondsSince(begin));
         }
     }

@@ -73,10 +73,9 @@ StartedProgram::StartedProgram(const QStringList& commandLine) {
     ::close(ends[1]);
     pollfd painted{ends[0], POLLIN, 0};
     char byte = 0;
-    const bool isPainted = failure == 0 && ::poll(&painted, 1, kPatience) == 1 &&
-                           ::read(ends[0], &byte, 1) == 1;
-    const std::chrono::duration<double, std::milli> time =
-        std::chrono::steady_clock::now() - begin;
+    const bool isPainted =
+        failure == 0 && ::poll(&painted, 1, kPatience) == 1 && ::read(ends[0], &byte, 1) == 1;
+    const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - begin;
     ::close(ends[0]);
     m_milliseconds = time.count();
     if (!isPainted) { throw std::runtime_error("no window was painted"); }

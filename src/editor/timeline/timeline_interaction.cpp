@@ -251,7 +251,8 @@ ShownEasing TimelineInteraction::shownEasing() const {
     if (tweens.empty()) { return {}; }
     const TimelineKeyframe shown = tweens.contains(m_pickedTween) ? m_pickedTween : *tweens.begin();
     ShownEasing easing{easingOf(*shown)};
-    if (tweens.size() == 1) { easing.property = shown->timeline()->propertyType(); }
+    const auto timeline = tweens.size() == 1 ? shown->timeline() : nullptr;
+    if (timeline) { easing.property = timeline->propertyType(); }
     return easing;
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "editor/timeline/playhead_gesture.h"
-#include "editor/timeline/timeline_hits.h"
 
 namespace tweenery {
 namespace {
@@ -21,6 +20,7 @@ TimelineMarqueeGesture::TimelineMarqueeGesture(const TimelineScene& scene,
     : m_scene(scene),
       m_start(press.viewPoint + scene.viewport.scrollOrigin()),
       m_end(press.viewPoint) {
+    scene.keyframes.deselectAllKeyframes();
     scene.keyframes.deselectAllTweens();
 }
 
@@ -44,7 +44,31 @@ void TimelineMarqueeGesture::tick(std::chrono::duration<double> elapsed) {
 
 void TimelineMarqueeGesture::select() {
     m_scene.time.setPlayheadPositionInMS(m_scene.viewport.timeAt(m_end.x()));
-    m_scene.keyframes.selectKeyframes(keyframesIn(m_scene, *marquee()));
+    selectArea(areaTouchedBy(m_scene, *marquee()));
+}
+
+// Only what comes and goes is touched.
+void TimelineMarqueeGesture::selectArea(const KeyframeArea& area) {
+    const KeyframeArea before = std::exchange(m_selected, area);
+    const int32_t from = std::min(before.from, area.from);
+    const int32_t to = std::max(before.to, area.to);
+    const bool hasSameTimes = before.from == area.from && before.to == area.to;
+    const int end = std::max(before.endRow, area.endRow);
+    for (int row = std::min(before.firstRow, area.firstRow); row < end; ++row) {
+        if (hasSameTimes && before.hasRow(row) == area.hasRow(row)) { continue; }
+        const auto timeline = m_scene.outline.row(row).timeline;
+        if (!timeline) { continue; }
+        const PackedKeyframes keyframes = timeline->packedKeyframes();
+        for (size_t i = timeline->firstKeyframeIndexAtOrAfterTimeInMS(from);
+             i < keyframes.count && keyframes.times[i] <= to; ++i) {
+            const bool was = before.hasRow(row) && before.hasTime(keyframes.times[i]);
+            const bool is = area.hasRow(row) && area.hasTime(keyframes.times[i]);
+            if (was == is) { continue; }
+            const TimelineKeyframe keyframe = timeline->existingKeyframeAtKeyframeIndex(i);
+            is ? m_scene.keyframes.selectKeyframe(keyframe)
+               : m_scene.keyframes.deselectKeyframe(keyframe);
+        }
+    }
 }
 
 std::optional<QRectF> TimelineMarqueeGesture::marquee() const {

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "editor/timeline/timeline_gesture.h"
+#include "editor/timeline/timeline_hits.h"
 
 namespace tweenery {
 
-/// Selects the keyframes that a rectangle touches, as it is drawn. At the edges of the tracks it
-/// scrolls. Leaves no undo step.
+/// Selects the keyframes that a rectangle touches, and nothing else, as it is drawn. At the edges
+/// of the tracks it scrolls. Leaves no undo step.
 class TimelineMarqueeGesture : public TimelineGesture {
  public:
     TimelineMarqueeGesture(const TimelineScene& scene, const PointerEvent& press);
@@ -20,9 +20,11 @@ class TimelineMarqueeGesture : public TimelineGesture {
     TimelineScene m_scene;
     QPointF m_start;  // of all tracks, as they may scroll meanwhile
     QPointF m_end;    // within the tracks that show
+    KeyframeArea m_selected;
 
     QPointF direction() const;
     void select();
+    void selectArea(const KeyframeArea& area);
 };
 
 }  // namespace tweenery
