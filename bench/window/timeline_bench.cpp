@@ -1,6 +1,7 @@
 // The timeline in a whole window, from the event to the painted pane, beside one that is made of
 // Qt's own items.
 
+#include <QAbstractEventDispatcher>
 #include <QTest>
 #include <QWheelEvent>
 #include <chrono>
@@ -214,11 +215,10 @@ TimelinePeer::Size peerSize() {
     return {kElementsWithRows, kRowsOfElement, kKeyframesOfRow, kDistanceInMS};
 }
 
+// As OpenWindow::settle().
 void settleEvents() {
-    while (QCoreApplication::hasPendingEvents()) {
-        QCoreApplication::processEvents();
+    while (QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents)) {
     }
-    QCoreApplication::processEvents();
 }
 
 void openPeer(benchmark::State& state) {

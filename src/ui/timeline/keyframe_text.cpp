@@ -84,6 +84,10 @@ QStringList trackMenu() {
             u"removeTime"_s};
 }
 
+QStringList rulerMenu() {
+    return {u"loopRange"_s, u"setLoopStart"_s, u"setLoopEnd"_s, u"clearLoopRange"_s};
+}
+
 QStringList timelineRowMenu() {
     return {u"deleteTimeline"_s, u"createKeyframes"_s, u"cycleLoopMode"_s,
             u"selectKeyframesOfRows"_s, u"pasteKeyframes"_s};

@@ -32,6 +32,7 @@ QString commandToolTip(const QString& text, const QString& command);
 /// Commands of the context menus, by their names.
 QStringList keyframeMenu(bool canSwitchTransition);
 QStringList trackMenu();
+QStringList rulerMenu();
 QStringList timelineRowMenu();
 QStringList elementRowMenu();
 

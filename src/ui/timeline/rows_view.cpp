@@ -193,12 +193,13 @@ void RowsView::wheelEvent(QWheelEvent* event) {
 }
 
 void RowsView::contextMenuEvent(QContextMenuEvent* event) {
-    const Place place = placeAt(event->pos());
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    const Place place = isByKey ? Place{m_mark.row(), Part::Name} : placeAt(event->pos());
     if (place.row < 0) { return; }
     if (!outline().isSelected(place.row)) { outline().pressRow(place.row, {}); }
     Q_EMIT contextMenuRequested(
         outline().row(place.row).isTimeline() ? timelineRowMenu() : elementRowMenu(),
-        event->globalPos());
+        isByKey ? mapToGlobal(rowRect(place.row).center()) : event->globalPos());
 }
 
 bool RowsView::event(QEvent* event) {

@@ -27,7 +27,7 @@ constexpr std::chrono::milliseconds kTickPeriod(10);
 constexpr double kBarReach = 2;  // of the playhead's line to either side of its time
 constexpr double kKeyframeHalfWidth = 10;
 
-QStringList menuCommands(const TimelineMenu& menu) {
+QStringList menuCommands(const TimelineMenu& menu, bool isInRuler) {
     switch (menu.target) {
         case TimelineMenu::Target::Keyframe:
             return keyframeMenu(menu.isInstant.has_value());
@@ -36,7 +36,7 @@ QStringList menuCommands(const TimelineMenu& menu) {
         case TimelineMenu::Target::Nothing:
             break;
     }
-    return trackMenu();
+    return isInRuler ? rulerMenu() : trackMenu();
 }
 
 }  // namespace
@@ -221,7 +221,8 @@ void TracksView::contextMenuEvent(QContextMenuEvent* event) {
     const QPointF point = event->pos();
     if (viewport().isInScroller(point)) { return; }
     const TimelineMenu menu = interaction().pressForContextMenu(point);
-    Q_EMIT contextMenuRequested(menuCommands(menu), event->globalPos());
+    Q_EMIT contextMenuRequested(menuCommands(menu, viewport().isInRuler(point)),
+                                event->globalPos());
 }
 
 void TracksView::editPlayheadTime() {
