@@ -16,6 +16,7 @@ PaneListView::PaneListView(QWidget* parent)
     QPalette gaps;  // between the panes, and below the last one
     gaps.setColor(QPalette::Window, Appearance::current().workbench().rowLowerEdge);
     m_document->setPalette(gaps);
+    m_document->setBackgroundRole(QPalette::Window);
     m_document->setAutoFillBackground(true);
 
     QScrollBar* hidden = verticalScrollBar();

@@ -27,7 +27,11 @@ class InspectorScene : public WindowScene {
         window->splitView().setRightPaneVisible(true);
         if (!isSetup) { selectNewAnimation(project(), u"Run"_s); }
         controller().selectionManager().selectElements(allNamed(project(), selected));
-        QTest::qWait(300);  // the pane slides in
+        const auto hasSlidIn = [this] {
+            return inWindow(inspector(), {inspector()->width(), 0}).x() == window->width();
+        };
+        EXPECT_TRUE(QTest::qWaitFor(hasSlidIn));
+        QTest::qWait(1);
         window->activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
     }
