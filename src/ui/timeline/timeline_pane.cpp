@@ -78,6 +78,7 @@ void TimelinePane::connectParts() {
     connect(m_tracks, &TracksView::contextMenuRequested, this, &TimelinePane::contextMenuRequested);
     connect(m_tracks, &TracksView::keyframeSelectionChanged, this,
             [this](const TimelineKeyframe& keyframe) { announceSelection(*m_rows, keyframe); });
+    connect(m_tracks, &TracksView::playheadMoved, this, [this] { announcePlayhead(*m_tracks); });
     connect(m_rows, &RowsView::pressed, this, &TimelinePane::takeFocus);
     connect(m_tracks, &TracksView::pressed, this, &TimelinePane::takeFocus);
     connect(qApp, &QApplication::focusChanged, this,

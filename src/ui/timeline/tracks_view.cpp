@@ -12,7 +12,6 @@
 #include "ui/timeline/keyframe_text.h"
 #include "ui/timeline/playhead_field.h"
 #include "ui/timeline/ruler_painting.h"
-#include "ui/timeline/timeline_accessible.h"
 #include "ui/widgets/appearance.h"
 #include "ui/widgets/feedback_plate.h"
 #include "ui/widgets/sizes.h"
@@ -140,7 +139,7 @@ QRect TracksView::onScreen(const QRectF& rect) const {
 
 void TracksView::timeManagerDidUpdatePlayhead(PCProjectTimeManager& manager) {
     overlayDidChange();
-    if (!manager.isPlayingBack()) { announcePlayhead(*this); }
+    if (!manager.isPlayingBack()) { Q_EMIT playheadMoved(); }
 }
 
 void TracksView::selectionDidChange(const Keyframe& keyframe) {

@@ -49,6 +49,8 @@ class TracksView : public QWidget,
 
  Q_SIGNALS:
     void keyframeSelectionChanged(const TimelineKeyframe& keyframe);
+    /// By the user; not while playing.
+    void playheadMoved();
     /// Of those commands, at a place of the screen.
     void contextMenuRequested(const QStringList& commands, QPoint globalPosition);
     /// A press, which takes the keyboard.
