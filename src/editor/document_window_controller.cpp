@@ -50,7 +50,9 @@ PCDocumentWindowController::PCDocumentWindowController(PCProject::Ptr project,
       m_timelineViewport(*m_project, m_time, m_timelineOutline),
       m_timelineInteraction(
           {*m_project, m_time, m_keyframes, m_timelineOutline, m_timelineViewport}, *this),
-      m_nudges(*m_project, m_selection, ports.clock) {
+      m_nudges(*m_project, m_selection, ports.clock),
+      m_inspectorEdits({*m_project, m_selection, ports.clock, [this] { return editTarget(); },
+                        [this] { stopPlaybackHere(); }}) {
     PCLayer& canvasLayer = *PCLayer::of(*m_project->canvas());
     m_editor.setCanvasLayer(canvasLayer);
     m_time.prepareToAnimateLayer(canvasLayer);

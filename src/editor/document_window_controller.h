@@ -10,6 +10,7 @@
 #include "editor/command_set.h"
 #include "editor/desktop_ports.h"
 #include "editor/document_context.h"
+#include "editor/inspector/inspector_edits.h"
 #include "editor/layers/editor_layer.h"
 #include "editor/layers/project_layers.h"
 #include "editor/timeline/keyframe_commands.h"
@@ -65,6 +66,7 @@ class PCDocumentWindowController : public DocumentContext,
     EventAnchorPoint& eventAnchorPoint() { return m_anchorPoint; }
     CanvasViewport& viewport() { return m_viewport; }
     CanvasInteraction& interaction() { return m_interaction; }
+    InspectorEdits& inspectorEdits() { return m_inspectorEdits; }
     KeyframeCommands& keyframeCommands() override { return m_keyframeCommands; }
     Playback& playback() { return m_playback; }
     TimelineOutline& timelineOutline() { return m_timelineOutline; }
@@ -87,9 +89,10 @@ class PCDocumentWindowController : public DocumentContext,
     void setAdditiveMode(bool isOn);
     int32_t lastKeyframeTimeInMS() const override;
     bool isPlayingBack() const { return m_time.isPlayingBack(); }
-    /// A press on canvas or timeline lasts, and what would edit beside it waits.
+    /// A press on canvas, timeline or inspector lasts, and what would edit beside it waits.
     bool isPressed() const {
-        return m_interaction.isPressed() || m_timelineInteraction.isPressed();
+        return m_interaction.isPressed() || m_timelineInteraction.isPressed() ||
+               m_inspectorEdits.isDragging();
     }
     /// Puts everything back as it was before the press. False without one.
     bool cancelPress() { return m_interaction.cancel() || m_timelineInteraction.cancel(); }
@@ -162,6 +165,7 @@ class PCDocumentWindowController : public DocumentContext,
     TimelineViewport m_timelineViewport;
     TimelineInteraction m_timelineInteraction;
     NudgeSeries m_nudges;
+    InspectorEdits m_inspectorEdits;
     CommandSet m_commands;
     bool m_isAdditive = false;
     KeyboardPane m_keyboardPane = KeyboardPane::Canvas;

@@ -49,6 +49,11 @@ class EasingStyleButton : public QAbstractButton {
     }
 
  protected:
+    // The popover's: they go across and down.
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->key() == Qt::Key_Space) { return QAbstractButton::keyPressEvent(event); }
+        event->ignore();
+    }
     // Which one is in use is shown by showMode().
     void nextCheckState() override {}
     void paintEvent(QPaintEvent*) override {

@@ -1,44 +1,19 @@
 #include "ui/timeline/keyframe_text.h"
 
-#include <numbers>
+#include <QKeySequence>
 
-#include "base/number_text.h"
+#include "editor/commands.h"
 #include "editor/timeline/easing_choice.h"
+#include "editor/timeline/keyframe_value_text.h"
 
 using namespace Qt::StringLiterals;
 
 namespace tweenery {
 namespace {
 
-constexpr double kPercent = 100;
-
-// Up to two decimals.
-QString numberText(double value) {
-    QString text = QString::fromStdString(fixedText(value, 2));
-    while (text.endsWith(u'0')) {
-        text.chop(1);
-    }
-    if (text.endsWith(u'.')) { text.chop(1); }
-    return text == u"-0" ? u"0"_s : text;
-}
-
 QString valueText(const PCKeyedPropertyTimeline& timeline, size_t index) {
-    const PropertyValue value = timeline.valueOfKeyframeAtIndex(index);
-    const double number = static_cast<double>(floatOfValue(value));
-    switch (timeline.propertyType()) {
-        case PCPropertyTypeImageContents:
-            return stringOfValue(value);
-        case PCPropertyTypeChildrenZPositions:
-            return u"order of %1"_s.arg(arrayOfValue(value).size());
-        case PCPropertyTypeZRotation:
-            return numberText(number * 180 / std::numbers::pi) + u'°';
-        case PCPropertyTypeOpacity:
-        case PCPropertyTypeScaleX:
-        case PCPropertyTypeScaleY:
-            return numberText(number * kPercent) + u'%';
-        default:
-            return numberText(number) + u" pt"_s;
-    }
+    const QString text = textOfKeyframeValue(*timeline.existingKeyframeAtKeyframeIndex(index));
+    return text.isNull() ? u"order"_s : text;
 }
 
 }  // namespace
@@ -83,6 +58,13 @@ QString loopModeName(PCRepeatBehavior behavior) {
         default:
             return u"No loop"_s;
     }
+}
+
+QString commandToolTip(const QString& text, const QString& command) {
+    const Command* known = commandNamed(command);
+    if (!known || known->shortcuts.isEmpty()) { return text; }
+    const auto shortcuts = QKeySequence::listFromString(known->shortcuts);
+    return u"%1 (%2)"_s.arg(text, shortcuts.first().toString(QKeySequence::NativeText));
 }
 
 QStringList keyframeMenu(bool canSwitchTransition) {

@@ -26,6 +26,9 @@ QString masterKeyframeName(int32_t timeInMS);
 /// "No loop", "Loop", "Autoreverse".
 QString loopModeName(PCRepeatBehavior behavior);
 
+/// "Key All (K)": a tool tip with the shortcut of the command, if it has one.
+QString commandToolTip(const QString& text, const QString& command);
+
 /// Commands of the context menus, by their names.
 QStringList keyframeMenu(bool canSwitchTransition);
 QStringList trackMenu();

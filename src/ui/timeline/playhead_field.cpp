@@ -4,6 +4,7 @@
 #include <QFocusEvent>
 
 #include "base/number_text.h"
+#include "editor/timeline/time_text.h"
 
 using namespace Qt::StringLiterals;
 
@@ -39,7 +40,7 @@ void PlayheadField::open(const QRectF& plate) {
 }
 
 void PlayheadField::take(const QString& text) {
-    const auto time = std::optional<int32_t>(static_cast<int32_t>(text.toDouble() * 1000));
+    const auto time = timeInMSFromText(text, TimeUnit::Seconds);
     if (!time) {
         m_controller.tellFailure(u"“%1” Is No Time"_s.arg(text),
                                  u"Type seconds, such as 1.5, or a unit, such as 500 ms."_s);

@@ -3,7 +3,9 @@
 #include <QContextMenuEvent>
 #include <QFontMetrics>
 #include <QHelpEvent>
+#include <QKeyEvent>
 #include <QPainter>
+#include <QSet>
 #include <QToolTip>
 
 #include "ui/timeline/keyframe_painting.h"
@@ -54,6 +56,11 @@ QString loopPicture(PCRepeatBehavior behavior) {
 bool isInDisc(const QRectF& rect, QPointF point) {
     const QPointF off = point - rect.center();
     return QPointF::dotProduct(off, off) <= rect.width() * rect.width() / 4;
+}
+
+bool movesMark(const QKeyEvent& event) {
+    const QSet<int> arrows{Qt::Key_Up, Qt::Key_Down, Qt::Key_Left, Qt::Key_Right};
+    return event.modifiers() == Qt::ControlModifier && arrows.contains(event.key());
 }
 
 }  // namespace
@@ -170,10 +177,9 @@ void RowsView::activate(int number, Part part) {
     if (part == Part::Chevron && row.element) {
         outline().setExpanded(*row.element, !outline().isExpanded(*row.element));
     } else if (row.isTimeline() && part == Part::Loop) {
-        row.timeline->setRepeatBehavior(
-            static_cast<PCRepeatBehavior>((row.timeline->repeatBehavior() + 1) % 3));
+        m_controller.keyframeCommands().cycleLoopMode(row.timeline);
     } else if (row.isTimeline() && part == Part::Keyframe) {
-        row.timeline->setExistingValueAtTimeInMS(m_controller.timeManager().playheadPositionInMS());
+        m_controller.keyframeCommands().createKeyframe(row.timeline);
     }
 }
 
@@ -196,6 +202,11 @@ void RowsView::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 bool RowsView::event(QEvent* event) {
+    // The keyboard's mark goes before shortcuts of the menu.
+    if (event->type() == QEvent::ShortcutOverride && movesMark(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
     if (event->type() == QEvent::ToolTip) {
         const auto* help = static_cast<QHelpEvent*>(event);
         QToolTip::showText(help->globalPos(), toolTipOf(placeAt(help->pos())), this);
@@ -209,9 +220,11 @@ QString RowsView::toolTipOf(const Place& place) const {
     const TimelineRow row = outline().row(place.row);
     switch (place.part) {
         case Part::Loop:
-            return u"Loop Mode: %1"_s.arg(loopModeName(row.timeline->repeatBehavior()));
+            return commandToolTip(
+                u"Loop Mode: %1"_s.arg(loopModeName(row.timeline->repeatBehavior())),
+                u"cycleLoopMode"_s);
         case Part::Keyframe:
-            return u"Create Keyframe"_s;
+            return commandToolTip(u"Create Keyframe"_s, u"createKeyframes"_s);
         case Part::Name: {
             if (row.isTimeline()) { return {}; }
             const QString name = row.element->name();

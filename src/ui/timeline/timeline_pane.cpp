@@ -83,10 +83,21 @@ void TimelinePane::connectParts() {
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget*, QWidget* focus) { focusDidChange(focus); });
     m_subscriptions.push_back(viewport.addChangeHandler([this] { viewportDidChange(); }));
-    m_subscriptions.push_back(m_controller.timelineOutline().addChangeHandler([this] {
-        viewportDidChange();
-        updateTweenPopover();
-    }));
+    m_refreshTimer.setSingleShot(true);
+    connect(&m_refreshTimer, &QTimer::timeout, this, &TimelinePane::refresh);
+    m_subscriptions.push_back(
+        m_controller.timelineOutline().addChangeHandler([this] { refreshLater(); }));
+    m_subscriptions.push_back(m_controller.timeManager().addPlayheadTimeListener(this));
+}
+
+// Once in a turn of the event loop: the outline is made anew when somebody asks it.
+void TimelinePane::refreshLater() {
+    if (!m_refreshTimer.isActive()) { m_refreshTimer.start(0); }
+}
+
+void TimelinePane::refresh() {
+    viewportDidChange();
+    updateTweenPopover();
 }
 
 // Layout.
@@ -107,17 +118,19 @@ void TimelinePane::layOut() {
     const int foot = height() - sizes::timelineScroller;
     const int left = m_outlineWidth + sizes::timelineDivider;
     const int tracksWidth = qMax(0, width() - left);
+    // A collapsed pane has head and ruler, and no scroller.
+    const bool isOpen = foot > head;
+    const int rowsHeight = qMax(0, (isOpen ? foot : height()) - head);
     m_header->setGeometry(0, 0, m_outlineWidth, head);
-    m_rows->setGeometry(0, head, m_outlineWidth, qMax(0, foot - head));
+    m_rows->setGeometry(0, head, m_outlineWidth, rowsHeight);
     m_tracks->setGeometry(left, 0, tracksWidth, height());
     m_divider->setGeometry(m_outlineWidth - kDividerReach, 0,
                            sizes::timelineDivider + 2 * kDividerReach, height());
-    const bool isOpen = foot > head;
     m_across->setGeometry(left, foot, tracksWidth, sizes::timelineScroller);
     m_across->setVisible(isOpen);
-    m_down->setGeometry(width() - sizes::scrollBar, head, sizes::scrollBar, qMax(0, foot - head));
+    m_down->setGeometry(width() - sizes::scrollBar, head, sizes::scrollBar, rowsHeight);
     TimelineViewport& viewport = m_controller.timelineViewport();
-    viewport.setSize(m_tracks->size());
+    viewport.setSize(QSizeF(tracksWidth, head + rowsHeight + sizes::timelineScroller));
     if (tracksWidth > 0 && !std::exchange(m_isRestored, true)) { viewport.showAsStored(); }
     viewportDidChange();
 }
@@ -129,7 +142,7 @@ void TimelinePane::viewportDidChange() {
     m_header->showZoom(viewport.zoomIndex());
     m_across->show(range.x(), viewport.scrollOrigin().x(), tracks.width());
     m_down->show(range.y(), viewport.scrollOrigin().y(), tracks.height());
-    m_down->setVisible(range.y() > 0 && tracks.height() > 0);
+    m_down->setVisible(range.y() > 0 && tracks.height() > sizes::timelineRow);
 }
 
 void TimelinePane::paintEvent(QPaintEvent*) {
@@ -176,6 +189,7 @@ void TimelinePane::giveFocusBack() {
 void TimelinePane::focusDidChange(QWidget* focus) {
     if (!focus) { return; }
     m_controller.setKeyboardPane(hasKeyboard() ? KeyboardPane::Timeline : KeyboardPane::Canvas);
+    if (focus == m_rows && FocusRing::keyboardIsInUse() && m_mark.row() < 0) { m_mark.moveTo(0); }
     showFill();
 }
 
@@ -294,7 +308,7 @@ void TimelinePane::toggleDefaultEasing() {
     popover.open({m_controller.project()->preferences().defaultEasingMode(),
                   Appearance::current().workbench().green,
                   [this](PCEasingMode mode) {
-                      m_controller.project()->preferences().setDefaultEasingMode(mode);
+                      m_controller.keyframeCommands().setDefaultEasing(mode);
                       showDefaultEasing();
                   },
                   button},

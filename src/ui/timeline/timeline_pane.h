@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPointer>
+#include <QTimer>
 #include <QWidget>
 
 #include "editor/document_window_controller.h"
@@ -17,7 +18,7 @@ class TracksView;
 /// The pane below the canvas while an animation is selected: the list of rows and its head, the
 /// ruler and the tracks. Has the keyboard while the pointer is over it, but never takes it from a
 /// text that is being edited, and gives it back.
-class TimelinePane : public QWidget {
+class TimelinePane : public QWidget, private PCProjectTimeManagerPlayheadListener {
     Q_OBJECT
 
  public:
@@ -64,9 +65,12 @@ class TimelinePane : public QWidget {
     bool m_isRestored = false;
     bool m_tookFocus = false;
     QPointer<QWidget> m_focusBefore;
+    QTimer m_refreshTimer;
     std::vector<Subscription> m_subscriptions;
 
     void connectParts();
+    void refreshLater();
+    void refresh();
     void layOut();
     void viewportDidChange();
     void setOutlineWidth(int width);
@@ -80,6 +84,7 @@ class TimelinePane : public QWidget {
     void updateTweenPopover();
     bool moveMark(const QKeyEvent& event);
     void markDidChange();
+    void timeManagerDidUpdatePlayhead(PCProjectTimeManager&) override { refreshLater(); }
 };
 
 }  // namespace tweenery

@@ -37,7 +37,7 @@ void paintTween(QPainter& painter, const TweenLook& look, double start, double e
 void paintLoopMarker(QPainter& painter, double x, PCRepeatBehavior behavior);
 
 /// Whether there is a curve from the keyframe before, or from the setup state, to the one at
-/// `endIndex`: neither jumps, and their values differ.
+/// `endIndex`: neither jumps, and they differ in time and value.
 bool tweenShows(const PCKeyedPropertyTimeline& timeline, size_t endIndex);
 
 /// The keyframes of one timeline, their tweens and the loop marker: those that `visible` shows.

@@ -13,6 +13,7 @@ namespace {
 constexpr double kMostUnits = 1e9;
 constexpr int kScrollStep = 20;  // points
 constexpr double kThumb = 7;
+constexpr double kThumbInset = 4;
 
 }  // namespace
 
@@ -49,7 +50,8 @@ void TracksScroller::paintEvent(QPaintEvent*) {
     const QPointF middle = QRectF(rect()).center();
     const double half = kThumb / 2;
     if (orientation() == Qt::Horizontal) {
-        thumb = {thumb.left(), middle.y() - half, thumb.width(), kThumb};
+        thumb = {thumb.left() + kThumbInset, middle.y() - half, thumb.width() - 2 * kThumbInset,
+                 kThumb};
     } else {
         thumb = {middle.x() - half, thumb.top(), kThumb, thumb.height()};
     }

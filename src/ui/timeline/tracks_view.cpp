@@ -59,6 +59,7 @@ TracksView::TracksView(PCDocumentWindowController& controller, const TimelineMar
     m_subscriptions.push_back(time.addPlayheadTimeListener(this));
     m_subscriptions.push_back(time.addPlaybackStateListener(this));
     m_subscriptions.push_back(m_controller.keyframeManager().addSelectionListener(this));
+    m_subscriptions.push_back(m_controller.playback().addLoopRangeHandler([this] { update(); }));
     m_subscriptions.push_back(viewport().addChangeHandler([this] { update(); }));
     m_subscriptions.push_back(
         m_controller.timelineOutline().addChangeHandler([this] { update(); }));

@@ -44,6 +44,11 @@ void TracksView::paintPart(QPainter& painter, const QRect& part) {
         const PCProjectTimeManager& time = m_controller.timeManager();
         paintRuler(painter, time, part.right() + 1, viewport().scrollOrigin().x(),
                    time.msFromPointValue(viewport().columnWidth()), rulerFill());
+        if (const auto range = m_controller.playback().loopRange()) {
+            const double from = std::max(viewport().pointForTime(range->startInMS), -1.0);
+            const double to = std::min(viewport().pointForTime(range->endInMS), width() + 1.0);
+            if (from < to) { paintLoopRange(painter, from, to, range->isOn); }
+        }
     }
     painter.fillRect(QRectF(0, tracks.bottom(), width(), height() - tracks.bottom()), m_fill);
     painter.setClipRect(QRectF(part).intersected(tracks));

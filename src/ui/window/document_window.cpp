@@ -140,6 +140,7 @@ void DocumentWindow::buildPanes() {
             [this](QPoint position) { showContextMenu(contextCommands(), position); });
     connect(m_timeline, &TimelinePane::contextMenuRequested, this,
             &DocumentWindow::showContextMenu);
+    connect(m_inspector, &InspectorPane::left, m_canvas, [this] { m_canvas->setFocus(); });
     connect(m_canvas, &CanvasView::viewportChanged, this, &DocumentWindow::viewportDidChange);
 }
 
