@@ -339,10 +339,19 @@ void PCDocumentWindowController::switchToSetupIfNecessary() {
     tweenery::switchToSetupIfNecessary(*m_project, m_ports.alerts);
 }
 
+ImageImport PCDocumentWindowController::makeImport() {
+    ImageImport import(*m_project, m_ports.alerts);
+    if (m_hooks.workGoesOn) {
+        import.setProgress([this](size_t done, size_t count) {
+            return m_hooks.workGoesOn(u"Importing Images"_s, u"Reading pictures"_s, done, count);
+    });
+}
+return import;
+}  // namespace tweenery
+
 void PCDocumentWindowController::importImages() {
     attempt(u"The Images Cannot Be Imported"_s, [&] {
-        const auto imported =
-            ImageImport(*m_project, m_ports.alerts).importImages(m_ports.openPanel);
+        const auto imported = makeImport().importImages(m_ports.openPanel);
         if (!imported.empty()) { m_selection.selectElements(imported); }
     });
 }
@@ -351,10 +360,8 @@ void PCDocumentWindowController::receivedDroppedImages(const QStringList& paths,
                                                        const PCElement::Ptr& parent, size_t index) {
     attempt(u"The Images Cannot Be Imported"_s, [&] {
         const PCElement::Ptr target = parent ? parent : m_project->canvas();
-        const auto imported =
-            ImageImport(*m_project, m_ports.alerts)
-                .receivedDroppedImages(paths, position, target,
-                                       std::min(index, target->children().size()));
+        const auto imported = makeImport().receivedDroppedImages(
+            paths, position, target, std::min(index, target->children().size()));
         if (!imported.empty()) { m_selection.selectElements(imported); }
     });
 }
@@ -384,7 +391,7 @@ void PCDocumentWindowController::asOneStep(const QString& name, const std::funct
 ImageImport::ImageSets PCDocumentWindowController::addImagesToProject(const QStringList& paths) {
     ImageImport::ImageSets sets;
     attempt(u"The Images Cannot Be Imported"_s,
-            [&] { sets = ImageImport(*m_project, m_ports.alerts).addImagesToProject(paths); });
+            [&] { sets = makeImport().addImagesToProject(paths); });
     return sets;
 }
 

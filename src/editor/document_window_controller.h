@@ -30,6 +30,10 @@ struct WindowHooks {
     std::function<void()> commandsDidChange = {};
     /// Something on ruler or tracks looks different besides the rows and the playhead.
     std::function<void()> timelineNeedsDisplay = [] {};
+    /// Work that may take seconds: its name, what it is at, and how many things are done of how
+    /// many. False: the user wants it to stop. All done: it is over.
+    std::function<bool(const QString& work, const QString& step, size_t done, size_t count)>
+        workGoesOn = {};
 };
 
 /// The hub of one open project: owns the managers that panes share, the layers and how the window
@@ -130,6 +134,7 @@ class PCDocumentWindowController : public DocumentContext,
     void redo();
     void receivedDroppedImages(const QStringList& paths, QPointF position,
                                const PCElement::Ptr& parent, size_t index) override;
+    ImageImport makeImport();
     ImageImport::ImageSets addImagesToProject(const QStringList& paths) override;
     void switchToSetupIfNecessary() override;
 

@@ -1,6 +1,7 @@
 #include "editor/canvas/image_import.h"
 
 #include <QFileInfo>
+#include <QScopeGuard>
 
 #include "base/errors.h"
 #include "base/path_name.h"
@@ -132,6 +133,9 @@ QString ImageImport::freeBasename(const QString& basename, const QString& extens
 
 ImageImport::ImageSets ImageImport::makeSets(const std::vector<Artwork>& artwork) {
     ImageSets sets;
+    const auto end = qScopeGuard([&] {
+        if (m_progress) { m_progress(artwork.size(), artwork.size()); }
+    });
     for (size_t i = 0; i < artwork.size(); ++i) {
         if (m_progress && !m_progress(i, artwork.size())) { break; }
         try {

@@ -28,7 +28,7 @@ class ImageImport {
  public:
     using ImageSets = std::vector<PCImageSetManager::ImageSet>;
     /// Called before each image set is made, with how many are done of how many; false ends the
-    /// import there.
+    /// import there. Called once more at the end, however it came, with all done.
     using Progress = std::function<bool(size_t done, size_t count)>;
 
     /// Neither is owned.

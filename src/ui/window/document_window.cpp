@@ -42,7 +42,7 @@ const QStringList& contextCommands() {
 
 DocumentWindow::DocumentWindow(std::unique_ptr<OpenDocument> document, const DesktopPorts& ports,
                                DocumentWindowOwner& owner)
-    : m_ports(ports), m_owner(owner), m_document(std::move(document)) {
+    : m_ports(ports), m_owner(owner), m_document(std::move(document)), m_work(*this) {
     setMinimumSize(leastSize());
     setContextMenuPolicy(Qt::NoContextMenu);
     setAcceptDrops(true);
@@ -113,6 +113,9 @@ WindowHooks DocumentWindow::hooks() {
             [this] { updateLater(); },
             [this] {
                 if (m_timeline) { m_timeline->overlayDidChange(); }
+            },
+            [this](const QString& work, const QString& step, size_t done, size_t count) {
+                return m_work.goesOn(work, step, done, count);
             }};
 }
 

@@ -6,6 +6,7 @@
 
 #include "editor/document_window_controller.h"
 #include "editor/documents/open_document.h"
+#include "ui/window/work_in_turns.h"
 
 namespace tweenery {
 
@@ -93,6 +94,7 @@ class DocumentWindow : public QMainWindow,
     InspectorPane* m_inspector = nullptr;
     MainMenu* m_menu = nullptr;
     ExportSheet* m_exportSheet = nullptr;
+    WorkInTurns m_work;
     QTimer m_updateTimer;
     QTimer m_spaceTimer;  // a held Space repeats its release
     double m_shownMagnification = 0;

@@ -215,7 +215,7 @@ TEST_F(ImageImports, StopWhenTheUserHasEnough) {
     return done < 2;
 });
 EXPECT_EQ(import.addImagesToProject(files(u"a@2x.png b@2x.png c@2x.png"_s)).size(), 2U);
-EXPECT_THAT(told, ElementsAre(0, 1, 2));
+EXPECT_THAT(told, ElementsAre(0, 1, 2, 3));
 EXPECT_EQ(sets(), "a.png 6 12, b.png 6 12");
 }  // namespace
 
