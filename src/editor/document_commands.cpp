@@ -15,6 +15,7 @@ void PCDocumentWindowController::addCommands() {
     addNudgeCommands();
     addAnimationCommands();
     addViewCommands();
+    addTimelineCommands();
     m_commands.setMustWait([this] { return isPressed(); });
     m_commands.setAround([this](const CommandAction& action, const QString& title) {
         if (action.isEdit) { return asOneStep(title, action.perform); }

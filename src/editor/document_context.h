@@ -8,6 +8,7 @@
 #include "editor/canvas/element_selection_manager.h"
 #include "editor/canvas/image_import.h"
 #include "editor/command_set.h"
+#include "editor/timeline/keyframe_commands.h"
 #include "editor/timeline/keyframe_manager.h"
 #include "editor/timeline/project_time_manager.h"
 #include "model/edit_time.h"
@@ -43,6 +44,7 @@ class DocumentContext {
     /// stays.
     virtual void selectAnimation(const PCAnimation::Ptr& animation) = 0;
 
+    virtual KeyframeCommands& keyframeCommands() = 0;
     /// The commands of the menu; a pane that performs some adds them.
     virtual CommandSet& commands() = 0;
 

@@ -41,6 +41,7 @@ PCDocumentWindowController::PCDocumentWindowController(PCProject::Ptr project,
       m_keyframes(m_project),
       m_time(ports.clock, ports.log),
       m_playback(m_project, m_time, m_selection, m_layers),
+      m_keyframeCommands(*m_project, m_keyframes, m_selection, m_time, *this),
       m_anchorPoint(m_project, m_selection, m_editor),
       m_viewport(*m_project, m_editor, m_anchorPoint),
       m_scene{*m_project, m_selection, m_editor, m_viewport, m_anchorPoint},
@@ -49,7 +50,9 @@ PCDocumentWindowController::PCDocumentWindowController(PCProject::Ptr project,
       m_timelineViewport(*m_project, m_time, m_timelineOutline),
       m_timelineInteraction(
           {*m_project, m_time, m_keyframes, m_timelineOutline, m_timelineViewport}, *this),
-      m_nudges(*m_project, m_selection, ports.clock) {
+      m_nudges(*m_project, m_selection, ports.clock),
+      m_inspectorEdits({*m_project, m_selection, ports.clock, [this] { return editTarget(); },
+                        [this] { stopPlaybackHere(); }}) {
     PCLayer& canvasLayer = *PCLayer::of(*m_project->canvas());
     m_editor.setCanvasLayer(canvasLayer);
     m_time.prepareToAnimateLayer(canvasLayer);
@@ -134,13 +137,6 @@ void PCDocumentWindowController::focusLost() {
     m_timelineInteraction.focusLost();
 }
 
-void PCDocumentWindowController::stopPlaybackHere() {
-    if (!isPlayingBack()) { return; }
-    const int32_t shown = m_time.playheadPositionInMS();
-    m_playback.togglePlayPause();
-    m_time.setPlayheadPositionInMS(shown);
-}
-
 void PCDocumentWindowController::stepAnimation(int step) {
     const auto& animations = m_project->animationsManager().animations();
     const auto found = std::find(animations.begin(), animations.end(),
@@ -164,7 +160,9 @@ void PCDocumentWindowController::copy() {
 
 void PCDocumentWindowController::paste() {
     const ClipboardPort& clipboard = m_ports.clipboard;
-    if (!clipboard.read(PCElement::pasteboardType()).isEmpty()) {
+    if (KeyframeCommands::canPasteFrom(clipboard)) {
+        pasteKeyframes();
+    } else if (!clipboard.read(PCElement::pasteboardType()).isEmpty()) {
         pasteFrom(clipboard);
     } else if (const QStringList files = clipboard.files(); !files.isEmpty()) {
         receivedDroppedImages(files, canvasCenter(), nullptr, SIZE_MAX);
@@ -276,7 +274,9 @@ void PCDocumentWindowController::selectWhatChangesBy(bool (PCProject::*step)()) 
     m_selection.deselectAllElements();
     m_layers->update();
     const PCAnimation::Ptr animation = m_project->animationsManager().selectedAnimation();
-    if (!((*m_project).*step)()) { return; }
+    const bool isDone = ((*m_project).*step)();
+    m_keyframeCommands.deselectDeleted();
+    if (!isDone) { return; }
     if (m_project->animationsManager().selectedAnimation() != animation) { return; }
     auto touched = m_layers->changedElements();
     std::erase(touched, m_project->canvas());

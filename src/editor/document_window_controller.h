@@ -10,8 +10,10 @@
 #include "editor/command_set.h"
 #include "editor/desktop_ports.h"
 #include "editor/document_context.h"
+#include "editor/inspector/inspector_edits.h"
 #include "editor/layers/editor_layer.h"
 #include "editor/layers/project_layers.h"
+#include "editor/timeline/keyframe_commands.h"
 #include "editor/timeline/playback.h"
 #include "editor/timeline/timeline_interaction.h"
 
@@ -35,7 +37,8 @@ struct WindowHooks {
 /// no widget. A window makes a new one when its project is read anew.
 class PCDocumentWindowController : public DocumentContext,
                                    private CanvasInteractionHost,
-                                   private TimelineInteractionHost {
+                                   private TimelineInteractionHost,
+                                   private KeyframeCommandsHost {
  public:
     /// The project must not have a screen yet.
     PCDocumentWindowController(PCProject::Ptr project, const DesktopPorts& ports,
@@ -59,9 +62,15 @@ class PCDocumentWindowController : public DocumentContext,
     EventAnchorPoint& eventAnchorPoint() { return m_anchorPoint; }
     CanvasViewport& viewport() { return m_viewport; }
     CanvasInteraction& interaction() { return m_interaction; }
+    InspectorEdits& inspectorEdits() { return m_inspectorEdits; }
+    KeyframeCommands& keyframeCommands() override { return m_keyframeCommands; }
+    Playback& playback() { return m_playback; }
     TimelineOutline& timelineOutline() { return m_timelineOutline; }
     TimelineViewport& timelineViewport() { return m_timelineViewport; }
     TimelineInteraction& timelineInteraction() { return m_timelineInteraction; }
+    TimelineScene timelineScene() {
+        return {*m_project, m_time, m_keyframes, m_timelineOutline, m_timelineViewport};
+    }
     CommandSet& commands() override { return m_commands; }
     void setKeyboardPane(KeyboardPane pane) override;
     KeyboardPane keyboardPane() const override { return m_keyboardPane; }
@@ -76,9 +85,10 @@ class PCDocumentWindowController : public DocumentContext,
     void setAdditiveMode(bool isOn);
     int32_t lastKeyframeTimeInMS() const override;
     bool isPlayingBack() const { return m_time.isPlayingBack(); }
-    /// A press on canvas or timeline lasts, and what would edit beside it waits.
+    /// A press on canvas, timeline or inspector lasts, and what would edit beside it waits.
     bool isPressed() const {
-        return m_interaction.isPressed() || m_timelineInteraction.isPressed();
+        return m_interaction.isPressed() || m_timelineInteraction.isPressed() ||
+               m_inspectorEdits.isDragging();
     }
     /// Puts everything back as it was before the press. False without one.
     bool cancelPress() { return m_interaction.cancel() || m_timelineInteraction.cancel(); }
@@ -107,7 +117,7 @@ class PCDocumentWindowController : public DocumentContext,
     void togglePlayPause() override;
     /// Ends a run so that the playhead stays at the time shown, and selects again what was
     /// selected.
-    void stopPlaybackHere();
+    void stopPlaybackHere() { m_playback.stopHere(); }
     void shiftSelectedElementsByDelta(QPointF delta) override;
     void selectAll();
     /// Selects the element, or the animation, of that identifier. Nothing for one that is gone.
@@ -143,6 +153,7 @@ class PCDocumentWindowController : public DocumentContext,
     PCKeyframeManager m_keyframes;
     PCProjectTimeManager m_time;
     Playback m_playback;
+    KeyframeCommands m_keyframeCommands;
     EventAnchorPoint m_anchorPoint;
     CanvasViewport m_viewport;
     CanvasScene m_scene;
@@ -151,6 +162,7 @@ class PCDocumentWindowController : public DocumentContext,
     TimelineViewport m_timelineViewport;
     TimelineInteraction m_timelineInteraction;
     NudgeSeries m_nudges;
+    InspectorEdits m_inspectorEdits;
     CommandSet m_commands;
     bool m_isAdditive = false;
     KeyboardPane m_keyboardPane = KeyboardPane::Canvas;
@@ -164,13 +176,23 @@ class PCDocumentWindowController : public DocumentContext,
     void callLater(std::chrono::milliseconds delay, std::function<void()> call) override {
         m_hooks.callLater(delay, std::move(call));
     }
-    void asOneStep(const QString& name, const std::function<void()>& edit);
+    void asOneStep(const QString& name, const std::function<void()>& edit) override;
     void addCommands();
     void addFileAndEditCommands();
     void addElementCommands();
     void addNudgeCommands();
     void addAnimationCommands();
     void addViewCommands();
+    void addTimelineCommands();
+    void addKeyframeCommands();
+    void addEasingCommands();
+    void addRowCommands();
+    void addKeyframeSelectionCommands();
+    void addKeyframeTimeCommands();
+    void addLoopCommands();
+    void addTimelineViewCommands();
+    void redirectKeysToTimeline();
+    void pasteKeyframes();
     void duplicate(float offset);
     void reorder(void (PCProject::*move)(const PCElement::Elements& elements));
     bool userAgreesToLose(const QString& verb);

@@ -28,6 +28,7 @@ const QMap<QString, int> levels = {
     {u"editor/layers"_s, 30},
     {u"editor/canvas"_s, 31},
     {u"editor/timeline"_s, 32},
+    {u"editor/inspector"_s, 32},
     {u"editor/documents"_s, 30},
     {u"editor"_s, 33},
     {u"publish"_s, 34},

@@ -39,18 +39,27 @@ PCEasingMode easingOf(const PCPropertyKeyframe& keyframe) {
 }
 
 // Becoming instant leaves the mode, for when the tween comes back.
-void setEasingOfSelectedTweens(PCProject& project, const PCKeyframeManager& keyframes,
-                               PCEasingMode mode) {
+bool setEasingOf(const PCKeyframeManager::KeyframeSet& keyframes, PCEasingMode mode) {
     const bool isInstant = mode == easingModeInstant;
-    UndoManager& undoManager = project.undoManager();
-    undoManager.endEvent();
-    const UndoGesture step(undoManager);
-    for (const auto& keyframe : keyframes.selectedTweens()) {
+    bool isEdit = false;
+    for (const auto& keyframe : keyframes) {
         if (!keyframe->isInTimeline() || easingOf(*keyframe) == mode) { continue; }
+        isEdit = true;
         if (!isInstant && keyframe->easingMode() != mode) { keyframe->setEasingMode(mode); }
         if (keyframe->instantTransition() != isInstant) {
             keyframe->setInstantTransition(isInstant);
         }
+    }
+    return isEdit;
+}
+
+void setEasingOfSelectedTweens(PCProject& project, const PCKeyframeManager& keyframes,
+                               PCEasingMode mode) {
+    UndoManager& undoManager = project.undoManager();
+    undoManager.endEvent();
+    const UndoGesture step(undoManager);
+    if (setEasingOf(keyframes.selectedTweens(), mode)) {
+        const bool isInstant = mode == easingModeInstant;
         undoManager.setActionName(isInstant ? u"Make Instant"_s : u"Change Easing"_s);
     }
 }

@@ -23,6 +23,10 @@ const EasingChoice& easingChoice(PCEasingMode mode);
 /// Of the stretch that ends in the keyframe.
 PCEasingMode easingOf(const PCPropertyKeyframe& keyframe);
 
+/// Sets the easing to each of the keyframes that is in a timeline, or makes it jump. A part of a
+/// step of undo. False when all have it already.
+bool setEasingOf(const PCKeyframeManager::KeyframeSet& keyframes, PCEasingMode mode);
+
 /// Sets the easing of the selected tweens, or makes them jump. One step of undo, named; none when
 /// they have it already.
 void setEasingOfSelectedTweens(PCProject& project, const PCKeyframeManager& keyframes,

@@ -45,27 +45,26 @@ TimelineKeyframe tweenAt(const TimelineScene& scene, QPointF point) {
     return timeline->existingKeyframeAtKeyframeIndex(end);
 }
 
+bool changesValue(const PCKeyedPropertyTimeline& timeline, size_t endIndex) {
+    if (endIndex == 0) {
+        return !valuesEqual(timeline.valueOfKeyframeAtIndex(0), timeline.setupValue());
+    }
+    return !valuesEqual(timeline.storedValueOfKeyframe(endIndex),
+                        timeline.storedValueOfKeyframe(endIndex - 1));
+}
+
 TimelineKeyframe masterKeyframeAt(const TimelineScene& scene, double x) {
     const auto animation = scene.project.animationsManager().selectedAnimation();
     return animation ? closestAt(scene, *animation->masterKeyframesTimeline(), x) : nullptr;
 }
 
-PCKeyframeManager::KeyframeSet keyframesIn(const TimelineScene& scene, const QRectF& rect) {
-    PCKeyframeManager::KeyframeSet found;
-    const int first = scene.viewport.rowAt(rect.top());
+KeyframeArea areaTouchedBy(const TimelineScene& scene, const QRectF& rect) {
+    const int top = scene.viewport.rowAt(rect.top());
     const int bottom = scene.viewport.rowAt(rect.bottom());
-    if (first < 0) { return found; }
-    const int last = bottom < 0 ? scene.outline.rowCount() - 1 : bottom;
-    const int32_t from = scene.viewport.timeAt(rect.left() - kReach);
-    const int32_t to = scene.viewport.timeAt(rect.right() + kReach);
-    for (int row = first; row <= last; ++row) {
-        const auto timeline = scene.outline.row(row).timeline;
-        if (!timeline) { continue; }
-        for (TimelineKeyframe& keyframe : timeline->keyframesBetweenStartTime(from, to)) {
-            found.insert(std::move(keyframe));
-        }
-    }
-    return found;
+    if (top < 0) { return {}; }
+    return {top, bottom < 0 ? scene.outline.rowCount() : bottom + 1,
+            scene.viewport.timeAt(rect.left() - kReach),
+            scene.viewport.timeAt(rect.right() + kReach)};
 }
 
 }  // namespace tweenery

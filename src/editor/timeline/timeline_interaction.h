@@ -43,11 +43,11 @@ struct ShownEasing {
 ///
 /// A press is one step of undo; one that changed nothing leaves none. Nothing happens in setup
 /// mode.
-class TimelineInteraction {
+class TimelineInteraction : private PCProjectTimeManagerPlaybackStateListener {
  public:
     /// What the scene refers to, and the host, outlive this.
     TimelineInteraction(const TimelineScene& scene, TimelineInteractionHost& host);
-    ~TimelineInteraction();
+    ~TimelineInteraction() override;
     TimelineInteraction(const TimelineInteraction&) = delete;
     TimelineInteraction& operator=(const TimelineInteraction&) = delete;
 
@@ -94,25 +94,39 @@ class TimelineInteraction {
     /// The time of the keyframe that is dragged, for the plate beside the pointer; null for none.
     QString feedback() const;
     /// Where the popover for the selected tweens points at; nothing while it is closed.
-    std::optional<QPointF> easingPopover() const { return m_easingPopover; }
+    std::optional<QPointF> easingPopover() const;
     ShownEasing shownEasing() const;
     /// A button of the popover; easingModeInstant makes the tweens jump.
     void chooseEasing(PCEasingMode mode);
     void closeEasingPopover();
 
  private:
-    using MakeGesture = std::function<std::unique_ptr<TimelineGesture>(const PointerEvent& event)>;
+    using MakeGesture = std::function<std::unique_ptr<TimelineGesture>(const PointerEvent& drag)>;
     struct Press;
 
     TimelineScene m_scene;
     TimelineInteractionHost& m_host;
     std::unique_ptr<Press> m_press;
     std::optional<QPointF> m_easingPopover;
-    TimelineKeyframe m_pickedTween;
-    bool m_hasGatheredTweens = false;
-    bool m_isHovering = false;
+    TimelineKeyframe m_pickedTween;    // the last one
+    bool m_hasGatheredTweens = false;  // which get the popover when Shift and Control are up
+    bool m_isSkimming = false;
     QPointF m_pointer;
     Qt::KeyboardModifiers m_modifiers;
+    Subscription m_playbackSubscription;
+
+    void noteEvent(const PointerEvent& event);
+    void deselectMasterKeyframes();
+    void pressRuler();
+    void pressKeyframe(const TimelineKeyframe& keyframe);
+    void pressTracks();
+    std::unique_ptr<TimelineGesture> keyframeGesture(const TimelineKeyframe& keyframe,
+                                                     const PointerEvent& drag) const;
+    void pickTween(const TimelineKeyframe& tween);
+    void end();
+    void finishPress();
+    void stopSkimming();
+    void timeManagerDidChangePlaybackState(PCProjectTimeManager& manager) override;
 };
 
 }  // namespace tweenery

@@ -69,7 +69,7 @@ void CanvasView::drawFrame() {
                                   -m_controller.viewport().scrollOrigin() * ratio};
     m_frame = &m_renderer.frame(m_controller.editorLayer(), documentToDevice, size);
     QRegion changed;
-    for (const QRect& pixels : m_renderer.repainted()) {
+    for (const QRect& pixels : m_renderer.changed()) {
         changed += QRectF(QPointF(pixels.topLeft()) / ratio, QSizeF(pixels.size()) / ratio)
                        .toAlignedRect();
     }

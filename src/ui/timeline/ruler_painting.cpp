@@ -71,6 +71,13 @@ void paintRuler(QPainter& painter, const PCProjectTimeManager& time, double widt
     }
 }
 
+void paintLoopRange(QPainter& painter, double from, double to, bool isOn) {
+    constexpr double kBand = 4;
+    const WorkbenchColors& colors = Appearance::current().workbench();
+    const QRectF band(from, kRulerHeight - kBand, to - from, kBand);
+    painter.fillRect(alignedToDevice(painter, band), isOn ? colors.green : colors.lightGrey);
+}
+
 void paintTimeBar(QPainter& painter, double x, double height, const QColor& color) {
     const QRectF bar(x + kBarMiddle - kBar / 2, 0, kBar, height);
     painter.fillRect(alignedToDevice(painter, bar), color);

@@ -19,6 +19,9 @@ class PCProjectTimeManager;
 void paintRuler(QPainter& painter, const PCProjectTimeManager& time, double width,
                 double scrollOffset, int32_t maxTimeInMS, const QColor& fill);
 
+/// Marks what is played over and over, along the ruler's lower edge; paler while it is off.
+void paintLoopRange(QPainter& painter, double from, double to, bool isOn);
+
 /// The line of the playhead or of the skim bar, from the top to `height`.
 void paintTimeBar(QPainter& painter, double x, double height, const QColor& color);
 

@@ -3,7 +3,9 @@
 #include <QFontMetrics>
 #include <QPainter>
 
+#include "editor/commands.h"
 #include "ui/timeline/head_buttons.h"
+#include "ui/timeline/keyframe_text.h"
 #include "ui/timeline/zoom_slider.h"
 #include "ui/widgets/appearance.h"
 #include "ui/widgets/fonts.h"
@@ -43,10 +45,10 @@ TimelineHeader::TimelineHeader(int zoomStops, QWidget* parent)
       m_keyAll(new KeyAllButton(this)),
       m_easing(new EasingButton(this)),
       m_zoom(new ZoomSlider(zoomStops, this)),
-      m_zoomOut(magnifier(u"zoom_out"_s, u"Zoom Timeline Out"_s, &TimelineHeader::zoomOutPressed)),
-      m_zoomIn(magnifier(u"zoom_in"_s, u"Zoom Timeline In"_s, &TimelineHeader::zoomInPressed)),
+      m_zoomOut(magnifier(u"zoom_out"_s, u"zoomTimelineOut"_s, &TimelineHeader::zoomOutPressed)),
+      m_zoomIn(magnifier(u"zoom_in"_s, u"zoomTimelineIn"_s, &TimelineHeader::zoomInPressed)),
       m_fill(Appearance::current().workbench().timelineRest) {
-    m_keyAll->setToolTip(u"Key All"_s);
+    m_keyAll->setToolTip(commandToolTip(u"Key All"_s, u"keyAll"_s));
     m_easing->setToolTip(u"Easing of New Keyframes"_s);
     m_easing->setAccessibleName(u"Easing"_s);
     m_zoom->setToolTip(u"Timeline Zoom"_s);
@@ -59,11 +61,12 @@ TimelineHeader::TimelineHeader(int zoomStops, QWidget* parent)
     setTabOrder(m_zoom, m_zoomIn);
 }
 
-QWidget* TimelineHeader::magnifier(const QString& picture, const QString& name,
+QWidget* TimelineHeader::magnifier(const QString& picture, const QString& command,
                                    void (TimelineHeader::*pressed)()) {
     auto* button = new IconButton(picture, kMagnifier, this);
     button->setInk([] { return Appearance::current().workbench().lightGrey; });
-    button->setToolTip(name);
+    const QString name = commandNamed(command)->title;
+    button->setToolTip(commandToolTip(name, command));
     button->setAccessibleName(name);
     connect(button, &QAbstractButton::clicked, this, pressed);
     return button;

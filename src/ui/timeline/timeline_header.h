@@ -46,7 +46,7 @@ class TimelineHeader : public QWidget {
     QString m_easingName;
     QColor m_fill;
 
-    QWidget* magnifier(const QString& picture, const QString& name,
+    QWidget* magnifier(const QString& picture, const QString& command,
                        void (TimelineHeader::*pressed)());
 };
 

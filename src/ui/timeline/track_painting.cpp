@@ -7,6 +7,7 @@
 
 #include "editor/timeline/keyframe_manager.h"
 #include "editor/timeline/project_time_manager.h"
+#include "editor/timeline/timeline_hits.h"
 #include "ui/timeline/keyframe_painting.h"
 #include "ui/widgets/colors.h"
 #include "ui/widgets/device_pixels.h"
@@ -101,21 +102,15 @@ void paintBaseLine(QPainter& painter, const QColor& color, double from, double t
     }
 }
 
-bool changesValue(const PCKeyedPropertyTimeline& timeline, size_t endIndex) {
-    if (endIndex == 0) {
-        return !valuesEqual(timeline.valueOfKeyframeAtIndex(0), timeline.setupValue());
-    }
-    return !valuesEqual(timeline.storedValueOfKeyframe(endIndex),
-                        timeline.storedValueOfKeyframe(endIndex - 1));
-}
+}  // namespace
 
 bool tweenShows(const PCKeyedPropertyTimeline& timeline, size_t endIndex) {
+    const int32_t start = endIndex == 0 ? 0 : timeline.timeOfKeyframe(endIndex - 1);
+    if (timeline.timeOfKeyframe(endIndex) <= start) { return false; }
     const bool jumps = timeline.keyframeIsInstant(endIndex) ||
                        (endIndex > 0 && timeline.keyframeIsInstant(endIndex - 1));
     return !jumps && changesValue(timeline, endIndex);
 }
-
-}  // namespace
 
 void paintTween(QPainter& painter, const TweenLook& look, double start, double end,
                 TrackSpan visible) {

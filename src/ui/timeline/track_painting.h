@@ -36,6 +36,10 @@ void paintTween(QPainter& painter, const TweenLook& look, double start, double e
 /// 90 by 15 points, with its left edge at `x`; nothing for a timeline that plays once.
 void paintLoopMarker(QPainter& painter, double x, PCRepeatBehavior behavior);
 
+/// Whether there is a curve from the keyframe before, or from the setup state, to the one at
+/// `endIndex`: neither jumps, and they differ in time and value.
+bool tweenShows(const PCKeyedPropertyTimeline& timeline, size_t endIndex);
+
 /// The keyframes of one timeline, their tweens and the loop marker: those that `visible` shows.
 /// `scrollOffset` is the point of the timeline at the track's left edge.
 void paintTrack(QPainter& painter, const PCKeyedPropertyTimeline& timeline,

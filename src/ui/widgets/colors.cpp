@@ -153,11 +153,19 @@ WorkbenchColors ordinaryWorkbench() {
         .pane = rgb(0xD1D1D1),
         .paneInk = Qt::black,
         .paneIcon = rgb(0x5E5E5E),
+        .paneSecondInk = rgb(0x555555),
         .checkerLight = rgb(0xF6F6F6),
         .checkerDark = rgb(0xE4E4E4),
         .fieldFill = grey(0.7F),
         .fieldLine = rgb(0x6E6E6E),
         .fieldInk = Qt::white,
+        .fieldRefused = rgb(0xB3261E),
+        .paneRow = grey(0.886F),
+        .paneRowLine = black(0.11),
+        .keyButton = grey(0.698039F),
+        .dial = grey(0.7F),
+        .knob = Qt::white,
+        .badge = rgb(0x3C3C3C),
         .bracket = rgb(0x6A6A6A),
         .accent = rgb(0x0B66B0),
         .track = rgb(0xF3F3F3),
@@ -191,6 +199,7 @@ WorkbenchColors ordinaryWorkbench() {
 WorkbenchColors contrastWorkbench() {
     WorkbenchColors colors = ordinaryWorkbench();
     colors.paneIcon = colors.paneInk;
+    colors.paneSecondInk = colors.paneInk;
     colors.fieldFill = rgb(0x5E5E5E);
     colors.fieldLine = kContrastLineOnLight;
     colors.bracket = kContrastLineOnLight;

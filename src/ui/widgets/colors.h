@@ -73,11 +73,19 @@ struct WorkbenchColors {
     QColor pane;          // inspector
     QColor paneInk;
     QColor paneIcon;
+    QColor paneSecondInk;  // units and what is told beside a picture
     QColor checkerLight;
     QColor checkerDark;
     QColor fieldFill;  // inspector fields
     QColor fieldLine;
     QColor fieldInk;
+    QColor fieldRefused;  // the line of a field whose text was refused
+    QColor paneRow;       // rows of the children's order
+    QColor paneRowLine;
+    QColor keyButton;
+    QColor dial;
+    QColor knob;
+    QColor badge;  // the sign that a picture can be changed
     QColor bracket;
     QColor accent;
     QColor track;

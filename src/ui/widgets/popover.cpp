@@ -20,7 +20,6 @@ constexpr int kArrowHeight = 9;
 constexpr int kShadow = 12;  // how far it reaches
 constexpr int kShadowDrop = 3;
 constexpr int kRadius = 8;
-constexpr int kFrame = 1;
 /// All round the panel, for shadow and arrow.
 constexpr int kMargin = kShadow;
 constexpr int kWindowMargin = 4;  // between the panel and the edge of the window
@@ -96,7 +95,7 @@ void Popover::place() {
     if (!m_owner) { return; }
     const QRect window = parentWidget()->rect();
     const QRect anchor = anchorInWindow();
-    QSize size = m_content->sizeHint() + QSize(2 * kFrame, 2 * kFrame);
+    QSize size = m_content->sizeHint();
     const int above = anchor.top() - kArrowHeight - kWindowMargin;
     const int below = window.bottom() - anchor.bottom() - kArrowHeight - kWindowMargin;
     const bool prefersBelow = m_preferred == Side::Below;
@@ -116,7 +115,7 @@ void Popover::place() {
     const int cornerRoom = kRadius + kArrowWidth / 2;
     m_arrowX = std::clamp(middle - x(), panel.left() + cornerRoom,
                           std::max(panel.left() + cornerRoom, panel.right() - cornerRoom));
-    m_content->setGeometry(panel.adjusted(kFrame, kFrame, -kFrame, -kFrame));
+    m_content->setGeometry(panel);
     m_content->show();
     update();
 }
@@ -143,9 +142,7 @@ void Popover::vanish() {
 }
 
 void Popover::focusMoved(QWidget* focus) {
-    if (focus && focus != this && !isAncestorOf(focus) && focus->window() == window()) {
-        vanish();
-    }
+    if (focus && focus != this && !isAncestorOf(focus) && focus->window() == window()) { vanish(); }
 }
 
 bool Popover::anchorMovesWith(const QObject* object) const {

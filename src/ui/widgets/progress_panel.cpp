@@ -40,6 +40,8 @@ ProgressPanel::ProgressPanel(QWidget* parent) : QWidget(parent) {
     m_detail.setTextFormat(Qt::PlainText);
     m_title.setTextFormat(Qt::PlainText);
     m_detail.setForegroundRole(QPalette::PlaceholderText);
+    m_button.setText(u"Stop"_s);
+    m_bar.setAccessibleName(u"Progress"_s);
     m_bar.setTextVisible(false);
     m_bar.setFixedHeight(sizes::progressBarHeight);
     connect(&m_button, &QAbstractButton::clicked, this, [this] {

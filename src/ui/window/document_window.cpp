@@ -17,6 +17,7 @@
 #include "ui/export/export_sheet.h"
 #include "ui/inspector/inspector_pane.h"
 #include "ui/navigators/navigator.h"
+#include "ui/timeline/keyframe_dialog.h"
 #include "ui/timeline/timeline_pane.h"
 #include "ui/window/canvas_area.h"
 #include "ui/window/main_menu.h"
@@ -91,6 +92,7 @@ void DocumentWindow::tearDown() {
     delete std::exchange(m_exportSheet, nullptr);
     m_subscriptions.clear();
     m_canvas = nullptr;
+    m_timeline = nullptr;
     m_toolbar = nullptr;
     delete takeCentralWidget();
     delete std::exchange(m_menu, nullptr);
@@ -108,7 +110,10 @@ WindowHooks DocumentWindow::hooks() {
             [this](std::chrono::milliseconds delay, std::function<void()> call) {
                 QTimer::singleShot(delay, this, std::move(call));
             },
-            [this] { updateLater(); }};
+            [this] { updateLater(); },
+            [this] {
+                if (m_timeline) { m_timeline->overlayDidChange(); }
+            }};
 }
 
 void DocumentWindow::buildPanes() {
@@ -130,7 +135,11 @@ void DocumentWindow::buildPanes() {
     column->setSpacing(0);
     column->addWidget(m_split, 1);
     setCentralWidget(content);
-    connect(m_canvas, &CanvasView::contextMenuRequested, this, &DocumentWindow::showContextMenu);
+    connect(m_canvas, &CanvasView::contextMenuRequested, this,
+            [this](QPoint position) { showContextMenu(contextCommands(), position); });
+    connect(m_timeline, &TimelinePane::contextMenuRequested, this,
+            &DocumentWindow::showContextMenu);
+    connect(m_inspector, &InspectorPane::left, m_canvas, [this] { m_canvas->setFocus(); });
     connect(m_canvas, &CanvasView::viewportChanged, this, &DocumentWindow::viewportDidChange);
 }
 
@@ -149,6 +158,8 @@ void DocumentWindow::listen() {
     };
     m_subscriptions.clear();
     keep(m_controller->selectionManager().addSelectionListener(this));
+    keep(m_controller->keyframeManager().addSelectionListener(this));
+    keep(m_controller->playback().addLoopRangeHandler([this] { updateLater(); }));
     keep(project.animationsManager().addChangeListener(this));
     keep(m_controller->timeManager().addPlaybackStateListener(this));
     keep(project.undoManager().addChangeHandler([this] { updateLater(); }));
@@ -176,6 +187,7 @@ void DocumentWindow::addWindowCommands() {
     commands.add(u"nextPane"_s, {[this] { focusPane(1); }});
     commands.add(u"previousPane"_s, {[this] { focusPane(-1); }});
     addPaneCommands(commands);
+    addKeyframeDialogCommands(commands, m_controller->keyframeCommands(), this);
     m_owner.addCommands(commands, *this);
 }
 
@@ -184,8 +196,8 @@ void DocumentWindow::endTextEdit() {
     m_navigator->endEditing();
 }
 
-void DocumentWindow::showContextMenu(QPoint position) {
-    execContextMenu(*m_menu, this, contextCommands(), position);
+void DocumentWindow::showContextMenu(const QStringList& commands, QPoint position) {
+    execContextMenu(*m_menu, this, commands, position);
 }
 
 // Keys that no pane took.
@@ -247,6 +259,7 @@ void DocumentWindow::updateCommands() {
     m_toolbar->setDirectCursorItemActive(interaction.tool() == PCSelectionStateDirect);
     m_toolbar->setHandCursorItemActive(interaction.tool() == PCSelectionStateHand);
     m_toolbar->setPlayItemActive(m_controller->isPlayingBack());
+    m_timeline->showDefaultEasing();
 }
 
 void DocumentWindow::updateTitle() {

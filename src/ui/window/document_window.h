@@ -40,6 +40,7 @@ class DocumentWindowOwner {
 class DocumentWindow : public QMainWindow,
                        private OpenDocumentObserver,
                        private PCElementSelectionManagerListener,
+                       private PCKeyframeManagerSelectionListener,
                        private PCAnimationsManagerChangeListener,
                        private PCProjectTimeManagerPlaybackStateListener {
     Q_OBJECT
@@ -57,6 +58,7 @@ class DocumentWindow : public QMainWindow,
     CanvasView& canvas() { return *m_canvas; }
     MainMenu& menu() { return *m_menu; }
     SplitView& splitView() { return *m_split; }
+    TimelinePane& timeline() { return *m_timeline; }
     /// At the size and place that the project remembers, or in the middle of the screen.
     void showAsRemembered();
     /// Ends a text edit that is open, which takes what was typed.
@@ -121,7 +123,7 @@ class DocumentWindow : public QMainWindow,
     void viewportDidChange();
     void followScreen();
     bool handleDigit(const QKeyEvent& event);
-    void showContextMenu(QPoint position);
+    void showContextMenu(const QStringList& commands, QPoint position);
     void openExportSheet();
     void closeExportSheet();
     void tellExport(const ExportOutcome& outcome);
@@ -137,6 +139,18 @@ class DocumentWindow : public QMainWindow,
     }
     void elementSelectionManagerDidDeselectElement(PCElementSelectionManager&,
                                                    const PCElement::Ptr&) override {
+        updateLater();
+    }
+    void keyframeSelectionManagerDidSelectKeyframe(PCKeyframeManager&, const Keyframe&) override {
+        updateLater();
+    }
+    void keyframeSelectionManagerDidDeselectKeyframe(PCKeyframeManager&, const Keyframe&) override {
+        updateLater();
+    }
+    void keyframeManagerDidSelectTween(PCKeyframeManager&, const Keyframe&) override {
+        updateLater();
+    }
+    void keyframeManagerDidDeselectTween(PCKeyframeManager&, const Keyframe&) override {
         updateLater();
     }
     void animationManagerDidSelectAnimation(PCAnimationsManager&, const PCAnimation::Ptr&) override;
