@@ -41,6 +41,9 @@ if(TARGET tweenery)
         install(FILES ${resources}/icons/tweenery_small.svg DESTINATION ${icons}/${size}x${size}/apps
                 RENAME ${id}.svg COMPONENT program)
     endforeach()
+    # Where the start window looks for them, from the program's own folder.
+    install(DIRECTORY ${CMAKE_BINARY_DIR}/share/tweenery/samples COMPONENT program
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/tweenery)
     # Where Help looks for it, from the program's own folder.
     install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/guide COMPONENT program
             DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tweenery)

@@ -3,12 +3,17 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QMenu>
+#include <QScreen>
+#include <QStyle>
+#include <QTimer>
 #include <algorithm>
 
 #include "app/about.h"
 #include "app/recent_projects.h"
 #include "base/errors.h"
 #include "editor/documents/project_path.h"
+#include "model/preferences/app_preferences.h"
+#include "ui/start/start_window.h"
 #include "ui/window/main_menu.h"
 #include "ui/window/preferences_window.h"
 #include "ui/window/shortcuts_window.h"
@@ -20,6 +25,8 @@ namespace {
 
 constexpr int kCancel = 0;
 const QString kUntitled = u"Untitled"_s;
+// A window of its own, such as a second start's, may come first.
+constexpr std::chrono::milliseconds kGreetingDelay{100};
 
 void bringToFront(QWidget& window) {
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
@@ -36,6 +43,7 @@ PCDocumentController::PCDocumentController(DocumentServices& services, const Des
 
 PCDocumentController::~PCDocumentController() {
     delete m_preferences;
+    delete m_start;
     for (DocumentWindow* window : std::exchange(m_windows, {})) {
         delete window;
     }
@@ -49,9 +57,10 @@ DocumentWindow& PCDocumentController::show(std::unique_ptr<OpenDocument> documen
     window->installEventFilter(this);
     connect(window, &QObject::destroyed, this, [this, window] {
         std::erase(m_windows, window);
-        if (m_windows.empty()) { QApplication::quit(); }
+        if (m_windows.empty() && !m_start) { QApplication::quit(); }
     });
     window->showAsRemembered();
+    leaveStartWindow();
     return *window;
 }
 
@@ -64,11 +73,61 @@ bool PCDocumentController::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void PCDocumentController::raise() {
-    if (m_windows.empty()) {
-        newDocument();
-    } else {
-        bringToFront(*m_windows.back());
-    }
+    if (!m_windows.empty()) { return bringToFront(*m_windows.back()); }
+    if (m_start) { return bringToFront(*m_start); }
+    showStartWindow();
+}
+
+// The start window.
+
+void PCDocumentController::greet() {
+    QTimer::singleShot(kGreetingDelay, this, [this] {
+        if (!m_windows.empty() || m_start) { return; }
+        if (PCAppPreferences::showsOnboardWindowAtLaunch()) {
+            showStartWindow();
+        } else {
+            newDocument();
+        }
+    });
+}
+
+void PCDocumentController::showStartWindow() {
+    leaveStartWindow();
+    m_start = new StartWindow(recentProjectsAt(recentProjects()), samplesFolder());
+    m_start->setAttribute(Qt::WA_DeleteOnClose);
+    connect(m_start, &StartWindow::newProjectWanted, this, [this] { newDocument(); });
+    connect(m_start, &StartWindow::openPanelWanted, this,
+            [this] { open(m_panel.chooseProjects(m_start)); });
+    connect(m_start, &StartWindow::projectChosen, this,
+            [this](const QString& path) { tryToOpen(path, OpenAs::Recent); });
+    connect(m_start, &StartWindow::sampleChosen, this,
+            [this](const QString& path) { tryToOpen(path, OpenAs::Sample); });
+    connect(m_start, &StartWindow::recentRemoved, this, &removeRecentProject);
+    lookAtRecents();
+    m_start->move(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, m_start->size(),
+                                      m_start->screen()->availableGeometry())
+                      .topLeft());
+    bringToFront(*m_start);
+}
+
+void PCDocumentController::lookAtRecents() {
+    m_looking = std::make_unique<LooseThread>(
+        [projects = recentProjectsAt(recentProjects()), this](const LooseThread::Tell& tell) {
+            for (RecentProject project : projects) {
+                look(project);
+                const bool isWanted = tell([this, project] {
+                    if (m_start) { m_start->recents().update(project); }
+                });
+                if (!isWanted) { return; }
+            }
+        });
+}
+
+void PCDocumentController::leaveStartWindow() {
+    if (!m_start) { return; }
+    m_start->hide();
+    m_start->deleteLater();
+    m_start = nullptr;
 }
 
 void PCDocumentController::showNextWindow(DocumentWindow& window) {
@@ -116,17 +175,36 @@ DocumentWindow* PCDocumentController::windowOf(const QString& path) const {
 }
 
 void PCDocumentController::openOne(const QString& path) {
-    if (DocumentWindow* window = windowOf(path)) { return bringToFront(*window); }
+    if (DocumentWindow* window = windowOf(path)) {
+        leaveStartWindow();
+        return bringToFront(*window);
+    }
+    tryToOpen(path, OpenAs::Project);
+}
+
+void PCDocumentController::tryToOpen(const QString& path, OpenAs as) {
+    if (as == OpenAs::Recent && windowOf(path)) { return openOne(path); }
     try {
-        if (auto document = openInMode(path)) {
+        if (as == OpenAs::Sample) {
+            auto copy = std::make_unique<OpenDocument>(m_services);
+            if (copy->open(path, OpenDocument::OpenMode::Copy) == OpenDocument::Opening::Opened) {
+                show(std::move(copy));
+            }
+        } else if (auto document = openInMode(path)) {
             addRecentProject(document->path());
             show(std::move(document));
         }
     } catch (const InputError& error) {
-        m_ports.alerts.runModal({u"“%1” Cannot Be Opened"_s.arg(QFileInfo(path).fileName()),
-                                 u"“%1” %2."_s.arg(error.entry(), error.reason()),
-                                 {u"Ok"_s},
-                                 {}});
+        const QString reason = u"“%1” %2."_s.arg(error.entry(), error.reason());
+        const QFileInfo file(path);
+        Alert alert{u"“%1” Cannot Be Opened"_s.arg(file.fileName()), reason, {u"Ok"_s}, {}};
+        if (as != OpenAs::Project) {
+            alert.message = u"Problem Opening Document"_s;
+            alert.informativeText =
+                u"There was a problem opening %1\n%2"_s.arg(file.completeBaseName(), reason);
+        }
+        m_ports.alerts.runModal(alert);
+        if (m_start) { lookAtRecents(); }
     }
 }
 
@@ -291,6 +369,7 @@ void PCDocumentController::addCommands(CommandSet& commands, DocumentWindow& win
     commands.add(u"openPreferences"_s, {[this] { showPreferences(); }});
     commands.add(u"nextWindow"_s, {[this, &window] { showNextWindow(window); },
                                    [this] { return m_windows.size() > 1; }});
+    commands.add(u"openOnboardingWindow"_s, {[this] { showStartWindow(); }});
     commands.add(u"showShortcuts"_s, {[&window] { showShortcuts(window); }});
     commands.add(u"about"_s, {[&window] { showAbout(&window); }});
     commands.add(u"openHelp"_s, {[this] { m_ports.workspace.openUrl(helpUrl()); }});

@@ -1,12 +1,16 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <vector>
 
+#include "app/loose_thread.h"
 #include "app/project_panel.h"
 #include "editor/documents/open_document.h"
+#include "ui/start/start_window.h"
 #include "ui/window/document_window.h"
 
 namespace tweenery {
@@ -29,8 +33,15 @@ class PCDocumentController : public QObject, private DocumentWindowOwner {
     void open(const QStringList& paths);
     /// Work that other processes left behind comes back, each with a notice.
     void openRecovered();
-    /// The window last used comes to the front; without one a new project opens.
+    /// The window last used comes to the front; without one the start window.
     void raise();
+    /// At the program's start without a project to open: shows the start window, or a new project
+    /// where the user does not want that, unless some window is there after a moment.
+    void greet();
+    /// Anew, with recent projects as they are now.
+    void showStartWindow();
+    /// Null when it does not show.
+    StartWindow* startWindow() const { return m_start; }
     /// Closes all windows, with one question for all that would lose something.
     void quit();
 
@@ -40,11 +51,17 @@ class PCDocumentController : public QObject, private DocumentWindowOwner {
     ProjectPanelPort& m_panel;
     std::vector<DocumentWindow*> m_windows;  // the one last used at the end
     PreferencesWindow* m_preferences = nullptr;
+    QPointer<StartWindow> m_start;
+    std::unique_ptr<LooseThread> m_looking;  // at the recent projects
 
     using Windows = std::vector<DocumentWindow*>;
 
     DocumentWindow& show(std::unique_ptr<OpenDocument> document);
     void openOne(const QString& path);
+    enum class OpenAs { Project, Recent, Sample };
+    void tryToOpen(const QString& path, OpenAs as);
+    void lookAtRecents();
+    void leaveStartWindow();
     std::unique_ptr<OpenDocument> openInMode(const QString& path);
     DocumentWindow* windowOf(const QString& path) const;
     QString freeUntitledName() const;

@@ -84,6 +84,7 @@ int run(QApplication& application, const CommandLine& line) {
     instance.setHandler(open);
     QTimer::singleShot(0, &application, [&program, &line, open] {
         program.documents.openRecovered();
+        if (line.projects.isEmpty()) { return program.documents.greet(); }
         open(line.projects);
     });
     return QApplication::exec();

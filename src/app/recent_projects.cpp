@@ -92,6 +92,17 @@ void addRecentProject(const QString& path) {
     } catch (const InputError&) { setOwnList(waiting); }
 }
 
+void removeRecentProject(const QString& path) {
+    QStringList own = ownList();
+    if (own.removeAll(path) > 0) { setOwnList(own); }
+    try {
+        BookmarkFile list = readList();
+        if (!list.paths().contains(path)) { return; }
+        list.remove(path);
+        writeList(list);
+    } catch (const InputError&) {}
+}
+
 void clearRecentProjects() {
     setOwnList({});
     try {

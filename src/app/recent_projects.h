@@ -10,6 +10,8 @@ namespace tweenery {
 QStringList recentProjects();
 /// Makes the project at `path` the newest.
 void addRecentProject(const QString& path);
+/// Forgets the project at `path`, which may be gone.
+void removeRecentProject(const QString& path);
 /// Forgets all of them. What other programs registered stays.
 void clearRecentProjects();
 

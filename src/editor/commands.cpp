@@ -208,6 +208,7 @@ std::vector<Command> makeCommands() {
     MenuTable(commands, u"Window"_s)
         .item(u"minimize"_s, u"Minimize"_s, u"Ctrl+M"_s)
         .item(u"nextWindow"_s, u"Next Window"_s, u"Ctrl+F6"_s)
+        .item(u"openOnboardingWindow"_s, u"Start Window"_s)
         .section()
         .item(u"nextPane"_s, u"Next Pane"_s, u"F6"_s)
         .item(u"previousPane"_s, u"Previous Pane"_s, u"Shift+F6"_s);

@@ -30,13 +30,13 @@ struct RunWatch {
 };
 
 struct PreviewReading {
-    std::unique_ptr<ExportPreview> preview;
+    std::unique_ptr<ScenePreview> preview;
     QString failure;
 };
 
 PreviewReading readingOf(const DocumentSnapshot& snapshot, double backingScale) {
     try {
-        return {ExportPreview::read(snapshot, backingScale), {}};
+        return {ScenePreview::read(snapshot, backingScale), {}};
     } catch (const InputError& error) {
         return {nullptr, u"“%1” %2."_s.arg(error.entry(), error.reason())};
     }

@@ -8,8 +8,8 @@
 #include "base/ports.h"
 #include "editor/documents/disk_thread.h"
 #include "publish/export_job.h"
-#include "publish/export_preview.h"
 #include "publish/export_toggles.h"
+#include "publish/scene_preview.h"
 
 namespace tweenery {
 
@@ -44,7 +44,7 @@ class ExportSession {
 
     const QString& projectName() const { return m_name; }
     /// Null until it has been read, and when it cannot be.
-    ExportPreview* preview() { return m_preview.get(); }
+    ScenePreview* preview() { return m_preview.get(); }
     /// Tells the preview's layers what time it is.
     void tick();
     /// A click on an animation's row: plays it, or stops it.
@@ -75,7 +75,7 @@ class ExportSession {
     const Ports m_ports;
     const Hooks m_hooks;
     const std::shared_ptr<ExportJob> m_job;  // the thread's
-    std::unique_ptr<ExportPreview> m_preview;
+    std::unique_ptr<ScenePreview> m_preview;
     ExportForecast m_forecast;
     QString m_message;
     double m_openedAt = 0;

@@ -8,7 +8,9 @@
 #include <QTest>
 
 #include "editor/controller_scene.h"
+#include "model/preferences/app_preferences.h"
 #include "support/test_paths.h"
+#include "ui/start/start_window.h"
 
 namespace tweenery::test {
 namespace {
@@ -117,6 +119,49 @@ TEST_F(Documents, SavingAnUntitledOneAsksWhere) {
     EXPECT_TRUE(alerts.shown.empty());
     documents.quit();
     EXPECT_TRUE(allClose());
+}
+
+TEST_F(Documents, TheStartWindowStaysUntilSomethingOpens) {
+    documents.showStartWindow();
+    const QPointer<StartWindow> start = documents.startWindow();
+    ASSERT_TRUE(start && start->isVisible());
+    alerts.answers = {0};
+    Q_EMIT start->projectChosen(folder.filePath(u"Old Splash.tweenery"_s));
+    ASSERT_EQ(alerts.shown.size(), 1U);
+    EXPECT_EQ(alerts.shown[0].message, u"Problem Opening Document");
+    EXPECT_TRUE(
+        alerts.shown[0].informativeText.startsWith(u"There was a problem opening Old Splash\n"_s));
+    EXPECT_TRUE(start && start->isVisible());
+
+    Q_EMIT start->sampleChosen(sample());
+    ASSERT_EQ(documents.windows().size(), 1U);
+    EXPECT_TRUE(documents.windows()[0]->document().isUntitled()) << "a copy";
+    EXPECT_FALSE(documents.startWindow());
+    documents.showStartWindow();
+    Q_EMIT documents.startWindow()->newProjectWanted();
+    EXPECT_EQ(documents.windows().size(), 2U);
+    EXPECT_FALSE(documents.startWindow());
+}
+
+TEST_F(Documents, AStartWithoutAProjectGreets) {
+    for (const bool wantsStartWindow : {true, false}) {
+        PCAppPreferences::setShowsOnnboardWindowAtLaunch(wantsStartWindow);
+        PCDocumentController fresh(services, {alerts, panel, clipboard, workspace, clock, log},
+                                   places);
+        fresh.greet();
+        EXPECT_TRUE(!fresh.startWindow() && fresh.windows().empty()) << "not at once";
+        EXPECT_TRUE(
+            QTest::qWaitFor([&] { return fresh.startWindow() || !fresh.windows().empty(); }));
+        EXPECT_EQ(fresh.startWindow() != nullptr, wantsStartWindow);
+    }
+    PCAppPreferences::setShowsOnnboardWindowAtLaunch(true);
+    PCDocumentController busy(services, {alerts, panel, clipboard, workspace, clock, log}, places);
+    busy.greet();
+    busy.open({sample()});
+    QTest::qWait(250);
+    EXPECT_FALSE(busy.startWindow()) << "a window that is there keeps it away";
+    busy.raise();
+    EXPECT_FALSE(busy.startWindow());
 }
 
 }  // namespace

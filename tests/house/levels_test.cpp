@@ -38,6 +38,7 @@ const QMap<QString, int> levels = {
     {u"ui/inspector"_s, 41},
     {u"ui/navigators"_s, 41},
     {u"ui/export"_s, 41},
+    {u"ui/start"_s, 41},
     {u"ui/window"_s, 42},
     {u"app"_s, 50},
     {u"cli/support"_s, 50},

@@ -306,7 +306,7 @@ QWidget* ExportSheet::makeFoot() {
 
 void ExportSheet::refresh() {
     QStringList title{m_session.projectName()};
-    if (const ExportPreview* preview = m_session.preview()) {
+    if (const ScenePreview* preview = m_session.preview()) {
         title << sizeText(preview->canvasSize());
     }
     m_subtitle->setText(title.join(u" · "_s));
@@ -319,7 +319,7 @@ void ExportSheet::refresh() {
 }
 
 void ExportSheet::updateAnimations() {
-    const ExportPreview* preview = m_session.preview();
+    const ScenePreview* preview = m_session.preview();
     if (!preview) { return; }
     const auto& animations = preview->animations();
     while (m_animations.size() < animations.size()) {
@@ -414,7 +414,7 @@ void ExportSheet::beginExport() {
 
 void ExportSheet::cancel() {
     if (m_session.isRunning()) { return m_session.stop(); }
-    if (ExportPreview* preview = m_session.preview()) { preview->stopAll(); }
+    if (ScenePreview* preview = m_session.preview()) { preview->stopAll(); }
     Q_EMIT closed();
 }
 

@@ -23,7 +23,7 @@ PreviewView::PreviewView(ExportSession& session, QWidget* parent)
 }
 
 void PreviewView::refresh() {
-    ExportPreview* preview = m_session.preview();
+    ScenePreview* preview = m_session.preview();
     if (!preview) { return; }
     preview->setViewSize(size());
     if (!preview->isAnyRunning()) {
@@ -42,7 +42,7 @@ void PreviewView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const double ratio = devicePixelRatioF();
     const QSize pixels = (QSizeF(size()) * ratio).toSize();
-    ExportPreview* preview = m_session.preview();
+    ScenePreview* preview = m_session.preview();
     if (!preview || pixels.isEmpty()) {
         painter.fillRect(rect(), Appearance::current().workbench().lightGrey);
         return;

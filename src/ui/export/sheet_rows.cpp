@@ -60,7 +60,7 @@ PCPreviewAnimationCellView::PCPreviewAnimationCellView(QWidget* parent) : QAbstr
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
-void PCPreviewAnimationCellView::show(const ExportPreview::Animation& animation) {
+void PCPreviewAnimationCellView::show(const ScenePreview::Animation& animation) {
     m_animation = animation;
     setChecked(animation.isRunning);
     setText(animation.name);

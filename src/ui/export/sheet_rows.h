@@ -4,7 +4,7 @@
 #include <QTextLayout>
 
 #include "codegen/export_diagnostics.h"
-#include "publish/export_preview.h"
+#include "publish/scene_preview.h"
 
 namespace tweenery {
 
@@ -16,7 +16,7 @@ class PCPreviewAnimationCellView : public QAbstractButton {
  public:
     explicit PCPreviewAnimationCellView(QWidget* parent = nullptr);
 
-    void show(const ExportPreview::Animation& animation);
+    void show(const ScenePreview::Animation& animation);
 
     QSize sizeHint() const override;
 
@@ -26,7 +26,7 @@ class PCPreviewAnimationCellView : public QAbstractButton {
     void nextCheckState() override {}
 
  private:
-    ExportPreview::Animation m_animation;
+    ScenePreview::Animation m_animation;
 };
 
 /// What a designer should know before an export, in at most two lines; a press leads there.

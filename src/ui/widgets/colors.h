@@ -45,6 +45,7 @@ struct FrameColors {
     QColor dim;           // over a window that waits for its sheet
     QColor paper;         // the sheet's head and list
     QColor recents;       // the list of recent projects
+    QColor titleGround;   // behind the start window's title and videos
     QColor statusFill;    // the plate at the canvas's lower left
     QColor statusInk;
     QColor scrollThumb;

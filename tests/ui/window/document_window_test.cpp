@@ -107,10 +107,10 @@ TEST(DocumentWindow, ANewAnimationIsNamedAndDoesNotPlay) {
 // Every command of menu, window and canvas is performed by somebody.
 TEST(DocumentWindow, EveryCommandHasAnAction) {
     const QSet<QString> ofTheProgram{
-        u"newDocument"_s,         u"openDocument"_s,     u"saveDocument"_s,  u"saveDocumentAs"_s,
-        u"revertDocument"_s,      u"saveDocumentCopy"_s, u"quit"_s,          u"openPreferences"_s,
-        u"nextWindow"_s,          u"openHelp"_s,         u"showShortcuts"_s, u"about"_s,
-        u"exportGeneratedCode"_s, u"openRecent"_s};
+        u"newDocument"_s,          u"openDocument"_s,     u"saveDocument"_s,  u"saveDocumentAs"_s,
+        u"revertDocument"_s,       u"saveDocumentCopy"_s, u"quit"_s,          u"openPreferences"_s,
+        u"nextWindow"_s,           u"openHelp"_s,         u"showShortcuts"_s, u"about"_s,
+        u"openOnboardingWindow"_s, u"openRecent"_s};
     WindowScene scene("A G{B}");
     const auto walk = selectNewAnimation(scene.project(), u"Walk"_s);
     named(scene.project(), u"A"_s)->setXTranslation(1, 0);
