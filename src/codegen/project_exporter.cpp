@@ -33,7 +33,8 @@ ExportOptions ExportOptions::fromPreferences(PCProject& project) {
             preferences.generatedCodeIncludesImages(),
             preferences.generatedCodeCleansImageDirectory(),
             false,
-            {TWEENERY_VERSION, date.toStdString()}};
+            {TWEENERY_VERSION, date.toStdString()},
+            NumberDigits::Fixed};
 }
 
 ExportResult exportCodeToDirectory(const std::shared_ptr<PCProject>& project,
@@ -43,6 +44,7 @@ ExportResult exportCodeToDirectory(const std::shared_ptr<PCProject>& project,
     generator.setProject(project);
     generator.setGenerateForMac(options.generateForMac);
     generator.setClipsCanvas(options.clipsToBounds);
+    generator.setNumberDigits(options.digits);
     if (usingSwift) {
         generator.setLanguageProvider(std::make_unique<PCSwiftCodeProvider>(options.stamp));
     } else {
@@ -71,7 +73,7 @@ std::vector<ExportDiagnostic> diagnosticsOfExport(PCProject& project, bool using
                                                   const ExportOptions& options) {
     const ExportPlan plan =
         planExport(project, {usingSwift ? TargetLanguage::Swift : TargetLanguage::ObjectiveC,
-                             options.generateForMac, options.clipsToBounds, false});
+                             options.generateForMac, options.clipsToBounds, false, options.digits});
     return exportDiagnostics(project, plan);
 }
 
