@@ -13,6 +13,8 @@ foreach(size 16 22 24)
 endforeach()
 # Where Help looks for it, from the program's own folder.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/guide DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tweenery)
+# What tweenc certify compiles exports against; the program looks for it from its own folder.
+install(DIRECTORY ${resources}/certify DESTINATION ${CMAKE_INSTALL_DATADIR}/tweenery)
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tweenery)
 install(TARGETS tweenc RUNTIME)
 if(TARGET tweenery)
