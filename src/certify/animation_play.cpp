@@ -319,6 +319,7 @@ bool AnimationPlay::hasStopped(const PlayerAnswers& answers, CertifiedPart& part
         Difference difference{
             1, u"running "_s + call.selector, {}, 0, u"goes on"_s, u"stops: "_s + reason, {}};
         if (warnsOfImages()) { difference.cause = DifferenceCause::Warning; }
+        part.isCompared = false;
         part.add(difference);
         part.remarks << u"%1 stops (%2)%3"_s.arg(
             call.selector, reason,

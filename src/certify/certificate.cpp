@@ -96,13 +96,20 @@ QString Certificate::summary() const {
         return u"not certified: %1 of %2 comparisons differ without a cause"_s.arg(failures).arg(
             comparisons());
     }
+    QString text = u"certified: %1 comparisons, "_s.arg(comparisons());
     const auto most = largest();
     if (!most || most->amount <= kNoticeableDifference) {
-        return u"certified: %1 comparisons, no difference above %2"_s.arg(
-            QString::number(comparisons()), QString::number(kNoticeableDifference));
+        text += u"no difference above %1"_s.arg(kNoticeableDifference);
+    } else {
+        text += u"largest difference "_s + textOf(*most);
+        if (most->cause) { text += u", since "_s + sentenceOf(*most->cause); }
     }
-    return u"certified: %1 comparisons, largest difference %2"_s.arg(QString::number(comparisons()),
-                                                                     textOf(*most));
+    const auto uncompared = std::count_if(parts.begin(), parts.end(),
+                                          [](const auto& part) { return !part.isCompared; });
+    if (uncompared > 0) {
+        text += u"; not compared, as the export warns: %1 of the animations"_s.arg(uncompared);
+    }
+    return text;
 }
 
 QString textOf(const Difference& difference) {

@@ -61,6 +61,7 @@ struct CertifiedPart {
     int64_t unexplainedCount = 0;
     std::vector<Difference> unexplained;  // the first few
     QStringList remarks;
+    bool isCompared = true;  // false where the export stops, as it warns
 
     bool holds() const { return unexplainedCount == 0; }
     /// Counts a comparison, and what differed.

@@ -7,6 +7,7 @@
 #include "certify/animation_play.h"
 #include "certify/child_process.h"
 #include "certify/slices_play.h"
+#include "certify/source_calls.h"
 #include "codegen/export_error.h"
 
 using namespace Qt::StringLiterals;
@@ -17,8 +18,8 @@ namespace {
 
 using Kind = CertifiedPart::Kind;
 
-constexpr std::chrono::minutes kLongestPlay{2};
 constexpr int kMostComplaints = 3;
+const QString kSwiftFolder = u"/swift/"_s;
 
 QByteArray contentsOf(const QString& path) {
     QFile file(path);
@@ -30,6 +31,38 @@ void writeContents(const QString& path, const QByteArray& contents) {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size()) {
         throw InputError(path, file.errorString());
+    }
+}
+
+// Each statement of the Swift against that of the Objective-C in the same place.
+void compareCalls(const std::vector<MethodCalls>& objectiveC, const std::vector<MethodCalls>& swift,
+                  CertifiedPart& part) {
+    const auto add = [&](const std::string& method, size_t line, const std::string& first,
+                         const std::string& second) {
+        const auto text = [](const std::string& words) {
+            return words.empty() ? u"nothing"_s : QString::fromStdString(words);
+        };
+        Difference difference{first == second ? 0.0 : 1.0,
+                              u"statement %1"_s.arg(line + 1),
+                              QString::fromStdString(method),
+                              0,
+                              text(first),
+                              text(second),
+                              {}};
+        part.add(difference);
+    };
+    for (size_t i = 0; i < std::max(objectiveC.size(), swift.size()); ++i) {
+        static const MethodCalls none;
+        const MethodCalls& first = i < objectiveC.size() ? objectiveC[i] : none;
+        const MethodCalls& second = i < swift.size() ? swift[i] : none;
+        add(first.name, 0, first.name, second.name);
+        const size_t count = std::max(first.statements.size(), second.statements.size());
+        for (size_t line = 0; line < count; ++line) {
+            const auto at = [line](const MethodCalls& method) {
+                return line < method.statements.size() ? method.statements[line] : std::string();
+            };
+            add(first.name, line, at(first), at(second));
+        }
     }
 }
 
@@ -65,6 +98,7 @@ class Certifier {
     void judgeScene(const PlayerAnswers& answers);
     void judgeAnimations(const PlayerAnswers& answers);
     void listLeftOut();
+    void compareSwift(const QString& folder);
     bool playsSlices() const { return !m_options.exportOptions.generateForMac; }
     CertifiedPart& addPart(Kind kind, const QString& name);
 };
@@ -87,6 +121,11 @@ bool Certifier::exportTo(const QString& folder) {
         all.isDryRun = false;
         const ExportResult result = exportCodeToDirectory(m_project, folder, false, all);
         m_certificate.diagnostics = result.diagnostics;
+        if (m_options.usingSwift) {
+            all.includesImages = false;
+            m_certificate.diagnostics =
+                exportCodeToDirectory(m_project, folder + kSwiftFolder, true, all).diagnostics;
+        }
         if (!result.files.failures.empty()) {
             const ExportFailure& failure = result.files.failures.front();
             throw InputError(failure.path, failure.reason);
@@ -151,7 +190,7 @@ std::optional<PlayerAnswers> Certifier::play(const QString& program, const QStri
     const QString script = folder + u"/script"_s;
     const QString answers = folder + u"/answers"_s;
     writeContents(script, m_script.text());
-    const ChildResult result = runChild({program, {}, folder, script, answers, kLongestPlay});
+    const ChildResult result = runChild({program, {}, folder, script, answers});
     if (result.hasStarted && result.wasInTime && result.exitCode == 0) {
         return PlayerAnswers(contentsOf(answers));
     }
@@ -215,6 +254,19 @@ void Certifier::listLeftOut() {
     }
 }
 
+void Certifier::compareSwift(const QString& folder) {
+    CertifiedPart& part = addPart(Kind::Swift, {});
+    const QString& className = m_certificate.className;
+    compareCalls(
+        callsOfObjectiveC(contentsOf(folder + u'/' + className + u".m"_s).toStdString()),
+        callsOfSwift(contentsOf(folder + kSwiftFolder + className + u".swift"_s).toStdString()),
+        part);
+    for (const auto& bundle : m_plan->frameSlicedAnimationExportBundles) {
+        part.remarks << u"it leaves out '%1', which is frame-sliced, as the export warns"_s.arg(
+            bundle.animation->name());
+    }
+}
+
 Certificate Certifier::certify() {
     m_certificate.forMac = m_options.exportOptions.generateForMac;
     m_certificate.isExact = m_options.exportOptions.digits == NumberDigits::AllNeeded;
@@ -230,6 +282,7 @@ Certificate Certifier::certify() {
     judgeScene(*answers);
     judgeAnimations(*answers);
     listLeftOut();
+    if (m_options.usingSwift) { compareSwift(folder); }
     return std::move(m_certificate);
 }
 

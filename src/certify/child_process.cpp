@@ -1,5 +1,6 @@
 #include "certify/child_process.h"
 
+#include <signal.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -22,10 +23,11 @@ void limit(decltype(RLIMIT_CORE) resource, rlim_t most) {
 }
 
 // Runs in the child, between fork and exec.
-void restrictSelf() {
+void restrictSelf(rlim_t processorSeconds) {
     constexpr unsigned int firstOfOurs = 3;
     close_range(firstOfOurs, ~0U, CLOSE_RANGE_CLOEXEC);
     limit(RLIMIT_CORE, 0);
+    limit(RLIMIT_CPU, processorSeconds);
     limit(RLIMIT_AS, kMostMemory);
     limit(RLIMIT_FSIZE, kMostFileBytes);
 }
@@ -44,7 +46,8 @@ ChildResult runChild(const ChildTask& task) {
         process.setProcessChannelMode(QProcess::SeparateChannels);
         process.setStandardOutputFile(task.outputFile);
     }
-    process.setChildProcessModifier(restrictSelf);
+    const auto processorSeconds = static_cast<rlim_t>(task.processorLimit.count());
+    process.setChildProcessModifier([processorSeconds] { restrictSelf(processorSeconds); });
 
     ChildResult result;
     QElapsedTimer timer;
@@ -67,6 +70,10 @@ ChildResult runChild(const ChildTask& task) {
     }
     result.output = task.outputFile.isEmpty() ? process.readAll() : process.readAllStandardError();
     if (process.exitStatus() == QProcess::NormalExit) { result.exitCode = process.exitCode(); }
+    // For a process that has used up its processor time, crashed means killed.
+    const bool isKilled = process.exitStatus() == QProcess::CrashExit &&
+                          (process.exitCode() == SIGKILL || process.exitCode() == SIGXCPU);
+    if (isKilled) { result.wasInTime = false; }
     return result;
 }
 

@@ -14,7 +14,9 @@ struct ChildTask {
     QString folder;      // where it works
     QString inputFile;   // its standard input; empty for nothing
     QString outputFile;  // takes its standard output; empty: see ChildResult
-    std::chrono::milliseconds timeLimit{60'000};
+    std::chrono::seconds processorLimit{60};
+    /// By the wall's clock, however busy the machine is with other things.
+    std::chrono::milliseconds timeLimit{600'000};
 };
 
 /// What became of it.
@@ -26,7 +28,7 @@ struct ChildResult {
 };
 
 /// Runs the program by itself: no shell, no open files of ours, no core file, and at the end of
-/// its time it is killed. Waits for it. Throws InputError once this program is asked to stop. May
+/// its times it is killed. Waits for it. Throws InputError once this program is asked to stop. May
 /// be used from any thread.
 ChildResult runChild(const ChildTask& task);
 

@@ -10,15 +10,16 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 namespace {
 
-std::array<const Verb*, 10> allVerbs() {
-    return {&infoVerb(),   &describeVerb(), &dumpVerb(), &valuesVerb(), &exportVerb(),
-            &renderVerb(), &checkVerb(),    &copyVerb(), &updateVerb(), &newVerb()};
+std::array<const Verb*, 11> allVerbs() {
+    return {&infoVerb(),   &describeVerb(), &dumpVerb(),   &valuesVerb(),
+            &exportVerb(), &certifyVerb(),  &renderVerb(), &checkVerb(),
+            &copyVerb(),   &updateVerb(),   &newVerb()};
 }
 
 QString helpText() {
     QString text =
         u"Usage: tweenc VERB ...\n\n"
-        u"Reads, checks, copies, exports and draws Tweenery projects (PKG, a .tweenery package).\n\n"_s;
+        u"Reads, checks, copies, exports, certifies and draws Tweenery projects (PKG, a .tweenery package).\n\n"_s;
     for (const Verb* verb : allVerbs()) {
         text += u"    %1  %2\n"_s.arg(QString::fromLatin1(verb->name).leftJustified(8),
                                       QString::fromUtf8(verb->summary));

@@ -62,6 +62,7 @@ TEST(Certificates, HoldForAllPackagesOnBothPlatforms) {
             CertifyOptions options;
             options.exportOptions.generateForMac = c.mac;
             options.exportOptions.digits = digits;
+            options.usingSwift = true;
             renameWhatDoesNotCompile(*project, options.exportOptions);
             const Certificate certificate = certify(project, options, sharedWorkshop());
             EXPECT_TRUE(certificate.holds()) << wordsOf(certificate);

@@ -6,6 +6,7 @@
 #include <QDir>
 
 #include "certified.h"
+#include "certify/child_process.h"
 #include "support/files.h"
 
 using namespace Qt::StringLiterals;
@@ -83,11 +84,33 @@ const Change kChanges[] = {
     {"fitting", "Bounce", true, "MIN(xScale, yScale)", "1"},
 };
 
-Certificate certifyChanged(const Change& change) {
+// In the Swift alone: what the Objective-C does is still what the preview shows.
+const Change kSwiftChanges[] = {
+    {"value", "Bounce", false, "-180.000 as Float", "-180.001 as Float"},
+    {"key path", "Bounce", true, "\"transform.scale.x\"", "\"transform.scale.y\""},
+    {"element", "Bounce", false, "self.viewsByName[\"Ball\"]", "self.viewsByName[\"Sky\"]"},
+    {"easing", "Bounce", false, "kCAMediaTimingFunctionEaseIn)", "kCAMediaTimingFunctionLinear)"},
+    {"missing statement", "Bounce", false, "ballScaleXAnimation.fillMode = fillMode", ""},
+    {"another statement", "Bounce", false, "self.viewsByName = viewsByName",
+     "self.viewsByName = viewsByName\n\t\tball.alpha = 0.5"},
+    {"order", "Bounce", false, "__scaling__.addSubview(shadow)", "__scaling__.addSubview(sky)"},
+    {"argument", "Bounce", false, "removedOnCompletion: false, nil",
+     "removedOnCompletion: true, nil"},
+    {"label", "Bounce", false, ", forKey:\"Bounce_ScaleX\"", ", key:\"Bounce_ScaleX\""},
+    {"missing method", "Bounce", false, "func removeBounceAnimation()", "func stop()"},
+    {"name of an image", "Card", true, "bundle.pathForImageResource(\"table\")",
+     "bundle.pathForImageResource(\"tables\")"},
+    {"what cannot be read", "Card", true, "let deck = CALayer()", "let deck = CALayer("},
+};
+
+Certificate certifyChanged(const Change& change, bool inSwift = false) {
     CertifyOptions options;
     options.exportOptions.generateForMac = change.mac;
+    options.usingSwift = inSwift;
     options.beforeCompiling = [&](const QString& folder) {
-        const QString path = folder + u'/' + QString::fromLatin1(change.package) + u"View.m"_s;
+        const QString path = folder + (inSwift ? u"/swift/"_s : u"/"_s) +
+                             QString::fromLatin1(change.package) +
+                             (inSwift ? u"View.swift"_s : u"View.m"_s);
         QByteArray text = contentsOf(path);
         const qsizetype at = text.indexOf(change.text);
         ASSERT_GE(at, 0) << "the text is not there";
@@ -108,6 +131,20 @@ TEST(ChangedExports, AreNotCertified) {
     }
 }
 
+TEST(ChangedExports, InSwiftAreFoundBesideTheObjectiveC) {
+    if (!hasWorkshop()) { GTEST_SKIP() << "there is no clang"; }
+    for (const Change& change : kSwiftChanges) {
+        SCOPED_TRACE(change.what);
+        const Certificate certificate = certifyChanged(change, true);
+        ASSERT_FALSE(certificate.parts.empty());
+        EXPECT_FALSE(certificate.holds());
+        for (const CertifiedPart& part : certificate.parts) {
+            EXPECT_EQ(part.holds(), part.kind != CertifiedPart::Kind::Swift)
+                << wordsOf(certificate);
+        }
+    }
+}
+
 TEST(ChangedExports, AreNotCertifiedWithoutTheirArtwork) {
     if (!hasWorkshop()) { GTEST_SKIP() << "there is no clang"; }
     CertifyOptions options;
@@ -118,13 +155,28 @@ TEST(ChangedExports, AreNotCertifiedWithoutTheirArtwork) {
     EXPECT_FALSE(certify(project, options, sharedWorkshop()).holds());
 }
 
-// Code that loops or crashes takes nothing with it.
-TEST(ChangedExports, EndInTime) {
+// Code that crashes or runs on takes nothing with it.
+TEST(ChangedExports, ThatComeToNoEndAreNotCertified) {
     if (!hasWorkshop()) { GTEST_SKIP() << "there is no clang"; }
     const Change crash{"crash", "Bounce", false, "completion(flag);", "*(volatile int *)0 = 1;"};
     const Certificate certificate = certifyChanged(crash);
     EXPECT_FALSE(certificate.holds());
     EXPECT_TRUE(certificate.obstacle.contains(u"ended amid its run")) << wordsOf(certificate);
+
+    const ChildResult busy = runChild({.program = u"/bin/sh"_s,
+                                       .arguments = {u"-c"_s, u"while :; do :; done"_s},
+                                       .folder = u"/"_s,
+                                       .inputFile = {},
+                                       .outputFile = {},
+                                       .processorLimit = std::chrono::seconds(1)});
+    EXPECT_FALSE(busy.wasInTime);
+    const ChildResult idle = runChild({.program = u"/bin/sleep"_s,
+                                       .arguments = {u"600"_s},
+                                       .folder = u"/"_s,
+                                       .inputFile = {},
+                                       .outputFile = {},
+                                       .timeLimit = std::chrono::milliseconds(300)});
+    EXPECT_FALSE(idle.wasInTime);
 }
 
 }  // namespace
