@@ -12,6 +12,7 @@
 #include "model/preferences/app_preferences.h"
 #include "storage/system_names.h"
 #include "ui/canvas/canvas_accessible.h"
+#include "ui/timeline/timeline_accessible.h"
 #include "ui/widgets/alert_dialog.h"
 #include "ui/widgets/frame_style.h"
 
@@ -39,6 +40,7 @@ void setUpApplication(QApplication& application) {
     PCAppPreferences::registerDefaults();
     setUpFrame(application);
     installCanvasAccessibility();
+    installTimelineAccessibility();
 }
 
 QStringList decoded(const QByteArrayList& paths) {

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDesktopServices>
+#include <QDir>
 #include <QFileDialog>
 #include <QMimeData>
 #include <QSettings>
@@ -50,6 +51,16 @@ QStringList QtOpenPanel::chooseFiles(const OpenPanel& panel) {
     if (dialog.exec() != QDialog::Accepted) { return {}; }
     settings.setValue(key, dialog.directory().absolutePath());
     return dialog.selectedFiles();
+}
+
+QString QtOpenPanel::chooseFolder(const FolderPanel& panel) {
+    QFileDialog dialog(QApplication::activeWindow(), panel.message,
+                       panel.folder.isEmpty() ? QDir::homePath() : panel.folder);
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    dialog.setLabelText(QFileDialog::Accept, panel.prompt);
+    if (dialog.exec() != QDialog::Accepted) { return {}; }
+    return dialog.selectedFiles().value(0);
 }
 
 bool QtWorkspace::openUrl(const QString& url) {

@@ -21,6 +21,7 @@ class QtClipboard : public ClipboardPort {
 class QtOpenPanel : public OpenPanelPort {
  public:
     QStringList chooseFiles(const OpenPanel& panel) override;
+    QString chooseFolder(const FolderPanel& panel) override;
 };
 
 class QtWorkspace : public WorkspacePort {

@@ -39,11 +39,20 @@ struct OpenPanel {
     bool allowsSeveral = false;
 };
 
+/// A question for one folder to write into. The user may make a new one there.
+struct FolderPanel {
+    QString message;
+    QString prompt;  // the button that takes the folder
+    QString folder;  // where to begin; empty: anywhere
+};
+
 class OpenPanelPort {
  public:
     virtual ~OpenPanelPort() = default;
     /// The paths that the user chose; none when the panel was cancelled.
     virtual QStringList chooseFiles(const OpenPanel& panel) = 0;
+    /// The path of the folder; null when the panel was cancelled.
+    virtual QString chooseFolder(const FolderPanel& panel) = 0;
 };
 
 /// The desktop around the program.

@@ -213,9 +213,7 @@ void UndoManager::setLevelsOfUndo(size_t levels) {
 }
 
 Subscription UndoManager::addChangeHandler(std::function<void()> handler) {
-    const auto owned = std::make_shared<std::function<void()>>(std::move(handler));
-    const auto membership = std::make_shared<Subscription>(m_changeHandlers.add(owned.get()));
-    return Subscription([owned, membership] { membership->end(); });
+    return m_changeHandlers.add(std::move(handler));
 }
 
 void UndoManager::closeStep() {
@@ -272,7 +270,7 @@ void UndoManager::dropOldSteps() {
 }
 
 void UndoManager::changed() {
-    m_changeHandlers.tell([](const auto& handler) { handler(); });
+    m_changeHandlers.call();
 }
 
 UndoGesture::UndoGesture(UndoManager& manager)

@@ -8,7 +8,7 @@
 #include <unordered_set>
 #include <vector>
 
-#include "base/listener_set.h"
+#include "base/handler_set.h"
 #include "base/undo_action.h"
 
 namespace tweenery {
@@ -161,7 +161,7 @@ class UndoManager {
     Amendment m_amendment = Amendment::None;
     std::deque<Step> m_undoStack;
     std::deque<Step> m_redoStack;
-    ListenerSet<std::function<void()>> m_changeHandlers;
+    HandlerSet m_changeHandlers;
 
     void openStep();
     void noteEdit();

@@ -10,18 +10,12 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 namespace {
 
-std::array<const Verb*, 11> allVerbs() {
-    return {&infoVerb(),   &describeVerb(), &dumpVerb(),   &valuesVerb(),
-            &exportVerb(), &certifyVerb(),  &renderVerb(), &checkVerb(),
-            &copyVerb(),   &updateVerb(),   &newVerb()};
-}
-
 QString helpText() {
     QString text =
         u"Usage: tweenc VERB ...\n\n"
         u"Reads, checks, copies, exports, certifies and draws Tweenery projects (PKG, a .tweenery package).\n\n"_s;
     for (const Verb* verb : allVerbs()) {
-        text += u"    %1  %2\n"_s.arg(QString::fromLatin1(verb->name).leftJustified(8),
+        text += u"    %1  %2\n"_s.arg(QString::fromLatin1(verb->name).leftJustified(10),
                                       QString::fromUtf8(verb->summary));
     }
     return text +
@@ -55,6 +49,13 @@ ExitCode run(const QStringList& arguments, Console& console) {
 }
 
 }  // namespace
+
+std::span<const Verb* const> allVerbs() {
+    static const std::array verbs{&infoVerb(),   &describeVerb(), &dumpVerb(),   &valuesVerb(),
+                                  &exportVerb(), &certifyVerb(),  &renderVerb(), &checkVerb(),
+                                  &copyVerb(),   &updateVerb(),   &newVerb(),    &completionVerb()};
+    return verbs;
+}
 
 int runTweenc(const QStringList& arguments, Console console) {
     ExitCode code = ExitCode::BadInput;

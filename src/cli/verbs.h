@@ -1,5 +1,7 @@
 #pragma once
 
+#include <span>
+
 #include "cli/support/verb.h"
 
 namespace tweenery {
@@ -16,5 +18,9 @@ const Verb& checkVerb();
 const Verb& copyVerb();
 const Verb& updateVerb();
 const Verb& newVerb();
+const Verb& completionVerb();
+
+/// All of them, in the order of the help. They live as long as the program.
+std::span<const Verb* const> allVerbs();
 
 }  // namespace tweenery

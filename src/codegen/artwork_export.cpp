@@ -104,7 +104,7 @@ std::vector<std::shared_ptr<PCImageSet>> imageSetsInUse(PCProject& project) {
 }
 
 void exportArtwork(const std::vector<std::shared_ptr<PCImageSet>>& sets, const OutputFolder& folder,
-                   bool clean, WrittenFiles& files) {
+                   bool clean, WrittenFiles& files, const ArtworkProgress& progress) {
     if (clean) { files.removedFilesCount = folder.remove(kImagesDirectory); }
     const std::vector<ArtworkFile> artwork = artworkOf(sets);
     std::multimap<QString, QString> setsByFile;
@@ -113,7 +113,10 @@ void exportArtwork(const std::vector<std::shared_ptr<PCImageSet>>& sets, const O
     }
     try {
         const OutputFolder images = folder.subfolder(kImagesDirectory);
+        size_t count = 0;
         for (const ArtworkFile& file : artwork) {
+            files.isStopped = progress && !progress(count++, artwork.size());
+            if (files.isStopped) { return; }
             const QString path = kImagesDirectory + u'/' + file.name;
             const QString reason = reasonAgainst(file, setsByFile);
             if (reason.isEmpty()) {
@@ -125,6 +128,10 @@ void exportArtwork(const std::vector<std::shared_ptr<PCImageSet>>& sets, const O
     } catch (const InputError& error) {
         files.failures.push_back({kImagesDirectory, error.reason()});
     }
+}
+
+size_t oldImagesCount(const QString& directory) {
+    return OutputFolder::countFiles(directory, kImagesDirectory);
 }
 
 void writeExportedFile(const OutputFolder& folder, const QString& name,

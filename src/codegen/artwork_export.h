@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <vector>
 
 #include "model/project.h"
@@ -20,7 +21,12 @@ struct WrittenFiles {
     QStringList paths;
     std::vector<ExportFailure> failures;
     size_t removedFilesCount = 0;  // of the folder "images", when it was cleaned
+    bool isStopped = false;        // before all were written
 };
+
+/// Told before each image that is written how many are, and how many there will be; false ends the
+/// export there.
+using ArtworkProgress = std::function<bool(size_t written, size_t all)>;
 
 /// The image sets in use, by name: those of all elements that are no groups, and those that any
 /// animation shows. Throws InputError when a stored image timeline cannot be read.
@@ -31,7 +37,10 @@ std::vector<std::shared_ptr<PCImageSet>> imageSetsInUse(PCProject& project);
 /// would write. What is not, or cannot be, written is a failure, and the copy goes on. Nothing is
 /// written or removed through a symbolic link below `folder`.
 void exportArtwork(const std::vector<std::shared_ptr<PCImageSet>>& sets, const OutputFolder& folder,
-                   bool clean, WrittenFiles& files);
+                   bool clean, WrittenFiles& files, const ArtworkProgress& progress = {});
+
+/// How many files a clean export into `directory` removes from its folder "images".
+size_t oldImagesCount(const QString& directory);
 
 /// Writes the file `name`, made of `pieces`, into `folder`, and notes how it went with `path`, its
 /// path relative to the export's directory.

@@ -39,7 +39,8 @@ ExportOptions ExportOptions::fromPreferences(PCProject& project) {
 
 ExportResult exportCodeToDirectory(const std::shared_ptr<PCProject>& project,
                                    const QString& directory, bool usingSwift,
-                                   const ExportOptions& options) {
+                                   const ExportOptions& options,
+                                   const ArtworkProgress& progress) {
     PCProjectCodeGenerator generator;
     generator.setProject(project);
     generator.setGenerateForMac(options.generateForMac);
@@ -63,7 +64,7 @@ ExportResult exportCodeToDirectory(const std::shared_ptr<PCProject>& project,
             writeExportedFile(folder, name, viewsOf(pieces), name, result.files);
         }
         if (options.includesImages) {
-            exportArtwork(imageSets, folder, options.cleansImageDirectory, result.files);
+            exportArtwork(imageSets, folder, options.cleansImageDirectory, result.files, progress);
         }
     } catch (const InputError& error) { result.files.failures.push_back({u"."_s, error.reason()}); }
     return result;

@@ -37,10 +37,12 @@ struct ExportResult {
 ///
 /// Throws ExportError when the project cannot be exported as it is, and InputError when a stored
 /// timeline cannot be read; then nothing has been written. A file that cannot be written is noted
-/// in the result, and the export goes on.
+/// in the result, and the export goes on. `progress` may end it between two images; what has been
+/// written by then stays.
 ExportResult exportCodeToDirectory(const std::shared_ptr<PCProject>& project,
                                    const QString& directory, bool usingSwift,
-                                   const ExportOptions& options);
+                                   const ExportOptions& options,
+                                   const ArtworkProgress& progress = {});
 
 /// The diagnostics of such an export without writing anything; a project that cannot be exported is
 /// one of them. Throws InputError when a stored timeline cannot be read.

@@ -15,7 +15,8 @@ void PCDocumentWindowController::addCommands() {
     addNudgeCommands();
     addAnimationCommands();
     addViewCommands();
-    m_commands.setMustWait([this] { return m_interaction.isPressed(); });
+    addTimelineCommands();
+    m_commands.setMustWait([this] { return isPressed(); });
     m_commands.setAround([this](const CommandAction& action, const QString& title) {
         if (action.isEdit) { return asOneStep(title, action.perform); }
         action.perform();

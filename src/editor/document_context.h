@@ -8,6 +8,7 @@
 #include "editor/canvas/element_selection_manager.h"
 #include "editor/canvas/image_import.h"
 #include "editor/command_set.h"
+#include "editor/timeline/keyframe_commands.h"
 #include "editor/timeline/keyframe_manager.h"
 #include "editor/timeline/project_time_manager.h"
 #include "model/edit_time.h"
@@ -19,6 +20,9 @@ namespace tweenery {
 namespace DocumentNotification {
 inline const QString additiveMode = QStringLiteral("com.lumenfold.tweenery.additivemodechanged");
 }  // namespace DocumentNotification
+
+/// Whose the keys are that mean something in more than one pane: Copy, Delete, the arrows, …
+enum class KeyboardPane { Canvas, Timeline };
 
 /// What the panes of one window share: the open document, the managers of what is selected and of
 /// time, and the commands that more than one pane gives. The window's controller is it; no pane
@@ -40,8 +44,13 @@ class DocumentContext {
     /// stays.
     virtual void selectAnimation(const PCAnimation::Ptr& animation) = 0;
 
+    virtual KeyframeCommands& keyframeCommands() = 0;
     /// The commands of the menu; a pane that performs some adds them.
     virtual CommandSet& commands() = 0;
+
+    /// The timeline says so while it has the pointer or the focus.
+    virtual void setKeyboardPane(KeyboardPane pane) = 0;
+    virtual KeyboardPane keyboardPane() const = 0;
 
     // Commands of the menu that panes give too: by their context menus, keys and buttons.
 

@@ -7,7 +7,6 @@
 #include "editor/canvas/pasteboard_commands.h"
 #include "editor/canvas/setup_switch.h"
 #include "editor/selection_picture.h"
-#include "editor/timeline/last_keyframe_time.h"
 
 using namespace Qt::StringLiterals;
 
@@ -42,11 +41,18 @@ PCDocumentWindowController::PCDocumentWindowController(PCProject::Ptr project,
       m_keyframes(m_project),
       m_time(ports.clock, ports.log),
       m_playback(m_project, m_time, m_selection, m_layers),
+      m_keyframeCommands(*m_project, m_keyframes, m_selection, m_time, *this),
       m_anchorPoint(m_project, m_selection, m_editor),
       m_viewport(*m_project, m_editor, m_anchorPoint),
       m_scene{*m_project, m_selection, m_editor, m_viewport, m_anchorPoint},
       m_interaction(m_scene, *this),
-      m_nudges(*m_project, m_selection, ports.clock) {
+      m_timelineOutline(*m_project, m_selection, m_keyframes),
+      m_timelineViewport(*m_project, m_time, m_timelineOutline),
+      m_timelineInteraction(
+          {*m_project, m_time, m_keyframes, m_timelineOutline, m_timelineViewport}, *this),
+      m_nudges(*m_project, m_selection, ports.clock),
+      m_inspectorEdits({*m_project, m_selection, ports.clock, [this] { return editTarget(); },
+                        [this] { stopPlaybackHere(); }}) {
     PCLayer& canvasLayer = *PCLayer::of(*m_project->canvas());
     m_editor.setCanvasLayer(canvasLayer);
     m_time.prepareToAnimateLayer(canvasLayer);
@@ -68,12 +74,18 @@ EditTime PCDocumentWindowController::editTime() const {
 }
 
 int32_t PCDocumentWindowController::lastKeyframeTimeInMS() const {
-    return tweenery::lastKeyframeTimeInMS(*m_project);
+    return m_project->isSetupMode() ? -1 : m_timelineOutline.lastKeyframeTimeInMS();
 }
 
 void PCDocumentWindowController::setAdditiveMode(bool isOn) {
     m_isAdditive = isOn;
     m_project->notificationCentre().post(DocumentNotification::additiveMode, nullptr);
+}
+
+void PCDocumentWindowController::setKeyboardPane(KeyboardPane pane) {
+    if (pane == m_keyboardPane) { return; }
+    m_keyboardPane = pane;
+    if (m_hooks.commandsDidChange) { m_hooks.commandsDidChange(); }
 }
 
 // Failures.
@@ -103,17 +115,26 @@ void PCDocumentWindowController::selectAnimation(const PCAnimation::Ptr& animati
 
 void PCDocumentWindowController::togglePlayPause() {
     if (m_project->isSetupMode()) { return; }
-    if (!isPlayingBack() && m_skimIsShown) {
+    // While the skim bar shows under the pointer, playing starts there.
+    if (!isPlayingBack() && m_timelineInteraction.skimIsShown()) {
         m_time.setPlayheadPositionInMS(m_time.skimPositionInMS());
     }
     m_playback.togglePlayPause();
 }
 
-void PCDocumentWindowController::stopPlaybackHere() {
-    if (!isPlayingBack()) { return; }
-    const int32_t shown = m_time.playheadPositionInMS();
-    m_playback.togglePlayPause();
-    m_time.setPlayheadPositionInMS(shown);
+void PCDocumentWindowController::losePress() {
+    m_interaction.lost();
+    m_timelineInteraction.lost();
+}
+
+void PCDocumentWindowController::modifiersChanged(Qt::KeyboardModifiers modifiers) {
+    m_interaction.modifiersChanged(modifiers);
+    m_timelineInteraction.modifiersChanged(modifiers);
+}
+
+void PCDocumentWindowController::focusLost() {
+    m_interaction.focusLost();
+    m_timelineInteraction.focusLost();
 }
 
 void PCDocumentWindowController::stepAnimation(int step) {
@@ -139,7 +160,9 @@ void PCDocumentWindowController::copy() {
 
 void PCDocumentWindowController::paste() {
     const ClipboardPort& clipboard = m_ports.clipboard;
-    if (!clipboard.read(PCElement::pasteboardType()).isEmpty()) {
+    if (KeyframeCommands::canPasteFrom(clipboard)) {
+        pasteKeyframes();
+    } else if (!clipboard.read(PCElement::pasteboardType()).isEmpty()) {
         pasteFrom(clipboard);
     } else if (const QStringList files = clipboard.files(); !files.isEmpty()) {
         receivedDroppedImages(files, canvasCenter(), nullptr, SIZE_MAX);
@@ -237,13 +260,23 @@ void PCDocumentWindowController::selectAll() {
     }
 }
 
+void PCDocumentWindowController::reveal(const QString& identifier) {
+    if (const auto animation = m_project->animationsManager().animationForIdentifier(identifier)) {
+        selectAnimation(animation);
+    } else if (const auto element = m_project->elementForIdentifier(Identifier(identifier))) {
+        if (element != m_project->canvas()) { m_selection.selectElements({element}); }
+    }
+}
+
 // What the step touches waits in the layers. Where the step itself has selected another animation,
 // that is all of them, and nothing is selected.
 void PCDocumentWindowController::selectWhatChangesBy(bool (PCProject::*step)()) {
     m_selection.deselectAllElements();
     m_layers->update();
     const PCAnimation::Ptr animation = m_project->animationsManager().selectedAnimation();
-    if (!((*m_project).*step)()) { return; }
+    const bool isDone = ((*m_project).*step)();
+    m_keyframeCommands.deselectDeleted();
+    if (!isDone) { return; }
     if (m_project->animationsManager().selectedAnimation() != animation) { return; }
     auto touched = m_layers->changedElements();
     std::erase(touched, m_project->canvas());
@@ -275,14 +308,14 @@ void PCDocumentWindowController::shiftSelectedElementsByDelta(QPointF delta) {
 }
 
 void PCDocumentWindowController::setOpacityOfSelection(double opacity) {
-    if (!hasSelection() || m_interaction.isPressed()) { return; }
+    if (!hasSelection() || isPressed()) { return; }
     stopPlaybackHere();
     undoManager().endEvent();
     tweenery::setOpacityOfSelection(m_scene, opacity, editTarget());
 }
 
 void PCDocumentWindowController::selectNextElement(bool backward) {
-    if (m_interaction.isPressed()) { return; }
+    if (isPressed()) { return; }
     const bool isDirect = m_interaction.tool() == PCSelectionStateDirect;
     if (const auto next = elementAfterSelection(m_scene, isDirect, backward)) {
         m_selection.selectElements({next});

@@ -10,9 +10,12 @@
 #include "editor/command_set.h"
 #include "editor/desktop_ports.h"
 #include "editor/document_context.h"
+#include "editor/inspector/inspector_edits.h"
 #include "editor/layers/editor_layer.h"
 #include "editor/layers/project_layers.h"
+#include "editor/timeline/keyframe_commands.h"
 #include "editor/timeline/playback.h"
+#include "editor/timeline/timeline_interaction.h"
 
 namespace tweenery {
 
@@ -23,12 +26,19 @@ struct WindowHooks {
     /// The tool, and with it the cursor, is another one.
     std::function<void()> toolDidChange;
     CallLater callLater;
+    /// What commands can do, or are called, may be another.
+    std::function<void()> commandsDidChange = {};
+    /// Something on ruler or tracks looks different besides the rows and the playhead.
+    std::function<void()> timelineNeedsDisplay = [] {};
 };
 
 /// The hub of one open project: owns the managers that panes share, the layers and how the window
 /// looks at them, and performs the commands of menus, keys and panes, with their questions. Knows
 /// no widget. A window makes a new one when its project is read anew.
-class PCDocumentWindowController : public DocumentContext, private CanvasInteractionHost {
+class PCDocumentWindowController : public DocumentContext,
+                                   private CanvasInteractionHost,
+                                   private TimelineInteractionHost,
+                                   private KeyframeCommandsHost {
  public:
     /// The project must not have a screen yet.
     PCDocumentWindowController(PCProject::Ptr project, const DesktopPorts& ports,
@@ -52,7 +62,18 @@ class PCDocumentWindowController : public DocumentContext, private CanvasInterac
     EventAnchorPoint& eventAnchorPoint() { return m_anchorPoint; }
     CanvasViewport& viewport() { return m_viewport; }
     CanvasInteraction& interaction() { return m_interaction; }
+    InspectorEdits& inspectorEdits() { return m_inspectorEdits; }
+    KeyframeCommands& keyframeCommands() override { return m_keyframeCommands; }
+    Playback& playback() { return m_playback; }
+    TimelineOutline& timelineOutline() { return m_timelineOutline; }
+    TimelineViewport& timelineViewport() { return m_timelineViewport; }
+    TimelineInteraction& timelineInteraction() { return m_timelineInteraction; }
+    TimelineScene timelineScene() {
+        return {*m_project, m_time, m_keyframes, m_timelineOutline, m_timelineViewport};
+    }
     CommandSet& commands() override { return m_commands; }
+    void setKeyboardPane(KeyboardPane pane) override;
+    KeyboardPane keyboardPane() const override { return m_keyboardPane; }
     const DesktopPorts& ports() const { return m_ports; }
     UndoManager& undoManager() { return m_project->undoManager(); }
 
@@ -64,11 +85,22 @@ class PCDocumentWindowController : public DocumentContext, private CanvasInterac
     void setAdditiveMode(bool isOn);
     int32_t lastKeyframeTimeInMS() const override;
     bool isPlayingBack() const { return m_time.isPlayingBack(); }
+    /// A press on canvas, timeline or inspector lasts, and what would edit beside it waits.
+    bool isPressed() const {
+        return m_interaction.isPressed() || m_timelineInteraction.isPressed() ||
+               m_inspectorEdits.isDragging();
+    }
+    /// Puts everything back as it was before the press. False without one.
+    bool cancelPress() { return m_interaction.cancel() || m_timelineInteraction.cancel(); }
+    /// Its release will not come: it ends as if it had.
+    void losePress();
+    /// What is held has changed, wherever the pointer is.
+    void modifiersChanged(Qt::KeyboardModifiers modifiers);
+    /// The window is no longer the active one.
+    void focusLost();
     const PCElement::Elements& selectionBeforePlayback() const {
         return m_playback.selectionBeforePlayback();
     }
-    /// While the skim bar shows under the pointer, Return plays from there.
-    void setSkimIsShown(bool isShown) { m_skimIsShown = isShown; }
 
     // Commands. Each that edits leaves one step of undo when it comes by the command set.
 
@@ -85,9 +117,11 @@ class PCDocumentWindowController : public DocumentContext, private CanvasInterac
     void togglePlayPause() override;
     /// Ends a run so that the playhead stays at the time shown, and selects again what was
     /// selected.
-    void stopPlaybackHere();
+    void stopPlaybackHere() { m_playback.stopHere(); }
     void shiftSelectedElementsByDelta(QPointF delta) override;
     void selectAll();
+    /// Selects the element, or the animation, of that identifier. Nothing for one that is gone.
+    void reveal(const QString& identifier);
     /// Tab on the canvas: the element after the one selected last.
     void selectNextElement(bool backward);
     /// A digit key.
@@ -119,30 +153,46 @@ class PCDocumentWindowController : public DocumentContext, private CanvasInterac
     PCKeyframeManager m_keyframes;
     PCProjectTimeManager m_time;
     Playback m_playback;
+    KeyframeCommands m_keyframeCommands;
     EventAnchorPoint m_anchorPoint;
     CanvasViewport m_viewport;
     CanvasScene m_scene;
     CanvasInteraction m_interaction;
+    TimelineOutline m_timelineOutline;
+    TimelineViewport m_timelineViewport;
+    TimelineInteraction m_timelineInteraction;
     NudgeSeries m_nudges;
+    InspectorEdits m_inspectorEdits;
     CommandSet m_commands;
     bool m_isAdditive = false;
-    bool m_skimIsShown = false;
+    KeyboardPane m_keyboardPane = KeyboardPane::Canvas;
 
     PCElement::Elements selected() const { return m_selection.selectedElements(); }
     bool hasSelection() const { return m_selection.selectedElementsCount() > 0; }
     void endPlaybackAtTimeShown() override { stopPlaybackHere(); }
     void canvasToolDidChange() override { m_hooks.toolDidChange(); }
     void canvasNeedsDisplay() override { m_hooks.canvasNeedsDisplay(); }
+    void timelineNeedsDisplay() override { m_hooks.timelineNeedsDisplay(); }
     void callLater(std::chrono::milliseconds delay, std::function<void()> call) override {
         m_hooks.callLater(delay, std::move(call));
     }
-    void asOneStep(const QString& name, const std::function<void()>& edit);
+    void asOneStep(const QString& name, const std::function<void()>& edit) override;
     void addCommands();
     void addFileAndEditCommands();
     void addElementCommands();
     void addNudgeCommands();
     void addAnimationCommands();
     void addViewCommands();
+    void addTimelineCommands();
+    void addKeyframeCommands();
+    void addEasingCommands();
+    void addRowCommands();
+    void addKeyframeSelectionCommands();
+    void addKeyframeTimeCommands();
+    void addLoopCommands();
+    void addTimelineViewCommands();
+    void redirectKeysToTimeline();
+    void pasteKeyframes();
     void duplicate(float offset);
     void reorder(void (PCProject::*move)(const PCElement::Elements& elements));
     bool userAgreesToLose(const QString& verb);

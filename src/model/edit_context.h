@@ -12,6 +12,7 @@ class NotificationCentre;
 class PCAnimationsManager;
 class PCElement;
 class PCImageSetManager;
+class PCKeyedPropertyTimeline;
 class PCProjectPreferences;
 class UndoManager;
 
@@ -37,6 +38,8 @@ class EditContext {
 
     /// The tree of the package is ahead of what is stored.
     virtual void animationFilesDidChange() = 0;
+    /// Of an element of the tree, or the master keyframes of an animation.
+    virtual void timelineDidChange(PCKeyedPropertyTimeline& timeline) = 0;
 
     // The tree of elements.
 

@@ -225,21 +225,27 @@ PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::existingKeyframeAt
     return handleAt(index);
 }
 
+size_t PCKeyedPropertyTimeline::indexOfKeyframeClosestToTimeInMS(int32_t timeInMS) const {
+    if (m_times.empty()) { return kNotFound; }
+    const size_t after = firstKeyframeIndexAtOrAfterTimeInMS(timeInMS);
+    if (after == 0) { return 0; }
+    const size_t before = (after == kNotFound ? m_times.size() : after) - 1;
+    const bool isNearer = after != kNotFound &&
+                          int64_t{m_times[after]} - timeInMS < int64_t{timeInMS} - m_times[before];
+    return isNearer ? after : firstKeyframeIndexAtOrAfterTimeInMS(m_times[before]);
+}
+
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::keyframeClosestToTimeInMS(
     int32_t timeInMS) const {
-    const auto distance = [timeInMS](int32_t time) { return std::abs(int64_t{time} - timeInMS); };
-    const auto closest =
-        std::min_element(m_times.begin(), m_times.end(),
-                         [&distance](int32_t a, int32_t b) { return distance(a) < distance(b); });
-    if (closest == m_times.end()) { return nullptr; }
-    return handleAt(static_cast<size_t>(closest - m_times.begin()));
+    return existingKeyframeAtKeyframeIndex(indexOfKeyframeClosestToTimeInMS(timeInMS));
 }
 
 PCKeyedPropertyTimeline::Keyframes PCKeyedPropertyTimeline::keyframesBetweenStartTime(
     int32_t startTime, int32_t endTime) const {
     Keyframes found;
-    for (size_t i = 0; i < m_keys.size(); ++i) {
-        if (m_times[i] >= startTime && m_times[i] <= endTime) { found.push_back(handleAt(i)); }
+    for (size_t i = firstKeyframeIndexAtOrAfterTimeInMS(startTime);
+         i < m_times.size() && m_times[i] <= endTime; ++i) {
+        found.push_back(handleAt(i));
     }
     return found;
 }

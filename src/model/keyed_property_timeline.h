@@ -119,6 +119,8 @@ class PCKeyedPropertyTimeline final : public Archivable,
     bool autoreversesFromCurrentRepeatBehavior() const;
     /// Infinity, or 0 when the timeline plays once; decided likewise.
     float repeatCountFromCurrentRepeatBehavior() const;
+    /// False when there is nothing to loop over: no keyframe, or one alone at 0.
+    bool canRepeat() const { return !m_keys.empty() && (m_keys.size() > 1 || m_times[0] != 0); }
     bool isInstantTransition() const { return propertyTypeRow(m_propertyType).onlyJumps; }
 
     // Value queries, absolute.
@@ -162,7 +164,7 @@ class PCKeyedPropertyTimeline final : public Archivable,
                                                       float startValue, int32_t endTime,
                                                       float endValue, PCEasingMode easing);
 
-    // Keyframe lookup. Binary searches but for keyframeClosestToTimeInMS.
+    // Keyframe lookup, by binary search.
 
     Keyframes keyframesSortedByTime() const;
     /// Of several at the time the last, which is the one that shows.
@@ -175,6 +177,8 @@ class PCKeyedPropertyTimeline final : public Archivable,
     KeyframePtr existingKeyframeAtKeyframeIndex(size_t index) const;
     /// Of two at the same distance the earlier; null for an empty timeline.
     KeyframePtr keyframeClosestToTimeInMS(int32_t timeInMS) const;
+    /// The same as an index; kNotFound for an empty timeline.
+    size_t indexOfKeyframeClosestToTimeInMS(int32_t timeInMS) const;
     /// Both bounds included.
     Keyframes keyframesBetweenStartTime(int32_t startTime, int32_t endTime) const;
 
@@ -227,6 +231,25 @@ class PCKeyedPropertyTimeline final : public Archivable,
     /// AssertionFailure, and moves none, when a new time is no 32-bit number.
     void moveKeyframes(const Keyframes& keyframes, int64_t deltaInMS);
     void removeAllKeyframes();
+
+    // Edits of many keyframes, in one sort and one report each. Undo brings back all that they had.
+
+    struct KeyframeTime {
+        KeyframePtr keyframe;
+        int32_t timeInMS = 0;
+    };
+    /// The same to a time for each.
+    void setTimes(const std::vector<KeyframeTime>& times);
+    /// Others than this timeline's stay. What is left may have nothing to loop over; then it stops
+    /// repeating.
+    void deleteKeyframes(const Keyframes& keyframes);
+    /// Each record takes the place of the keyframe that shows at its time, which keeps its
+    /// identifier, or comes in with a new one. Returns the keyframes written. No two records are of
+    /// one time.
+    Keyframes writeKeyframes(const std::vector<KeyframeRecord>& records);
+    /// For what registers nothing itself, before it: key-all marks, removeAllKeyframes().
+    void registerUndoOfContents();
+
     /// Replaces the list; the keyframes become this timeline's.
     void setKeyframes(const Keyframes& keyframes);
     void updateKeyframeSort();
@@ -309,6 +332,7 @@ class PCKeyedPropertyTimeline final : public Archivable,
     void recreate(const KeyframePtr& keyframe, size_t index);
     void insertHandle(const KeyframePtr& keyframe, size_t index, const KeyframeRecord& record);
     void eraseKeyframe(const KeyframePtr& keyframe);
+    void stopRepeatingIfInVain();
     Placements placementsOf(const Keyframes& keyframes) const;
     void place(const Placements& placements);
 
@@ -332,6 +356,7 @@ class PCKeyedPropertyTimeline final : public Archivable,
     void reserveLists(size_t count);
     void clearLists();
     void contentsDidChange();
+    void tellOfChange();
     void forgetSamples() const;
     KeyframeRecord newKeyframeRecord(int32_t timeInMS) const;
     UndoManager* undoManager() const;

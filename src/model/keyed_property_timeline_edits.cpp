@@ -196,8 +196,15 @@ void PCKeyedPropertyTimeline::registerUndoOfKeyframe(UndoAction inverse) {
 
 void PCKeyedPropertyTimeline::didChange() {
     m_hasUnsavedChanges = true;
-    if (!m_listeners) { return; }
-    m_listeners->tell([this](auto& listener) { listener.keyedPropertyTimelineDidChange(*this); });
+    tellOfChange();
+}
+
+void PCKeyedPropertyTimeline::tellOfChange() {
+    if (m_listeners) {
+        m_listeners->tell(
+            [this](auto& listener) { listener.keyedPropertyTimelineDidChange(*this); });
+    }
+    if (EditContext* context = project()) { context->timelineDidChange(*this); }
 }
 
 void PCKeyedPropertyTimeline::setRepeatBehavior(PCRepeatBehavior behavior) {
@@ -301,13 +308,15 @@ void PCKeyedPropertyTimeline::deleteKeyframe(const KeyframePtr& keyframe) {
     eraseKeyframe(keyframe);
 }
 
-// What is left may have nothing to loop over.
 void PCKeyedPropertyTimeline::eraseKeyframe(const KeyframePtr& keyframe) {
     eraseAt(keyframe->m_index);
     didChange();
-    const bool canLoop = m_keys.size() > 1 || (m_keys.size() == 1 && m_times[0] != 0);
-    const bool loses = !canLoop && m_repeatBehavior != PCRepeatBehaviorNever;
-    if (loses && !isPlayedBack()) { setRepeatBehavior(PCRepeatBehaviorNever); }
+    stopRepeatingIfInVain();
+}
+
+void PCKeyedPropertyTimeline::stopRepeatingIfInVain() {
+    if (canRepeat() || m_repeatBehavior == PCRepeatBehaviorNever || isPlayedBack()) { return; }
+    setRepeatBehavior(PCRepeatBehaviorNever);
 }
 
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::duplicateKeyframe(
@@ -327,19 +336,16 @@ void PCKeyedPropertyTimeline::moveKeyframeAtTimeInMS(int32_t fromTime, int32_t t
 }
 
 void PCKeyedPropertyTimeline::moveKeyframes(const Keyframes& keyframes, int64_t deltaInMS) {
-    const Placements placements = placementsOf(keyframes);
-    for (const Placement& placement : placements) {
-        const int64_t newTime = placement.timeInMS + deltaInMS;
+    std::vector<KeyframeTime> times;
+    times.reserve(keyframes.size());
+    for (const KeyframePtr& keyframe : keyframes) {
+        if (keyframe->m_owner != this) { continue; }
+        const int64_t newTime = m_times[keyframe->m_index] + deltaInMS;
         assertContract(newTime >= INT32_MIN && newTime <= INT32_MAX,
                        u"a keyframe cannot move out of the range of times"_s);
+        times.push_back({keyframe, static_cast<int32_t>(newTime)});
     }
-    if (placements.empty()) { return; }
-    registerUndo([self = shared_from_this(), placements] { self->place(placements); });
-    for (const Placement& placement : placements) {
-        m_times[placement.index] = static_cast<int32_t>(placement.timeInMS + deltaInMS);
-    }
-    updateKeyframeSort();
-    didChange();
+    setTimes(times);
 }
 
 void PCKeyedPropertyTimeline::reserveLists(size_t count) {
@@ -375,8 +381,7 @@ void PCKeyedPropertyTimeline::setKeyframes(const Keyframes& keyframes) {
         const bool isOurs = keyframes[i]->m_owner == nullptr;
         insertRecord(i, records[i], isOurs ? keyframes[i].get() : nullptr);
     }
-    if (!m_listeners) { return; }
-    m_listeners->tell([this](auto& listener) { listener.keyedPropertyTimelineDidChange(*this); });
+    tellOfChange();
 }
 
 std::vector<size_t> PCKeyedPropertyTimeline::indicesByTime() const {
@@ -388,6 +393,7 @@ std::vector<size_t> PCKeyedPropertyTimeline::indicesByTime() const {
 }
 
 void PCKeyedPropertyTimeline::updateKeyframeSort() {
+    if (std::is_sorted(m_times.begin(), m_times.end())) { return contentsDidChange(); }
     arrange(indicesByTime());
 }
 

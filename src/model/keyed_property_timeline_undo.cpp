@@ -13,12 +13,15 @@ namespace tweenery {
 void PCKeyedPropertyTimeline::registerUndo(UndoAction inverse) {
     UndoManager* undo = undoManager();
     if (!undo) { return; }
-    if (!undo->isInGesture()) {
-        undo->registerUndo(std::move(inverse));
-    } else if (undo->needsInverse({this, 0})) {
-        undo->registerUndo(
-            [self = shared_from_this(), former = snapshot()] { self->restore(*former); });
-    }
+    if (undo->isInGesture()) { return registerUndoOfContents(); }
+    undo->registerUndo(std::move(inverse));
+}
+
+void PCKeyedPropertyTimeline::registerUndoOfContents() {
+    UndoManager* undo = undoManager();
+    if (!undo || !undo->needsInverse({this, 0})) { return; }
+    undo->registerUndo(
+        [self = shared_from_this(), former = snapshot()] { self->restore(*former); });
 }
 
 bool PCKeyedPropertyTimeline::isPlayedBack() const {

@@ -242,6 +242,11 @@ bool PCProject::isInTree(const PCElement& element) const {
     return top == m_canvas.get();
 }
 
+void PCProject::timelineDidChange(PCKeyedPropertyTimeline& timeline) {
+    m_timelineListeners.tell(
+        [&timeline](auto& listener) { listener.keyedPropertyTimelineDidChange(timeline); });
+}
+
 void PCProject::treeDidInsertElement(PCElement& element) {
     if (m_index.isValid() && isInTree(element)) { m_index.addTree(element); }
     attachSelectedAnimation(element);

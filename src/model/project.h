@@ -112,6 +112,12 @@ class PCProject : public PCAnimationsManagerChangeListener,
     void selectPlaceOfUndo();
     void selectPlaceOfRedo();
 
+    /// Told of every change of any timeline of the project, whether it is attached or not. Not
+    /// owned.
+    Subscription addTimelineChangeListener(PCKeyedPropertyTimelineChangeListener* listener) {
+        return m_timelineListeners.add(listener);
+    }
+
     // Look-up and listings.
 
     PCElement::Ptr elementForIdentifier(const Identifier& identifier) override;
@@ -158,6 +164,7 @@ class PCProject : public PCAnimationsManagerChangeListener,
     // Bookkeeping by the animations and the tree themselves.
 
     void animationFilesDidChange() override { m_animationsManager->setHasUnsavedChanges(); }
+    void timelineDidChange(PCKeyedPropertyTimeline& timeline) override;
     void treeDidInsertElement(PCElement& element) override;
     void treeWillRemoveElement(PCElement& element) override;
     void treeDidMoveElement() override { m_index.treeDidMove(); }
@@ -179,6 +186,7 @@ class PCProject : public PCAnimationsManagerChangeListener,
     PCElement::Ptr m_canvas;
     std::unique_ptr<PCAnimationsManager> m_animationsManager;
     Subscription m_selectionSubscription;
+    ListenerSet<PCKeyedPropertyTimelineChangeListener> m_timelineListeners;
     ProjectIndex m_index;
     std::function<QImage()> m_makePreviewImage;  // none: no preview
     QString m_projectName;

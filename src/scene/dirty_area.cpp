@@ -55,6 +55,14 @@ void DirtyArea::addAll() {
     }
 }
 
+void DirtyArea::addOutside(const QRect& rect) {
+    for (size_t i = 0; i < m_bands.size(); ++i) {
+        for (const QRect& part : QRegion(band(i)) - rect) {
+            addTo(m_bands[i], part);
+        }
+    }
+}
+
 QRect DirtyArea::band(size_t index) const {
     const int top = static_cast<int>(index) * kBandHeight;
     return {0, top, m_size.width(), std::min(kBandHeight, m_size.height() - top)};
@@ -63,6 +71,16 @@ QRect DirtyArea::band(size_t index) const {
 bool DirtyArea::isEmpty() const {
     return std::all_of(m_bands.begin(), m_bands.end(),
                        [](const std::vector<QRect>& band) { return band.empty(); });
+}
+
+double DirtyArea::share() const {
+    double pixels = 0;
+    for (const std::vector<QRect>& band : m_bands) {
+        for (const QRect& rectangle : band) {
+            pixels += static_cast<double>(rectangle.width()) * rectangle.height();
+        }
+    }
+    return pixels / std::max(1.0, static_cast<double>(m_size.width()) * m_size.height());
 }
 
 std::vector<QRect> DirtyArea::rectangles() const {

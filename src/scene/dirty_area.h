@@ -22,8 +22,12 @@ class DirtyArea {
     /// All that the item touches, band by band.
     void add(const DisplayItem& item);
     void addAll();
+    /// All but that rectangle.
+    void addOutside(const QRect& rect);
 
     bool isEmpty() const;
+    /// Of the picture, from 0 to 1.
+    double share() const;
     /// From top to bottom.
     std::vector<QRect> rectangles() const;
     /// What is dirty of `strip`, whole bands of the picture.

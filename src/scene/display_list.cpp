@@ -116,9 +116,12 @@ bool same(const QRectF& a, const QRectF& b) {
     return a.x() == b.x() && a.y() == b.y() && a.width() == b.width() && a.height() == b.height();
 }
 
-bool same(const Affine& a, const Affine& b) {
-    return a.linear.a == b.linear.a && a.linear.b == b.linear.b && a.linear.c == b.linear.c &&
-           a.linear.d == b.linear.d && a.offset.x() == b.offset.x() && a.offset.y() == b.offset.y();
+bool same(const Linear& a, const Linear& b) {
+    return a.a == b.a && a.b == b.b && a.c == b.c && a.d == b.d;
+}
+
+bool areNear(QPointF a, QPointF b, double tolerance) {
+    return std::abs(a.x() - b.x()) <= tolerance && std::abs(a.y() - b.y()) <= tolerance;
 }
 
 bool same(const ImageDrawing& a, const ImageDrawing& b) {
@@ -166,8 +169,10 @@ QRect DisplayItem::pixelsIn(const QRect& area) const {
     return pixelsAround(QRectF(left, part.top() + 1, right - left, part.height() - 1), part);
 }
 
-bool DisplayItem::looksLike(const DisplayItem& other) const {
-    if (opacity != other.opacity || pixels != other.pixels || !same(toDevice, other.toDevice) ||
+bool DisplayItem::looksLike(const DisplayItem& other, const QRect& area, double tolerance) const {
+    if (opacity != other.opacity || (pixels & area) != (other.pixels & area) ||
+        !same(toDevice.linear, other.toDevice.linear) ||
+        !areNear(toDevice.offset, other.toDevice.offset, tolerance) ||
         drawing.index() != other.drawing.index()) {
         return false;
     }
@@ -340,6 +345,15 @@ class DisplayList::Builder {
     QRect m_limit;
     int m_groupDepth = 0;
 };
+
+void DisplayList::scroll(QPoint pixels) {
+    const QRect picture(QPoint(), m_size);
+    for (DisplayItem& item : m_items) {
+        item.toDevice.offset += pixels;
+        item.pixels = item.pixels.translated(pixels) & picture;
+    }
+    std::erase_if(m_items, [](const DisplayItem& item) { return item.pixels.isEmpty(); });
+}
 
 void DisplayList::build(Layer& root, const Affine& rootToDevice, QSize size) {
     m_items.clear();

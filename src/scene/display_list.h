@@ -94,8 +94,8 @@ struct DisplayItem {
     bool isSamePartAs(const DisplayItem& other) const {
         return layer == other.layer && drawing.index() == other.drawing.index();
     }
-    /// Both paint the same pixels.
-    bool looksLike(const DisplayItem& other) const;
+    /// Both paint the same pixels in `area`. The places may differ by so much, in pixels.
+    bool looksLike(const DisplayItem& other, const QRect& area, double tolerance) const;
 };
 
 /// A layer tree flattened to what has to be painted, back to front, for one picture. Items that
@@ -109,6 +109,10 @@ class DisplayList {
     /// needed. `rootToDevice` leads from the root's own coordinates to pixels; the place of the
     /// root in its superlayer does not count. `size` is that of the picture in pixels.
     void build(Layer& root, const Affine& rootToDevice, QSize size);
+
+    /// Moves everything by whole pixels, and leaves out what is no longer in the picture: to be
+    /// compared with the list of a picture that was scrolled, not to be painted.
+    void scroll(QPoint pixels);
 
     const std::vector<DisplayItem>& items() const { return m_items; }
     QSize size() const { return m_size; }

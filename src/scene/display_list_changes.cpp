@@ -11,6 +11,7 @@ namespace tweenery {
 namespace {
 
 using Items = std::span<const DisplayItem>;
+using Comparison = DisplayListComparison;
 
 struct Part {
     const Layer* layer;
@@ -28,8 +29,9 @@ Part partOf(const DisplayItem& item) {
     return {item.layer, item.drawing.index()};
 }
 
-void addChange(const DisplayItem& before, const DisplayItem& after, DirtyArea& dirty) {
-    if (after.looksLike(before)) { return; }
+void addChange(const DisplayItem& before, const DisplayItem& after, const Comparison& comparison,
+               DirtyArea& dirty) {
+    if (after.looksLike(before, comparison.area, comparison.tolerance)) { return; }
     dirty.add(before);
     dirty.add(after);
 }
@@ -75,7 +77,7 @@ void keepRising(std::vector<std::ptrdiff_t>& matches) {
     matches = std::move(kept);
 }
 
-void addRearranged(Items before, Items after, DirtyArea& dirty) {
+void addRearranged(Items before, Items after, const Comparison& comparison, DirtyArea& dirty) {
     std::vector<std::ptrdiff_t> matches = matchesOf(before, after);
     keepRising(matches);
     std::vector<bool> isKept(before.size(), false);
@@ -86,7 +88,7 @@ void addRearranged(Items before, Items after, DirtyArea& dirty) {
         }
         const auto match = static_cast<size_t>(matches[i]);
         isKept[match] = true;
-        addChange(before[match], after[i], dirty);
+        addChange(before[match], after[i], comparison, dirty);
     }
     for (size_t i = 0; i < before.size(); ++i) {
         if (!isKept[i]) { dirty.add(before[i]); }
@@ -95,20 +97,21 @@ void addRearranged(Items before, Items after, DirtyArea& dirty) {
 
 }  // namespace
 
-void addChanges(const DisplayList& before, const DisplayList& after, DirtyArea& dirty) {
+void addChanges(const DisplayList& before, const DisplayList& after, const Comparison& comparison,
+                DirtyArea& dirty) {
     Items left = before.items();
     Items right = after.items();
     while (!left.empty() && !right.empty() && right.front().isSamePartAs(left.front())) {
-        addChange(left.front(), right.front(), dirty);
+        addChange(left.front(), right.front(), comparison, dirty);
         left = left.subspan(1);
         right = right.subspan(1);
     }
     while (!left.empty() && !right.empty() && right.back().isSamePartAs(left.back())) {
-        addChange(left.back(), right.back(), dirty);
+        addChange(left.back(), right.back(), comparison, dirty);
         left = left.first(left.size() - 1);
         right = right.first(right.size() - 1);
     }
-    if (!left.empty() || !right.empty()) { addRearranged(left, right, dirty); }
+    if (!left.empty() || !right.empty()) { addRearranged(left, right, comparison, dirty); }
 }
 
 }  // namespace tweenery

@@ -1,6 +1,8 @@
 #include "scene/layer_renderer.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstring>
 #include <new>
 #include <utility>
 
@@ -31,6 +33,28 @@ int stripHeight(const DisplayList& list) {
     return std::clamp(bands, 1, kMostBands) * DirtyArea::kBandHeight;
 }
 
+constexpr qsizetype kBytesPerPixel = 4;
+
+// Places that were found by way of another origin differ by what numbers round, far less than the
+// raster engine can tell.
+constexpr double kPlaceTolerance = 1e-6;
+
+// To move a picture and paint more than that of it would cost as much as to paint all.
+constexpr double kLargestShareToScroll = 0.6;
+
+// Null unless the second transform is the first one moved by whole pixels.
+QPoint scrolledPixels(const Affine& before, const Affine& after) {
+    const Linear& a = before.linear;
+    const Linear& b = after.linear;
+    const QPointF distance = after.offset - before.offset;
+    const bool isTurned = a.a != b.a || a.b != b.b || a.c != b.c || a.d != b.d;
+    const bool isFar = !(std::max(std::abs(distance.x()), std::abs(distance.y())) < kGreatestSide);
+    if (isTurned || isFar) { return {}; }
+    const QPoint pixels = distance.toPoint();
+    const QPointF rest = distance - pixels;
+    return std::max(std::abs(rest.x()), std::abs(rest.y())) <= kPlaceTolerance ? pixels : QPoint();
+}
+
 }  // namespace
 
 const QImage& LayerRenderer::frame(Layer& root, const Affine& rootToDevice, QSize size) {
@@ -38,14 +62,53 @@ const QImage& LayerRenderer::frame(Layer& root, const Affine& rootToDevice, QSiz
     const bool isOfAnotherSize = m_picture.size() != size;
     requireSize(m_picture, size);
     m_dirty.reset(size);
+    m_isScrolled = false;
     if (isOfAnotherSize) {
         m_dirty.addAll();
     } else {
-        addChanges(m_shown, m_next, m_dirty);
+        findDirty(rootToDevice);
     }
     paintDirty(m_next, m_dirty, m_picture);
     std::swap(m_shown, m_next);
+    m_shownAt = rootToDevice;
     return m_picture;
+}
+
+std::vector<QRect> LayerRenderer::changed() const {
+    return m_isScrolled ? std::vector{m_picture.rect()} : repainted();
+}
+
+// What was scrolled by whole pixels is moved where most of it stays in sight.
+void LayerRenderer::findDirty(const Affine& rootToDevice) {
+    const QRect picture = m_picture.rect();
+    const QPoint distance = scrolledPixels(m_shownAt, rootToDevice);
+    const QRect kept = picture & picture.translated(distance);
+    if (distance.isNull()) { return addChanges(m_shown, m_next, {picture}, m_dirty); }
+    m_shown.scroll(distance);
+    addChanges(m_shown, m_next, {kept, kPlaceTolerance}, m_dirty);
+    m_dirty.addOutside(kept);
+    m_isScrolled = m_dirty.share() < kLargestShareToScroll;
+    if (m_isScrolled) {
+        scrollPicture(distance);
+    } else {
+        m_dirty.addAll();
+    }
+}
+
+void LayerRenderer::scrollPicture(QPoint pixels) {
+    uchar* const bits = m_picture.bits();
+    const qsizetype bytesPerLine = m_picture.bytesPerLine();
+    const qsizetype from = std::max(0, -pixels.x()) * kBytesPerPixel;
+    const qsizetype to = std::max(0, pixels.x()) * kBytesPerPixel;
+    const auto count =
+        static_cast<size_t>((m_picture.width() - std::abs(pixels.x())) * kBytesPerPixel);
+    const int rows = m_picture.height() - std::abs(pixels.y());
+    for (int i = 0; i < rows; ++i) {
+        // No row is overwritten before it is moved.
+        const int target = pixels.y() > 0 ? m_picture.height() - 1 - i : i;
+        std::memmove(bits + target * bytesPerLine + to,
+                     bits + (target - pixels.y()) * bytesPerLine + from, count);
+    }
 }
 
 void LayerRenderer::paint(const DisplayList& list, QImage& picture) {

@@ -30,7 +30,11 @@ class LayerRenderer {
     /// there is one, the next frame begins with a copy of all pixels. The tree and its layers may
     /// change in any way between two calls, and so may the size and the transform.
     const QImage& frame(Layer& root, const Affine& rootToDevice, QSize size);
-    /// What the last frame() has painted: rectangles of the picture that do not overlap.
+    /// Where the last frame() differs from the one before: rectangles of the picture that do not
+    /// overlap.
+    std::vector<QRect> changed() const;
+    /// What the last frame() has painted: the same, but of a picture that was scrolled only what
+    /// came into sight and what changed besides.
     std::vector<QRect> repainted() const { return m_dirty.rectangles(); }
 
     /// Paints a whole list into `picture`, which gets its size; it is made only when it has
@@ -41,11 +45,15 @@ class LayerRenderer {
     static std::vector<ItemPainter> painters(const ThreadTeam& team) {
         return std::vector<ItemPainter>(static_cast<size_t>(team.workers()));
     }
+    void findDirty(const Affine& rootToDevice);
+    void scrollPicture(QPoint pixels);
     void paintDirty(const DisplayList& list, const DirtyArea& dirty, QImage& picture);
 
     ThreadTeam m_team;
     std::vector<ItemPainter> m_painters;  // one a worker
     DisplayList m_shown;                  // by m_picture
+    Affine m_shownAt;
+    bool m_isScrolled = false;  // in the last frame
     DisplayList m_next;
     DirtyArea m_dirty;
     DirtyArea m_whole;

@@ -1,6 +1,7 @@
 #include "storage/output_folder.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -18,13 +19,13 @@ namespace {
 
 constexpr int kDirectoryFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
-size_t countFiles(const FileDescriptor& directory) {
+size_t countFilesBelow(const FileDescriptor& directory) {
     std::vector<ListedEntry> entries;
     listDirectory(directory.number(), entries);
     size_t count = 0;
     for (const ListedEntry& entry : entries) {
         const FileDescriptor opened = openDirectoryAt(directory.number(), entry.name.c_str());
-        count += opened ? countFiles(opened) : 1;
+        count += opened ? countFilesBelow(opened) : 1;
     }
     return count;
 }
@@ -69,9 +70,19 @@ size_t OutputFolder::remove(const QString& name) const {
     const std::string entry = name.toStdString();
     FileDescriptor opened = openDirectoryAt(m_folder.number(), entry.c_str());
     if (!opened) { return ::unlinkat(m_folder.number(), entry.c_str(), 0) == 0 ? 1 : 0; }
-    const size_t count = countFiles(opened);
+    const size_t count = countFilesBelow(opened);
     removeOpenedTree(m_folder.number(), entry, std::move(opened));
     return count;
+}
+
+size_t OutputFolder::countFiles(const QString& path, const QString& name) {
+    const FileDescriptor folder(::open(systemPath(path).constData(), kDirectoryFlags));
+    if (!folder) { return 0; }
+    const QByteArray entry = name.toUtf8();
+    const FileDescriptor opened = openDirectoryAt(folder.number(), entry);
+    if (opened) { return countFilesBelow(opened); }
+    struct stat status;
+    return ::fstatat(folder.number(), entry, &status, AT_SYMLINK_NOFOLLOW) == 0 ? 1 : 0;
 }
 
 void OutputFolder::write(const QString& name, const QByteArrayList& pieces) const {

@@ -25,6 +25,9 @@ class OutputFolder {
     /// Removes the entry `name` of this folder with everything in it, and returns how many files
     /// that were. What cannot be removed stays.
     size_t remove(const QString& name) const;
+    /// How many files remove() would take away with the entry `name` of the folder at `path`. Looks
+    /// through no link below that.
+    static size_t countFiles(const QString& path, const QString& name);
     /// Writes the file `name`, made of `pieces`, atomically; a link of that name is replaced.
     /// Throws InputError, also for a name that no file can have.
     void write(const QString& name, const QByteArrayList& pieces) const;

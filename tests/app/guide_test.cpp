@@ -76,9 +76,11 @@ TEST(Guide, ListsTheKeysThatTheProgramHas) {
 // What the text says between the lists: keys and names of commands in bold.
 TEST(Guide, NamesOnlyCommandsAndKeysThatThereAre) {
     const QString text = guideText().section(kBegin, 0, 0);
-    for (const QString& title : {u"Save As"_s, u"Save a Copy"_s, u"Revert to Saved"_s,
-                                 u"Import Images"_s, u"Show Guidelines"_s, u"Place Anchor Point"_s,
-                                 u"Group"_s, u"Customize Toolbar"_s, u"Keyboard Shortcuts"_s}) {
+    for (const QString& title :
+         {u"Save As"_s, u"Save a Copy"_s, u"Revert to Saved"_s, u"Import Images"_s,
+          u"Show Guidelines"_s, u"Place Anchor Point"_s, u"Group"_s, u"Customize Toolbar"_s,
+          u"Keyboard Shortcuts"_s, u"At the Last Keyframe"_s, u"Key All"_s, u"Stretch to Length"_s,
+          u"Reverse"_s, u"Time and Value"_s, u"Insert Time"_s, u"Remove Time"_s}) {
         EXPECT_TRUE(text.simplified().contains(u"<b>%1</b>"_s.arg(title))) << qPrintable(title);
         const bool isThere = std::any_of(
             allCommands().begin(), allCommands().end(), [&title](const Command& command) {

@@ -25,6 +25,28 @@ class MemoryClipboard : public ClipboardPort {
     QStringList files() const override { return foreignFiles; }
 };
 
+inline void appendText(std::string& text, const FileWrapper& wrapper) {
+    for (const auto& [name, child] : wrapper.fileWrappers()) {
+        text += '\n' + name.toStdString();
+        if (child->isDirectory()) {
+            appendText(text, *child);
+        } else {
+            text += child->contents().toBase64().toStdString();
+        }
+    }
+}
+
+/// All that a save would store of canvas and animations.
+inline std::string storedText(PCProject& project) {
+    project.fileWrapper();
+    std::string text = exactState(*project.canvas());
+    for (const PCAnimation::Ptr& animation : project.animationsManager().animations()) {
+        text += '\n' + animation->name().toStdString();
+        appendText(text, *animation->fileWrapper());
+    }
+    return text;
+}
+
 /// A controller without a window, on a desktop that is scripted. What is to be called later waits
 /// for runLater().
 class ControllerScene {
@@ -64,28 +86,7 @@ class ControllerScene {
     void perform(const char* command) {
         controller.commands().perform(QString::fromLatin1(command));
     }
-    /// All that a save would store of canvas and animations.
-    std::string stored() {
-        project->fileWrapper();
-        std::string text = exactState(*project->canvas());
-        for (const PCAnimation::Ptr& animation : project->animationsManager().animations()) {
-            text += '\n' + animation->name().toStdString();
-            append(text, *animation->fileWrapper());
-        }
-        return text;
-    }
-
- private:
-    static void append(std::string& text, const FileWrapper& wrapper) {
-        for (const auto& [name, child] : wrapper.fileWrappers()) {
-            text += '\n' + name.toStdString();
-            if (child->isDirectory()) {
-                append(text, *child);
-            } else {
-                text += child->contents().toBase64().toStdString();
-            }
-        }
-    }
+    std::string stored() { return storedText(*project); }
 };
 
 }  // namespace tweenery::test

@@ -35,6 +35,7 @@ class DisplayListTest : public testing::Test {
     DisplayList list;
 };
 
+const QRect kEverywhere(0, 0, 100, 100);
 const QImage kImage = imageFilled(10, 10, Qt::red);
 
 TEST_F(DisplayListTest, LeavesOutWhatDoesNotShow) {
@@ -207,12 +208,12 @@ TEST_F(DisplayListTest, TellsPicturesApart) {
     const auto expectChange = [&](const char* what, size_t index, const auto& change) {
         const DisplayItem before = build().items()[index];
         change();
-        EXPECT_FALSE(before.looksLike(build().items()[index])) << what;
+        EXPECT_FALSE(before.looksLike(build().items()[index], kEverywhere, 0)) << what;
         EXPECT_TRUE(before.isSamePartAs(build().items()[index])) << what;
     };
     const DisplayItem image = build().items()[0];
-    EXPECT_TRUE(image.looksLike(build().items()[0]));
-    EXPECT_FALSE(image.looksLike(build().items()[1]));
+    EXPECT_TRUE(image.looksLike(build().items()[0], kEverywhere, 0));
+    EXPECT_FALSE(image.looksLike(build().items()[1], kEverywhere, 0));
     expectChange("place", 0, [&] { layer.setPosition({10 + 1e-9, 10}); });
     expectChange("opacity of parts", 0,
                  [&] { root.setTransform({}), layer.setContents(kImage.copy()); });

@@ -149,6 +149,49 @@ TEST(LayerRepaint, PaintingWhatChangedGivesTheWholePicture) {
     }
 }
 
+// Also what changes meanwhile, and what comes into sight.
+TEST(LayerRepaint, ScrollingGivesTheWholePicture) {
+    const QSize size(200, 150);
+    for (unsigned seed = 1; seed <= 8; ++seed) {
+        RandomScene scene(seed);
+        std::mt19937 random(seed);
+        const auto step = [&random](int most) {
+            return static_cast<int>(random() % static_cast<unsigned>(2 * most)) - most;
+        };
+        LayerRenderer renderer(1 + seed % 2);
+        Affine toDevice{{1.5, 0, 0, 1.5}, {-40.3, -30.6}};
+        renderer.frame(scene.root(), toDevice, size);
+        for (int frame = 0; frame < 60; ++frame) {
+            const bool isFar = frame % 10 == 9;
+            toDevice.offset += isFar ? QPointF(step(400), step(300)) : QPointF(step(20), step(15));
+            if (frame % 7 == 6) { toDevice.offset += QPointF(0.4, 0); }
+            if (frame % 3 == 2) { scene.edit(); }
+            const QImage updated = renderer.frame(scene.root(), toDevice, size);
+            const QImage whole = paintedWhole(scene.root(), toDevice, size);
+            ASSERT_LE(difference(updated, whole), kSpanTolerance)
+                << "seed " << seed << ", frame " << frame;
+            if (isFar) { toDevice.offset = {-40.3, -30.6}; }
+        }
+    }
+}
+
+TEST(LayerRepaint, ScrollingPaintsWhatComesIntoSight) {
+    Scene scene;
+    LayerScene::place(scene.root, {0, 0, 1000, 600});
+    for (int i = 0; i < 20; ++i) {
+        scene.add(scene.root, {i * 48.0, i * 28.0, 40, 20}, kRed);
+    }
+    LayerRenderer renderer;
+    renderer.frame(scene.root, Affine(), {500, 300});
+    renderer.frame(scene.root, {{}, {-10, -20}}, {500, 300});
+    int painted = 0;
+    for (const QRect& rect : renderer.repainted()) {
+        painted += rect.width() * rect.height();
+    }
+    EXPECT_LE(painted, 500 * 24 + 10 * 300);
+    EXPECT_EQ(renderer.changed(), std::vector{QRect(0, 0, 500, 300)});
+}
+
 // Images that are turned and scaled, some of them in fading groups, drift as in an animation.
 TEST(LayerRepaint, TurnedImagesThatMoveArePaintedAlongTheirEdges) {
     const QSize size(400, 320);

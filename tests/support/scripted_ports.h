@@ -26,15 +26,21 @@ class ScriptedAlerts : public AlertPort {
     }
 };
 
-/// The user picks `files`, or cancels when there are none.
+/// The user picks `files`, or `folder`, or cancels when there are none.
 class ScriptedOpenPanel : public OpenPanelPort {
  public:
     QStringList files;
+    QString folder;
     std::vector<OpenPanel> shown;
+    std::vector<FolderPanel> shownFolders;
 
     QStringList chooseFiles(const OpenPanel& panel) override {
         shown.push_back(panel);
         return files;
+    }
+    QString chooseFolder(const FolderPanel& panel) override {
+        shownFolders.push_back(panel);
+        return folder;
     }
 };
 

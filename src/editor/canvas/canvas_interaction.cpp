@@ -6,6 +6,7 @@
 #include "editor/canvas/marquee_gesture.h"
 #include "editor/canvas/move_gesture.h"
 #include "editor/canvas/press_record.h"
+#include "editor/canvas/press_step.h"
 #include "editor/canvas/rotate_gesture.h"
 #include "editor/canvas/scale_gesture.h"
 
@@ -33,12 +34,10 @@ struct CanvasInteraction::Press {
     PointerEvent began;
     PointerEvent last;
     ViewBeforePress before;
-    int64_t changeCount;
-    UndoGesture undo;
+    PressStep step;
     MakeGesture makeGesture = {};  // what the first drag starts
     std::optional<SetupBeforeDrag> setupBefore = {};
     std::unique_ptr<CanvasGesture> gesture = {};
-    QString actionName = {};
 };
 
 CanvasInteraction::CanvasInteraction(const CanvasScene& scene, CanvasInteractionHost& host)
@@ -111,11 +110,8 @@ void CanvasInteraction::press(const PointerEvent& event) {
 }
 
 void CanvasInteraction::begin(const PointerEvent& event) {
-    UndoManager& undoManager = m_scene.project.undoManager();
-    undoManager.endEvent();  // what came before is a step of its own
     m_press.reset(new Press{event.button, editTarget(), cursorAt(event.viewPoint), event, event,
-                            ViewBeforePress(m_scene), undoManager.changeCount(),
-                            UndoGesture(undoManager)});
+                            ViewBeforePress(m_scene), PressStep(m_scene.project.undoManager())});
 }
 
 void CanvasInteraction::beginLeftPress(const PointerEvent& event) {
@@ -132,7 +128,7 @@ void CanvasInteraction::beginLeftPress(const PointerEvent& event) {
     }
     if (movesAnchorPointAtOnce(event)) {
         const PCElement::Ptr moved = m_scene.selection.firstSelectedElement();
-        m_press->actionName = anchorPointActionName();
+        m_press->step.setActionName(anchorPointActionName());
         moved->setAnchorPoint(anchorPointAt(m_scene.canvasPoint(event), *moved));
         return;
     }
@@ -194,7 +190,7 @@ CanvasInteraction::MakeGesture CanvasInteraction::gestureFor(PCEditorLocation lo
 
 void CanvasInteraction::startGesture(std::unique_ptr<CanvasGesture> gesture) {
     m_press->setupBefore.emplace(m_scene);
-    m_press->actionName = gesture->actionName();
+    m_press->step.setActionName(gesture->actionName());
     m_press->gesture = std::move(gesture);
 }
 
@@ -223,18 +219,15 @@ void CanvasInteraction::lost() {
 }
 
 void CanvasInteraction::end() {
-    UndoManager& undoManager = m_scene.project.undoManager();
-    if (undoManager.changeCount() != m_press->changeCount) {
-        const bool ledBack = m_press->target.when.isSetup() && m_press->setupBefore &&
-                             m_press->setupBefore->isWhatThereIs(m_scene);
-        if (ledBack) {
-            // Taking back copies that came and went empties the selection.
-            const PCElement::Elements selected = m_scene.selection.selectedElements();
-            m_press->undo.cancel();
-            selectOnly(m_scene.selection, selected);
-        } else {
-            undoManager.setActionName(m_press->actionName);
-        }
+    const bool ledBack = m_press->step.hasEdits() && m_press->target.when.isSetup() &&
+                         m_press->setupBefore && m_press->setupBefore->isWhatThereIs(m_scene);
+    if (ledBack) {
+        // Taking back copies that came and went empties the selection.
+        const PCElement::Elements selected = m_scene.selection.selectedElements();
+        m_press->step.cancel();
+        selectOnly(m_scene.selection, selected);
+    } else {
+        m_press->step.end();
     }
     m_press.reset();
     reconcileTools();
@@ -243,7 +236,7 @@ void CanvasInteraction::end() {
 
 bool CanvasInteraction::cancel() {
     if (!m_press) { return false; }
-    m_press->undo.cancel();
+    m_press->step.cancel();
     const ViewBeforePress before = m_press->before;
     m_press.reset();
     m_hideGuides.cancel();

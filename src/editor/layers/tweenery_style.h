@@ -21,6 +21,10 @@ inline QColor canvasInnerBorderColor() {
 inline QColor canvasOuterBorderColor() {
     return white(0.667F);
 }
+/// The ground of a preview, where the canvas ends.
+inline QColor lightGrey() {
+    return white(0.667F);
+}
 /// The marquee.
 inline QColor selectionLayerColor() {
     return white(0.5F);

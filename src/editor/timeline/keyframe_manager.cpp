@@ -9,6 +9,19 @@
 using namespace Qt::StringLiterals;
 
 namespace tweenery {
+namespace {
+
+using Keyframes = PCKeyframeManager::Keyframes;
+using KeyframeSet = PCKeyframeManager::KeyframeSet;
+
+Keyframes membersNotIn(const KeyframeSet& others, const KeyframeSet& set) {
+    Keyframes members;
+    std::copy_if(set.begin(), set.end(), std::back_inserter(members),
+                 [&others](const auto& keyframe) { return !others.contains(keyframe); });
+    return members;
+}
+
+}  // namespace
 
 PCKeyframeManager::PCKeyframeManager(const std::shared_ptr<PCProject>& project)
     : m_project(project),
@@ -64,9 +77,8 @@ void PCKeyframeManager::selectKeyframeByExtendingSelection(const Keyframe& keyfr
 }
 
 void PCKeyframeManager::selectKeyframes(const KeyframeSet& keyframes) {
-    const KeyframeSet before = m_selectedKeyframes;
-    for (const Keyframe& keyframe : before) {
-        if (!keyframes.contains(keyframe)) { deselectKeyframe(keyframe); }
+    for (const Keyframe& keyframe : membersNotIn(keyframes, m_selectedKeyframes)) {
+        deselectKeyframe(keyframe);
     }
     for (const Keyframe& keyframe : keyframes) {
         selectKeyframe(keyframe);
@@ -126,6 +138,15 @@ void PCKeyframeManager::deselectAllTweens() {
     const KeyframeSet all = m_selectedTweens;
     for (const Keyframe& endKeyframe : all) {
         deselectTween(endKeyframe);
+    }
+}
+
+void PCKeyframeManager::selectTweens(const KeyframeSet& endKeyframes) {
+    for (const Keyframe& endKeyframe : membersNotIn(endKeyframes, m_selectedTweens)) {
+        deselectTween(endKeyframe);
+    }
+    for (const Keyframe& endKeyframe : endKeyframes) {
+        selectTween(endKeyframe);
     }
 }
 

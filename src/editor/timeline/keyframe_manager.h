@@ -78,6 +78,8 @@ class PCKeyframeManager : public PCAnimationsManagerChangeListener {
     void selectTween(const Keyframe& endKeyframe);
     void deselectTween(const Keyframe& endKeyframe);
     void deselectAllTweens();
+    /// The selection becomes `endKeyframes`; listeners are told what changed.
+    void selectTweens(const KeyframeSet& endKeyframes);
     bool tweenIsSelected(const Keyframe& endKeyframe) const {
         return m_selectedTweens.contains(endKeyframe);
     }

@@ -2,9 +2,12 @@
 
 #include <utility>
 
-#include "editor/layers/element_layer.h"
-#include "editor/layers/timeline_animations.h"
+#include "base/errors.h"
+#include "editor/layers/attached_animation.h"
+#include "editor/timeline/last_keyframe_time.h"
 #include "model/project.h"
+
+using namespace Qt::StringLiterals;
 
 namespace tweenery {
 
@@ -18,7 +21,12 @@ Playback::Playback(const std::shared_ptr<PCProject>& project, PCProjectTimeManag
     m_subscriptions = {m_timeManager.addPlayheadTimeListener(this),
                        m_timeManager.addPlaybackStateListener(this),
                        project->animationsManager().addChangeListener(this)};
+    m_timeManager.setPlaybackEndHandler([this] { stopHere(); });
     show(EditTime::at(m_timeManager.playheadPositionInMS()));
+}
+
+Playback::~Playback() {
+    m_timeManager.setPlaybackEndHandler({});
 }
 
 void Playback::togglePlayPause() {
@@ -28,8 +36,16 @@ void Playback::togglePlayPause() {
     } else {
         m_selectionBeforePlayback = m_selectionManager.selectedElements();
         m_selectionManager.deselectAllElements();
+        updateBounds();
         m_timeManager.setPlayback(true);
     }
+}
+
+void Playback::stopHere() {
+    if (!m_timeManager.isPlayingBack()) { return; }
+    const int32_t shown = m_timeManager.playheadPositionInMS();
+    togglePlayPause();
+    m_timeManager.setPlayheadPositionInMS(shown);
 }
 
 void Playback::restoreSelection() {
@@ -56,24 +72,7 @@ void Playback::timeManagerDidChangePlaybackState(PCProjectTimeManager& manager) 
 
 void Playback::attachAnimations(PCProject& project) {
     const PCAnimation::Ptr animation = project.animationsManager().selectedAnimation();
-    if (!animation) { return; }
-    TimelineAnimations animations(project);
-    for (const auto& [identifier, group] : animation->timelineGroups()) {
-        const PCElement::Ptr element = project.elementForIdentifier(identifier);
-        PCLayer* layer = element ? PCLayer::of(*element) : nullptr;
-        if (!layer) { continue; }
-        m_animatedElements.push_back(element);
-        for (const PCKeyedPropertyTimeline::Ptr& timeline : group->allTimelines()) {
-            // A hidden element is a layer of opacity 0, and stays one.
-            const bool isOpacity = timeline->propertyType() == PCPropertyTypeOpacity;
-            if (isOpacity && element->hidden()) { continue; }
-            auto played = animations.animation(*timeline);
-            if (!played) { continue; }
-            layer->addAnimation(std::move(*played),
-                                TimelineAnimations::animationKeyForTimelineOnAnimationName(
-                                    *timeline, animation->name()));
-        }
-    }
+    if (animation) { m_animatedElements = attachAnimation(project, *animation, 0); }
 }
 
 // Another animation may be selected by now, and elements may have left the tree.
@@ -102,6 +101,86 @@ void Playback::animationManagerDidSelectAnimation(PCAnimationsManager&, const PC
         m_selectionBeforePlayback.clear();
     }
     show(EditTime::at(m_timeManager.playheadPositionInMS()));
+    m_rangeHandlers.call();
+}
+
+// How far it plays.
+
+QString Playback::animationIdentifier() const {
+    const auto project = m_project.lock();
+    const auto animation = project ? project->animationsManager().selectedAnimation() : nullptr;
+    return animation ? animation->identifier() : QString();
+}
+
+std::optional<LoopRange> Playback::loopRange() const {
+    const auto found = m_loopRanges.find(animationIdentifier());
+    return found == m_loopRanges.end() ? std::nullopt : std::optional(found->second);
+}
+
+void Playback::storeLoopRange(const std::optional<LoopRange>& range) {
+    const QString animation = animationIdentifier();
+    if (animation.isEmpty() || range == loopRange()) { return; }
+    if (range) {
+        m_loopRanges[animation] = *range;
+    } else {
+        m_loopRanges.erase(animation);
+    }
+    updateBounds();
+    m_rangeHandlers.call();
+}
+
+void Playback::setLoopRange(int32_t startInMS, int32_t endInMS) {
+    assertContract(startInMS >= 0 && startInMS < endInMS, u"a range to loop has no length"_s);
+    storeLoopRange(LoopRange{startInMS, endInMS, true});
+}
+
+void Playback::setLoopStart(int32_t timeInMS) {
+    constexpr int32_t kLength = 1000;
+    const auto present = loopRange();
+    int64_t end = int64_t{timeInMS} + kLength;
+    if (present && present->endInMS > timeInMS) {
+        end = present->endInMS;
+    } else if (lastKeyframeTime() > timeInMS) {
+        end = lastKeyframeTime();
+    }
+    if (end <= INT32_MAX) { setLoopRange(timeInMS, static_cast<int32_t>(end)); }
+}
+
+void Playback::setLoopEnd(int32_t timeInMS) {
+    if (timeInMS <= 0) { return; }
+    const auto present = loopRange();
+    const bool startsBefore = present && present->startInMS < timeInMS;
+    setLoopRange(startsBefore ? present->startInMS : 0, timeInMS);
+}
+
+void Playback::setLoopRangeIsOn(bool isOn) {
+    auto range = loopRange();
+    if (!range && isOn && lastKeyframeTime() > 0) { range = LoopRange{0, lastKeyframeTime()}; }
+    if (!range) { return; }
+    range->isOn = isOn;
+    storeLoopRange(range);
+}
+
+void Playback::clearLoopRange() {
+    storeLoopRange(std::nullopt);
+}
+
+int32_t Playback::lastKeyframeTime() const {
+    const auto project = m_project.lock();
+    return project ? lastKeyframeTimeInMS(*project) : -1;
+}
+
+std::optional<PlaybackBounds> Playback::bounds() const {
+    const auto range = loopRange();
+    if (range && range->isOn) { return PlaybackBounds{range->startInMS, range->endInMS, true}; }
+    const PCPlaybackEnd end = PCAppPreferences::playbackEnd();
+    const int32_t last = end == PCPlaybackEnd::PlayOn ? 0 : lastKeyframeTime();
+    if (last <= 0) { return std::nullopt; }
+    return PlaybackBounds{0, last, end == PCPlaybackEnd::Loop};
+}
+
+void Playback::updateBounds() {
+    m_timeManager.setPlaybackBounds(bounds());
 }
 
 }  // namespace tweenery

@@ -95,6 +95,7 @@ void PCProjectTimeManager::setPlayback(bool playback) {
 void PCProjectTimeManager::startPlayback() {
     m_playbackStartTimeInMS = m_playheadPositionInMS;
     m_playbackStartMediaTimeInSeconds = m_clock.now();
+    beginPass();
     // The layers may stand at the skim playhead.
     scrubToTimeInMS(m_playheadPositionInMS);
     if (m_displaylinkAdapter) { m_displaylinkAdapter->setPaused(false); }
@@ -105,11 +106,34 @@ void PCProjectTimeManager::stopPlayback() {
     setPlayheadPositionInMS(m_playbackStartTimeInMS);
 }
 
+void PCProjectTimeManager::setPlaybackBounds(const std::optional<PlaybackBounds>& bounds) {
+    m_playbackBounds = bounds;
+    if (m_playback) { beginPass(); }
+}
+
+void PCProjectTimeManager::beginPass() {
+    const auto& bounds = m_playbackBounds;
+    const int32_t time = m_playheadPositionInMS;
+    const bool isWithin = !bounds || (time >= bounds->startInMS && time < bounds->endInMS);
+    m_passStartTimeInMS = isWithin ? time : bounds->startInMS;
+    m_passStartMediaTimeInSeconds = m_clock.now();
+    setPlayheadPositionInMS(m_passStartTimeInMS);
+}
+
 void PCProjectTimeManager::updatePlayheadDuringPlayback() {
     if (!m_playback) { return; }
-    const double elapsedInMS = (m_clock.now() - m_playbackStartMediaTimeInSeconds) * 1000.0;
-    setPlayheadPositionInMS(
-        wholeMilliseconds(elapsedInMS + static_cast<double>(m_playbackStartTimeInMS)));
+    const double elapsedInMS = (m_clock.now() - m_passStartMediaTimeInSeconds) * 1000.0;
+    const double time = elapsedInMS + static_cast<double>(m_passStartTimeInMS);
+    if (!m_playbackBounds || time < m_playbackBounds->endInMS) {
+        return setPlayheadPositionInMS(wholeMilliseconds(time));
+    }
+    const auto [start, end, loops] = *m_playbackBounds;
+    if (loops) {
+        return setPlayheadPositionInMS(
+            wholeMilliseconds(start + std::fmod(time - start, end - start)));
+    }
+    setPlayheadPositionInMS(end);
+    if (m_playbackEndHandler) { m_playbackEndHandler(); }
 }
 
 // Zoom.

@@ -2,7 +2,9 @@
 
 #include <QString>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 
 #include "base/listener_set.h"
 #include "base/media_clock.h"
@@ -13,6 +15,13 @@
 namespace tweenery {
 
 class PCProjectTimeManager;
+
+/// How far the playhead goes while playing, in milliseconds.
+struct PlaybackBounds {
+    int32_t startInMS = 0;
+    int32_t endInMS = 0;  // above the start
+    bool loops = true;    // from the end back to the start; else the run ends there
+};
 
 /// Told when the playhead has moved, and when the skim playhead has. The layers still show the old
 /// time then.
@@ -71,13 +80,22 @@ class PCProjectTimeManager {
     // Playback.
 
     bool isPlayingBack() const { return m_playback; }
-    /// True starts the frames, and the playhead moves with the clock from where it is; it runs on
-    /// past the end of the animation. False stops them and returns the playhead to where it was at
-    /// the start, when it no longer counts as playing. Told to the listeners, changed or not.
+    /// True starts the frames, and the playhead moves with the clock from where it is; without
+    /// bounds it runs on past the end of the animation. False stops them and returns the playhead
+    /// to where it was at the start, when it no longer counts as playing. Told to the listeners,
+    /// changed or not.
     void setPlayback(bool playback);
     int32_t playbackStartTimeInMS() const { return m_playbackStartTimeInMS; }
     /// Seconds on the clock at the start of playback.
     double playbackStartMediaTimeInSeconds() const { return m_playbackStartMediaTimeInSeconds; }
+    /// Where it plays: a run that would start outside of them starts at their start. While playing,
+    /// the run goes on from where it is.
+    void setPlaybackBounds(const std::optional<PlaybackBounds>& bounds);
+    /// Called when the playhead has come to the end of bounds that do not loop, and is to stop the
+    /// run.
+    void setPlaybackEndHandler(std::function<void()> handler) {
+        m_playbackEndHandler = std::move(handler);
+    }
     /// Called for every frame. Does nothing unless playing.
     void updatePlayheadDuringPlayback();
 
@@ -151,6 +169,10 @@ class PCProjectTimeManager {
     std::unique_ptr<PCLayerAnimationController> m_animationController;
     std::unique_ptr<PCDisplaylinkAdapter> m_displaylinkAdapter;
     double m_playbackStartMediaTimeInSeconds = 0;
+    std::optional<PlaybackBounds> m_playbackBounds;
+    std::function<void()> m_playbackEndHandler;
+    int32_t m_passStartTimeInMS = 0;  // from which the clock counts
+    double m_passStartMediaTimeInSeconds = 0;
     ListenerSet<PCProjectTimeManagerPlayheadListener> m_timePlayheadListeners;
     ListenerSet<PCProjectTimeManagerZoomListener> m_timeZoomListeners;
     ListenerSet<PCProjectTimeManagerPlaybackStateListener> m_playbackStateListeners;
@@ -160,6 +182,7 @@ class PCProjectTimeManager {
     void scrubToTimeInMS(int32_t timeInMS);
     void startPlayback();
     void stopPlayback();
+    void beginPass();
 };
 
 }  // namespace tweenery

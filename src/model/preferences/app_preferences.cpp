@@ -57,6 +57,8 @@ const QString kLinkFXFactorKey = u"linkfxfactor"_s;
 const QString kLastWindowSizeKey = u"lastWindowSize"_s;
 const QString kThemeKey = u"appearance"_s;
 const QStringList kThemeNames = {u"system"_s, u"light"_s, u"dark"_s};  // by PCAppTheme
+const QString kPlaybackEndKey = u"playbackEnd"_s;
+const QStringList kPlaybackEndNames = {u"playOn"_s, u"stop"_s, u"loop"_s};  // by PCPlaybackEnd
 constexpr float kFixedLinkFXFactor = 1;
 constexpr QSizeF kDefaultWindowSize(1000, 600);
 
@@ -88,6 +90,7 @@ void PCAppPreferences::registerDefaults() {
     defaults.registerDefault(kLinkFXFactorKey, kFixedLinkFXFactor);
     defaults.registerDefault(kLastWindowSizeKey, textFromSize(kDefaultWindowSize));
     defaults.registerDefault(kThemeKey, kThemeNames.first());
+    defaults.registerDefault(kPlaybackEndKey, kPlaybackEndNames.first());
 }
 
 float PCAppPreferences::linkFXFactor() {
@@ -153,6 +156,15 @@ PCAppTheme PCAppPreferences::theme() {
 
 void PCAppPreferences::setTheme(PCAppTheme theme) {
     write(kThemeKey, kThemeNames[static_cast<int>(theme)]);
+}
+
+PCPlaybackEnd PCAppPreferences::playbackEnd() {
+    const QString name = UserDefaults::standard().value(kPlaybackEndKey).toString();
+    return static_cast<PCPlaybackEnd>(std::max<qsizetype>(0, kPlaybackEndNames.indexOf(name)));
+}
+
+void PCAppPreferences::setPlaybackEnd(PCPlaybackEnd end) {
+    write(kPlaybackEndKey, kPlaybackEndNames[static_cast<int>(end)]);
 }
 
 bool PCAppPreferences::increasesContrast() {

@@ -7,6 +7,9 @@ namespace tweenery {
 /// Light or dark windows.
 enum class PCAppTheme { AsTheSystem, Light, Dark };
 
+/// What playing does at the last keyframe.
+enum class PCPlaybackEnd { PlayOn, Stop, Loop };
+
 /// The choices that belong to the user, kept in UserDefaults::standard(). Among them are the last
 /// used export options, from which a new project starts. Every setter writes to the disk at once,
 /// unless it says otherwise.
@@ -30,6 +33,8 @@ class PCAppPreferences {
     static float storedLinkFXFactor();
     static bool showsTimelineSkimbar();
     static void setShowsTimelineSkimbar(bool shows);
+    static PCPlaybackEnd playbackEnd();
+    static void setPlaybackEnd(PCPlaybackEnd end);
     static bool showsOnboardWindowAtLaunch();
     static void setShowsOnnboardWindowAtLaunch(bool shows);
 

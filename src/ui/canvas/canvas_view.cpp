@@ -13,24 +13,15 @@
 #include "editor/mime_pasteboard.h"
 #include "editor/outline_drop.h"
 #include "ui/canvas/canvas_cursors.h"
-#include "ui/canvas/feedback_plate.h"
 #include "ui/widgets/appearance.h"
+#include "ui/widgets/feedback_plate.h"
+#include "ui/widgets/wheel.h"
 
 namespace tweenery {
 namespace {
 
-constexpr double kPointsPerWheelStep = 60;
-constexpr double kAnglePerWheelStep = 120;     // eighths of a degree; QWheelEvent::angleDelta()
-constexpr double kZoomPerWheelPoint = 0.0025;  // natural logarithm
-
 bool acceptsDrop(const QMimeData& data) {
     return data.hasFormat(PCElement::pasteboardType()) || hasPictures(filesOf(data.urls()));
-}
-
-// In points of the view; touchpads give pixels, wheels steps.
-QPointF distanceOf(const QWheelEvent& event) {
-    if (!event.pixelDelta().isNull()) { return event.pixelDelta(); }
-    return QPointF(event.angleDelta()) * kPointsPerWheelStep / kAnglePerWheelStep;
 }
 
 }  // namespace
@@ -78,7 +69,7 @@ void CanvasView::drawFrame() {
                                   -m_controller.viewport().scrollOrigin() * ratio};
     m_frame = &m_renderer.frame(m_controller.editorLayer(), documentToDevice, size);
     QRegion changed;
-    for (const QRect& pixels : m_renderer.repainted()) {
+    for (const QRect& pixels : m_renderer.changed()) {
         changed += QRectF(QPointF(pixels.topLeft()) / ratio, QSizeF(pixels.size()) / ratio)
                        .toAlignedRect();
     }
@@ -149,16 +140,11 @@ void CanvasView::scrollContentsBy(int, int) {
 }
 
 void CanvasView::wheelEvent(QWheelEvent* event) {
-    QPointF distance = distanceOf(*event);
     if (event->modifiers().testFlag(Qt::ControlModifier)) {
         if (m_controller.interaction().isPressed()) { return; }  // what is grabbed stays in hand
-        m_controller.viewport().zoomAbout(event->position(),
-                                          std::exp(distance.y() * kZoomPerWheelPoint));
+        m_controller.viewport().zoomAbout(event->position(), wheelZoom(*event));
     } else {
-        // Alt turns the axes by itself on some desktops.
-        const bool isAcross = event->modifiers().testFlag(Qt::ShiftModifier);
-        if (isAcross && distance.x() == 0) { distance = distance.transposed(); }
-        m_controller.viewport().scrollBy(-distance);
+        m_controller.viewport().scrollBy(-scrollDistance(*event));
     }
     event->accept();
 }

@@ -6,7 +6,7 @@
 #include <QToolTip>
 
 #include "ui/navigators/animations_model.h"
-#include "ui/navigators/row_painting.h"
+#include "ui/widgets/row_painting.h"
 #include "ui/widgets/appearance.h"
 #include "ui/widgets/focus_ring.h"
 #include "ui/widgets/fonts.h"

@@ -9,7 +9,7 @@
 #include "ui/navigators/animation_rows.h"
 #include "ui/navigators/list_keys.h"
 #include "ui/navigators/name_editing.h"
-#include "ui/navigators/row_painting.h"
+#include "ui/widgets/row_painting.h"
 #include "ui/widgets/appearance.h"
 #include "ui/widgets/sizes.h"
 

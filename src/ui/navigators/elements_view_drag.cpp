@@ -8,7 +8,7 @@
 #include "editor/canvas/pasteboard_commands.h"
 #include "editor/mime_pasteboard.h"
 #include "ui/navigators/elements_view.h"
-#include "ui/navigators/row_painting.h"
+#include "ui/widgets/row_painting.h"
 #include "ui/widgets/appearance.h"
 #include "ui/widgets/sizes.h"
 

@@ -3,7 +3,7 @@
 #include <QPainter>
 
 #include "ui/navigators/elements_view.h"
-#include "ui/navigators/row_painting.h"
+#include "ui/widgets/row_painting.h"
 #include "ui/widgets/appearance.h"
 #include "ui/widgets/focus_ring.h"
 #include "ui/widgets/sizes.h"
@@ -67,9 +67,9 @@ void ElementsView::paintRow(QPainter& painter, const QRect& row, const QModelInd
         m_document.project()->isSetupMode() ? colors.setupSelection : colors.animationSelection;
     QColor fill = colors.row;
     if (isSelected) {
-        fill = rows::lightened(color, tint.selected);
+        fill = lightened(color, tint.selected);
     } else if (tint.unselected) {
-        fill = rows::lightened(color, *tint.unselected);
+        fill = lightened(color, *tint.unselected);
     }
     rows::paintFill(painter, row, fill, isHovered);
 

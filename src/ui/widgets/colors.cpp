@@ -49,6 +49,7 @@ FrameColors lightFrame() {
         .field = Qt::white,
         .popover = rgb(0xF7F7F7),
         .popoverLine = rgb(0xB9B9B9),
+        .popoverShadow = black(0.025),
         .noticeFill = rgb(0xFFF3CD),
         .noticeLine = rgb(0xD9BE6A),
         .noticeInk = rgb(0x4A3B00),
@@ -65,6 +66,9 @@ FrameColors lightFrame() {
         .pressed = black(0.20),
         .plateHover = black(0.08),
         .platePressed = black(0.20),
+        .dim = black(0.40),
+        .paper = Qt::white,
+        .recents = Qt::white,
         .statusFill = rgb(0x3C3C3C),
         .statusInk = rgb(0xF3F3F3),
         .scrollThumb = black(0.40),
@@ -90,6 +94,7 @@ FrameColors darkFrame() {
         .field = rgb(0x1E1E1E),
         .popover = rgb(0x343434),
         .popoverLine = rgb(0x141414),
+        .popoverShadow = black(0.05),
         .noticeFill = rgb(0x4A3F1C),
         .noticeLine = rgb(0x6D5C27),
         .noticeInk = rgb(0xF5E3A8),
@@ -106,6 +111,9 @@ FrameColors darkFrame() {
         .pressed = black(0.20),
         .plateHover = black(0.08),
         .platePressed = black(0.20),
+        .dim = black(0.40),
+        .paper = Qt::white,
+        .recents = rgb(0xE6E6E6),
         .statusFill = rgb(0x3C3C3C),
         .statusInk = rgb(0xF3F3F3),
         .scrollThumb = white(0.40),
@@ -143,24 +151,42 @@ WorkbenchColors ordinaryWorkbench() {
         .pane = rgb(0xD1D1D1),
         .paneInk = Qt::black,
         .paneIcon = rgb(0x5E5E5E),
+        .paneSecondInk = rgb(0x555555),
         .checkerLight = rgb(0xF6F6F6),
         .checkerDark = rgb(0xE4E4E4),
         .fieldFill = grey(0.7F),
         .fieldLine = rgb(0x6E6E6E),
         .fieldInk = Qt::white,
+        .fieldRefused = rgb(0xB3261E),
+        .paneRow = grey(0.886F),
+        .paneRowLine = black(0.11),
+        .keyButton = grey(0.698039F),
+        .dial = grey(0.7F),
+        .knob = Qt::white,
+        .badge = rgb(0x3C3C3C),
         .bracket = rgb(0x6A6A6A),
         .accent = rgb(0x0B66B0),
         .track = rgb(0xF3F3F3),
         .trackLine = black(0.11),
         .timelineHeadLine = rgb(0x909090),
-        .darkApp = grey(0.164706F),
+        .timelineRest = grey(0.25F),
+        .timelineActive = grey(0.161F),
+        .timelinePlaying = QColor::fromRgbF(0.114F, 0.616F, 0.953F),
+        .timelineButton = rgb(0x5A5A5A),
+        .timelineInk = rgb(0xF3F3F3),
+        .timelineSecondInk = rgb(0xB4B4B4),
+        .timelineScroller = rgb(0x8A8A8A),
+        .playheadPlate = rgb(0x111111),
         .lightGrey = rgb(0xAAAAAA),
+        .darkGrey = rgb(0x555555),
         .grey = rgb(0x808080),
         .red = rgb(0xFF0000),
         .blue = rgb(0x2E6BFF),
         .green = rgb(0x2FA84F),
         .toggleOn = QColor::fromRgbF(0.360784F, 0.780392F, 0.992157F),
         .toggleOff = grey(0.698039F),
+        .exportToggleOn = rgb(0x318AF4),
+        .exportToggleOff = rgb(0xB2B2B2),
         .easingButton = rgb(0xD4D4D4),
         .easingInk = rgb(0x1E1E1E),
         .groupFxFill = rgb(0x808080),
@@ -171,12 +197,15 @@ WorkbenchColors ordinaryWorkbench() {
 WorkbenchColors contrastWorkbench() {
     WorkbenchColors colors = ordinaryWorkbench();
     colors.paneIcon = colors.paneInk;
+    colors.paneSecondInk = colors.paneInk;
     colors.fieldFill = rgb(0x5E5E5E);
     colors.fieldLine = kContrastLineOnLight;
     colors.bracket = kContrastLineOnLight;
     colors.lockDot = kContrastLineOnLight;
     colors.trackLine = kContrastLineOnLight;
     colors.timelineHeadLine = kContrastLineOnDark;
+    colors.timelineSecondInk = colors.timelineInk;
+    colors.timelineScroller = kContrastLineOnDark;
     colors.groupFxFill = rgb(0x5E5E5E);
     return colors;
 }
@@ -251,6 +280,14 @@ QColor blended(const QColor& over, const QColor& fill) {
     };
     return QColor::fromRgbF(mix(over.redF(), fill.redF()), mix(over.greenF(), fill.greenF()),
                             mix(over.blueF(), fill.blueF()));
+}
+
+QColor lightened(const QColor& color, double level) {
+    return blended(white(level), color);
+}
+
+QColor darkened(const QColor& color, double level) {
+    return blended(black(level), color);
 }
 
 double relativeLuminance(const QColor& color) {

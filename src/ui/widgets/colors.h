@@ -25,7 +25,8 @@ struct FrameColors {
     QColor field;         // text fields and unchecked boxes
     QColor popover;       // popovers and menus
     QColor popoverLine;
-    QColor noticeFill;  // bars across the canvas
+    QColor popoverShadow;  // laid over itself several times, ever wider
+    QColor noticeFill;     // bars across the canvas
     QColor noticeLine;
     QColor noticeInk;
     QColor failureFill;  // the same, when work is at risk
@@ -41,6 +42,9 @@ struct FrameColors {
     QColor pressed;       // over the fill below
     QColor plateHover;    // over a plate
     QColor platePressed;  // over a plate
+    QColor dim;           // over a window that waits for its sheet
+    QColor paper;         // the sheet's head and list
+    QColor recents;       // the list of recent projects
     QColor statusFill;    // the plate at the canvas's lower left
     QColor statusInk;
     QColor scrollThumb;
@@ -68,24 +72,42 @@ struct WorkbenchColors {
     QColor pane;          // inspector
     QColor paneInk;
     QColor paneIcon;
+    QColor paneSecondInk;  // units and what is told beside a picture
     QColor checkerLight;
     QColor checkerDark;
     QColor fieldFill;  // inspector fields
     QColor fieldLine;
     QColor fieldInk;
+    QColor fieldRefused;  // the line of a field whose text was refused
+    QColor paneRow;       // rows of the children's order
+    QColor paneRowLine;
+    QColor keyButton;
+    QColor dial;
+    QColor knob;
+    QColor badge;  // the sign that a picture can be changed
     QColor bracket;
     QColor accent;
     QColor track;
     QColor trackLine;
     QColor timelineHeadLine;  // lines of buttons and ticks of the zoom
-    QColor darkApp;           // the timeline's head
+    QColor timelineRest;      // the timeline's head and ruler
+    QColor timelineActive;    // the same while it has the keyboard
+    QColor timelinePlaying;   // the ruler
+    QColor timelineButton;
+    QColor timelineInk;
+    QColor timelineSecondInk;
+    QColor timelineScroller;
+    QColor playheadPlate;  // under the playhead's time
     QColor lightGrey;
+    QColor darkGrey;
     QColor grey;
     QColor red;
     QColor blue;   // the skim bar
     QColor green;  // the easing in use where several tweens or none are meant
     QColor toggleOn;
     QColor toggleOff;
+    QColor exportToggleOn;  // the round choices of the export sheet
+    QColor exportToggleOff;
     QColor easingButton;
     QColor easingInk;
     QColor groupFxFill;
@@ -115,6 +137,9 @@ QColor keyButtonLine(PCPropertyType type, bool increasesContrast);
 
 /// What `over`, which may be translucent, looks like on the opaque `fill`.
 QColor blended(const QColor& over, const QColor& fill);
+/// Mixed with white or with black: 0 is the colour itself, 1 white, or black.
+QColor lightened(const QColor& color, double level);
+QColor darkened(const QColor& color, double level);
 /// 0 (black) to 1 (white), by the definition of WCAG 2.
 double relativeLuminance(const QColor& color);
 /// 1 to 21, by the definition of WCAG 2; the order does not matter.

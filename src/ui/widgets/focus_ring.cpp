@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDial>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QRadioButton>
@@ -12,6 +13,7 @@
 #include "ui/widgets/appearance.h"
 #include "ui/widgets/device_pixels.h"
 #include "ui/widgets/sizes.h"
+#include "ui/widgets/toggle_icon_button.h"
 
 namespace tweenery {
 
@@ -23,7 +25,7 @@ QPointer<FocusRing> theRing;
 
 bool takesRing(const QWidget* widget) {
     return qobject_cast<const QAbstractButton*>(widget) || qobject_cast<const QComboBox*>(widget) ||
-           qobject_cast<const QSlider*>(widget);
+           qobject_cast<const QSlider*>(widget) || qobject_cast<const QDial*>(widget);
 }
 
 // What the ring goes round, in the coordinates of `widget`.
@@ -44,6 +46,8 @@ double ringRadius(const QWidget* widget) {
         return sizes::checkBoxRadius + sizes::focusRingGap;
     }
     if (qobject_cast<const QRadioButton*>(widget)) { return sizes::checkBox / 2.0 + kReach; }
+    if (qobject_cast<const QDial*>(widget)) { return widget->height() / 2.0 + kReach; }
+    if (qobject_cast<const ToggleIconButton*>(widget)) { return widget->width() / 2.0 + kReach; }
     return sizes::buttonRadius + sizes::focusRingGap;
 }
 

@@ -220,9 +220,12 @@ void FrameStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
         case PE_IndicatorRadioButton:
             framePainting::radioButton(*painter, *option);
             return;
-        case PE_PanelLineEdit:
-            framePainting::field(*painter, *option);
+        case PE_PanelLineEdit: {
+            const auto* panel = qstyleoption_cast<const QStyleOptionFrame*>(option);
+            const bool paintsItself = panel && panel->lineWidth == 0;
+            if (!paintsItself) { framePainting::field(*painter, *option); }
             return;
+        }
         case PE_PanelMenu:
             framePainting::menuPanel(*painter, option->rect);
             return;

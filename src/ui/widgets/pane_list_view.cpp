@@ -1,5 +1,6 @@
 #include "ui/widgets/pane_list_view.h"
 
+#include "ui/widgets/appearance.h"
 #include "ui/widgets/sizes.h"
 
 namespace tweenery {
@@ -12,6 +13,10 @@ PaneListView::PaneListView(QWidget* parent)
     setFocusPolicy(Qt::NoFocus);
     setBackgroundRole(QPalette::AlternateBase);
     setWidget(m_document);
+    QPalette gaps;  // between the panes, and below the last one
+    gaps.setColor(QPalette::Window, Appearance::current().workbench().rowLowerEdge);
+    m_document->setPalette(gaps);
+    m_document->setAutoFillBackground(true);
 
     QScrollBar* hidden = verticalScrollBar();
     m_overlay.setCursor(Qt::ArrowCursor);

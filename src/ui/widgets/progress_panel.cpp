@@ -21,6 +21,7 @@ constexpr int kPanelWidth = 424;
 constexpr int kCardRadius = 8;
 constexpr int kResultPicture = 24;
 constexpr int kResultTextLeft = 56;
+constexpr int kResultTextWidth = kPanelWidth - kResultTextLeft - sizes::dialogMargin;
 
 }  // namespace
 
@@ -29,13 +30,15 @@ ProgressPanel::ProgressPanel(QWidget* parent) : QWidget(parent) {
     grid->setSpacing(8);
     grid->addWidget(&m_title, 0, 0, 1, 2);
     grid->addWidget(&m_bar, 1, 0, 1, 2);
-    grid->addWidget(&m_detail, 2, 0);
+    grid->addWidget(&m_detail, 2, 0, 1, 2);
     grid->addWidget(&m_button, 3, 1, Qt::AlignRight);
     grid->setColumnStretch(0, 1);
     setFixedWidth(kPanelWidth);
     setAccessibleRole(*this, QAccessible::Pane);
     m_title.setFont(headingFont());
     m_detail.setFont(regularFont(sizes::captionTextSize));
+    m_detail.setTextFormat(Qt::PlainText);
+    m_title.setTextFormat(Qt::PlainText);
     m_detail.setForegroundRole(QPalette::PlaceholderText);
     m_bar.setTextVisible(false);
     m_bar.setFixedHeight(sizes::progressBarHeight);
@@ -89,7 +92,12 @@ void ProgressPanel::showResult(const QString& title, const QString& detail,
     m_delay.stop();
     m_title.setText(title);
     setAccessibleName(title);
-    m_detail.setText(detail);
+    QStringList lines = detail.split(u'\n');
+    for (QString& line : lines) {
+        line = m_detail.fontMetrics().elidedText(line, Qt::ElideMiddle, kResultTextWidth);
+    }
+    m_detail.setText(lines.join(u'\n'));
+    m_detail.setToolTip(detail);
     m_button.setText(buttonText);
     m_action = std::move(action);
     setShowsResult(true);

@@ -7,6 +7,13 @@ namespace tweenery {
 
 TextField::TextField(QWidget* parent) : QLineEdit(parent) {}
 
+void TextField::setValueText(const QString& text) {
+    m_textBefore = text;
+    if ((m_isEditing && isModified()) || text == this->text()) { return; }
+    setText(text);
+    if (hasFocus()) { selectAll(); }
+}
+
 void TextField::focusInEvent(QFocusEvent* event) {
     QLineEdit::focusInEvent(event);
     if (m_isEditing) { return; }  // the window or a menu had the keyboard meanwhile

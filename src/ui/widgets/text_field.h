@@ -12,6 +12,11 @@ class TextField : public QLineEdit {
  public:
     explicit TextField(QWidget* parent = nullptr);
 
+    /// What Escape goes back to, and what shows unless the user is changing the text.
+    void setValueText(const QString& text);
+    /// Takes what was typed so far; the keyboard stays.
+    void commit();
+
  Q_SIGNALS:
     /// The user changed the text and is done; never for a field that was only visited.
     void committed(const QString& text);
@@ -25,8 +30,6 @@ class TextField : public QLineEdit {
     bool event(QEvent* event) override;
 
  private:
-    void commit();
-
     QString m_textBefore;
     bool m_isEditing = false;
 };

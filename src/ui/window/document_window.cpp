@@ -14,8 +14,10 @@
 #include "editor/documents/project_path.h"
 #include "editor/outline_drop.h"
 #include "ui/canvas/canvas_view.h"
+#include "ui/export/export_sheet.h"
 #include "ui/inspector/inspector_pane.h"
 #include "ui/navigators/navigator.h"
+#include "ui/timeline/keyframe_dialog.h"
 #include "ui/timeline/timeline_pane.h"
 #include "ui/window/canvas_area.h"
 #include "ui/window/main_menu.h"
@@ -87,8 +89,10 @@ void DocumentWindow::build() {
 void DocumentWindow::tearDown() {
     m_updateTimer.stop();
     m_spaceTimer.stop();
+    delete std::exchange(m_exportSheet, nullptr);
     m_subscriptions.clear();
     m_canvas = nullptr;
+    m_timeline = nullptr;
     m_toolbar = nullptr;
     delete takeCentralWidget();
     delete std::exchange(m_menu, nullptr);
@@ -105,6 +109,10 @@ WindowHooks DocumentWindow::hooks() {
             },
             [this](std::chrono::milliseconds delay, std::function<void()> call) {
                 QTimer::singleShot(delay, this, std::move(call));
+            },
+            [this] { updateLater(); },
+            [this] {
+                if (m_timeline) { m_timeline->overlayDidChange(); }
             }};
 }
 
@@ -127,7 +135,11 @@ void DocumentWindow::buildPanes() {
     column->setSpacing(0);
     column->addWidget(m_split, 1);
     setCentralWidget(content);
-    connect(m_canvas, &CanvasView::contextMenuRequested, this, &DocumentWindow::showContextMenu);
+    connect(m_canvas, &CanvasView::contextMenuRequested, this,
+            [this](QPoint position) { showContextMenu(contextCommands(), position); });
+    connect(m_timeline, &TimelinePane::contextMenuRequested, this,
+            &DocumentWindow::showContextMenu);
+    connect(m_inspector, &InspectorPane::left, m_canvas, [this] { m_canvas->setFocus(); });
     connect(m_canvas, &CanvasView::viewportChanged, this, &DocumentWindow::viewportDidChange);
 }
 
@@ -146,6 +158,8 @@ void DocumentWindow::listen() {
     };
     m_subscriptions.clear();
     keep(m_controller->selectionManager().addSelectionListener(this));
+    keep(m_controller->keyframeManager().addSelectionListener(this));
+    keep(m_controller->playback().addLoopRangeHandler([this] { updateLater(); }));
     keep(project.animationsManager().addChangeListener(this));
     keep(m_controller->timeManager().addPlaybackStateListener(this));
     keep(project.undoManager().addChangeHandler([this] { updateLater(); }));
@@ -169,9 +183,11 @@ void DocumentWindow::addWindowCommands() {
                  {[this] { setWindowState(windowState() ^ Qt::WindowFullScreen); },
                   {},
                   [this] { return isFullScreen(); }});
+    commands.add(u"exportGeneratedCode"_s, {[this] { openExportSheet(); }});
     commands.add(u"nextPane"_s, {[this] { focusPane(1); }});
     commands.add(u"previousPane"_s, {[this] { focusPane(-1); }});
     addPaneCommands(commands);
+    addKeyframeDialogCommands(commands, m_controller->keyframeCommands(), this);
     m_owner.addCommands(commands, *this);
 }
 
@@ -180,8 +196,8 @@ void DocumentWindow::endTextEdit() {
     m_navigator->endEditing();
 }
 
-void DocumentWindow::showContextMenu(QPoint position) {
-    execContextMenu(*m_menu, this, contextCommands(), position);
+void DocumentWindow::showContextMenu(const QStringList& commands, QPoint position) {
+    execContextMenu(*m_menu, this, commands, position);
 }
 
 // Keys that no pane took.
@@ -190,7 +206,7 @@ void DocumentWindow::keyPressEvent(QKeyEvent* event) {
     CanvasInteraction& interaction = m_controller->interaction();
     switch (event->key()) {
         case Qt::Key_Escape:
-            interaction.cancel();
+            m_controller->cancelPress();
             return;
         case Qt::Key_Space:
             m_spaceTimer.stop();
@@ -200,7 +216,7 @@ void DocumentWindow::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_Control:
         case Qt::Key_Shift:
         case Qt::Key_Alt:
-            interaction.modifiersChanged(QGuiApplication::queryKeyboardModifiers());
+            m_controller->modifiersChanged(QGuiApplication::queryKeyboardModifiers());
             m_canvas->updateCursor();
             return;
         default:
@@ -215,7 +231,7 @@ void DocumentWindow::keyReleaseEvent(QKeyEvent* event) {
         m_spaceTimer.start();
     } else if (event->key() == Qt::Key_Control || event->key() == Qt::Key_Shift ||
                event->key() == Qt::Key_Alt) {
-        m_controller->interaction().modifiersChanged(QGuiApplication::queryKeyboardModifiers());
+        m_controller->modifiersChanged(QGuiApplication::queryKeyboardModifiers());
         m_canvas->updateCursor();
     }
     QMainWindow::keyReleaseEvent(event);
@@ -237,12 +253,13 @@ void DocumentWindow::updateLater() {
 
 void DocumentWindow::updateCommands() {
     const CanvasInteraction& interaction = m_controller->interaction();
-    if (interaction.isPressed()) { return; }
+    if (m_controller->isPressed()) { return; }
     m_menu->update();
     m_toolbar->setSelectCursorItemActive(interaction.tool() == PCSelectionStateSelect);
     m_toolbar->setDirectCursorItemActive(interaction.tool() == PCSelectionStateDirect);
     m_toolbar->setHandCursorItemActive(interaction.tool() == PCSelectionStateHand);
     m_toolbar->setPlayItemActive(m_controller->isPlayingBack());
+    m_timeline->showDefaultEasing();
 }
 
 void DocumentWindow::updateTitle() {
@@ -328,7 +345,7 @@ void DocumentWindow::changeEvent(QEvent* event) {
     if (isActiveWindow()) {
         m_document->checkDisk();
     } else {
-        m_controller->interaction().focusLost();
+        m_controller->focusLost();
     }
 }
 
@@ -368,7 +385,7 @@ void DocumentWindow::closeEvent(QCloseEvent* event) {
     if (m_isLeaving) { return event->accept(); }
     event->ignore();
     endTextEdit();
-    m_controller->interaction().lost();
+    m_controller->losePress();
     m_owner.windowWantsToClose(*this);
 }
 

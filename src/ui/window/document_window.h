@@ -12,12 +12,14 @@ namespace tweenery {
 class CanvasArea;
 class CanvasView;
 class DocumentWindow;
+class ExportSheet;
 class InspectorPane;
 class MainMenu;
 class Navigator;
 class SplitView;
 class TimelinePane;
 class Toolbar;
+struct ExportOutcome;
 
 /// What the program around a window does for it.
 class DocumentWindowOwner {
@@ -38,6 +40,7 @@ class DocumentWindowOwner {
 class DocumentWindow : public QMainWindow,
                        private OpenDocumentObserver,
                        private PCElementSelectionManagerListener,
+                       private PCKeyframeManagerSelectionListener,
                        private PCAnimationsManagerChangeListener,
                        private PCProjectTimeManagerPlaybackStateListener {
     Q_OBJECT
@@ -55,6 +58,7 @@ class DocumentWindow : public QMainWindow,
     CanvasView& canvas() { return *m_canvas; }
     MainMenu& menu() { return *m_menu; }
     SplitView& splitView() { return *m_split; }
+    TimelinePane& timeline() { return *m_timeline; }
     /// At the size and place that the project remembers, or in the middle of the screen.
     void showAsRemembered();
     /// Ends a text edit that is open, which takes what was typed.
@@ -88,6 +92,7 @@ class DocumentWindow : public QMainWindow,
     TimelinePane* m_timeline = nullptr;
     InspectorPane* m_inspector = nullptr;
     MainMenu* m_menu = nullptr;
+    ExportSheet* m_exportSheet = nullptr;
     QTimer m_updateTimer;
     QTimer m_spaceTimer;  // a held Space repeats its release
     double m_shownMagnification = 0;
@@ -118,7 +123,10 @@ class DocumentWindow : public QMainWindow,
     void viewportDidChange();
     void followScreen();
     bool handleDigit(const QKeyEvent& event);
-    void showContextMenu(QPoint position);
+    void showContextMenu(const QStringList& commands, QPoint position);
+    void openExportSheet();
+    void closeExportSheet();
+    void tellExport(const ExportOutcome& outcome);
 
     void documentStateDidChange() override;
     void documentWillBeStored() override;
@@ -131,6 +139,18 @@ class DocumentWindow : public QMainWindow,
     }
     void elementSelectionManagerDidDeselectElement(PCElementSelectionManager&,
                                                    const PCElement::Ptr&) override {
+        updateLater();
+    }
+    void keyframeSelectionManagerDidSelectKeyframe(PCKeyframeManager&, const Keyframe&) override {
+        updateLater();
+    }
+    void keyframeSelectionManagerDidDeselectKeyframe(PCKeyframeManager&, const Keyframe&) override {
+        updateLater();
+    }
+    void keyframeManagerDidSelectTween(PCKeyframeManager&, const Keyframe&) override {
+        updateLater();
+    }
+    void keyframeManagerDidDeselectTween(PCKeyframeManager&, const Keyframe&) override {
         updateLater();
     }
     void animationManagerDidSelectAnimation(PCAnimationsManager&, const PCAnimation::Ptr&) override;

@@ -136,6 +136,117 @@ TEST_F(PlaybackTest, AnotherAnimationEndsIt) {
     EXPECT_EQ(backAsSeen(), "80 at 0") << "at the playhead";
 }
 
+// How far it plays: where it starts, for how long, and where the playhead is then.
+TEST_F(PlaybackTest, LoopsARangeOrKeepsToTheLastKeyframe) {
+    using enum PCPlaybackEnd;
+    struct RunCase {
+        const char* what;
+        std::optional<LoopRange> range;
+        PCPlaybackEnd end;
+        int32_t start;
+        int32_t milliseconds;
+        int32_t expected;
+        bool stillPlays = true;
+    };
+    for (const RunCase& c : {
+             RunCase{"on and on", {}, PlayOn, 900, 5000, 5900},
+             {"to the last keyframe, and stays there", {}, Stop, 900, 5000, 1000, false},
+             {"from 0 when it is there already", {}, Stop, 1000, 300, 300},
+             {"over and over", {}, Loop, 900, 1300, 200},
+             {"a range before all else", LoopRange{200, 500}, Stop, 250, 1000, 350},
+             {"up to, but without, its end", LoopRange{200, 500}, PlayOn, 200, 600, 200},
+             {"from its start when it stands before", LoopRange{200, 500}, PlayOn, 0, 100, 300},
+             {"or behind", LoopRange{200, 500}, PlayOn, 500, 100, 300},
+             {"a range beyond the last keyframe", LoopRange{3000, 4000}, Loop, 0, 1500, 3500},
+             {"a range that is off", LoopRange{200, 500, false}, PlayOn, 300, 1000, 1300},
+         }) {
+        SCOPED_TRACE(c.what);
+        PCAppPreferences::setPlaybackEnd(c.end);
+        playback->clearLoopRange();
+        if (c.range) {
+            playback->setLoopRange(c.range->startInMS, c.range->endInMS);
+            playback->setLoopRangeIsOn(c.range->isOn);
+        }
+        time.setPlayheadPositionInMS(c.start);
+        playback->togglePlayPause();
+        for (int i = 0; i < 10; ++i) {
+            frameAfter((c.milliseconds + 1e-3) / 10'000);
+        }
+        EXPECT_EQ(time.playheadPositionInMS(), c.expected);
+        EXPECT_EQ(time.isPlayingBack(), c.stillPlays);
+        if (!c.stillPlays) { continue; }
+        playback->togglePlayPause();
+        EXPECT_EQ(time.playheadPositionInMS(), c.start);
+    }
+    PCAppPreferences::setPlaybackEnd(PlayOn);
+}
+
+TEST_F(PlaybackTest, TheRangeIsSetAtThePlayheadAndBelongsToItsAnimation) {
+    int told = 0;
+    const auto subscription = playback->addLoopRangeHandler([&told] { ++told; });
+    playback->setLoopEnd(0);
+    EXPECT_FALSE(playback->loopRange());
+    playback->setLoopRangeIsOn(true);
+    EXPECT_EQ(playback->loopRange(), (LoopRange{0, 1000}));
+    playback->setLoopStart(300);
+    EXPECT_EQ(playback->loopRange(), (LoopRange{300, 1000}));
+    playback->setLoopEnd(700);
+    EXPECT_EQ(playback->loopRange(), (LoopRange{300, 700}));
+    playback->setLoopEnd(300);
+    EXPECT_EQ(playback->loopRange(), (LoopRange{0, 300}));
+    playback->setLoopStart(400);
+    EXPECT_EQ(playback->loopRange(), (LoopRange{400, 1000}));
+    playback->setLoopStart(5000);
+    EXPECT_EQ(playback->loopRange(), (LoopRange{5000, 6000}));
+    EXPECT_EQ(told, 6);
+    selectNewAnimation(*project, u"run"_s);
+    EXPECT_FALSE(playback->loopRange());
+    project->animationsManager().setSelectedAnimation(walk);
+    EXPECT_EQ(playback->loopRange(), (LoopRange{5000, 6000}));
+    project->animationsManager().setSelectedAnimation(nullptr);
+    playback->setLoopRangeIsOn(true);
+    EXPECT_FALSE(playback->loopRange());
+}
+
+// To a thousandth of what changes, also after the range has changed, after pauses, skims and edits
+// in between.
+TEST_F(PlaybackTest, ShowsTheValuesOfTheTimeShownWhileItLoops) {
+    back->timeline(PCPropertyTypeTranslationX)
+        ->setRepeatBehavior(PCRepeatBehaviorForeverAutoreverse);
+    back->setZRotation(2, 777);
+    const auto expectShown = [this] {
+        const int32_t shown = time.playheadPositionInMS();
+        const LayerValues& seen = layer(back).presented();
+        const QPointF moved = seen.position + seen.transform.translation - back->position();
+        EXPECT_NEAR(moved.x(), back->translationAtTimeInMS(shown).x(), 1e-3 * 100) << shown;
+        EXPECT_NEAR(seen.transform.rotation, back->zRotationAtTimeInMS(shown), 1e-3 * 2) << shown;
+    };
+    const auto play = [&](int frames) {
+        for (int i = 0; i < frames; ++i) {
+            frameAfter(0.0171);
+            expectShown();
+        }
+    };
+    playback->setLoopRange(300, 1700);
+    playback->togglePlayPause();
+    play(200);
+    const int32_t before = time.playheadPositionInMS();
+    playback->clearLoopRange();
+    frameAfter(0.001);
+    EXPECT_LE(std::abs(time.playheadPositionInMS() - before), 2) << "goes on from where it is";
+    playback->setLoopRange(100, 160);
+    play(50);
+    EXPECT_LT(time.playheadPositionInMS(), 160);
+    playback->stopHere();
+    expectShown();
+    time.setSkimPositionInMS(1234);
+    back->setXTranslation(40, 500);
+    playback->togglePlayPause();
+    play(50);
+    playback->togglePlayPause();
+    expectShown();
+}
+
 TEST_F(PlaybackTest, AnElementThatWentMeanwhileIsPassedOver) {
     selection.selectElements({front, back});
     playback->togglePlayPause();

@@ -8,9 +8,6 @@ class QPainter;
 
 namespace tweenery::rows {
 
-/// A lighter colour: 0 is the colour itself, 1 white.
-QColor lightened(const QColor& color, double level);
-
 /// The whole row, with its lower edge.
 void paintFill(QPainter& painter, const QRect& row, const QColor& fill, bool isHovered);
 /// One line at the left, in the middle of `rect`; what is too long ends in an ellipsis.

@@ -1,4 +1,4 @@
-#include "ui/canvas/feedback_plate.h"
+#include "ui/widgets/feedback_plate.h"
 
 #include <QPainter>
 

@@ -1,4 +1,4 @@
-#include "ui/navigators/row_painting.h"
+#include "ui/widgets/row_painting.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -24,13 +24,6 @@ QColor inkOf(bool isSelected, const QColor& ink) {
 }
 
 }  // namespace
-
-QColor lightened(const QColor& color, double level) {
-    const auto mixed = [level](float part) {
-        return part + (1 - part) * static_cast<float>(level);
-    };
-    return QColor::fromRgbF(mixed(color.redF()), mixed(color.greenF()), mixed(color.blueF()));
-}
 
 QRect withoutLowerEdge(const QRect& row) {
     return row.adjusted(0, 0, 0, -sizes::rowLowerEdge);
