@@ -39,8 +39,7 @@ ExportOptions ExportOptions::fromPreferences(PCProject& project) {
 
 ExportResult exportCodeToDirectory(const std::shared_ptr<PCProject>& project,
                                    const QString& directory, bool usingSwift,
-                                   const ExportOptions& options,
-                                   const ArtworkProgress& progress) {
+                                   const ExportOptions& options, const ArtworkProgress& progress) {
     PCProjectCodeGenerator generator;
     generator.setProject(project);
     generator.setGenerateForMac(options.generateForMac);
