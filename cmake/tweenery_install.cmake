@@ -25,6 +25,8 @@ foreach(document "man tweenc.1.gz ${man} ${GZIP_PROGRAM} -9n"
     list(APPEND made ${documents}/${kind}/${name})
     install(FILES ${documents}/${kind}/${name} DESTINATION ${folder} COMPONENT tool)
 endforeach()
+# What tweenc certify compiles exports against; the program looks for it from its own folder.
+install(DIRECTORY ${resources}/certify DESTINATION ${CMAKE_INSTALL_DATADIR}/tweenery COMPONENT tool)
 add_custom_target(shell_documents ALL DEPENDS ${made})
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tweenc
         COMPONENT license)

@@ -16,6 +16,8 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
 set(CPACK_COMPONENTS_ALL program tool)
 
 set(CPACK_DEBIAN_TOOL_PACKAGE_NAME tweenc)
+# For tweenc certify alone, which says what is missing.
+set(CPACK_DEBIAN_TOOL_PACKAGE_SUGGESTS "clang, libobjc-12-dev")
 set(CPACK_COMPONENT_TOOL_DESCRIPTION
 "command-line tool for animation projects of user interfaces
 tweenc reads, checks, copies, draws and exports the projects of the animation

@@ -1,14 +1,12 @@
 #include "app/about.h"
 
 #include <QBoxLayout>
-#include <QCoreApplication>
 #include <QDialog>
-#include <QDir>
-#include <QFile>
 #include <QLabel>
 #include <QPushButton>
 #include <QUrl>
 
+#include "base/program_files.h"
 #include "ui/widgets/fonts.h"
 #include "ui/widgets/icons.h"
 #include "ui/widgets/sizes.h"
@@ -21,9 +19,6 @@ namespace {
 constexpr int kPicture = 96;
 constexpr int kNameSize = 22;
 constexpr int kWidth = 360;
-constexpr int kLevelsAboveProgram = 3;
-const QString kInstalledGuide = u"/../share/doc/tweenery/guide/index.html"_s;
-const QString kGuideOfSource = u"/docs/guide/index.html"_s;
 
 QLabel* addLine(QBoxLayout& layout, const QString& text, const QFont& font) {
     auto* label = new QLabel(text);
@@ -70,19 +65,10 @@ void showAbout(QWidget* parent) {
 }
 
 QString helpUrl() {
-    const QString program = QCoreApplication::applicationDirPath();
-    QStringList places{program + kInstalledGuide};
-    QString folder = program;
-    for (int level = 0; level < kLevelsAboveProgram; ++level) {
-        folder += u"/.."_s;
-        places << folder + kGuideOfSource;
-    }
-    for (const QString& place : places) {
-        if (QFile::exists(place)) {
-            return QUrl::fromLocalFile(QDir::cleanPath(place)).toString(QUrl::FullyEncoded);
-        }
-    }
-    return {};
+    const QString guide =
+        programFile(u"doc/tweenery/guide/index.html"_s, u"docs/guide/index.html"_s);
+    if (guide.isEmpty()) { return {}; }
+    return QUrl::fromLocalFile(guide).toString(QUrl::FullyEncoded);
 }
 
 }  // namespace tweenery

@@ -30,6 +30,11 @@ std::string shortest(Number value) {
                                : std::to_chars(buffer.data(), end, value)));
 }
 
+std::string withPoint(std::string text) {
+    const bool isWhole = text.find_first_not_of("-0123456789") == std::string::npos;
+    return isWhole ? text + ".0" : text;
+}
+
 }  // namespace
 
 std::string fixedText(double value, int decimals) {
@@ -72,6 +77,14 @@ std::string shortestText(double value) {
 
 std::string shortestText(float value) {
     return shortest(value);
+}
+
+std::string decimalText(double value) {
+    return withPoint(shortest(value));
+}
+
+std::string decimalText(float value) {
+    return withPoint(shortest(value));
 }
 
 }  // namespace tweenery

@@ -17,5 +17,8 @@ void appendThreeDecimals(std::string& out, float value);
 /// and 9 of a float.
 std::string shortestText(double value);
 std::string shortestText(float value);
+/// The same with a point or an exponent in it, as source code has numbers that are not whole: 2.0.
+std::string decimalText(double value);
+std::string decimalText(float value);
 
 }  // namespace tweenery

@@ -2,6 +2,7 @@
 
 #include "cli/package_check.h"
 #include "cli/support/diagnostic_text.h"
+#include "cli/support/export_choices.h"
 #include "cli/support/number_words.h"
 #include "cli/support/packages.h"
 #include "cli/verbs.h"
@@ -16,14 +17,8 @@ using Diagnostics = std::vector<ExportDiagnostic>;
 
 // What an export would meet: as the options say, and else the project's preferences.
 Diagnostics diagnosticsOf(PCProject& project, const Invocation& invocation) {
-    ExportOptions options = ExportOptions::fromPreferences(project);
-    if (invocation.has(kPlatformOption.name)) {
-        options.generateForMac = invocation.value(kPlatformOption.name) == u"mac";
-    }
-    const bool usesSwift = invocation.has(kLanguageOption.name)
-                               ? invocation.value(kLanguageOption.name) == u"swift"
-                               : project.preferences().generatedCodeUsesSwift();
-    return diagnosticsOfExport(project, usesSwift, options);
+    return diagnosticsOfExport(project, usesSwift(invocation, project),
+                               exportOptionsFrom(invocation, project));
 }
 
 void writeJson(const PackageCheck& check, const Diagnostics& diagnostics, JsonWriter& json) {

@@ -6,6 +6,7 @@
 
 #include "base/path_name.h"
 #include "cli/support/diagnostic_text.h"
+#include "cli/support/export_choices.h"
 #include "cli/support/number_words.h"
 #include "cli/support/packages.h"
 #include "cli/verbs.h"
@@ -58,10 +59,7 @@ QString dateFrom(const Invocation& invocation) {
 }
 
 ExportOptions optionsFrom(const Invocation& invocation, PCProject& project) {
-    ExportOptions options = ExportOptions::fromPreferences(project);
-    if (invocation.has(kPlatformOption.name)) {
-        options.generateForMac = invocation.value(kPlatformOption.name) == u"mac";
-    }
+    ExportOptions options = exportOptionsFrom(invocation, project);
     options.clipsToBounds = invocation.choice(kClipOption.name).value_or(options.clipsToBounds);
     options.includesImages = invocation.choice(kImagesOption.name).value_or(options.includesImages);
     // What a package remembers empties no folder of the user's.
@@ -69,13 +67,6 @@ ExportOptions optionsFrom(const Invocation& invocation, PCProject& project) {
     options.stamp.date = dateFrom(invocation).toStdString();
     options.isDryRun = invocation.has(kDryRunOption.name);
     return options;
-}
-
-bool usesSwift(const Invocation& invocation, PCProject& project) {
-    if (!invocation.has(kLanguageOption.name)) {
-        return project.preferences().generatedCodeUsesSwift();
-    }
-    return invocation.value(kLanguageOption.name) == u"swift";
 }
 
 // One package goes right into the directory, each of several into a folder with its name.
@@ -182,8 +173,8 @@ const Verb& exportVerb() {
         "Writes source code and artwork, over the files of an export before; several projects go "
         "into a folder each. Options left out come from the project's preferences.",
         {kOutOption, kLanguageOption, kPlatformOption, kClipOption, kNoClipOption, kImagesOption,
-         kNoImagesOption, kCleanOption, kDateOption, kDryRunOption, kStrictOption, kVerboseOption,
-         kQuietOption, kJsonOption},
+         kNoImagesOption, kCleanOption, kExactOption, kDateOption, kDryRunOption, kStrictOption,
+         kVerboseOption, kQuietOption, kJsonOption},
         run};
     return verb;
 }

@@ -13,7 +13,7 @@ namespace {
 QString helpText() {
     QString text =
         u"Usage: tweenc VERB ...\n\n"
-        u"Reads, checks, copies, exports and draws Tweenery projects (PKG, a .tweenery package).\n\n"_s;
+        u"Reads, checks, copies, exports, certifies and draws Tweenery projects (PKG, a .tweenery package).\n\n"_s;
     for (const Verb* verb : allVerbs()) {
         text += u"    %1  %2\n"_s.arg(QString::fromLatin1(verb->name).leftJustified(10),
                                       QString::fromUtf8(verb->summary));
@@ -51,9 +51,9 @@ ExitCode run(const QStringList& arguments, Console& console) {
 }  // namespace
 
 std::span<const Verb* const> allVerbs() {
-    static const std::array verbs{&infoVerb(),   &describeVerb(), &dumpVerb(),      &valuesVerb(),
-                                  &exportVerb(), &renderVerb(),   &checkVerb(),     &copyVerb(),
-                                  &updateVerb(), &newVerb(),      &completionVerb()};
+    static const std::array verbs{&infoVerb(),   &describeVerb(), &dumpVerb(),   &valuesVerb(),
+                                  &exportVerb(), &certifyVerb(),  &renderVerb(), &checkVerb(),
+                                  &copyVerb(),   &updateVerb(),   &newVerb(),    &completionVerb()};
     return verbs;
 }
 

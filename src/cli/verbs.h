@@ -12,6 +12,7 @@ const Verb& describeVerb();
 const Verb& dumpVerb();
 const Verb& valuesVerb();
 const Verb& exportVerb();
+const Verb& certifyVerb();
 const Verb& renderVerb();
 const Verb& checkVerb();
 const Verb& copyVerb();

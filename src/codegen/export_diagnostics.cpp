@@ -240,8 +240,10 @@ void Collector::checkStoredTimelines() {
 void Collector::checkStandardAnimations() {
     const auto& bundles = m_plan.standardAnimationExportBundles;
     std::vector<CoarseElements> coarse(bundles.size());
-    parallelFor(bundles.size(),
-                [&](size_t i) { coarse[i] = elementsWithCoarseKeyTimes(bundles[i]); });
+    if (m_plan.target.digits == NumberDigits::Fixed) {
+        parallelFor(bundles.size(),
+                    [&](size_t i) { coarse[i] = elementsWithCoarseKeyTimes(bundles[i]); });
+    }
     for (size_t i = 0; i < bundles.size(); ++i) {
         checkStandardAnimation(bundles[i]);
         noteKeyTimes(*bundles[i].animation, coarse[i]);

@@ -18,6 +18,7 @@ struct ExportTarget {
     bool generateForMac = false;      // the desktop platform, not the mobile one
     bool clipsCanvas = false;         // the scene is clipped to its bounds
     bool addAnimationSuffix = false;  // methods take a suffix for animation keys
+    NumberDigits digits = NumberDigits::Fixed;
 };
 
 /// What an element becomes in the generated class.

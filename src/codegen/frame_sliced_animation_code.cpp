@@ -37,10 +37,6 @@ std::string codeForAccessingLayer(const PlannedElement& planned) {
     return text;
 }
 
-std::string threeDecimals(double value) {
-    return fixedText(value, 3);
-}
-
 // The table holds places in the parent, not offsets.
 std::string_view playbackKeyPath(PCPropertyType propertyType) {
     if (propertyType == PCPropertyTypeTranslationX) { return "position.x"; }
@@ -256,19 +252,25 @@ void FrameSlicedAnimationCode::generateCodeToApplyStructValueFromTimeline(
     }
     assertContract(timeline.propertyType() == PCPropertyTypeOpacity,
                    u"** ERROR: ILLEGAL STATE **"_s);
-    const std::string value = nonChanging
-                                  ? timeline.EXPORT_propertyValueAsStringAtTimeInMS(0).toStdString()
-                                  : "frameValues." + structVariableName(planned, timeline);
+    const std::string value = nonChanging ? valueAtStart(timeline)
+                                          : "frameValues." + structVariableName(planned, timeline);
     append(*m_implementation, "\n\t%@.alpha = %@;", codeForAccessingView(planned), value);
+}
+
+std::string FrameSlicedAnimationCode::valueAtStart(const Timeline& timeline) const {
+    if (m_plan.target.digits == NumberDigits::AllNeeded) {
+        return number(timeline.floatValueAtTimeInMS(0));
+    }
+    return timeline.EXPORT_propertyValueAsStringAtTimeInMS(0).toStdString();
 }
 
 void FrameSlicedAnimationCode::generateCodeToApplyTransform(const PlannedElement& planned,
                                                             const ElementTransform& transform,
                                                             bool nonChanging) {
     const auto value = [&](const Timeline* timeline, double setup) -> std::string {
-        if (!timeline) { return threeDecimals(setup); }
+        if (!timeline) { return number(setup); }
         if (!nonChanging) { return "frameValues." + structVariableName(planned, *timeline); }
-        return threeDecimals(static_cast<double>(timeline->floatValueAtTimeInMS(0)));
+        return number(timeline->floatValueAtTimeInMS(0));
     };
     const PCElement& element = *planned.element;
     const std::string x = value(transform.xScale, element.scale().x());
@@ -297,10 +299,10 @@ void FrameSlicedAnimationCode::generateCodeToApplyTranslation(const PlannedEleme
     const auto value = [&](const Timeline* timeline, double position) -> std::string {
         if (!nonChanging) {
             return timeline ? "frameValues." + structVariableName(planned, *timeline)
-                            : threeDecimals(position);
+                            : number(position);
         }
         const float offset = timeline ? timeline->floatValueAtTimeInMS(0) : 0;
-        return threeDecimals(position + static_cast<double>(offset));
+        return number(position + static_cast<double>(offset));
     };
     const QPointF position = planned.element->position();
     append(*m_implementation, "\n\t%@.center = CGPointMake(%@,%@);", codeForAccessingView(planned),
@@ -392,7 +394,7 @@ void FrameSlicedAnimationCode::generateStructValueForTimeline(const PlannedEleme
     } else if (timeline.propertyType() == PCPropertyTypeTranslationY) {
         value += planned.element->position().y();
     }
-    appendFixed(*m_implementation, value, 3);
+    *m_implementation += number(value);
 }
 
 }  // namespace tweenery

@@ -50,6 +50,11 @@ class FrameSlicedAnimationCode {
     void appendStructValuesArray(const Bundle& bundle);
     void generateStructValueForTimeline(const PlannedElement& planned, const Timeline& timeline,
                                         int32_t timeInMS);
+    std::string valueAtStart(const Timeline& timeline) const;
+    template <class Number>
+    std::string number(Number value) const {
+        return numberText(value, 3, m_plan.target.digits);
+    }
     template <class Visit>
     void forEachChangingTimeline(const Bundle& bundle, Visit visit) const;
 

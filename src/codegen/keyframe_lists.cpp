@@ -2,10 +2,14 @@
 
 namespace tweenery {
 
-void KeyframeLists::appendTime(float fraction, PCEasingMode easing, bool isLast) {
+void KeyframeLists::appendTime(Fraction fraction, PCEasingMode easing, bool isLast) {
     // The first value has no timing function: a function governs the span that arrives at a value.
     const bool isFirst = m_times.empty();
-    m_provider.codeForBoxedNumber(m_times, fraction);
+    if (m_digits == NumberDigits::AllNeeded) {
+        m_provider.codeForBoxedPreciseNumber(m_times, fraction.precise);
+    } else {
+        m_provider.codeForBoxedNumber(m_times, fraction.single);
+    }
     if (!isFirst) {
         const TimingFunctionCode& function = timingFunctionCode(easing);
         m_timingFunctions += function.variable;

@@ -13,7 +13,8 @@ namespace tweenery {
 /// value before it, half a millisecond before its time. Used again for one timeline after another.
 class KeyframeLists {
  public:
-    explicit KeyframeLists(const PCLanguageCodeProvider& provider) : m_provider(provider) {}
+    KeyframeLists(const PCLanguageCodeProvider& provider, NumberDigits digits)
+        : m_provider(provider), m_digits(digits) {}
 
     /// Lists the keyframes of `timeline`. `appendValue(index)` puts a keyframe's value into
     /// values(), `appendStartValue()` the value at time 0.
@@ -30,10 +31,17 @@ class KeyframeLists {
     EasingModes easingModesNeeded() const { return m_easingModesNeeded; }
 
  private:
+    /// Where a key lies in a timeline: as 32-bit numbers give it, which fixed digits are printed
+    /// from, and as it is.
+    struct Fraction {
+        float single = 0;
+        double precise = 0;
+    };
     /// Completes an entry whose value has just been appended.
-    void appendTime(float fraction, PCEasingMode easing, bool isLast);
+    void appendTime(Fraction fraction, PCEasingMode easing, bool isLast);
 
     const PCLanguageCodeProvider& m_provider;
+    const NumberDigits m_digits;
     std::string m_values;
     std::string m_times;
     std::string m_timingFunctions;
@@ -49,12 +57,19 @@ void KeyframeLists::populate(const PCKeyedPropertyTimeline& timeline, AppendValu
     const size_t count = timeline.keyframesCount();
     const auto duration = static_cast<float>(timeline.durationInMS());
     const auto justBefore = [&](size_t i) {
-        return static_cast<float>((timeline.timeOfKeyframe(i) - 0.5) /
-                                  static_cast<double>(duration));
+        const double start = timeline.timeOfKeyframe(i) - 0.5;
+        return Fraction{static_cast<float>(start / static_cast<double>(duration)),
+                        start / timeline.durationInMS()};
+    };
+    const auto at = [&](size_t i) {
+        if (duration == 0) { return Fraction(); }
+        const int32_t time = timeline.timeOfKeyframe(i);
+        return Fraction{static_cast<float>(time) / duration,
+                        static_cast<double>(time) / timeline.durationInMS()};
     };
     if (count > 0 && timeline.timeOfKeyframe(0) > 0) {
         appendStartValue();
-        appendTime(0, PCEasingModeLinear, false);
+        appendTime({}, PCEasingModeLinear, false);
         if (timeline.keyframeIsInstant(0)) {
             appendStartValue();
             appendTime(justBefore(0), timeline.easingModeOfKeyframe(0), false);
@@ -67,8 +82,7 @@ void KeyframeLists::populate(const PCKeyedPropertyTimeline& timeline, AppendValu
             appendTime(justBefore(i), easing, false);
         }
         appendValue(i);
-        const auto time = static_cast<float>(timeline.timeOfKeyframe(i));
-        appendTime(duration == 0 ? 0 : time / duration, easing, i + 1 == count);
+        appendTime(at(i), easing, i + 1 == count);
     }
 }
 

@@ -21,14 +21,15 @@ void PCProjectCodeGenerator::loadFileContentsByName() {
     assertContract(m_languageProvider != nullptr, u"languageProvider MUST be set"_s);
     m_fileContentsByName.clear();
     m_plan.reset();
-    m_plan = planExport(
-        *exported,
-        {m_languageProvider->language(), m_generateForMac, m_clipsCanvas, m_addAnimationSuffix},
-        m_isLFTPuppetView);
+    m_plan = planExport(*exported,
+                        {m_languageProvider->language(), m_generateForMac, m_clipsCanvas,
+                         m_addAnimationSuffix, m_digits},
+                        m_isLFTPuppetView);
     m_isLFTPuppetView = m_plan->isLFTPuppetView;
     if (const auto obstacle = obstacleToExport(*m_plan)) { throw ExportError(*obstacle); }
     m_languageProvider->setGeneratedClassName(m_plan->generatedClassName.toStdString());
     m_languageProvider->setGenerateForMac(m_generateForMac);
+    m_languageProvider->setNumberDigits(m_digits);
     generateCodeForFileContentsByName(*m_plan);
 }
 

@@ -23,6 +23,8 @@ class PCProjectCodeGenerator {
     void setClipsCanvas(bool clipsCanvas) { m_clipsCanvas = clipsCanvas; }
     /// Generated methods take a suffix for animation keys. Off at first.
     void setAddAnimationSuffix(bool addSuffix) { m_addAnimationSuffix = addSuffix; }
+    /// Fixed at first.
+    void setNumberDigits(NumberDigits digits) { m_digits = digits; }
     /// A fresh one for each run.
     void setLanguageProvider(std::unique_ptr<PCLanguageCodeProvider> provider) {
         m_languageProvider = std::move(provider);
@@ -47,6 +49,7 @@ class PCProjectCodeGenerator {
     bool m_generateForMac = false;
     bool m_clipsCanvas = false;
     bool m_addAnimationSuffix = false;
+    NumberDigits m_digits = NumberDigits::Fixed;
     bool m_isLFTPuppetView = false;  // once set, it stays
     std::unique_ptr<PCLanguageCodeProvider> m_languageProvider;
     std::optional<ExportPlan> m_plan;  // of the last run, if it came that far

@@ -33,17 +33,18 @@ ExportOptions ExportOptions::fromPreferences(PCProject& project) {
             preferences.generatedCodeIncludesImages(),
             preferences.generatedCodeCleansImageDirectory(),
             false,
-            {TWEENERY_VERSION, date.toStdString()}};
+            {TWEENERY_VERSION, date.toStdString()},
+            NumberDigits::Fixed};
 }
 
 ExportResult exportCodeToDirectory(const std::shared_ptr<PCProject>& project,
                                    const QString& directory, bool usingSwift,
-                                   const ExportOptions& options,
-                                   const ArtworkProgress& progress) {
+                                   const ExportOptions& options, const ArtworkProgress& progress) {
     PCProjectCodeGenerator generator;
     generator.setProject(project);
     generator.setGenerateForMac(options.generateForMac);
     generator.setClipsCanvas(options.clipsToBounds);
+    generator.setNumberDigits(options.digits);
     if (usingSwift) {
         generator.setLanguageProvider(std::make_unique<PCSwiftCodeProvider>(options.stamp));
     } else {
@@ -72,7 +73,7 @@ std::vector<ExportDiagnostic> diagnosticsOfExport(PCProject& project, bool using
                                                   const ExportOptions& options) {
     const ExportPlan plan =
         planExport(project, {usingSwift ? TargetLanguage::Swift : TargetLanguage::ObjectiveC,
-                             options.generateForMac, options.clipsToBounds, false});
+                             options.generateForMac, options.clipsToBounds, false, options.digits});
     return exportDiagnostics(project, plan);
 }
 

@@ -17,6 +17,8 @@ struct ExportOptions {
     bool cleansImageDirectory = false;  // the folder "images" is emptied first
     bool isDryRun = false;              // nothing is written, and the result as if it had been
     GenerationStamp stamp;              // the comment at the head of each file
+    // "Full precision": numbers and key times are not cut to a few decimals.
+    NumberDigits digits = NumberDigits::Fixed;
 
     /// As the project remembers them. The stamp has this program's version, and today's date in the
     /// short form of the system's locale.

@@ -58,7 +58,7 @@ class StandardAnimationCode::BundleCode {
           m_provider(provider),
           m_bundle(bundle),
           m_animationName(bundle.animation->name().toStdString()),
-          m_lists(provider) {}
+          m_lists(provider, plan.target.digits) {}
 
     // Fills the bundle's add code and remove code.
     EasingModes generate();
@@ -204,8 +204,8 @@ void StandardAnimationCode::BundleCode::generateCodeForAnimatingTimeline(
     append(m_variable, "%@%@Animation", planned.variable, qualifier);
     m_key.clear();
     append(m_key, "%@_%@", m_animationName, qualifier);
-    m_duration.clear();
-    append(m_duration, "%0.3f", static_cast<float>(timeline.durationInMS()) / 1000.0F);
+    m_duration =
+        numberText(static_cast<float>(timeline.durationInMS()) / 1000.0F, 3, m_plan.target.digits);
     if (m_bundle.timeScalar > 0) { m_duration += " / timeScalar"; }
 
     KeyframeAnimationCode code;

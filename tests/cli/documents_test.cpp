@@ -64,8 +64,9 @@ TEST(Documents, HaveExamplesThatRun) {
 TEST(Documents, TellEveryOptionAndItsVerbs) {
     static const QRegularExpression option(u"--[a-z-]+"_s);
     const QString text = document();
-    for (const QString& verb : {u"info"_s, u"check"_s, u"export"_s, u"render"_s, u"values"_s,
-                                u"describe"_s, u"dump"_s, u"copy"_s, u"update"_s, u"new"_s}) {
+    for (const QString& verb :
+         {u"info"_s, u"check"_s, u"export"_s, u"certify"_s, u"render"_s, u"values"_s, u"describe"_s,
+          u"dump"_s, u"copy"_s, u"update"_s, u"new"_s}) {
         const QString help =
             QString::fromStdString(tweenc({verb, u"--help"_s}).out).section(u"Options:"_s, 1);
         for (const QString& line : help.split(u'\n', Qt::SkipEmptyParts)) {

@@ -94,6 +94,8 @@ TEST(Json, IsOneDocumentOfTheShapeThatIsToldForEachVerb) {
         {u"info"_s, many, {}},
         {u"check"_s, many, {}},
         {u"export"_s, many, {u"--out"_s, out}},
+        {u"certify"_s, {bounce}, {u"--lang=swift"_s}},
+        {u"certify"_s, {bad}, {}},
         {u"describe"_s, {bounce}, {}},
         {u"describe"_s, {bad}, {}},
         {u"values"_s, {bounce}, {u"--at"_s, u"0,5"_s}},

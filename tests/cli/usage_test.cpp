@@ -49,6 +49,8 @@ TEST(Usage, WrongOnesAreToldApart) {
          "--out=..."},
         {{u"export"_s, u"P"_s, u"--out"_s},
          "tweenc: export: --out takes a value; one that begins with a dash is given as --out=..."},
+        {{u"certify"_s, u"P"_s, u"--report="_s}, "tweenc: certify: --report takes a file"},
+        {{u"certify"_s, u"P"_s, u"Q"_s}, "tweenc: certify: takes only PKG"},
         {{u"info"_s, u"-x.tweenery"_s},
          "tweenc: info: -x.tweenery is no option; a name that begins with a dash goes behind --"},
         {{u"export"_s, u"P"_s, u"--out=d"_s, u"--clip"_s, u"--no-clip"_s},

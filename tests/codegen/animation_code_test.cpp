@@ -85,6 +85,51 @@ TEST(StandardAnimationCode, ListsExactlyTheKeyframes) {
     }
 }
 
+// What is cut to a few decimals otherwise, each in a place of its own.
+TEST(FullPrecision, IsWrittenWhereverDecimalsAreCut) {
+    Scene scene;
+    scene.project()->canvas()->setSize({320.5, 480});
+    const auto hero = scene.add(u"hero"_s);
+    hero->setSize({10.25, 7});
+    hero->setAnchorPoint({0.0625, 0.5});
+    hero->setPosition({1.00025, 2});
+    hero->setOpacity(0.375);
+    hero->setScale({1.0625, 1});
+    hero->setZRotation(0.0009765625);
+    scene.store(scene.addAnimation(u"walk"_s), hero, PCPropertyTypeTranslationX,
+                {{1, 0.0001F}, {3, 5.0F, 0, true}});
+    scene.store(scene.addAnimation(u"run_sliced_1"_s), hero, PCPropertyTypeTranslationY,
+                {{0, 0.00390625F}, {10, 5.0F}});
+    const std::vector<const char*> inObjectiveC = {
+        "CGRectMake(0,0,320.5,480.0)",
+        "__scaling__.bounds = CGRectMake(0, 0, 320.5, 480.0);",
+        "__scaling__.center = CGPointMake(160.25, 240.0);",
+        "hero.bounds = CGRectMake(0, 0, 10.25, 7.0);",
+        "hero.layer.anchorPoint = CGPointMake(0.0625, 0.5);",
+        "hero.layer.position = CGPointMake(1.00025, 2.0);",
+        "hero.alpha = 0.375;",
+        "CGAffineTransformScale(CGAffineTransformMakeRotation(0.0009765625), 1.0625, 1.0)",
+        "values = @[@(0.0), @(0.0001), @(0.0001), @(5.0)];",
+        "keyTimes = @[@(0.0), @(0.3333333333333333), @(0.8333333333333334), @(1.0)];",
+        "\t{2.00390625}",
+    };
+    const std::vector<const char*> inSwift = {
+        "CGRect(x: 0, y: 0, width: 320.5, height: 480.0)",
+        "hero.layer.position = CGPoint(x:1.00025, y:2.0)",
+        "[0.0 as Float, 0.0001 as Float, 0.0001 as Float, 5.0 as Float]",
+        "0.3333333333333333 as Double",
+    };
+    const RunTarget objectiveC{.digits = NumberDigits::AllNeeded};
+    const RunTarget swift{.language = TargetLanguage::Swift, .digits = NumberDigits::AllNeeded};
+    for (const char* text : inObjectiveC) {
+        EXPECT_THAT(scene.source(u".m"_s, objectiveC), HasSubstr(text));
+        EXPECT_THAT(scene.source(u".m"_s), testing::Not(HasSubstr(text))) << "also without it";
+    }
+    for (const char* text : inSwift) {
+        EXPECT_THAT(scene.source(u".swift"_s, swift), HasSubstr(text));
+    }
+}
+
 TEST(StandardAnimationCode, PlacesChildrenAsStoredAmongDeletedOnes) {
     Scene scene;
     const auto id = [&](const QString& name) { return scene.add(name)->identifier().toString(); };

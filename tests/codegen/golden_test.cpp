@@ -161,7 +161,7 @@ TEST(GoldenFolders, BelongToAPackage) {
 
 /// The compiler's arguments for a golden, with what its exact text makes unavoidable.
 QStringList compilerArguments(const GoldenCase& c, const QByteArray& code) {
-    const QString standIns = sourcePath(u"tests/codegen/standin"_s);
+    const QString standIns = sourcePath(u"resources/certify/headers"_s);
     QStringList arguments = {
         u"-fsyntax-only"_s, u"-fobjc-arc"_s, u"-fblocks"_s,          u"-Wall"_s,
         u"-Wextra"_s,       u"-Werror"_s,    u"-nostdinc"_s,         u"-x"_s,

@@ -232,7 +232,7 @@ TEST_F(ProjectExporter, HostileNamesCompile) {
         scene.addAnimation(name);  // the awkward character ends the comment
     }
     exportCodeToDirectory(scene.project(), path(u"out"_s), false, options(false));
-    const QString standIns = sourcePath(u"tests/codegen/standin"_s);
+    const QString standIns = sourcePath(u"resources/certify/headers"_s);
     QProcess compiler;
     compiler.setProcessChannelMode(QProcess::MergedChannels);
     compiler.start(clang,

@@ -60,7 +60,8 @@ void Scene::store(const PCAnimation::Ptr& animation, const QString& elementIdent
 }
 
 ExportPlan Scene::plan(const RunTarget& target) const {
-    return planExport(*m_project, {target.language, target.mac, false, target.addAnimationSuffix});
+    return planExport(
+        *m_project, {target.language, target.mac, false, target.addAnimationSuffix, target.digits});
 }
 
 PCProjectCodeGenerator Scene::generator(const RunTarget& target) const {
@@ -69,6 +70,7 @@ PCProjectCodeGenerator Scene::generator(const RunTarget& target) const {
     generator.setProject(m_project);
     generator.setGenerateForMac(target.mac);
     generator.setAddAnimationSuffix(target.addAnimationSuffix);
+    generator.setNumberDigits(target.digits);
     if (target.language == TargetLanguage::Swift) {
         generator.setLanguageProvider(std::make_unique<PCSwiftCodeProvider>(stamp));
     } else {

@@ -22,6 +22,7 @@ struct RunTarget {
     TargetLanguage language = TargetLanguage::ObjectiveC;
     bool mac = false;
     bool addAnimationSuffix = false;
+    NumberDigits digits = NumberDigits::Fixed;
 };
 
 /// The text of a generated file in one piece.

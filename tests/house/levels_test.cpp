@@ -25,6 +25,7 @@ const QMap<QString, int> levels = {
     {u"model"_s, 22},
     {u"codegen/language"_s, 30},
     {u"codegen"_s, 31},
+    {u"certify"_s, 32},
     {u"editor/layers"_s, 30},
     {u"editor/canvas"_s, 31},
     {u"editor/timeline"_s, 32},

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/number_text.h"
 #include "base/path_name.h"
 
 namespace tweenery {
@@ -13,6 +14,11 @@ std::string PCCocoaLanguageProvider::topCommentsForFileName(Text fileName) const
            "// DO NOT MODIFY THIS FILE. IT IS AUTO-GENERATED AND WILL BE OVERWRITTEN\n//",
            fileName, m_stamp.version, comment(m_stamp.date));
     return text;
+}
+
+std::string PCCocoaLanguageProvider::wholeLength(double length) const {
+    if (m_digits == NumberDigits::AllNeeded) { return decimalText(length); }
+    return std::to_string(cutToInt32(length));
 }
 
 void PCCocoaLanguageProvider::addPiece(std::string piece) {

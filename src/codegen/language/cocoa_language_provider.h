@@ -19,6 +19,7 @@ class PCCocoaLanguageProvider : public PCLanguageCodeProvider {
     TargetLanguage language() const final { return m_language; }
     void setGenerateForMac(bool generateForMac) override { m_generateForMac = generateForMac; }
     void setGeneratedClassName(Text name) override { m_generatedClassName = name; }
+    void setNumberDigits(NumberDigits digits) override { m_digits = digits; }
 
     void addTopComments() override {}
     void beginImports() override {}
@@ -69,6 +70,7 @@ class PCCocoaLanguageProvider : public PCLanguageCodeProvider {
     void codeForRemovingRepresentativeAnimationWithBaseName(std::string&, Text) const override {}
     void codeForPropertySetterString(std::string&, Text) const override {}
     void codeForBoxedNumber(std::string&, float) const override {}
+    void codeForBoxedPreciseNumber(std::string&, double) const override {}
     void codeForImageRefWithName(std::string&, Text) const override {}
     void codeForPropertySetterWithArrayString(std::string&, Text, Text) const override {}
     void endClassDefinition() override {}
@@ -86,6 +88,15 @@ class PCCocoaLanguageProvider : public PCLanguageCodeProvider {
 
     bool generateForMac() const { return m_generateForMac; }
     const std::string& generatedClassName() const { return m_generatedClassName; }
+    NumberDigits numberDigits() const { return m_digits; }
+    /// Appends a template that is filled, with the numbers' digits.
+    template <class... Args>
+    void append(std::string& out, SourceTemplate<std::type_identity_t<Args>...> text,
+                const Args&... arguments) const {
+        appendFilled(out, text.text(), {source_text_detail::toArgument(arguments)...}, m_digits);
+    }
+    /// A length in whole points, unless all digits are wanted.
+    std::string wholeLength(double length) const;
     /// The end of the main file, under construction.
     std::string& code() { return m_codeStr; }
     /// Appends a long text to the main file without copying it.
@@ -101,6 +112,7 @@ class PCCocoaLanguageProvider : public PCLanguageCodeProvider {
     TargetLanguage m_language;
     GenerationStamp m_stamp;
     bool m_generateForMac = false;
+    NumberDigits m_digits = NumberDigits::Fixed;
     SourcePieces m_codePieces;  // before what follows
     std::string m_codeStr;
     std::string m_generatedClassName;

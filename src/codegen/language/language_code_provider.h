@@ -52,6 +52,8 @@ class PCLanguageCodeProvider {
     /// Whether the target is the desktop platform, not the mobile one. False at first.
     virtual void setGenerateForMac(bool generateForMac) = 0;
     virtual void setGeneratedClassName(Text name) = 0;
+    /// Fixed at first.
+    virtual void setNumberDigits(NumberDigits digits) = 0;
 
     /// The comment block at the head of each file.
     virtual void addTopComments() = 0;
@@ -136,6 +138,8 @@ class PCLanguageCodeProvider {
     virtual void codeForPropertySetterString(std::string& out, Text text) const = 0;
     /// A number as an array element.
     virtual void codeForBoxedNumber(std::string& out, float value) const = 0;
+    /// The same of a 64-bit number, with all its digits, whatever the others have.
+    virtual void codeForBoxedPreciseNumber(std::string& out, double value) const = 0;
     /// An image as an array element.
     virtual void codeForImageRefWithName(std::string& out, Text imageName) const = 0;
     virtual void codeForPropertySetterWithArrayString(std::string& out, Text name,

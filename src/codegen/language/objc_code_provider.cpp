@@ -65,8 +65,8 @@ void PCObjCCodeProvider::addLayersByNameProperty() {
 
 void PCObjCCodeProvider::addInitializersForViewWithCanvasSize(QSizeF size) {
     append(code(),
-           "\n\n- (instancetype)init\n{\n\treturn [self initWithFrame:CGRectMake(0,0,%d,%d)];\n}",
-           cutToInt32(size.width()), cutToInt32(size.height()));
+           "\n\n- (instancetype)init\n{\n\treturn [self initWithFrame:CGRectMake(0,0,%@,%@)];\n}",
+           wholeLength(size.width()), wholeLength(size.height()));
     append(code(),
            "\n\n- (instancetype)initWithFrame:(CGRect)frame\n{\n\tself = [super "
            "initWithFrame:frame];\n\tif (self)\n\t{\n\t\t[self setupHierarchy];\n\t}\n\treturn "
@@ -183,8 +183,8 @@ void PCObjCCodeProvider::addLocalSetupVariablesIncludesLayer(bool includesLayers
 void PCObjCCodeProvider::addScalingContainerWithSize(QSizeF size, bool, bool clippedToBounds) {
     code() += generateForMac() ? "\n\n\tCALayer *__scaling__ = [CALayer layer];"
                                : "\n\n\tUIView *__scaling__ = [UIView new];";
-    append(code(), "\n\t__scaling__.bounds = CGRectMake(0, 0, %d, %d);", cutToInt32(size.width()),
-           cutToInt32(size.height()));
+    append(code(), "\n\t__scaling__.bounds = CGRectMake(0, 0, %@, %@);", wholeLength(size.width()),
+           wholeLength(size.height()));
     append(code(), "\n\t__scaling__.%@ = CGPointMake(%0.1f, %0.1f);",
            generateForMac() ? "position" : "center", size.width() / 2, size.height() / 2);
     if (clippedToBounds) {

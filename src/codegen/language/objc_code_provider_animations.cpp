@@ -226,8 +226,16 @@ void PCObjCCodeProvider::codeForPropertySetterString(std::string& out, Text text
 
 void PCObjCCodeProvider::codeForBoxedNumber(std::string& out, float value) const {
     out += "@(";
-    appendThreeDecimals(out, value);
+    if (numberDigits() == NumberDigits::AllNeeded) {
+        out += decimalText(value);
+    } else {
+        appendThreeDecimals(out, value);
+    }
     out += ')';
+}
+
+void PCObjCCodeProvider::codeForBoxedPreciseNumber(std::string& out, double value) const {
+    out += "@(" + decimalText(value) + ')';
 }
 
 void PCObjCCodeProvider::codeForImageRefWithName(std::string& out, Text imageName) const {

@@ -96,10 +96,21 @@ std::string escaped(TargetLanguage language, std::string_view name, std::string_
     return text;
 }
 
+void appendNumber(std::string& out, const SourceArgument& argument, int decimals,
+                  NumberDigits digits) {
+    const float* const single = std::get_if<float>(&argument);
+    const double value = single ? static_cast<double>(*single) : std::get<double>(argument);
+    if (digits == NumberDigits::Fixed) {
+        appendFixed(out, value, decimals);
+    } else {
+        out += single ? decimalText(*single) : decimalText(value);
+    }
+}
+
 }  // namespace
 
 void appendFilled(std::string& out, std::string_view text,
-                  std::initializer_list<SourceArgument> arguments) {
+                  std::initializer_list<SourceArgument> arguments, NumberDigits digits) {
     auto argument = arguments.begin();
     while (true) {
         const size_t percent = text.find('%');
@@ -120,10 +131,22 @@ void appendFilled(std::string& out, std::string_view text,
                 text.remove_prefix(1);
                 break;
             default:
-                appendFixed(out, std::get<double>(*argument++), text[2] - '0');
+                appendNumber(out, *argument++, text[2] - '0', digits);
                 text.remove_prefix(std::string_view("0.1f").size());
         }
     }
+}
+
+std::string numberText(double value, int decimals, NumberDigits digits) {
+    std::string text;
+    appendNumber(text, value, decimals, digits);
+    return text;
+}
+
+std::string numberText(float value, int decimals, NumberDigits digits) {
+    std::string text;
+    appendNumber(text, value, decimals, digits);
+    return text;
 }
 
 int32_t cutToInt32(double value) {

@@ -13,8 +13,12 @@ namespace tweenery {
 /// The language that a run writes.
 enum class TargetLanguage { ObjectiveC, Swift };
 
+/// With how many digits generated code has its numbers: as many as each template says, or as many
+/// as it takes to read the same number back.
+enum class NumberDigits { Fixed, AllNeeded };
+
 /// What a placeholder of a source template takes.
-using SourceArgument = std::variant<std::string_view, int32_t, double>;
+using SourceArgument = std::variant<std::string_view, int32_t, float, double>;
 
 namespace source_text_detail {
 
@@ -36,10 +40,8 @@ template <class T>
 SourceArgument toArgument(const T& value) {
     if constexpr (placeholderFor<T>() == Placeholder::Text) {
         return std::string_view(value);
-    } else if constexpr (placeholderFor<T>() == Placeholder::Integer) {
-        return value;
     } else {
-        return static_cast<double>(value);
+        return value;
     }
 }
 
@@ -88,14 +90,19 @@ class SourceTemplate {
 
 /// Appends `text` with its placeholders replaced by `arguments`, in order.
 void appendFilled(std::string& out, std::string_view text,
-                  std::initializer_list<SourceArgument> arguments);
+                  std::initializer_list<SourceArgument> arguments, NumberDigits digits);
 
-/// Appends the template, filled. Floats are widened before they are printed.
+/// Appends the template, filled. Floats are widened before they are printed with fixed digits.
 template <class... Args>
 void append(std::string& out, SourceTemplate<std::type_identity_t<Args>...> text,
             const Args&... arguments) {
-    appendFilled(out, text.text(), {source_text_detail::toArgument(arguments)...});
+    appendFilled(out, text.text(), {source_text_detail::toArgument(arguments)...},
+                 NumberDigits::Fixed);
 }
+
+/// A number by itself, as a template prints it.
+std::string numberText(double value, int decimals, NumberDigits digits);
+std::string numberText(float value, int decimals, NumberDigits digits);
 
 /// A length as the templates' "%d" prints it: cut toward zero, and held within 32 bits.
 int32_t cutToInt32(double value);

@@ -54,9 +54,9 @@ void PCSwiftCodeProvider::addLayersByNameProperty() {
 
 void PCSwiftCodeProvider::addInitializersForViewWithCanvasSize(QSizeF size) {
     append(code(),
-           "\n\n\toverride init() {\n\t\tsuper.init(frame: CGRect(x: 0, y: 0, width: %d, height: "
-           "%d))\n\t\tself.setupHierarchy()\n\t}",
-           cutToInt32(size.width()), cutToInt32(size.height()));
+           "\n\n\toverride init() {\n\t\tsuper.init(frame: CGRect(x: 0, y: 0, width: %@, height: "
+           "%@))\n\t\tself.setupHierarchy()\n\t}",
+           wholeLength(size.width()), wholeLength(size.height()));
     append(code(),
            "\n\n\toverride init(frame: CGRect) {\n\t\tsuper.init(frame: "
            "frame)\n\t\tself.setupHierarchy()\n\t}");
@@ -152,8 +152,8 @@ void PCSwiftCodeProvider::addLocalSetupVariablesIncludesLayer(bool includesLayer
 
 void PCSwiftCodeProvider::addScalingContainerWithSize(QSizeF size, bool, bool clippedToBounds) {
     append(code(), "\n\t\tlet __scaling__ = %@()", generateForMac() ? "CALayer" : "UIView");
-    append(code(), "\n\t\t__scaling__.bounds = CGRect(x:0, y:0, width:%d, height:%d)",
-           cutToInt32(size.width()), cutToInt32(size.height()));
+    append(code(), "\n\t\t__scaling__.bounds = CGRect(x:0, y:0, width:%@, height:%@)",
+           wholeLength(size.width()), wholeLength(size.height()));
     append(code(), "\n\t\t__scaling__.%@ = CGPoint(x:%0.1f, y:%0.1f)",
            generateForMac() ? "position" : "center", size.width() / 2, size.height() / 2);
     if (clippedToBounds) {
@@ -471,8 +471,16 @@ void PCSwiftCodeProvider::codeForPropertySetterString(std::string& out, Text tex
 }
 
 void PCSwiftCodeProvider::codeForBoxedNumber(std::string& out, float value) const {
-    appendThreeDecimals(out, value);
+    if (numberDigits() == NumberDigits::AllNeeded) {
+        out += decimalText(value);
+    } else {
+        appendThreeDecimals(out, value);
+    }
     out += " as Float";
+}
+
+void PCSwiftCodeProvider::codeForBoxedPreciseNumber(std::string& out, double value) const {
+    out += decimalText(value) + " as Double";
 }
 
 void PCSwiftCodeProvider::codeForImageRefWithName(std::string& out, Text imageName) const {

@@ -69,6 +69,7 @@ class PCSwiftCodeProvider final : public PCCocoaLanguageProvider {
                                                             Text baseName) const override;
     void codeForPropertySetterString(std::string& out, Text text) const override;
     void codeForBoxedNumber(std::string& out, float value) const override;
+    void codeForBoxedPreciseNumber(std::string& out, double value) const override;
     void codeForImageRefWithName(std::string& out, Text imageName) const override;
     void codeForPropertySetterWithArrayString(std::string& out, Text name,
                                               Text arrayText) const override;

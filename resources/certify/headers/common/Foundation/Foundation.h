@@ -3,11 +3,15 @@
 typedef signed char BOOL;
 #define YES ((BOOL)1)
 #define NO ((BOOL)0)
+#ifndef NULL
 #define NULL ((void *)0)
+#endif
 #define nil ((id)0)
 #define MIN(a, b) ((a) < (b) ? (a) : (b))
 #define MAX(a, b) ((a) > (b) ? (a) : (b))
+#ifndef HUGE_VALF
 #define HUGE_VALF __builtin_huge_valf()
+#endif
 #define IB_DESIGNABLE
 
 typedef unsigned long NSUInteger;
@@ -31,15 +35,11 @@ CGAffineTransform CGAffineTransformScale(CGAffineTransform transform, CGFloat x,
 
 typedef struct { unsigned long state; id __unsafe_unretained *itemsPtr;
                  unsigned long *mutationsPtr; unsigned long extra[5]; } NSFastEnumerationState;
-@protocol NSFastEnumeration
-- (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState *)state
-                                  objects:(id __unsafe_unretained [])buffer
-                                    count:(NSUInteger)length;
-@end
-@protocol NSCopying
-@end
 
-__attribute__((objc_root_class)) @interface NSObject
+// No protocols are declared: the runtime on which exports are played takes those of another layout.
+__attribute__((objc_root_class)) @interface NSObject {
+    Class isa;
+}
 + (instancetype)new;
 + (instancetype)alloc;
 + (Class)class;
@@ -47,21 +47,28 @@ __attribute__((objc_root_class)) @interface NSObject
 - (Class)class;
 @end
 
-@interface NSString : NSObject <NSCopying>
+@interface NSString : NSObject
 - (NSString *)stringByAppendingString:(NSString *)text;
 @end
-@interface NSConstantString : NSString
+@interface NSConstantString : NSString {
+    const char *text;
+    unsigned int length;
+}
 @end
 @interface NSNumber : NSObject
 + (NSNumber *)numberWithDouble:(double)value;
 + (NSNumber *)numberWithFloat:(float)value;
 + (NSNumber *)numberWithInt:(int)value;
 - (float)floatValue;
+- (double)doubleValue;
 @end
-@interface NSArray : NSObject <NSFastEnumeration>
+@interface NSArray : NSObject
 + (instancetype)array;
 + (instancetype)arrayWithObjects:(const id[])objects count:(NSUInteger)count;
 - (id)objectAtIndexedSubscript:(NSUInteger)index;
+- (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState *)state
+                                  objects:(id __unsafe_unretained [])buffer
+                                    count:(NSUInteger)length;
 @property (readonly) NSUInteger count;
 @property (readonly) id lastObject;
 @end
@@ -74,7 +81,7 @@ __attribute__((objc_root_class)) @interface NSObject
 @property (readonly, copy) NSArray *allValues;
 @end
 @interface NSMutableDictionary : NSDictionary
-- (void)setObject:(id)object forKeyedSubscript:(id<NSCopying>)key;
+- (void)setObject:(id)object forKeyedSubscript:(id)key;
 @end
 
 typedef NSUInteger NSPointerFunctionsOptions;

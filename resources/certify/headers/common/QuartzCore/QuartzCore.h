@@ -8,6 +8,8 @@ CATransform3D CATransform3DMakeRotation(CGFloat angle, CGFloat x, CGFloat y, CGF
 CATransform3D CATransform3DScale(CATransform3D transform, CGFloat x, CGFloat y, CGFloat z);
 
 extern NSString *const kCAFillModeBoth;
+extern NSString *const kCAFillModeForwards;
+extern NSString *const kCAFillModeBackwards;
 extern NSString *const kCAFillModeRemoved;
 extern NSString *const kCAMediaTimingFunctionLinear;
 extern NSString *const kCAMediaTimingFunctionEaseIn;
@@ -27,17 +29,28 @@ extern NSString *const kCATransactionDisableActions;
 @property CFTimeInterval duration;
 @property float repeatCount;
 @property BOOL autoreverses;
+@property float speed;
+@property CFTimeInterval timeOffset;
 @property (copy) NSString *fillMode;
+@property (strong) CAMediaTimingFunction *timingFunction;
 @end
 @interface CAPropertyAnimation : CAAnimation
 + (instancetype)animationWithKeyPath:(NSString *)path;
+@property (copy) NSString *keyPath;
+@property (getter=isAdditive) BOOL additive;
 @end
 @interface CABasicAnimation : CAPropertyAnimation
+@property (strong) id fromValue;
+@property (strong) id toValue;
+@property (strong) id byValue;
 @end
 @interface CAKeyframeAnimation : CAPropertyAnimation
 @property (copy) NSArray *values;
 @property (copy) NSArray *keyTimes;
 @property (copy) NSArray *timingFunctions;
+@end
+@interface CAAnimationGroup : CAAnimation
+@property (copy) NSArray *animations;
 @end
 
 @interface CALayer : NSObject
