@@ -220,9 +220,17 @@ class Program:
         for variable, folder in folders.items():
             (self.home / folder).mkdir(mode=0o700, parents=True, exist_ok=True)
             environment[variable] = str(self.home / folder)
+        self.leave_out_the_greeting()
         with open(self.log, "ab") as log:
             self.process = subprocess.Popen([self.path, "--new-instance", *map(str, arguments)],
                                             env=environment, stderr=log)
+
+    def leave_out_the_greeting(self):
+        """Starts with an untitled project, not with the start window."""
+        settings = self.home / "config" / "Tweenery" / "Tweenery.ini"
+        if not settings.exists():
+            settings.parent.mkdir(parents=True, exist_ok=True)
+            settings.write_text("[General]\nshowsOnboardWindowAtLaunch=false\n")
 
     def kill(self):
         """As a crash would."""
