@@ -217,8 +217,7 @@ TimelinePeer::Size peerSize() {
 
 // As OpenWindow::settle().
 void settleEvents() {
-    while (QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents)) {
-    }
+    while (QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents)) {}
 }
 
 void openPeer(benchmark::State& state) {

@@ -15,9 +15,8 @@ void PCKeyedPropertyTimeline::setTimes(const std::vector<KeyframeTime>& times) {
         if (time.keyframe->m_owner == this) { keyframes.push_back(time.keyframe); }
     }
     if (keyframes.empty()) { return; }
-    registerUndo([self = shared_from_this(), former = placementsOf(keyframes)] {
-        self->place(former);
-    });
+    registerUndo(
+        [self = shared_from_this(), former = placementsOf(keyframes)] { self->place(former); });
     for (const KeyframeTime& time : times) {
         if (time.keyframe->m_owner == this) { m_times[time.keyframe->m_index] = time.timeInMS; }
     }

@@ -108,8 +108,8 @@ void InspectorEdits::add(InspectorField field, double delta, const EditTarget& t
             return PCRotationCalculator::updateElements(elements, target.additive, -radians(delta),
                                                         target.when, anchor);
         case InspectorField::Opacity:
-            return PCOpacityCalculator::updateElementsWithDelta(
-                elements, target.additive, delta / 100, target.when, anchor);
+            return PCOpacityCalculator::updateElementsWithDelta(elements, target.additive,
+                                                                delta / 100, target.when, anchor);
     }
 }
 

@@ -23,8 +23,8 @@ InspectorHeader inspectorHeader(const PCElementSelectionManager& selection) {
             return {u"Canvas"_s, u"header_canvas_icon"_s};
         case 1: {
             const PCElement& element = *selection.firstSelectedElement();
-            return {element.name(), element.isGroup() ? u"property_folder_icon"_s
-                                                      : u"property_element_icon"_s};
+            return {element.name(),
+                    element.isGroup() ? u"property_folder_icon"_s : u"property_element_icon"_s};
         }
         default:
             return {u"Multiple Values"_s, u"property_folder_icon"_s};

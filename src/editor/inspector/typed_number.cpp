@@ -142,9 +142,8 @@ class Reader {
             ++m_place;
         }
         bool isNumber = false;
-        const double value = m_text.sliced(start, m_place - start)
-                                 .replace(u',', u'.')
-                                 .toDouble(&isNumber);
+        const double value =
+            m_text.sliced(start, m_place - start).replace(u',', u'.').toDouble(&isNumber);
         if (!isNumber) {
             fail(notANumber());
             return 0;

@@ -6,10 +6,10 @@
 #include <QToolTip>
 
 #include "ui/navigators/animations_model.h"
-#include "ui/widgets/row_painting.h"
 #include "ui/widgets/appearance.h"
 #include "ui/widgets/focus_ring.h"
 #include "ui/widgets/fonts.h"
+#include "ui/widgets/row_painting.h"
 #include "ui/widgets/sizes.h"
 
 using namespace Qt::StringLiterals;

@@ -9,8 +9,8 @@
 #include "ui/navigators/animation_rows.h"
 #include "ui/navigators/list_keys.h"
 #include "ui/navigators/name_editing.h"
-#include "ui/widgets/row_painting.h"
 #include "ui/widgets/appearance.h"
+#include "ui/widgets/row_painting.h"
 #include "ui/widgets/sizes.h"
 
 using namespace Qt::StringLiterals;

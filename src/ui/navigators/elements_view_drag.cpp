@@ -8,8 +8,8 @@
 #include "editor/canvas/pasteboard_commands.h"
 #include "editor/mime_pasteboard.h"
 #include "ui/navigators/elements_view.h"
-#include "ui/widgets/row_painting.h"
 #include "ui/widgets/appearance.h"
+#include "ui/widgets/row_painting.h"
 #include "ui/widgets/sizes.h"
 
 namespace tweenery {

@@ -3,9 +3,9 @@
 #include <QPainter>
 
 #include "ui/navigators/elements_view.h"
-#include "ui/widgets/row_painting.h"
 #include "ui/widgets/appearance.h"
 #include "ui/widgets/focus_ring.h"
+#include "ui/widgets/row_painting.h"
 #include "ui/widgets/sizes.h"
 
 using namespace Qt::StringLiterals;
