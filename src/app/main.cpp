@@ -12,6 +12,7 @@
 #include "model/preferences/app_preferences.h"
 #include "storage/system_names.h"
 #include "ui/canvas/canvas_accessible.h"
+#include "ui/inspector/z_position_accessible.h"
 #include "ui/timeline/timeline_accessible.h"
 #include "ui/widgets/alert_dialog.h"
 #include "ui/widgets/frame_style.h"
@@ -41,6 +42,7 @@ void setUpApplication(QApplication& application) {
     setUpFrame(application);
     installCanvasAccessibility();
     installTimelineAccessibility();
+    installZPositionAccessibility();
 }
 
 QStringList decoded(const QByteArrayList& paths) {

@@ -146,8 +146,7 @@ int ZPositionList::contentHeight() const {
     return m_model->rowCount() * sizes::zPositionRow;
 }
 
-void ZPositionList::moveBy(int step) {
-    const int row = currentIndex().row();
+void ZPositionList::moveRow(int row, int step) {
     const int target = step < 0 ? row - 1 : row + 2;
     if (row < 0 || target < 0 || target > m_model->rowCount()) { return; }
     Q_EMIT moveRequested(m_model->identifier(row), static_cast<size_t>(target));
@@ -177,8 +176,8 @@ void ZPositionList::endDrag(bool isCancelled) {
 
 void ZPositionList::keyPressEvent(QKeyEvent* event) {
     const bool isMove = event->modifiers().testFlag(Qt::AltModifier);
-    if (isMove && event->key() == Qt::Key_Up) { return moveBy(-1); }
-    if (isMove && event->key() == Qt::Key_Down) { return moveBy(1); }
+    if (isMove && event->key() == Qt::Key_Up) { return moveRow(currentIndex().row(), -1); }
+    if (isMove && event->key() == Qt::Key_Down) { return moveRow(currentIndex().row(), 1); }
     const QList<int> own{Qt::Key_Up, Qt::Key_Down, Qt::Key_Home, Qt::Key_End};
     if (own.contains(event->key())) { return QListView::keyPressEvent(event); }
     event->ignore();  // letters are commands
@@ -189,8 +188,8 @@ void ZPositionList::contextMenuEvent(QContextMenuEvent* event) {
     const int row = currentIndex().row();
     if (row < 0) { return; }
     QMenu menu(this);
-    QAction* up = menu.addAction(u"Move Up"_s, this, [this] { moveBy(-1); });
-    QAction* down = menu.addAction(u"Move Down"_s, this, [this] { moveBy(1); });
+    QAction* up = menu.addAction(u"Move Up"_s, this, [this, row] { moveRow(row, -1); });
+    QAction* down = menu.addAction(u"Move Down"_s, this, [this, row] { moveRow(row, 1); });
     up->setEnabled(row > 0);
     down->setEnabled(row + 1 < m_model->rowCount());
     menu.exec(event->globalPos());

@@ -17,6 +17,8 @@ class ZPositionList : public QListView {
     /// Keeps the current row at its element.
     void setElements(const PCElement::Elements& elements);
     int contentHeight() const;
+    /// Asks for the row's place one up (-1) or one down (1); nothing at the end.
+    void moveRow(int row, int step);
 
  Q_SIGNALS:
     /// To where now the row `row` is; the number of rows: behind all.
@@ -37,7 +39,6 @@ class ZPositionList : public QListView {
     int m_draggedRow = -1;
     int m_dropRow = -1;  // before which the row would land; -1: no drag
 
-    void moveBy(int step);
     void beginDrag(QPointF point);
     void dragTo(QPointF point);
     void endDrag(bool isCancelled);

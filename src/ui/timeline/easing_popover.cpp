@@ -88,8 +88,8 @@ EasingPopover::EasingPopover(QWidget* window) : QWidget(window) {
     hide();
     resize(sizes::easingPopoverWidth + 2 * kPopoverMargin,
            sizes::easingPopoverHeight + 2 * kPopoverMargin);
+    setAccessibleRole(*this, QAccessible::Grouping);  // before the name is told
     setAccessibleName(u"Easing"_s);
-    setAccessibleRole(*this, QAccessible::Grouping);
     QPoint cell = body().topLeft().toPoint() + kFirstEasingCell;
     for (const EasingChoice& choice : easingChoices()) {
         auto* button = new EasingStyleButton(choice, this);
