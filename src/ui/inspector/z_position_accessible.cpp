@@ -87,8 +87,7 @@ class ZPositionListAccessible : public QAccessibleWidget {
         return QAccessible::accessibleInterface(m_rows[static_cast<size_t>(index)]);
     }
     int indexOfChild(const QAccessibleInterface* child) const override {
-        const QAccessible::Id id =
-            QAccessible::uniqueId(const_cast<QAccessibleInterface*>(child));
+        const QAccessible::Id id = QAccessible::uniqueId(const_cast<QAccessibleInterface*>(child));
         const auto found = std::find(m_rows.begin(), m_rows.end(), id);
         return found == m_rows.end() ? -1 : static_cast<int>(found - m_rows.begin());
     }
