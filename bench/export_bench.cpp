@@ -6,6 +6,7 @@
 #include <charconv>
 
 #include "bench/big_project.h"
+#include "codegen/language/current_swift_code_provider.h"
 #include "codegen/language/objc_code_provider.h"
 #include "codegen/language/swift_code_provider.h"
 #include "codegen/project_code_generator.h"
@@ -108,6 +109,13 @@ void textStreamOfSameNumbers(benchmark::State& state) {
 BENCHMARK(toCharsOfSameNumbers)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(textStreamOfSameNumbers)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK_TEMPLATE(exportSource, PCObjCCodeProvider)
+    ->ArgName("decoded")
+    ->Arg(1)
+    ->Arg(0)
+    ->MeasureProcessCPUTime()
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(exportSource, CurrentSwiftCodeProvider)
     ->ArgName("decoded")
     ->Arg(1)
     ->Arg(0)

@@ -101,6 +101,7 @@ const Shape& preferencesShape() {
                               {"timelinePlayheadPosition", Kind::Int},
                               {"selectedAnimationIdentifier", Kind::Identifier},
                               {"generatedCodeUsesSwift", Kind::Bool},
+                              {"generatedCodeSwiftDialect", Kind::String},
                               {"defaultEasingMode", Kind::Mode}}};
     return shape;
 }

@@ -2,6 +2,7 @@
 
 #include "cli/package_check.h"
 #include "cli/support/diagnostic_text.h"
+#include "cli/support/export_language.h"
 #include "cli/support/number_words.h"
 #include "cli/support/packages.h"
 #include "cli/verbs.h"
@@ -20,10 +21,8 @@ Diagnostics diagnosticsOf(PCProject& project, const Invocation& invocation) {
     if (invocation.has(kPlatformOption.name)) {
         options.generateForMac = invocation.value(kPlatformOption.name) == u"mac";
     }
-    const bool usesSwift = invocation.has(kLanguageOption.name)
-                               ? invocation.value(kLanguageOption.name) == u"swift"
-                               : project.preferences().generatedCodeUsesSwift();
-    return diagnosticsOfExport(project, usesSwift, options);
+    const bool usingSwift = takeLanguage(invocation, project, options);
+    return diagnosticsOfExport(project, usingSwift, options);
 }
 
 void writeJson(const PackageCheck& check, const Diagnostics& diagnostics, JsonWriter& json) {
@@ -89,6 +88,7 @@ void check(const Invocation& invocation, Report& report) {
 
 ExitCode run(const Invocation& invocation, Console& console) {
     invocation.requireNotBoth(kQuietOption, {kVerboseOption});
+    requireOneLanguage(invocation);
     return runOnPackages(invocation, console, [&](Report& report) { check(invocation, report); });
 }
 
@@ -101,8 +101,8 @@ const Verb& checkVerb() {
         1,
         Verb::kMany,
         "Reads every entry of each package and tells what is wrong, and what an export would meet.",
-        {kLanguageOption, kPlatformOption, kStrictOption, kVerboseOption, kQuietOption,
-         kJsonOption},
+        {kLanguageOption, kSwiftOption, kPlatformOption, kStrictOption, kVerboseOption,
+         kQuietOption, kJsonOption},
         run};
     return verb;
 }

@@ -6,6 +6,7 @@
 
 #include "base/path_name.h"
 #include "cli/support/diagnostic_text.h"
+#include "cli/support/export_language.h"
 #include "cli/support/number_words.h"
 #include "cli/support/packages.h"
 #include "cli/verbs.h"
@@ -29,7 +30,7 @@ constexpr VerbOption kCleanOption{"clean-images", nullptr,
                                   "remove DIR/images with all that is in it first"};
 constexpr VerbOption kDateOption{
     "date", "TEXT",
-    "the date in the files' heads; otherwise that of SOURCE_DATE_EPOCH, "
+    "the date in the files' heads (current Swift has none); otherwise that of SOURCE_DATE_EPOCH, "
     "or today's, in UTC"};
 constexpr VerbOption kDryRunOption{"dry-run", nullptr,
                                    "write nothing, and list what would be written"};
@@ -69,13 +70,6 @@ ExportOptions optionsFrom(const Invocation& invocation, PCProject& project) {
     options.stamp.date = dateFrom(invocation).toStdString();
     options.isDryRun = invocation.has(kDryRunOption.name);
     return options;
-}
-
-bool usesSwift(const Invocation& invocation, PCProject& project) {
-    if (!invocation.has(kLanguageOption.name)) {
-        return project.preferences().generatedCodeUsesSwift();
-    }
-    return invocation.value(kLanguageOption.name) == u"swift";
 }
 
 // One package goes right into the directory, each of several into a folder with its name.
@@ -144,8 +138,9 @@ void exportPackage(const Invocation& invocation, Report& report) {
     const PCProject::Ptr project = openForReading(report);
     ExportResult result;
     try {
-        result = exportCodeToDirectory(project, directory, usesSwift(invocation, *project),
-                                       optionsFrom(invocation, *project));
+        ExportOptions options = optionsFrom(invocation, *project);
+        const bool usingSwift = takeLanguage(invocation, *project, options);
+        result = exportCodeToDirectory(project, directory, usingSwift, options);
     } catch (const ExportError& error) { throw InputError(report.packagePath(), error.message()); }
     tellCleaning(result, directory, report);
     for (const ExportFailure& failure : result.files.failures) {
@@ -166,6 +161,7 @@ ExitCode run(const Invocation& invocation, Console& console) {
     requireOneLine(invocation.value(kDateOption.name));
     invocation.requireNotBoth(kCleanOption, {kNoImagesOption});
     invocation.requireNotBoth(kQuietOption, {kVerboseOption});
+    requireOneLanguage(invocation);
     requireFoldersOfTheirOwn(invocation);
     return runOnPackages(invocation, console,
                          [&](Report& report) { exportPackage(invocation, report); });
@@ -181,9 +177,9 @@ const Verb& exportVerb() {
         Verb::kMany,
         "Writes source code and artwork, over the files of an export before; several projects go "
         "into a folder each. Options left out come from the project's preferences.",
-        {kOutOption, kLanguageOption, kPlatformOption, kClipOption, kNoClipOption, kImagesOption,
-         kNoImagesOption, kCleanOption, kDateOption, kDryRunOption, kStrictOption, kVerboseOption,
-         kQuietOption, kJsonOption},
+        {kOutOption, kLanguageOption, kSwiftOption, kPlatformOption, kClipOption, kNoClipOption,
+         kImagesOption, kNoImagesOption, kCleanOption, kDateOption, kDryRunOption, kStrictOption,
+         kVerboseOption, kQuietOption, kJsonOption},
         run};
     return verb;
 }

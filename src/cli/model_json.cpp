@@ -130,6 +130,7 @@ void writePreferences(const PCProjectPreferences& p, JsonWriter& json) {
     json.key("generatedCodeClipsToBounds").boolean(p.generatedCodeClipsToBounds());
     json.key("generatedCodeIncludesImages").boolean(p.generatedCodeIncludesImages());
     json.key("generatedCodeIsIOS").boolean(p.generatedCodeIsIOS());
+    json.key("generatedCodeSwiftDialect").string(nameOfSwiftDialect(p.generatedCodeSwiftDialect()));
     json.key("generatedCodeTakesParameters").boolean(p.generatedCodeTakesParameters());
     json.key("generatedCodeUsesSwift").boolean(p.generatedCodeUsesSwift());
     json.key("generatedCodeUsesViews").boolean(p.generatedCodeUsesViews());

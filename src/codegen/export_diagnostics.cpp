@@ -42,6 +42,7 @@ const char* const kKindNames[] = {
     "image-not-found-on-device",
     "opacity-out-of-range",
     "order-ends-early",
+    "first-swift",
 };
 
 // An element whose animation loses by printed key times.
@@ -119,6 +120,7 @@ class Collector {
     void checkImages(const PCAnimationExportBundle& bundle);
     void checkImagesAskedFor(const PCAnimationExportBundle& bundle);
     void checkSlicedImages(const PCAnimationExportBundle& bundle);
+    void noteSlicedImage(const PCAnimationExportBundle& bundle, const PlannedElement& planned);
     void checkLikeness(const PCAnimationExportBundle& bundle);
     void noteKeyTimes(const PCAnimation& animation, const CoarseElements& elements);
 
@@ -157,7 +159,13 @@ void Collector::checkProject() {
                       u"The generated class would be called %1, as a class of the platform; rename "
                       "the project."_s.arg(className));
     }
-    if (m_plan.isLFTPuppetView && m_plan.target.generateForMac) {
+    if (m_language == TargetLanguage::FirstSwift) {
+        addForProject(Kind::FirstSwift, Severity::Note,
+                      u"The first dialect of Swift is for compilers of 2014, of Swift 1.0 and 1.1; "
+                      "for those of today export the current one."_s);
+    }
+    const bool isCurrentSwift = m_language == TargetLanguage::CurrentSwift;
+    if (m_plan.isLFTPuppetView && m_plan.target.generateForMac && !isCurrentSwift) {
         addForProject(Kind::PuppetIsMobileCode, Severity::Warning,
                       u"Puppets are mobile code, and the class does not compile on the desktop; "
                       "export for the mobile platform, or take the tag \"_LFT_\" away."_s);
@@ -211,7 +219,8 @@ void Collector::checkElement(const PlannedElement& planned) {
     }
     const bool isImageView = planned.type == PCCodeGeneratorType::View ||
                              planned.type == PCCodeGeneratorType::RecordableView;
-    if (isImageView && element.isGroup() && !element.imageName().isEmpty()) {
+    const bool isCurrentSwift = m_language == TargetLanguage::CurrentSwift;
+    if (isImageView && element.isGroup() && !element.imageName().isEmpty() && !isCurrentSwift) {
         add(Kind::NoImageView, Severity::Warning, element,
             u"It is a group and has an image, which a plain view cannot show, and does not "
             "compile; take the image away, or ungroup it."_s);
@@ -251,7 +260,8 @@ void Collector::checkStandardAnimations() {
 void Collector::checkStandardAnimation(const PCAnimationExportBundle& bundle) {
     checkMethodNames(bundle);
     checkImages(bundle);
-    checkImagesAskedFor(bundle);
+    // Current Swift asks for all images by their full names, and goes on without one.
+    if (m_language != TargetLanguage::CurrentSwift) { checkImagesAskedFor(bundle); }
     checkPartsAnimated(bundle);
     checkLikeness(bundle);
 }
@@ -302,7 +312,7 @@ void Collector::checkPartsAnimated(const PCAnimationExportBundle& bundle) {
 }
 
 void Collector::checkSlicedAnimation(const PCAnimationExportBundle& bundle) {
-    if (m_language == TargetLanguage::Swift) {
+    if (m_language == TargetLanguage::FirstSwift) {
         add(Kind::SlicedLeftOut, Severity::Warning, *bundle.animation,
             u"Frame-sliced animations are left out in Swift; export in Objective-C, or take the "
             "tag \"sliced\" away."_s);
@@ -314,7 +324,8 @@ void Collector::checkSlicedAnimation(const PCAnimationExportBundle& bundle) {
                 *obstacle));
         return;
     }
-    if (m_plan.target.generateForMac) {
+    const bool isCurrentSwift = m_language == TargetLanguage::CurrentSwift;
+    if (m_plan.target.generateForMac && !isCurrentSwift) {
         add(Kind::SlicedIsMobileCode, Severity::Warning, *bundle.animation,
             u"Frame-sliced animations are mobile code and do not compile on the desktop; export "
             u"for "
@@ -375,11 +386,26 @@ void Collector::checkImagesAskedFor(const PCAnimationExportBundle& bundle) {
     }
 }
 
+void Collector::noteSlicedImage(const PCAnimationExportBundle& bundle,
+                                const PlannedElement& planned) {
+    const PCElement& element = *planned.element;
+    if (planned.type == PCCodeGeneratorType::Button || !element.isGroup()) { return; }
+    if (!element.imageName().isEmpty()) { return; }
+    add(Kind::NoImageView, Severity::Warning, *bundle.animation,
+        u"It gives an image to the group '%1', which has none of its own and no view for it; "
+        u"delete "
+        "these keyframes, or take the tag \"sliced\" away."_s.arg(element.name()));
+}
+
 // The state of a frame-sliced animation takes each element with an image for an image view.
 void Collector::checkSlicedImages(const PCAnimationExportBundle& bundle) {
     for (const PCAnimationExportElementTimelines& record : bundle.timelinesByElement) {
         const PlannedElement& planned = m_plan.planned(*record.element);
         if (!record.contents || planned.isLayer()) { continue; }
+        if (m_language == TargetLanguage::CurrentSwift) {
+            noteSlicedImage(bundle, planned);
+            continue;
+        }
         if (planned.type != PCCodeGeneratorType::Button && !record.element->isGroup()) { continue; }
         add(Kind::NoImageView, Severity::Warning, *bundle.animation,
             u"It gives an image to the element '%1', which is a group or a button and no image "

@@ -37,6 +37,7 @@ struct ExportDiagnostic {
         ImageNotFoundOnDevice,
         OpacityOutOfRange,
         OrderEndsEarly,
+        FirstSwift,
     };
     enum class Subject { Project, Element, Animation };
 

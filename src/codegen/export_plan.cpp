@@ -87,6 +87,7 @@ class Planner {
     void createElementTypeMap();
     PCCodeGeneratorType takeTypeTag(PlannedElement& planned, PCCodeGeneratorType parentType);
     void buildElementCodeVariableNamesMap();
+    void giveEachElementItsVariable();
     void createAnimationsBaseNameMap();
     void createAnimationExportBundles();
     void listElementsOfBundle(size_t bundle);
@@ -159,6 +160,10 @@ PCCodeGeneratorType Planner::takeTypeTag(PlannedElement& planned, PCCodeGenerato
 }
 
 void Planner::buildElementCodeVariableNamesMap() {
+    if (m_plan.target.language == TargetLanguage::CurrentSwift) {
+        giveEachElementItsVariable();
+        return;
+    }
     std::unordered_map<QString, QString> variableByName;
     for (const PlannedElement& planned : m_plan.elements) {
         replaceName(variableByName[planned.name],
@@ -167,6 +172,15 @@ void Planner::buildElementCodeVariableNamesMap() {
     }
     for (PlannedElement& planned : m_plan.elements) {
         planned.variable = variableByName.at(planned.name).toStdString();
+    }
+}
+
+// Elements of one name have a variable each.
+void Planner::giveEachElementItsVariable() {
+    for (PlannedElement& planned : m_plan.elements) {
+        const QString variable = codeFriendlyNameFromName(planned.name, &m_plan.elementVariables);
+        m_plan.elementVariables.insert(variable);
+        planned.variable = usableSwiftVariable(variable).toStdString();
     }
 }
 

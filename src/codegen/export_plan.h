@@ -14,7 +14,7 @@ namespace tweenery {
 
 /// What a run writes for.
 struct ExportTarget {
-    TargetLanguage language = TargetLanguage::Swift;
+    TargetLanguage language = TargetLanguage::CurrentSwift;
     bool generateForMac = false;      // the desktop platform, not the mobile one
     bool clipsCanvas = false;         // the scene is clipped to its bounds
     bool addAnimationSuffix = false;  // methods take a suffix for animation keys

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <memory>
 #include <optional>
+#include <string>
 
 #include "codegen/export_plan.h"
 #include "codegen/language/language_code_provider.h"
@@ -8,54 +10,61 @@
 namespace tweenery {
 
 /// Writes the frame-sliced animations: a table of the values that change, sampled in equal steps,
-/// and methods that show any frame of it. Fixed Objective-C for the mobile platform; a language
-/// without buffers for it gets nothing.
+/// and methods that show any frame of it. A language without buffers for it gets nothing.
 class FrameSlicedAnimationCode {
  public:
-    /// `plan` receives the sorted timelines of its bundles.
-    FrameSlicedAnimationCode(ExportPlan& plan, PCLanguageCodeProvider& provider)
-        : m_plan(plan),
-          m_header(provider.headerStringForFrameSlicedAnimations()),
-          m_implementation(provider.implementationStringForFrameSlicedAnimations()) {}
+    /// The code in the provider's language. `plan` receives the sorted timelines of its bundles.
+    static std::unique_ptr<FrameSlicedAnimationCode> make(ExportPlan& plan,
+                                                          PCLanguageCodeProvider& provider);
+    virtual ~FrameSlicedAnimationCode() = default;
 
-    bool writesText() const {
-        return m_header && m_implementation && !m_plan.frameSlicedAnimationExportBundles.empty();
-    }
+    bool writesText() const;
 
     /// Sorts the timelines and names the tables. Throws ExportError for an animation that no table
     /// can hold.
     void prepareForSlicedAnimationExport();
-    /// Into the header, before the class.
+    /// Before the class.
     void appendStructDefinitionAndValuesArrayForSlicedAnimations();
-    /// Into both files, before the end of the class.
+    /// Before the end of the class.
     void appendSlicedApplyFrameMethodsForSlicedAnimations();
-    /// Into the implementation, behind the class.
+    /// Behind the class.
     void appendStructValuesArrayForSlicedAnimations();
 
- private:
+ protected:
     using Bundle = PCAnimationExportBundle;
     using Timeline = PCKeyedPropertyTimeline;
 
-    void appendMethods(const Bundle& bundle);
-    void generateCodeToApplyFrameSlicedValuesWithAnimation(const Bundle& bundle, bool nonChanging);
-    void generateCodeToApplyStructValueFromTimeline(const PlannedElement& planned,
-                                                    const Timeline& timeline, bool nonChanging);
-    struct ElementTransform;
-    void generateCodeToApplyTransform(const PlannedElement& planned,
-                                      const ElementTransform& transform, bool nonChanging);
-    void generateCodeToApplyTranslation(const PlannedElement& planned,
-                                        const ElementTransform& transform, bool nonChanging);
-    void generateCodeToAnimateForPlaybackWithAnimation(const Bundle& bundle);
-    void generateAnimationCodeForTimeline(const PlannedElement& planned, const Timeline& timeline);
-    void appendStructValuesArray(const Bundle& bundle);
-    void generateStructValueForTimeline(const PlannedElement& planned, const Timeline& timeline,
-                                        int32_t timeInMS);
-    template <class Visit>
-    void forEachChangingTimeline(const Bundle& bundle, Visit visit) const;
+    FrameSlicedAnimationCode(ExportPlan& plan, PCLanguageCodeProvider& provider)
+        : m_plan(plan), m_provider(provider) {}
 
+    virtual void appendStructDefinition(const Bundle& bundle) = 0;
+    virtual void appendMark() = 0;
+    virtual void appendMethods(const Bundle& bundle) = 0;
+    virtual void appendStructValuesArray(const Bundle& bundle) = 0;
+
+    const ExportPlan& plan() const { return m_plan; }
+    PCLanguageCodeProvider& provider() const { return m_provider; }
+
+    /// The name of a timeline's member of the frame table.
+    static std::string structVariableName(const PlannedElement& planned, const Timeline& timeline);
+    static std::string_view playbackKeyPath(PCPropertyType propertyType);
+    /// In milliseconds.
+    static int32_t timeOfFrame(const Bundle& bundle, int32_t frame);
+    /// What the table holds: places in the parent instead of translations.
+    static double tableValue(const PlannedElement& planned, const Timeline& timeline,
+                             int32_t timeInMS);
+    template <class Visit>
+    void forEachChangingTimeline(const Bundle& bundle, Visit visit) const {
+        for (const auto& [element, timelines] : bundle.changingTimelinesByElement) {
+            for (const auto* timeline : timelines) {
+                visit(m_plan.planned(*element), *timeline);
+            }
+        }
+    }
+
+ private:
     ExportPlan& m_plan;
-    std::string* m_header;
-    std::string* m_implementation;
+    PCLanguageCodeProvider& m_provider;
 };
 
 /// The most frames that a table may have; a number in a name is quickly typed.

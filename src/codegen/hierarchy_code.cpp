@@ -50,7 +50,10 @@ void HierarchyCode::addCodeForCreatingElement(const PlannedElement& planned) {
 
 void HierarchyCode::createObject(const PlannedElement& planned) {
     const bool mac = m_plan.target.generateForMac;
-    const bool isGroup = planned.element->isGroup();
+    // In current Swift a group that has an image shows it.
+    const bool isGroup =
+        planned.element->isGroup() && (m_plan.target.language != TargetLanguage::CurrentSwift ||
+                                       planned.element->imageName().isEmpty());
     switch (planned.type) {
         case PCCodeGeneratorType::Layer:
             m_provider.addLayerWithVariableName(planned.variable, planned.userName);

@@ -26,10 +26,14 @@ class KeyframeLists {
     const std::string& times() const { return m_times; }
     /// One fewer than values.
     const std::string& timingFunctions() const { return m_timingFunctions; }
+    const ListCuts& valueCuts() const { return m_valueCuts; }
+    const ListCuts& timeCuts() const { return m_timeCuts; }
+    const ListCuts& timingFunctionCuts() const { return m_timingFunctionCuts; }
     /// Those in all lists so far.
     EasingModes easingModesNeeded() const { return m_easingModesNeeded; }
 
  private:
+    void clear();
     /// Completes an entry whose value has just been appended.
     void appendTime(float fraction, PCEasingMode easing, bool isLast);
 
@@ -37,15 +41,17 @@ class KeyframeLists {
     std::string m_values;
     std::string m_times;
     std::string m_timingFunctions;
+    ListCuts m_valueCuts;
+    ListCuts m_timeCuts;
+    ListCuts m_timingFunctionCuts;
+    size_t m_entries = 0;
     EasingModes m_easingModesNeeded;
 };
 
 template <class AppendValue, class AppendStartValue>
 void KeyframeLists::populate(const PCKeyedPropertyTimeline& timeline, AppendValue appendValue,
                              AppendStartValue appendStartValue) {
-    m_values.clear();
-    m_times.clear();
-    m_timingFunctions.clear();
+    clear();
     const size_t count = timeline.keyframesCount();
     const auto duration = static_cast<float>(timeline.durationInMS());
     const auto justBefore = [&](size_t i) {

@@ -39,19 +39,19 @@ std::vector<ExportDiagnostic> PCProjectCodeGenerator::diagnostics() const {
 
 void PCProjectCodeGenerator::generateCodeForFileContentsByName(ExportPlan& plan) {
     PCLanguageCodeProvider& provider = *m_languageProvider;
-    FrameSlicedAnimationCode frameSlices(plan, provider);
+    const auto frameSlices = FrameSlicedAnimationCode::make(plan, provider);
     provider.addTopComments();
-    addImports(plan, frameSlices.writesText());
-    frameSlices.prepareForSlicedAnimationExport();
-    frameSlices.appendStructDefinitionAndValuesArrayForSlicedAnimations();
+    addImports(plan, frameSlices->writesText());
+    frameSlices->prepareForSlicedAnimationExport();
+    frameSlices->appendStructDefinitionAndValuesArrayForSlicedAnimations();
     beginClassDefinition(plan);
     provider.addCodeMarkWithName("Scaling");
     provider.addLayoutSubelements();
     HierarchyCode(plan, provider).addSetup();
     StandardAnimationCode(plan, provider).addStandardAnimations();
-    frameSlices.appendSlicedApplyFrameMethodsForSlicedAnimations();
+    frameSlices->appendSlicedApplyFrameMethodsForSlicedAnimations();
     provider.endClassDefinition();
-    frameSlices.appendStructValuesArrayForSlicedAnimations();
+    frameSlices->appendStructValuesArrayForSlicedAnimations();
     m_fileContentsByName = provider.fileContentsByName();
 }
 
@@ -75,8 +75,11 @@ void PCProjectCodeGenerator::beginClassDefinition(const ExportPlan& plan) {
     std::string_view superName = plan.isLFTPuppetView ? "LFTPuppetView" : "UIView";
     if (m_generateForMac) { superName = "NSView"; }
     provider.beginClassDefinitionWithSuperName(superName, plan.usesCompletionBlocksTable());
-    // A puppet view declares both itself.
-    if (!plan.isLFTPuppetView) {
+    // A puppet view declares both itself; on the desktop there is none.
+    const bool isPuppet =
+        plan.isLFTPuppetView &&
+        !(m_generateForMac && plan.target.language == TargetLanguage::CurrentSwift);
+    if (!isPuppet) {
         if (plan.hasAtLeastOneLayer) { provider.addLayersByNameProperty(); }
         if (plan.hasAtLeastOneView) { provider.addViewsByNameProperty(); }
     }

@@ -4,6 +4,7 @@
 #include <QLocale>
 
 #include "base/errors.h"
+#include "codegen/language/current_swift_code_provider.h"
 #include "codegen/language/objc_code_provider.h"
 #include "codegen/language/swift_code_provider.h"
 #include "codegen/project_code_generator.h"
@@ -23,7 +24,26 @@ QByteArrayList viewsOf(const SourcePieces& pieces) {
     return views;
 }
 
+TargetLanguage targetLanguage(bool usingSwift, const ExportOptions& options) {
+    if (!usingSwift) { return TargetLanguage::ObjectiveC; }
+    return options.swiftDialect == SwiftDialect::First ? TargetLanguage::FirstSwift
+                                                       : TargetLanguage::CurrentSwift;
+}
+
 }  // namespace
+
+std::unique_ptr<PCLanguageCodeProvider> makeLanguageProvider(TargetLanguage language,
+                                                             const GenerationStamp& stamp) {
+    switch (language) {
+        case TargetLanguage::FirstSwift:
+            return std::make_unique<PCSwiftCodeProvider>(stamp);
+        case TargetLanguage::CurrentSwift:
+            return std::make_unique<CurrentSwiftCodeProvider>(stamp);
+        case TargetLanguage::ObjectiveC:
+            break;
+    }
+    return std::make_unique<PCObjCCodeProvider>(stamp);
+}
 
 ExportOptions ExportOptions::fromPreferences(PCProject& project) {
     const PCProjectPreferences& preferences = project.preferences();
@@ -33,7 +53,8 @@ ExportOptions ExportOptions::fromPreferences(PCProject& project) {
             preferences.generatedCodeIncludesImages(),
             preferences.generatedCodeCleansImageDirectory(),
             false,
-            {TWEENERY_VERSION, date.toStdString()}};
+            {TWEENERY_VERSION, date.toStdString()},
+            preferences.generatedCodeSwiftDialect()};
 }
 
 ExportResult exportCodeToDirectory(const std::shared_ptr<PCProject>& project,
@@ -43,11 +64,8 @@ ExportResult exportCodeToDirectory(const std::shared_ptr<PCProject>& project,
     generator.setProject(project);
     generator.setGenerateForMac(options.generateForMac);
     generator.setClipsCanvas(options.clipsToBounds);
-    if (usingSwift) {
-        generator.setLanguageProvider(std::make_unique<PCSwiftCodeProvider>(options.stamp));
-    } else {
-        generator.setLanguageProvider(std::make_unique<PCObjCCodeProvider>(options.stamp));
-    }
+    generator.setLanguageProvider(
+        makeLanguageProvider(targetLanguage(usingSwift, options), options.stamp));
     generator.loadFileContentsByName();
     std::vector<std::shared_ptr<PCImageSet>> imageSets;
     if (options.includesImages) { imageSets = imageSetsInUse(*project); }
@@ -70,8 +88,8 @@ ExportResult exportCodeToDirectory(const std::shared_ptr<PCProject>& project,
 std::vector<ExportDiagnostic> diagnosticsOfExport(PCProject& project, bool usingSwift,
                                                   const ExportOptions& options) {
     const ExportPlan plan =
-        planExport(project, {usingSwift ? TargetLanguage::Swift : TargetLanguage::ObjectiveC,
-                             options.generateForMac, options.clipsToBounds, false});
+        planExport(project, {targetLanguage(usingSwift, options), options.generateForMac,
+                             options.clipsToBounds, false});
     return exportDiagnostics(project, plan);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <memory>
 #include <vector>
 
 #include "codegen/artwork_export.h"
@@ -17,6 +18,7 @@ struct ExportOptions {
     bool cleansImageDirectory = false;  // the folder "images" is emptied first
     bool isDryRun = false;              // nothing is written, and the result as if it had been
     GenerationStamp stamp;              // the comment at the head of each file
+    SwiftDialect swiftDialect = SwiftDialect::First;  // of an export in Swift
 
     /// As the project remembers them. The stamp has this program's version, and today's date in the
     /// short form of the system's locale.
@@ -28,6 +30,10 @@ struct ExportResult {
     WrittenFiles files;
     std::vector<ExportDiagnostic> diagnostics;
 };
+
+/// The provider of a language, for one run.
+std::unique_ptr<PCLanguageCodeProvider> makeLanguageProvider(TargetLanguage language,
+                                                             const GenerationStamp& stamp);
 
 /// Writes the project's source, in Swift or else in Objective-C, and its artwork into `directory`,
 /// which is made with its parents if it is not there. Files of the same names are replaced. What is

@@ -4,7 +4,6 @@
 
 #include "base/errors.h"
 #include "base/parallel_for.h"
-#include "base/path_name.h"
 #include "codegen/keyframe_lists.h"
 
 using namespace Qt::StringLiterals;
@@ -30,6 +29,21 @@ size_t estimatedSize(const PCAnimationExportBundle& bundle) {
         }
     }
     return size;
+}
+
+// Whether any animation is written: the order of no children is none.
+bool animatesAnything(const PCAnimationExportBundle& bundle) {
+    const auto& records = bundle.timelinesByElement;
+    return std::any_of(records.begin(), records.end(), [](const auto& record) {
+        const bool onlyOrder = record.zPosition && record.allNonNilTimelines().size() == 1;
+        return !onlyOrder || !record.element->children().empty();
+    });
+}
+
+// With the "speed" tag.
+float playingSeconds(const PCAnimationExportBundle& bundle) {
+    const float seconds = static_cast<float>(bundle.durationInMS) / 1000.0F;
+    return bundle.timeScalar > 0 ? seconds / bundle.timeScalar : seconds;
 }
 
 }  // namespace
@@ -92,6 +106,7 @@ void StandardAnimationCode::addStandardAnimations() {
     for (size_t i = 0; i < bundles.size(); ++i) {
         PCAnimationExportBundle& bundle = bundles[i];
         const std::string stem = methodStem(bundle.baseMethodName);
+        m_provider.describeStandardAnimation(playingSeconds(bundle), bundle.hasLooping);
         m_provider.beginStandardAnimationWithBaseName(stem, bundle.animation->name().toStdString(),
                                                       !bundle.hasLooping,
                                                       m_plan.target.addAnimationSuffix);
@@ -124,7 +139,10 @@ EasingModes StandardAnimationCode::BundleCode::generate() {
     std::string& addCode = m_bundle.generatedAddCode;
     std::string& removeCode = m_bundle.generatedRemoveCode;
     addCode.reserve(estimatedSize(m_bundle));
-    if (m_bundle.timeScalar > 0) {
+    // Current Swift complains about a variable that nothing reads.
+    const bool writesScalar =
+        m_plan.target.language != TargetLanguage::CurrentSwift || animatesAnything(m_bundle);
+    if (m_bundle.timeScalar > 0 && writesScalar) {
         m_provider.codeForFloatWithName(addCode, "timeScalar", m_bundle.timeScalar);
     }
     if (!m_bundle.hasLooping) {
@@ -151,8 +169,7 @@ void StandardAnimationCode::BundleCode::generateCodeForTimeline(
     std::string& values = m_lists.values();
     if (isStringProperty(timeline.propertyType())) {
         const auto appendImage = [&](const PropertyValue& value) {
-            m_provider.codeForImageRefWithName(
-                values, withoutPathExtension(stringOfValue(value)).toStdString());
+            m_provider.codeForImageRefWithName(values, stringOfValue(value).toStdString());
         };
         m_lists.populate(
             timeline, [&](size_t i) { appendImage(timeline.valueOfKeyframeAtIndex(i)); },
@@ -215,6 +232,9 @@ void StandardAnimationCode::BundleCode::generateCodeForAnimatingTimeline(
     code.values = m_lists.values();
     code.times = m_lists.times();
     code.timingFunctions = m_lists.timingFunctions();
+    code.valueCuts = m_lists.valueCuts();
+    code.timeCuts = m_lists.timeCuts();
+    code.timingFunctionCuts = m_lists.timingFunctionCuts();
     if (timeline.repeatBehavior() == PCRepeatBehaviorForeverAutoreverse) {
         code.autoreverses = true;
     }

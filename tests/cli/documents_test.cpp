@@ -58,7 +58,8 @@ TEST(Documents, HaveExamplesThatRun) {
     const QByteArray header = contentsOf(samples + u"/objc/BounceView.h"_s);
     EXPECT_TRUE(header.contains("addBounceAnimationWithCompletion:(void (^)(BOOL finished))"));
     const QByteArray swift = contentsOf(samples + u"/swift/BounceView.swift"_s);
-    EXPECT_TRUE(swift.contains("func addBounceAnimation(completion: ((Bool) -> Void)?)"));
+    EXPECT_TRUE(
+        swift.contains("func addBounceAnimation(completion: (@MainActor (Bool) -> Void)?)"));
 }
 
 TEST(Documents, TellEveryOptionAndItsVerbs) {

@@ -55,6 +55,8 @@ TEST(Usage, WrongOnesAreToldApart) {
          "tweenc: export: takes --clip or --no-clip, not both"},
         {{u"export"_s, u"P"_s, u"--out=d"_s, u"--no-images"_s, u"--clean-images"_s},
          "tweenc: export: takes --clean-images or --no-images, not both"},
+        {{u"export"_s, u"P"_s, u"--out=d"_s, u"--lang=objc"_s, u"--swift=first"_s},
+         "tweenc: export: --swift cannot be combined with --lang objc"},
         {{u"export"_s, u"P"_s, u"--out=d"_s, u"--lang=objc"_s, u"--lang=swift"_s},
          "tweenc: export: takes --lang once"},
         {{u"check"_s, u"P"_s, u"--quiet"_s, u"--verbose"_s},

@@ -169,7 +169,7 @@ TEST(FrameSlicedAnimationCode, StopsTheRunWhenNoTableCanHoldIt) {
         EXPECT_EQ(hero->name(), u"hero_button"_s);
         ASSERT_FALSE(run.diagnostics().empty());
         EXPECT_EQ(run.diagnostics().back().kind, ExportDiagnostic::Kind::CannotSlice);
-        EXPECT_FALSE(scene.source(u".swift"_s, {.language = TargetLanguage::Swift}).empty());
+        EXPECT_FALSE(scene.source(u".swift"_s, {.language = TargetLanguage::FirstSwift}).empty());
     }
 }
 

@@ -19,13 +19,18 @@ using namespace Qt::StringLiterals;
 namespace tweenery::test {
 namespace {
 
+enum class Language { ObjectiveC, FirstSwift, CurrentSwift };
+
 struct GoldenCase {
     QString package;
-    bool swift = false;
+    Language language = Language::ObjectiveC;
     bool mac = false;
 
+    bool isSwift() const { return language != Language::ObjectiveC; }
     QString folder() const {
-        return package + u'/' + (swift ? u"swift"_s : u"objc"_s) + (mac ? u"-mac"_s : u"-ios"_s);
+        static const QString folders[] = {u"objc"_s, u"swift"_s, u"swift-current"_s};
+        return package + u'/' + folders[static_cast<size_t>(language)] +
+               (mac ? u"-mac"_s : u"-ios"_s);
     }
 };
 
@@ -37,9 +42,10 @@ std::vector<GoldenCase> goldenCases() {
     std::vector<GoldenCase> cases;
     QDir packages(sourcePath(u"tests/packages"_s));
     for (const QString& name : packages.entryList({u"*.tweenery"_s}, QDir::Dirs, QDir::Name)) {
-        for (const bool swift : {false, true}) {
+        using enum Language;
+        for (const Language language : {ObjectiveC, FirstSwift, CurrentSwift}) {
             for (const bool mac : {false, true}) {
-                cases.push_back({name.chopped(9), swift, mac});
+                cases.push_back({name.chopped(9), language, mac});
             }
         }
     }
@@ -72,6 +78,8 @@ ExportOptions goldenOptions(PCProject& project, const GoldenCase& c) {
     options.generateForMac = c.mac;
     options.includesImages = true;
     options.stamp = {"1.0", "1/2/20"};
+    const bool isFirst = c.language == Language::FirstSwift;
+    options.swiftDialect = isFirst ? SwiftDialect::First : SwiftDialect::Current;
     return options;
 }
 
@@ -82,6 +90,8 @@ QByteArray reportOf(const ExportResult& result) {
         report += "file " + path.toUtf8() + '\n';
     }
     for (const ExportDiagnostic& diagnostic : result.diagnostics) {
+        // The same for every project, and tested where the diagnostics are.
+        if (diagnostic.kind == ExportDiagnostic::Kind::FirstSwift) { continue; }
         report += nameOf(diagnostic.severity).toUtf8() + ' ' + nameOf(diagnostic.kind).toUtf8() +
                   " (" + diagnostic.name.toUtf8() + "): " + diagnostic.sentence.toUtf8() + '\n';
     }
@@ -115,7 +125,7 @@ TEST_P(Goldens, AreWhatIsExported) {
     const auto project = openPackage(c.package);
     QTemporaryDir directory;
     const ExportResult result =
-        exportCodeToDirectory(project, directory.path(), c.swift, goldenOptions(*project, c));
+        exportCodeToDirectory(project, directory.path(), c.isSwift(), goldenOptions(*project, c));
     EXPECT_TRUE(result.files.failures.empty());
 
     // The artwork is the package's own; only its names are kept as goldens.
@@ -225,8 +235,33 @@ TEST_P(ObjectiveCExports, Compile) {
 
 std::vector<GoldenCase> objectiveCCases() {
     std::vector<GoldenCase> cases = goldenCases();
-    std::erase_if(cases, [](const GoldenCase& c) { return c.swift; });
+    std::erase_if(cases, [](const GoldenCase& c) { return c.isSwift(); });
     return cases;
+}
+
+// The lines that the language's page gives for each platform, in a view that shows the class.
+TEST(ObjectiveCPage, ItsExamplesCompile) {
+    const QString clang = QStandardPaths::findExecutable(u"clang"_s);
+    if (clang.isEmpty()) { GTEST_SKIP() << "there is no clang"; }
+    const QStringList blocks =
+        QString::fromUtf8(contentsOf(sourcePath(u"docs/languages/objective-c.md"_s)))
+            .split(u"```"_s);
+    ASSERT_EQ(blocks.size(), 5);
+    for (const bool mac : {false, true}) {
+        const GoldenCase c{u"Bounce"_s, Language::ObjectiveC, mac};
+        const QString example = blocks[mac ? 3 : 1].section(u'\n', 1);
+        const QString code =
+            u"#import \"%1/%2/BounceView.h\"\n@interface Screen : %3\n@end\n"
+            "@implementation Screen\n- (void)show {\n%4}\n@end\n"_s.arg(
+                goldensPath(), c.folder(), mac ? u"NSView"_s : u"UIView"_s, example);
+        QProcess compiler;
+        compiler.setProcessChannelMode(QProcess::MergedChannels);
+        compiler.start(clang, compilerArguments(c, "[bundle path") << u"-"_s);
+        compiler.write(code.toUtf8());
+        compiler.closeWriteChannel();
+        ASSERT_TRUE(compiler.waitForFinished());
+        EXPECT_EQ(compiler.exitCode(), 0) << compiler.readAll().toStdString();
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Packages, ObjectiveCExports, testing::ValuesIn(objectiveCCases()),

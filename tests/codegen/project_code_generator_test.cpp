@@ -35,7 +35,7 @@ TEST(ProjectCodeGenerator, DerivesFromThePuppetOnTheMobilePlatformOnly) {
     EXPECT_THAT(desktop, HasSubstr("@interface HeroView : NSView\n"));
     EXPECT_THAT(desktop, Not(HasSubstr("LFT")));
     EXPECT_THAT(
-        scene.source(u".swift"_s, {.language = TargetLanguage::Swift}),
+        scene.source(u".swift"_s, {.language = TargetLanguage::FirstSwift}),
         HasSubstr("import UIKit\n\n@IBDesignable\nclass HeroView : LFTPuppetView {\n\n\n\t// "
                   "- MARK: Life Cycle"));
 }
@@ -88,8 +88,8 @@ TEST(ProjectCodeGenerator, PassesTheKeySuffixOn) {
           "forKey:[@\"walk_Opacity\" stringByAppendingString:animationKeySuffix]];"}) {
         EXPECT_THAT(objc, HasSubstr(part));
     }
-    const std::string swift =
-        scene.source(u".swift"_s, {.language = TargetLanguage::Swift, .addAnimationSuffix = true});
+    const std::string swift = scene.source(
+        u".swift"_s, {.language = TargetLanguage::FirstSwift, .addAnimationSuffix = true});
     for (const char* part :
          {"removedOnCompletion: removedOnCompletion, animationKeySuffix:\"\", nil)\n\t}",
           "removedOnCompletion: removedOnCompletion, animationKeySuffix:\"\", completion)\n\t}",
@@ -115,8 +115,10 @@ std::string listed(const std::vector<ExportDiagnostic>& diagnostics) {
 }
 
 constexpr RunTarget kObjc{};
-constexpr RunTarget kSwift{.language = TargetLanguage::Swift};
+constexpr RunTarget kSwift{.language = TargetLanguage::FirstSwift};
 constexpr RunTarget kMac{.mac = true};
+constexpr RunTarget kCurrentSwift{.language = TargetLanguage::CurrentSwift};
+constexpr RunTarget kCurrentSwiftMac{.language = TargetLanguage::CurrentSwift, .mac = true};
 
 TEST(ExportDiagnostics, TellWhichNamesWillNotCompile) {
     struct Case {
@@ -130,14 +132,19 @@ TEST(ExportDiagnostics, TellWhichNamesWillNotCompile) {
         {"Scene", {u"fine"_s}, {}, kObjc, ""},
         {"Scene", {u"in it"_s, u"func"_s, u"default"_s}, {}, kObjc, "reserved-word default"},
         {"Scene", {u"bundle"_s}, {}, kObjc, "reserved-word bundle"},
-        {"Scene", {u"func"_s}, {}, kSwift, "reserved-word func"},
+        {"Scene", {u"func"_s}, {}, kSwift, "first-swift Scene, reserved-word func"},
+        {"Scene", {u"func"_s, u"self"_s, u"2 up"_s, u"\u0301b"_s}, {}, kCurrentSwift, ""},
+        {"Scene", {u"a\u2E2F"_s}, {}, kCurrentSwift, "unusable-character a\u2E2F"},
+        {"Scene", {u"a"_s}, {u"a_sliced_2"_s}, kCurrentSwiftMac, ""},
+        {"_LFT_Hero", {u"a"_s}, {}, kCurrentSwiftMac, ""},
+        {"2 up", {u"a"_s}, {}, kCurrentSwift, "leading-digit 2 up"},
         {"Scene", {u"2 up"_s, u"a²"_s}, {}, kObjc, "leading-digit 2 up"},
         {"Scene", {u"a²"_s, u"½"_s, u"①"_s, u"١٢٣"_s, u"ⅷ"_s}, {}, kObjc, ""},
         {"Scene", {u"a\u2E2F"_s}, {}, kObjc, "unusable-character a\u2E2F"},
         {"Scene", {u"\u0301b"_s}, {}, kObjc, "unusable-character \u0301b"},
         {"Scene", {u"a"_s}, {u"\u2E2Fc"_s}, kObjc, "unusable-character \u2E2Fc"},
         {"Scene", {u"errno"_s, u"stdin"_s}, {}, kObjc, "reserved-word errno, reserved-word stdin"},
-        {"Scene", {u"errno"_s, u"assert"_s}, {}, kSwift, ""},
+        {"Scene", {u"errno"_s, u"assert"_s}, {}, kSwift, "first-swift Scene"},
         {"Scene", {u"play"_s, u"play_button"_s}, {}, kObjc, "colliding-names play_button"},
         {"Scene", {u"play"_s, u"play_button"_s}, {}, kMac, ""},
         {"Scene", {u"__scaling__"_s}, {}, kObjc, "colliding-names __scaling__"},
@@ -173,7 +180,9 @@ TEST(ExportDiagnostics, TellWhatIsLeftOutOrSurprises) {
     const QString sliced = u"walk_sliced_3"_s;
     const Case cases[] = {
         {u"a"_s, u"blink"_s, kObjc, image, u"gone.png"_s, "missing-image blink, empty-image blink"},
-        {u"a"_s, sliced, kSwift, opacity, 0.5F, "sliced-left-out walk_sliced_3"},
+        {u"a"_s, sliced, kSwift, opacity, 0.5F, "first-swift Scene, sliced-left-out walk_sliced_3"},
+        {u"a"_s, sliced, kCurrentSwiftMac, opacity, 0.5F, ""},
+        {u"a"_s, u"blink"_s, kCurrentSwift, image, u"gone.jpg"_s, "missing-image blink"},
         {u"a"_s, sliced, kMac, opacity, 0.5F, "sliced-is-mobile-code walk_sliced_3"},
         {u"a_layer"_s, u"blink"_s, kObjc, opacity, 0.5F, "does-not-animate blink"},
         {u"a<recordable>"_s, u"a_pngs_5"_s, kObjc, opacity, 0.5F,
@@ -225,9 +234,15 @@ TEST(ExportDiagnostics, TellWhichImagesADeviceCannotShow) {
             scene.store(scene.addAnimation(u"blink"_s), element, PCPropertyTypeImageContents,
                         c.keys);
         }
-        for (const auto language : {TargetLanguage::ObjectiveC, TargetLanguage::Swift}) {
-            EXPECT_EQ(listed(scene.diagnostics({language})), c.mobile) << c.what;
-            EXPECT_EQ(listed(scene.diagnostics({language, true})), c.desktop) << c.what;
+        const auto expected = [](TargetLanguage language, const std::string& told) {
+            if (language == TargetLanguage::ObjectiveC) { return told; }
+            return "first-swift Scene" + (told.empty() ? "" : ", " + told);
+        };
+        for (const auto language : {TargetLanguage::ObjectiveC, TargetLanguage::FirstSwift}) {
+            EXPECT_EQ(listed(scene.diagnostics({language})), expected(language, c.mobile))
+                << c.what;
+            EXPECT_EQ(listed(scene.diagnostics({language, true})), expected(language, c.desktop))
+                << c.what;
         }
     }
 }

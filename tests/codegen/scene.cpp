@@ -2,8 +2,7 @@
 
 #include <numeric>
 
-#include "codegen/language/objc_code_provider.h"
-#include "codegen/language/swift_code_provider.h"
+#include "codegen/project_exporter.h"
 #include "model/images/image.h"
 
 using namespace Qt::StringLiterals;
@@ -69,11 +68,7 @@ PCProjectCodeGenerator Scene::generator(const RunTarget& target) const {
     generator.setProject(m_project);
     generator.setGenerateForMac(target.mac);
     generator.setAddAnimationSuffix(target.addAnimationSuffix);
-    if (target.language == TargetLanguage::Swift) {
-        generator.setLanguageProvider(std::make_unique<PCSwiftCodeProvider>(stamp));
-    } else {
-        generator.setLanguageProvider(std::make_unique<PCObjCCodeProvider>(stamp));
-    }
+    generator.setLanguageProvider(makeLanguageProvider(target.language, stamp));
     return generator;
 }
 

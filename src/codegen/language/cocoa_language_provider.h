@@ -56,6 +56,7 @@ class PCCocoaLanguageProvider : public PCLanguageCodeProvider {
     void addElementWithName(Text, bool, Text, bool) override {}
     void addElementToByNameDictionaryWithVariableName(Text, Text, bool) override {}
     void endSetupIncludesLayers(bool, bool) override {}
+    void describeStandardAnimation(float, bool) override {}
     void beginStandardAnimationWithBaseName(Text, Text, bool, bool) override {}
     void addTimingFunctionDefinitionWithBuiltInFunctionName(Text, Text) override {}
     void addTimingFunctionDefinitionWithControlPoints(Text, QPointF, QPointF) override {}
@@ -70,6 +71,7 @@ class PCCocoaLanguageProvider : public PCLanguageCodeProvider {
     void codeForPropertySetterString(std::string&, Text) const override {}
     void codeForBoxedNumber(std::string&, float) const override {}
     void codeForImageRefWithName(std::string&, Text) const override {}
+    void codeForNamedImage(std::string&, Text) const override {}
     void codeForPropertySetterWithArrayString(std::string&, Text, Text) const override {}
     void endClassDefinition() override {}
     void addAnimationDidStopMethod() override {}
@@ -85,6 +87,7 @@ class PCCocoaLanguageProvider : public PCLanguageCodeProvider {
         : m_language(language), m_stamp(std::move(stamp)) {}
 
     bool generateForMac() const { return m_generateForMac; }
+    const std::string& version() const { return m_stamp.version; }
     const std::string& generatedClassName() const { return m_generatedClassName; }
     /// The end of the main file, under construction.
     std::string& code() { return m_codeStr; }

@@ -56,8 +56,113 @@ const QSet<QString>& reservedWords(TargetLanguage language) {
         u"internal is let nil operator private protocol public repeat rethrows return self static "
         u"struct subscript super switch throw throws true try typealias var where while "
         u"bundle layersByName viewsByName");
-    return language == TargetLanguage::Swift ? swift : objectiveC;
+    static const QSet<QString> none;  // what current Swift reserves is escaped
+    if (language == TargetLanguage::CurrentSwift) { return none; }
+    return language == TargetLanguage::FirstSwift ? swift : objectiveC;
 }
+
+// Words that current Swift reserves, everywhere or in places, sorted.
+constexpr std::string_view kCurrentSwiftWords[] = {"Any",
+                                                   "Protocol",
+                                                   "Self",
+                                                   "Type",
+                                                   "actor",
+                                                   "any",
+                                                   "as",
+                                                   "associatedtype",
+                                                   "associativity",
+                                                   "async",
+                                                   "await",
+                                                   "borrowing",
+                                                   "break",
+                                                   "case",
+                                                   "catch",
+                                                   "class",
+                                                   "consume",
+                                                   "consuming",
+                                                   "continue",
+                                                   "convenience",
+                                                   "copy",
+                                                   "default",
+                                                   "defer",
+                                                   "deinit",
+                                                   "didSet",
+                                                   "discard",
+                                                   "distributed",
+                                                   "do",
+                                                   "dynamic",
+                                                   "each",
+                                                   "else",
+                                                   "enum",
+                                                   "extension",
+                                                   "fallthrough",
+                                                   "false",
+                                                   "fileprivate",
+                                                   "final",
+                                                   "for",
+                                                   "func",
+                                                   "get",
+                                                   "guard",
+                                                   "if",
+                                                   "import",
+                                                   "in",
+                                                   "indirect",
+                                                   "infix",
+                                                   "init",
+                                                   "inout",
+                                                   "internal",
+                                                   "is",
+                                                   "isolated",
+                                                   "lazy",
+                                                   "left",
+                                                   "let",
+                                                   "macro",
+                                                   "module",
+                                                   "mutating",
+                                                   "nil",
+                                                   "none",
+                                                   "nonisolated",
+                                                   "nonmutating",
+                                                   "open",
+                                                   "operator",
+                                                   "optional",
+                                                   "override",
+                                                   "package",
+                                                   "postfix",
+                                                   "precedence",
+                                                   "precedencegroup",
+                                                   "prefix",
+                                                   "private",
+                                                   "protocol",
+                                                   "public",
+                                                   "repeat",
+                                                   "required",
+                                                   "rethrows",
+                                                   "return",
+                                                   "right",
+                                                   "sending",
+                                                   "set",
+                                                   "some",
+                                                   "static",
+                                                   "struct",
+                                                   "subscript",
+                                                   "super",
+                                                   "switch",
+                                                   "then",
+                                                   "throw",
+                                                   "throws",
+                                                   "true",
+                                                   "try",
+                                                   "typealias",
+                                                   "unowned",
+                                                   "unsafe",
+                                                   "var",
+                                                   "weak",
+                                                   "where",
+                                                   "while",
+                                                   "willSet",
+                                                   "yield"};
+static_assert(std::is_sorted(std::begin(kCurrentSwiftWords), std::end(kCurrentSwiftWords)));
 
 }  // namespace
 
@@ -132,6 +237,22 @@ int32_t leadingInteger(const QString& text) {
     if (negative) { value = -value; }
     return static_cast<int32_t>(std::clamp<int64_t>(value, std::numeric_limits<int32_t>::min(),
                                                     std::numeric_limits<int32_t>::max()));
+}
+
+QString usableSwiftVariable(const QString& variable) {
+    const auto characters = variable.toUcs4();
+    const char32_t first = characters.value(0);
+    const bool isDigit = first >= U'0' && first <= U'9';
+    return isDigit || variable == u"self" || isDisallowedInitially(first) ? u'_' + variable
+                                                                          : variable;
+}
+
+std::string escapedIdentifier(TargetLanguage language, std::string_view identifier) {
+    const bool isReserved = language == TargetLanguage::CurrentSwift &&
+                            std::binary_search(std::begin(kCurrentSwiftWords),
+                                               std::end(kCurrentSwiftWords), identifier);
+    const std::string text(identifier);
+    return isReserved ? '`' + text + '`' : text;
 }
 
 IdentifierFault faultOfIdentifier(TargetLanguage language, const QString& identifier) {

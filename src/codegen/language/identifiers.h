@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 #include <cstdint>
+#include <string>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -40,6 +42,14 @@ QString codeFriendlyNameFromName(const QString& name, const TakenNames* uniqueIn
 
 /// The number at the head of `text`, held within 32 bits; 0 when there is none.
 int32_t leadingInteger(const QString& text);
+
+/// `variable` with a "_" in front when no Swift variable of generated code can be called so, not
+/// even in backticks: names that begin with a digit or a mark, and those of the method's own
+/// variables. No identifier made of a name begins like that.
+QString usableSwiftVariable(const QString& variable);
+/// The identifier as it stands in source text: in backticks when current Swift reserves the word,
+/// and as it is in the other languages.
+std::string escapedIdentifier(TargetLanguage language, std::string_view identifier);
 
 /// Why `identifier` cannot stand as a variable in generated code.
 enum class IdentifierFault { None, ReservedWord, LeadingDigit, UnusableCharacter };

@@ -6,6 +6,7 @@
 #include <QString>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,15 +21,23 @@ using SourcePieces = std::vector<std::string>;
 /// By file name.
 using FileContents = std::map<QString, SourcePieces>;
 
+/// Where a comma-separated list may be cut into parts: the offset behind the comma of every entry
+/// that ends a part of kEntriesOfPart.
+using ListCuts = std::vector<size_t>;
+inline constexpr size_t kEntriesOfPart = 100;
+
 /// What one generated keyframe animation holds. The texts are source text, but for the key and the
 /// element's name, which the provider escapes.
 struct KeyframeAnimationCode {
     std::string_view variableName;
     std::string_view keypath;
-    std::string_view duration;         // an expression, in seconds
-    std::string_view values;           // comma-separated
-    std::string_view times;            // comma-separated, 0 to 1
-    std::string_view timingFunctions;  // comma-separated, one fewer than values
+    std::string_view duration;          // an expression, in seconds
+    std::string_view values;            // comma-separated
+    std::string_view times;             // comma-separated, 0 to 1
+    std::string_view timingFunctions;   // comma-separated, one fewer than values
+    std::span<const size_t> valueCuts;  // of the three lists, as in ListCuts
+    std::span<const size_t> timeCuts;
+    std::span<const size_t> timingFunctionCuts;
     std::optional<bool> autoreverses;  // no statement when empty
     bool repeatForever = false;
     std::string_view animationKey;
@@ -108,6 +117,9 @@ class PCLanguageCodeProvider {
                                                               bool isLayer) = 0;
     virtual void endSetupIncludesLayers(bool includesLayers, bool includesViews) = 0;
 
+    /// What readers of the next animation should know: how long it plays, or its longest part when
+    /// it repeats without end.
+    virtual void describeStandardAnimation(float seconds, bool repeats) = 0;
     /// Declares an animation's methods and opens its main method. `baseName` is the methods' stem,
     /// `userName` the animation's name.
     virtual void beginStandardAnimationWithBaseName(Text baseName, Text userName,
@@ -136,8 +148,10 @@ class PCLanguageCodeProvider {
     virtual void codeForPropertySetterString(std::string& out, Text text) const = 0;
     /// A number as an array element.
     virtual void codeForBoxedNumber(std::string& out, float value) const = 0;
-    /// An image as an array element.
-    virtual void codeForImageRefWithName(std::string& out, Text imageName) const = 0;
+    /// An image as an array element; the name may be empty.
+    virtual void codeForImageRefWithName(std::string& out, Text imageFileName) const = 0;
+    /// An image as an expression, which has no value where there is none.
+    virtual void codeForNamedImage(std::string& out, Text imageFileName) const = 0;
     virtual void codeForPropertySetterWithArrayString(std::string& out, Text name,
                                                       Text arrayText) const = 0;
     virtual void endClassDefinition() = 0;

@@ -71,7 +71,7 @@ class PCObjCCodeProvider final : public PCCocoaLanguageProvider {
                                                             Text baseName) const override;
     void codeForPropertySetterString(std::string& out, Text text) const override;
     void codeForBoxedNumber(std::string& out, float value) const override;
-    void codeForImageRefWithName(std::string& out, Text imageName) const override;
+    void codeForImageRefWithName(std::string& out, Text imageFileName) const override;
     void codeForPropertySetterWithArrayString(std::string& out, Text name,
                                               Text arrayText) const override;
     void endClassDefinition() override;

@@ -230,11 +230,12 @@ void PCObjCCodeProvider::codeForBoxedNumber(std::string& out, float value) const
     out += ')';
 }
 
-void PCObjCCodeProvider::codeForImageRefWithName(std::string& out, Text imageName) const {
+void PCObjCCodeProvider::codeForImageRefWithName(std::string& out, Text imageFileName) const {
     if (generateForMac()) {
-        append(out, "(id)[NSImage imageNamed:@\"%@\"]", literal(imageName));
+        append(out, "(id)[NSImage imageNamed:@\"%@\"]", literalWithoutExtension(imageFileName));
     } else {
-        append(out, "(id)[UIImage imageNamed:@\"%@\"].CGImage", literal(imageName));
+        append(out, "(id)[UIImage imageNamed:@\"%@\"].CGImage",
+               literalWithoutExtension(imageFileName));
     }
 }
 

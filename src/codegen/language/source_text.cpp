@@ -44,7 +44,7 @@ void appendEscaped(std::string& out, TargetLanguage language, char32_t code,
         out += "\\r";
     } else if (code == U'\t') {
         out += "\\t";
-    } else if (language == TargetLanguage::Swift) {
+    } else if (language != TargetLanguage::ObjectiveC) {
         out += "\\u{";
         appendHexadecimal(out, code);
         out += '}';

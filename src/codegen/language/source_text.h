@@ -10,8 +10,9 @@
 
 namespace tweenery {
 
-/// The language that a run writes.
-enum class TargetLanguage { ObjectiveC, Swift };
+/// The language that a run writes. The first Swift is that of 2014, which no compiler of today
+/// takes; the current one is for Swift 5 and 6.
+enum class TargetLanguage { ObjectiveC, FirstSwift, CurrentSwift };
 
 /// What a placeholder of a source template takes.
 using SourceArgument = std::variant<std::string_view, int32_t, double>;

@@ -475,11 +475,11 @@ void PCSwiftCodeProvider::codeForBoxedNumber(std::string& out, float value) cons
     out += " as Float";
 }
 
-void PCSwiftCodeProvider::codeForImageRefWithName(std::string& out, Text imageName) const {
+void PCSwiftCodeProvider::codeForImageRefWithName(std::string& out, Text imageFileName) const {
     if (generateForMac()) {
-        append(out, "NSImage(named: \"%@\")", literal(imageName));
+        append(out, "NSImage(named: \"%@\")", literalWithoutExtension(imageFileName));
     } else {
-        append(out, "UIImage(named: \"%@\")!.CGImage", literal(imageName));
+        append(out, "UIImage(named: \"%@\")!.CGImage", literalWithoutExtension(imageFileName));
     }
 }
 

@@ -8,7 +8,7 @@ namespace tweenery {
 class PCSwiftCodeProvider final : public PCCocoaLanguageProvider {
  public:
     explicit PCSwiftCodeProvider(GenerationStamp stamp)
-        : PCCocoaLanguageProvider(TargetLanguage::Swift, std::move(stamp)) {}
+        : PCCocoaLanguageProvider(TargetLanguage::FirstSwift, std::move(stamp)) {}
 
     void addTopComments() override;
     void beginImports() override;
@@ -69,7 +69,7 @@ class PCSwiftCodeProvider final : public PCCocoaLanguageProvider {
                                                             Text baseName) const override;
     void codeForPropertySetterString(std::string& out, Text text) const override;
     void codeForBoxedNumber(std::string& out, float value) const override;
-    void codeForImageRefWithName(std::string& out, Text imageName) const override;
+    void codeForImageRefWithName(std::string& out, Text imageFileName) const override;
     void codeForPropertySetterWithArrayString(std::string& out, Text name,
                                               Text arrayText) const override;
     void endClassDefinition() override;

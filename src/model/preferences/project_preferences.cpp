@@ -4,6 +4,8 @@
 
 #include "model/properties/easing.h"
 
+using namespace Qt::StringLiterals;
+
 namespace tweenery {
 
 namespace {
@@ -92,6 +94,14 @@ void writeStored(KeyedEncoder& coder, std::string_view key, PCEasingMode value) 
     coder.encodeString(key, stringFromEasingMode(value));
 }
 
+// A string, which others pass over as they pass over every key that they do not know.
+void readStored(const KeyedDecoder& coder, std::string_view key, SwiftDialect& value) {
+    value = swiftDialectNamed(coder.decodeString(key));
+}
+void writeStored(KeyedEncoder& coder, std::string_view key, SwiftDialect value) {
+    if (value != SwiftDialect::First) { coder.encodeString(key, nameOfSwiftDialect(value)); }
+}
+
 struct StoredReader {
     const KeyedDecoder& coder;
 
@@ -112,6 +122,14 @@ struct StoredReader {
 };
 
 }  // namespace
+
+QString nameOfSwiftDialect(SwiftDialect dialect) {
+    return dialect == SwiftDialect::Current ? u"current"_s : u"first"_s;
+}
+
+SwiftDialect swiftDialectNamed(const QString& name) {
+    return name == u"current" ? SwiftDialect::Current : SwiftDialect::First;
+}
 
 // All that is stored, in the order of the file: `visit(key, field)`, with the range that a value of
 // a file is brought into, and with what a missing one means unless that is nothing.
@@ -138,6 +156,7 @@ void PCProjectPreferences::visitStored(Preferences& p, const Visit& visit) {
     visit("generatedCodeCleansImageDirectory", p.m_generatedCodeCleansImageDirectory);
     visit("generatedCodeTakesParameters", p.m_generatedCodeTakesParameters);
     visit("defaultEasingMode", p.m_defaultEasingMode);
+    visit("generatedCodeSwiftDialect", p.m_generatedCodeSwiftDialect);
 }
 
 std::shared_ptr<PCProjectPreferences> PCProjectPreferences::decode(const KeyedDecoder& coder) {

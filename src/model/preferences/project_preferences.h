@@ -14,6 +14,12 @@
 
 namespace tweenery {
 
+/// Which Swift an export writes: that of 2014, or that of today, for Swift 5 and 6.
+enum class SwiftDialect { First, Current };
+/// Their words in files and on the command line; any other word is the first dialect's.
+QString nameOfSwiftDialect(SwiftDialect dialect);
+SwiftDialect swiftDialectNamed(const QString& name);
+
 /// What a project remembers of its window and of its export options. Stored in the package. Setters
 /// compare with the old value and mark the preferences as modified on a change; none registers an
 /// undo step.
@@ -86,6 +92,12 @@ class PCProjectPreferences : public Archivable {
     /// Export in Swift, not in Objective-C.
     bool generatedCodeUsesSwift() const { return m_generatedCodeUsesSwift; }
     void setGeneratedCodeUsesSwift(bool value);
+    /// Of an export in Swift. New projects have the current one; files that say nothing of it, as other
+    /// writers leave them, have the first, and the first is not written.
+    SwiftDialect generatedCodeSwiftDialect() const { return m_generatedCodeSwiftDialect; }
+    void setGeneratedCodeSwiftDialect(SwiftDialect dialect) {
+        change(m_generatedCodeSwiftDialect, dialect);
+    }
     /// Export copies the artwork.
     bool generatedCodeIncludesImages() const { return m_generatedCodeIncludesImages; }
     void setGeneratedCodeIncludesImages(bool value);
@@ -156,6 +168,7 @@ class PCProjectPreferences : public Archivable {
     bool m_generatedCodeUsesViews = PCAppPreferences::generatedCodeUsesViews();
     bool m_generatedCodeIsIOS = PCAppPreferences::generatedCodeIsIOS();
     bool m_generatedCodeUsesSwift = PCAppPreferences::generatedCodeUsesSwift();
+    SwiftDialect m_generatedCodeSwiftDialect = SwiftDialect::Current;
     bool m_generatedCodeIncludesImages = PCAppPreferences::generatedCodeIncludesImages();
     bool m_generatedCodeClipsToBounds = PCAppPreferences::generatedCodeClipsToBounds();
     bool m_generatedCodeCleansImageDirectory =

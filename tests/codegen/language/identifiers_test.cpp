@@ -95,9 +95,23 @@ TEST(Identifiers, FaultsAreFoundByLanguage) {
     for (const Case& c : cases) {
         EXPECT_EQ(faultOfIdentifier(TargetLanguage::ObjectiveC, c.identifier), c.objectiveC)
             << qPrintable(c.identifier);
-        EXPECT_EQ(faultOfIdentifier(TargetLanguage::Swift, c.identifier), c.swift)
+        EXPECT_EQ(faultOfIdentifier(TargetLanguage::FirstSwift, c.identifier), c.swift)
             << qPrintable(c.identifier);
     }
+}
+
+TEST(Identifiers, OfCurrentSwiftAreMadeUsable) {
+    const std::pair<QString, std::string> cases[] = {
+        {u"hero"_s, "hero"},        {u"default"_s, "`default`"}, {u"await"_s, "`await`"},
+        {u"2Up"_s, "_2Up"},         {u"self"_s, "_self"},        {u"viewsByName"_s, "viewsByName"},
+        {u"\u0301a"_s, "_\u0301a"}, {u"bundle"_s, "bundle"},     {u"²"_s, "²"},
+    };
+    for (const auto& [variable, text] : cases) {
+        EXPECT_EQ(escapedIdentifier(TargetLanguage::CurrentSwift,
+                                    usableSwiftVariable(variable).toStdString()),
+                  text);
+    }
+    EXPECT_EQ(escapedIdentifier(TargetLanguage::FirstSwift, "default"), "default");
 }
 
 }  // namespace

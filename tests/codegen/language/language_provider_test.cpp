@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "codegen/language/current_swift_code_provider.h"
 #include "codegen/language/objc_code_provider.h"
 #include "codegen/language/swift_code_provider.h"
 #include "codegen/scene.h"
@@ -27,6 +28,9 @@ TEST(LanguageProviders, SetFramesAndProperties) {
               "\n\tv.frame = CGRectMake(1.000, -2.500, 3.000, 4.000);\n\ta = b;\n\ta = @[b, c];");
     EXPECT_EQ(textOf<PCSwiftCodeProvider>(u"SceneView.swift"_s),
               "\n\t\tv.frame = CGRectMake(1.000, -2.500, 3.000, 4.000)\n\t\ta = b\n\t\ta = [b, c]");
+    EXPECT_EQ(textOf<CurrentSwiftCodeProvider>(u"SceneView.swift"_s),
+              "\n\t\tv.frame = CGRect(x: 1.000, y: -2.500, width: 3.000, height: 4.000)\n"
+              "\n\t\ta = b\n\t\ta = [b, c]");
 }
 
 }  // namespace

@@ -58,9 +58,9 @@ TEST(SourceText, EscapesWhatWouldEndALiteralOrALine) {
     };
     for (const Case& c : cases) {
         EXPECT_EQ(literalText(ObjectiveC, c.name), c.objcLiteral);
-        EXPECT_EQ(literalText(Swift, c.name), c.swiftLiteral);
+        EXPECT_EQ(literalText(FirstSwift, c.name), c.swiftLiteral);
         EXPECT_EQ(commentText(ObjectiveC, c.name), c.objcComment);
-        EXPECT_EQ(commentText(Swift, c.name), c.swiftComment);
+        EXPECT_EQ(commentText(FirstSwift, c.name), c.swiftComment);
     }
 }
 

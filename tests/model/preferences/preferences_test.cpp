@@ -152,6 +152,7 @@ const std::vector<Field>& fields() {
         FIELD(generatedCodeUsesViews, setGeneratedCodeUsesViews, false),
         FIELD(generatedCodeIsIOS, setGeneratedCodeIsIOS, false),
         FIELD(generatedCodeUsesSwift, setGeneratedCodeUsesSwift, false),
+        FIELD(generatedCodeSwiftDialect, setGeneratedCodeSwiftDialect, SwiftDialect::First),
         FIELD(generatedCodeIncludesImages, setGeneratedCodeIncludesImages, false),
         FIELD(generatedCodeClipsToBounds, setGeneratedCodeClipsToBounds, true),
         FIELD(generatedCodeCleansImageDirectory, setGeneratedCodeCleansImageDirectory, true),
@@ -231,6 +232,9 @@ TEST_F(PreferencesTest, MissingKeysReadAsZeroExceptForThoseThatCameLater) {
     const auto p =
         decoded<PCProjectPreferences>(archiveWith<PCProjectPreferences>([](KeyedEncoder&) {}));
     EXPECT_EQ(p->canvasZoomLevel(), 1);
+    EXPECT_EQ(p->generatedCodeSwiftDialect(), SwiftDialect::First);
+    EXPECT_FALSE(KeyedArchiver::archivedDataWithRootObject(*p).contains("SwiftDialect"))
+        << "what others wrote stays as it is";
     EXPECT_EQ(p->windowSize(), QSizeF(800, 400));
     EXPECT_EQ(p->windowPosition(), QPointF(800, 400));
     EXPECT_EQ(p->timelineZoomLevel(), 0);

@@ -19,6 +19,7 @@ extern NSString *const NSViewFrameDidChangeNotification;
 - (instancetype)initWithCoder:(NSCoder *)coder;
 @property CGRect bounds;
 @property CGRect frame;
+- (void)addSubview:(NSView *)view;
 @property BOOL wantsLayer;
 @property (strong) CALayer *layer;
 @property (readonly, getter=isFlipped) BOOL flipped;
