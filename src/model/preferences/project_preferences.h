@@ -92,8 +92,8 @@ class PCProjectPreferences : public Archivable {
     /// Export in Swift, not in Objective-C.
     bool generatedCodeUsesSwift() const { return m_generatedCodeUsesSwift; }
     void setGeneratedCodeUsesSwift(bool value);
-    /// Of an export in Swift. New projects have the current one; files that say nothing of it, as other
-    /// writers leave them, have the first, and the first is not written.
+    /// Of an export in Swift. New projects have the current one; files that say nothing of it, as
+    /// other writers leave them, have the first, and the first is not written.
     SwiftDialect generatedCodeSwiftDialect() const { return m_generatedCodeSwiftDialect; }
     void setGeneratedCodeSwiftDialect(SwiftDialect dialect) {
         change(m_generatedCodeSwiftDialect, dialect);

@@ -209,19 +209,23 @@ class RandomScene {
     std::vector<PCElement::Ptr> m_elements;
 };
 
-TEST_F(SwiftExports, RandomProjectsCompile) {
+class RandomSwiftExports : public SwiftExports, public testing::WithParamInterface<bool> {};
+
+TEST_P(RandomSwiftExports, Compile) {
     constexpr int projects = 60;
+    const bool mac = GetParam();
     const unsigned seed = std::random_device()();
     SCOPED_TRACE(testing::Message() << "seed " << seed);
-    for (const bool mac : {false, true}) {
-        QStringList sources;
-        for (int i = 0; i < projects; ++i) {
-            sources << exportScene(RandomScene(seed + static_cast<unsigned>(i), i).make(), mac);
-        }
-        if (!mac) { sources << appSource(u"Puppets.swift"_s); }
-        expectToCompile(sources);
+    QStringList sources;
+    for (int i = 0; i < projects; ++i) {
+        sources << exportScene(RandomScene(seed + static_cast<unsigned>(i), i).make(), mac);
     }
+    if (!mac) { sources << appSource(u"Puppets.swift"_s); }
+    expectToCompile(sources);
 }
+
+INSTANTIATE_TEST_SUITE_P(Platforms, RandomSwiftExports, testing::Bool(),
+                         [](const auto& info) { return info.param ? "mac" : "ios"; });
 
 // In seconds: a list that is not cut into parts takes minutes.
 TEST_F(SwiftExports, TenThousandKeyframesCompileInSeconds) {

@@ -62,12 +62,11 @@ class BounceView: UIView, CAAnimationDelegate {
 	// MARK: - Setup
 
 	func setupHierarchy() {
-		var viewsByName: [String: UIView] = [:]
 		let __scaling__ = UIView()
 		__scaling__.bounds = CGRect(x: 0, y: 0, width: 480, height: 320)
 		__scaling__.center = CGPoint(x: 240.0, y: 160.0)
 		self.addSubview(__scaling__)
-		viewsByName["__scaling__"] = __scaling__
+		self.viewsByName["__scaling__"] = __scaling__
 
 		let sky = UIImageView()
 		sky.bounds = CGRect(x: 0, y: 0, width: 480.0, height: 320.0)
@@ -76,7 +75,7 @@ class BounceView: UIView, CAAnimationDelegate {
 		sky.contentMode = .center
 		sky.layer.position = CGPoint(x: 240.000, y: 160.000)
 		__scaling__.addSubview(sky)
-		viewsByName["Sky"] = sky
+		self.viewsByName["Sky"] = sky
 
 		let shadow = UIImageView()
 		shadow.bounds = CGRect(x: 0, y: 0, width: 90.0, height: 30.0)
@@ -87,7 +86,7 @@ class BounceView: UIView, CAAnimationDelegate {
 		shadow.alpha = 0.60
 		shadow.transform = CGAffineTransform(scaleX: 1.00, y: 0.80)
 		__scaling__.addSubview(shadow)
-		viewsByName["Shadow"] = shadow
+		self.viewsByName["Shadow"] = shadow
 
 		let ball = UIImageView()
 		ball.bounds = CGRect(x: 0, y: 0, width: 64.0, height: 64.0)
@@ -97,9 +96,7 @@ class BounceView: UIView, CAAnimationDelegate {
 		ball.contentMode = .center
 		ball.layer.position = CGPoint(x: 240.000, y: 272.000)
 		__scaling__.addSubview(ball)
-		viewsByName["Ball"] = ball
-
-		self.viewsByName = viewsByName
+		self.viewsByName["Ball"] = ball
 	}
 
 	// MARK: - Bounce

@@ -68,12 +68,11 @@ class BounceView: NSView, CAAnimationDelegate {
 			MainActor.assumeIsolated { self?.frameDidChange() }
 		}
 		self.wantsLayer = true
-		var layersByName: [String: CALayer] = [:]
 		let __scaling__ = CALayer()
 		__scaling__.bounds = CGRect(x: 0, y: 0, width: 480, height: 320)
 		__scaling__.position = CGPoint(x: 240.0, y: 160.0)
 		self.layer?.addSublayer(__scaling__)
-		layersByName["__scaling__"] = __scaling__
+		self.layersByName["__scaling__"] = __scaling__
 
 		let sky = CALayer()
 		sky.name = "Sky"
@@ -82,7 +81,7 @@ class BounceView: NSView, CAAnimationDelegate {
 		sky.contents = imgSky
 		sky.position = CGPoint(x: 240.000, y: 160.000)
 		__scaling__.addSublayer(sky)
-		layersByName["Sky"] = sky
+		self.layersByName["Sky"] = sky
 
 		let shadow = CALayer()
 		shadow.name = "Shadow"
@@ -93,7 +92,7 @@ class BounceView: NSView, CAAnimationDelegate {
 		shadow.opacity = 0.60
 		shadow.transform = CATransform3DMakeScale(1.00, 0.80, 1.0)
 		__scaling__.addSublayer(shadow)
-		layersByName["Shadow"] = shadow
+		self.layersByName["Shadow"] = shadow
 
 		let ball = CALayer()
 		ball.name = "Ball"
@@ -103,9 +102,7 @@ class BounceView: NSView, CAAnimationDelegate {
 		ball.contents = imgBall
 		ball.position = CGPoint(x: 240.000, y: 272.000)
 		__scaling__.addSublayer(ball)
-		layersByName["Ball"] = ball
-
-		self.layersByName = layersByName
+		self.layersByName["Ball"] = ball
 	}
 
 	// MARK: - Bounce

@@ -62,13 +62,12 @@ class CardView: UIView, CAAnimationDelegate {
 	// MARK: - Setup
 
 	func setupHierarchy() {
-		var viewsByName: [String: UIView] = [:]
 		let __scaling__ = UIView()
 		__scaling__.bounds = CGRect(x: 0, y: 0, width: 640, height: 480)
 		__scaling__.center = CGPoint(x: 320.0, y: 240.0)
 		__scaling__.layer.masksToBounds = true
 		self.addSubview(__scaling__)
-		viewsByName["__scaling__"] = __scaling__
+		self.viewsByName["__scaling__"] = __scaling__
 
 		let table = UIImageView()
 		table.bounds = CGRect(x: 0, y: 0, width: 640.0, height: 480.0)
@@ -77,14 +76,14 @@ class CardView: UIView, CAAnimationDelegate {
 		table.contentMode = .center
 		table.layer.position = CGPoint(x: 320.000, y: 240.000)
 		__scaling__.addSubview(table)
-		viewsByName["Table"] = table
+		self.viewsByName["Table"] = table
 
 		let deck = UIView()
 		deck.bounds = CGRect(x: 0, y: 0, width: 300.0, height: 300.0)
 		deck.layer.position = CGPoint(x: 320.000, y: 250.000)
 		deck.transform = CGAffineTransform(rotationAngle: 0.21).scaledBy(x: 0.90, y: 1.10)
 		__scaling__.addSubview(deck)
-		viewsByName["Deck"] = deck
+		self.viewsByName["Deck"] = deck
 
 		let body = UIView()
 		body.bounds = CGRect(x: 0, y: 0, width: 180.0, height: 250.0)
@@ -92,7 +91,7 @@ class CardView: UIView, CAAnimationDelegate {
 		body.layer.position = CGPoint(x: 150.000, y: 150.000)
 		body.transform = CGAffineTransform(rotationAngle: 6.109)
 		deck.addSubview(body)
-		viewsByName["Body"] = body
+		self.viewsByName["Body"] = body
 
 		let face = UIImageView()
 		face.bounds = CGRect(x: 0, y: 0, width: 180.0, height: 250.0)
@@ -101,7 +100,7 @@ class CardView: UIView, CAAnimationDelegate {
 		face.contentMode = .center
 		face.layer.position = CGPoint(x: 90.000, y: 125.000)
 		body.addSubview(face)
-		viewsByName["Face"] = face
+		self.viewsByName["Face"] = face
 
 		let stars = UIView()
 		stars.bounds = CGRect(x: 0, y: 0, width: 120.0, height: 48.0)
@@ -110,7 +109,7 @@ class CardView: UIView, CAAnimationDelegate {
 		stars.alpha = 0.85
 		stars.transform = CGAffineTransform(scaleX: 0.75, y: 0.75)
 		body.addSubview(stars)
-		viewsByName["Stars"] = stars
+		self.viewsByName["Stars"] = stars
 
 		let starLeft = UIImageView()
 		starLeft.bounds = CGRect(x: 0, y: 0, width: 48.0, height: 48.0)
@@ -120,7 +119,7 @@ class CardView: UIView, CAAnimationDelegate {
 		starLeft.layer.position = CGPoint(x: 24.000, y: 24.000)
 		starLeft.alpha = 0.50
 		stars.addSubview(starLeft)
-		viewsByName["Star Left"] = starLeft
+		self.viewsByName["Star Left"] = starLeft
 
 		let starMiddle = UIImageView()
 		starMiddle.bounds = CGRect(x: 0, y: 0, width: 48.0, height: 48.0)
@@ -130,7 +129,7 @@ class CardView: UIView, CAAnimationDelegate {
 		starMiddle.layer.position = CGPoint(x: 60.000, y: 24.000)
 		starMiddle.transform = CGAffineTransform(rotationAngle: 0.628)
 		stars.addSubview(starMiddle)
-		viewsByName["Star Middle"] = starMiddle
+		self.viewsByName["Star Middle"] = starMiddle
 
 		let starRight = UIImageView()
 		starRight.bounds = CGRect(x: 0, y: 0, width: 48.0, height: 48.0)
@@ -139,7 +138,7 @@ class CardView: UIView, CAAnimationDelegate {
 		starRight.layer.position = CGPoint(x: 96.000, y: 24.000)
 		starRight.transform = CGAffineTransform(scaleX: -1.00, y: 1.00)
 		stars.addSubview(starRight)
-		viewsByName["Star Right"] = starRight
+		self.viewsByName["Star Right"] = starRight
 
 		let badge = UIImageView()
 		badge.bounds = CGRect(x: 0, y: 0, width: 40.0, height: 40.0)
@@ -150,7 +149,7 @@ class CardView: UIView, CAAnimationDelegate {
 		badge.layer.position = CGPoint(x: 168.000, y: 12.000)
 		badge.transform = CGAffineTransform(scaleX: 1.50, y: 1.50)
 		body.addSubview(badge)
-		viewsByName["Badge"] = badge
+		self.viewsByName["Badge"] = badge
 
 		let photo = UIImageView()
 		photo.bounds = CGRect(x: 0, y: 0, width: 120.0, height: 90.0)
@@ -161,13 +160,13 @@ class CardView: UIView, CAAnimationDelegate {
 		photo.alpha = 0.90
 		photo.transform = CGAffineTransform(rotationAngle: 1.571)
 		deck.addSubview(photo)
-		viewsByName["Photo"] = photo
+		self.viewsByName["Photo"] = photo
 
 		let secret = UIView()
 		secret.bounds = CGRect(x: 0, y: 0, width: 100.0, height: 100.0)
 		secret.layer.position = CGPoint(x: 560.000, y: 60.000)
 		__scaling__.addSubview(secret)
-		viewsByName["Secret"] = secret
+		self.viewsByName["Secret"] = secret
 
 		let secretBadge = UIImageView()
 		secretBadge.bounds = CGRect(x: 0, y: 0, width: 40.0, height: 40.0)
@@ -175,7 +174,7 @@ class CardView: UIView, CAAnimationDelegate {
 		secretBadge.contentMode = .center
 		secretBadge.layer.position = CGPoint(x: 50.000, y: 50.000)
 		secret.addSubview(secretBadge)
-		viewsByName["Secret Badge"] = secretBadge
+		self.viewsByName["Secret Badge"] = secretBadge
 
 		let ghost = UIImageView()
 		ghost.bounds = CGRect(x: 0, y: 0, width: 48.0, height: 48.0)
@@ -185,9 +184,7 @@ class CardView: UIView, CAAnimationDelegate {
 		ghost.alpha = 0.00
 		ghost.transform = CGAffineTransform(scaleX: 0.00, y: 0.00)
 		__scaling__.addSubview(ghost)
-		viewsByName["Ghost"] = ghost
-
-		self.viewsByName = viewsByName
+		self.viewsByName["Ghost"] = ghost
 	}
 
 	// MARK: - Flip

@@ -68,13 +68,12 @@ class CardView: NSView, CAAnimationDelegate {
 			MainActor.assumeIsolated { self?.frameDidChange() }
 		}
 		self.wantsLayer = true
-		var layersByName: [String: CALayer] = [:]
 		let __scaling__ = CALayer()
 		__scaling__.bounds = CGRect(x: 0, y: 0, width: 640, height: 480)
 		__scaling__.position = CGPoint(x: 320.0, y: 240.0)
 		__scaling__.masksToBounds = true
 		self.layer?.addSublayer(__scaling__)
-		layersByName["__scaling__"] = __scaling__
+		self.layersByName["__scaling__"] = __scaling__
 
 		let table = CALayer()
 		table.name = "Table"
@@ -83,7 +82,7 @@ class CardView: NSView, CAAnimationDelegate {
 		table.contents = imgTable
 		table.position = CGPoint(x: 320.000, y: 240.000)
 		__scaling__.addSublayer(table)
-		layersByName["Table"] = table
+		self.layersByName["Table"] = table
 
 		let deck = CALayer()
 		deck.name = "Deck"
@@ -91,7 +90,7 @@ class CardView: NSView, CAAnimationDelegate {
 		deck.position = CGPoint(x: 320.000, y: 250.000)
 		deck.transform = CATransform3DScale(CATransform3DMakeRotation(0.21, 0, 0, 1), 0.90, 1.10, 1.0)
 		__scaling__.addSublayer(deck)
-		layersByName["Deck"] = deck
+		self.layersByName["Deck"] = deck
 
 		let body = CALayer()
 		body.name = "Body"
@@ -100,7 +99,7 @@ class CardView: NSView, CAAnimationDelegate {
 		body.position = CGPoint(x: 150.000, y: 150.000)
 		body.transform = CATransform3DMakeRotation(6.109, 0, 0, 1)
 		deck.addSublayer(body)
-		layersByName["Body"] = body
+		self.layersByName["Body"] = body
 
 		let face = CALayer()
 		face.name = "Face"
@@ -109,7 +108,7 @@ class CardView: NSView, CAAnimationDelegate {
 		face.contents = imgCardFront
 		face.position = CGPoint(x: 90.000, y: 125.000)
 		body.addSublayer(face)
-		layersByName["Face"] = face
+		self.layersByName["Face"] = face
 
 		let stars = CALayer()
 		stars.name = "Stars"
@@ -119,7 +118,7 @@ class CardView: NSView, CAAnimationDelegate {
 		stars.opacity = 0.85
 		stars.transform = CATransform3DMakeScale(0.75, 0.75, 1.0)
 		body.addSublayer(stars)
-		layersByName["Stars"] = stars
+		self.layersByName["Stars"] = stars
 
 		let starLeft = CALayer()
 		starLeft.name = "Star Left"
@@ -129,7 +128,7 @@ class CardView: NSView, CAAnimationDelegate {
 		starLeft.position = CGPoint(x: 24.000, y: 24.000)
 		starLeft.opacity = 0.50
 		stars.addSublayer(starLeft)
-		layersByName["Star Left"] = starLeft
+		self.layersByName["Star Left"] = starLeft
 
 		let starMiddle = CALayer()
 		starMiddle.name = "Star Middle"
@@ -139,7 +138,7 @@ class CardView: NSView, CAAnimationDelegate {
 		starMiddle.position = CGPoint(x: 60.000, y: 24.000)
 		starMiddle.transform = CATransform3DMakeRotation(0.628, 0, 0, 1)
 		stars.addSublayer(starMiddle)
-		layersByName["Star Middle"] = starMiddle
+		self.layersByName["Star Middle"] = starMiddle
 
 		let starRight = CALayer()
 		starRight.name = "Star Right"
@@ -148,7 +147,7 @@ class CardView: NSView, CAAnimationDelegate {
 		starRight.position = CGPoint(x: 96.000, y: 24.000)
 		starRight.transform = CATransform3DMakeScale(-1.00, 1.00, 1.0)
 		stars.addSublayer(starRight)
-		layersByName["Star Right"] = starRight
+		self.layersByName["Star Right"] = starRight
 
 		let badge = CALayer()
 		badge.name = "Badge"
@@ -159,7 +158,7 @@ class CardView: NSView, CAAnimationDelegate {
 		badge.position = CGPoint(x: 168.000, y: 12.000)
 		badge.transform = CATransform3DMakeScale(1.50, 1.50, 1.0)
 		body.addSublayer(badge)
-		layersByName["Badge"] = badge
+		self.layersByName["Badge"] = badge
 
 		let photo = CALayer()
 		photo.name = "Photo"
@@ -170,14 +169,14 @@ class CardView: NSView, CAAnimationDelegate {
 		photo.opacity = 0.90
 		photo.transform = CATransform3DMakeRotation(1.571, 0, 0, 1)
 		deck.addSublayer(photo)
-		layersByName["Photo"] = photo
+		self.layersByName["Photo"] = photo
 
 		let secret = CALayer()
 		secret.name = "Secret"
 		secret.bounds = CGRect(x: 0, y: 0, width: 100.0, height: 100.0)
 		secret.position = CGPoint(x: 560.000, y: 60.000)
 		__scaling__.addSublayer(secret)
-		layersByName["Secret"] = secret
+		self.layersByName["Secret"] = secret
 
 		let secretBadge = CALayer()
 		secretBadge.name = "Secret Badge"
@@ -185,7 +184,7 @@ class CardView: NSView, CAAnimationDelegate {
 		secretBadge.contents = imgBadge
 		secretBadge.position = CGPoint(x: 50.000, y: 50.000)
 		secret.addSublayer(secretBadge)
-		layersByName["Secret Badge"] = secretBadge
+		self.layersByName["Secret Badge"] = secretBadge
 
 		let ghost = CALayer()
 		ghost.name = "Ghost"
@@ -195,9 +194,7 @@ class CardView: NSView, CAAnimationDelegate {
 		ghost.opacity = 0.00
 		ghost.transform = CATransform3DMakeScale(0.00, 0.00, 1.0)
 		__scaling__.addSublayer(ghost)
-		layersByName["Ghost"] = ghost
-
-		self.layersByName = layersByName
+		self.layersByName["Ghost"] = ghost
 	}
 
 	// MARK: - Flip

@@ -105,14 +105,12 @@ class GalleryView: UIView, CAAnimationDelegate {
 	// MARK: - Setup
 
 	func setupHierarchy() {
-		var layersByName: [String: CALayer] = [:]
-		var viewsByName: [String: UIView] = [:]
 		let __scaling__ = UIView()
 		__scaling__.bounds = CGRect(x: 0, y: 0, width: 320, height: 480)
 		__scaling__.center = CGPoint(x: 160.2, y: 240.0)
 		__scaling__.layer.masksToBounds = true
 		self.addSubview(__scaling__)
-		viewsByName["__scaling__"] = __scaling__
+		self.viewsByName["__scaling__"] = __scaling__
 
 		let hero = UIImageView()
 		hero.bounds = CGRect(x: 0, y: 0, width: 10.2, height: 10.8)
@@ -124,7 +122,7 @@ class GalleryView: UIView, CAAnimationDelegate {
 		hero.alpha = 1.00
 		hero.transform = CGAffineTransform(scaleX: 1.00, y: 2.01)
 		__scaling__.addSubview(hero)
-		viewsByName["hero"] = hero
+		self.viewsByName["hero"] = hero
 
 		let quoteAndBreak = UIImageView()
 		quoteAndBreak.bounds = CGRect(x: 0, y: 0, width: 12.0, height: 6.0)
@@ -133,13 +131,13 @@ class GalleryView: UIView, CAAnimationDelegate {
 		quoteAndBreak.layer.position = CGPoint(x: 60.000, y: 40.000)
 		quoteAndBreak.transform = CGAffineTransform(rotationAngle: 0.500)
 		__scaling__.addSubview(quoteAndBreak)
-		viewsByName["quote \" and \\\nbreak"] = quoteAndBreak
+		self.viewsByName["quote \" and \\\nbreak"] = quoteAndBreak
 
 		let group = UIView()
 		group.bounds = CGRect(x: 0, y: 0, width: 100.0, height: 80.0)
 		group.layer.position = CGPoint(x: 150.500, y: 200.250)
 		__scaling__.addSubview(group)
-		viewsByName["group"] = group
+		self.viewsByName["group"] = group
 
 		let badge = CALayer()
 		badge.name = "badge"
@@ -151,7 +149,7 @@ class GalleryView: UIView, CAAnimationDelegate {
 		badge.opacity = 0.50
 		badge.transform = CATransform3DMakeRotation(6.033, 0, 0, 1)
 		group.layer.addSublayer(badge)
-		layersByName["badge"] = badge
+		self.layersByName["badge"] = badge
 
 		let spark = CALayer()
 		spark.name = "spark"
@@ -161,7 +159,7 @@ class GalleryView: UIView, CAAnimationDelegate {
 		spark.position = CGPoint(x: 5.000, y: 5.000)
 		spark.transform = CATransform3DScale(CATransform3DMakeRotation(0.75, 0, 0, 1), 2.00, 0.50, 1.0)
 		badge.addSublayer(spark)
-		layersByName["spark"] = spark
+		self.layersByName["spark"] = spark
 
 		let glow = CALayer()
 		glow.name = "glow"
@@ -170,14 +168,14 @@ class GalleryView: UIView, CAAnimationDelegate {
 		glow.position = CGPoint(x: 9.000, y: 5.000)
 		glow.transform = CATransform3DMakeScale(1.50, 1.50, 1.0)
 		badge.addSublayer(glow)
-		layersByName["glow"] = glow
+		self.layersByName["glow"] = glow
 
 		let inner = UIImageView()
 		inner.bounds = CGRect(x: 0, y: 0, width: 12.0, height: 6.0)
 		inner.layer.position = CGPoint(x: 70.000, y: 30.000)
 		inner.transform = CGAffineTransform(rotationAngle: 0.50).scaledBy(x: -1.00, y: 1.00)
 		group.addSubview(inner)
-		viewsByName["inner"] = inner
+		self.viewsByName["inner"] = inner
 
 		let go = UIButton(type: .custom)
 		go.bounds = CGRect(x: 0, y: 0, width: 40.0, height: 20.0)
@@ -188,7 +186,7 @@ class GalleryView: UIView, CAAnimationDelegate {
 		go.alpha = 0.50
 		go.transform = CGAffineTransform(scaleX: 0.50, y: 0.50)
 		__scaling__.addSubview(go)
-		viewsByName["go"] = go
+		self.viewsByName["go"] = go
 
 		let imgC = UIImageView()
 		imgC.bounds = CGRect(x: 0, y: 0, width: 12.0, height: 6.0)
@@ -196,7 +194,7 @@ class GalleryView: UIView, CAAnimationDelegate {
 		imgC.contentMode = .center
 		imgC.layer.position = CGPoint(x: 100.000, y: 300.000)
 		__scaling__.addSubview(imgC)
-		viewsByName["imgC"] = imgC
+		self.viewsByName["imgC"] = imgC
 
 		let still = UIImageView()
 		still.bounds = CGRect(x: 0, y: 0, width: 12.0, height: 6.0)
@@ -205,17 +203,14 @@ class GalleryView: UIView, CAAnimationDelegate {
 		still.contentMode = .center
 		still.layer.position = CGPoint(x: -0.000, y: 2.000)
 		__scaling__.addSubview(still)
-		viewsByName["still"] = still
+		self.viewsByName["still"] = still
 
 		let plain = UIImageView()
 		plain.bounds = CGRect(x: 0, y: 0, width: 12.0, height: 6.0)
 		plain.layer.position = CGPoint(x: 250.000, y: 400.000)
 		plain.transform = CGAffineTransform(scaleX: 0.00, y: 1.00)
 		__scaling__.addSubview(plain)
-		viewsByName["plain"] = plain
-
-		self.layersByName = layersByName
-		self.viewsByName = viewsByName
+		self.viewsByName["plain"] = plain
 	}
 
 	// MARK: - fade_speed_150

@@ -109,13 +109,12 @@ class GalleryView: NSView, CAAnimationDelegate {
 			MainActor.assumeIsolated { self?.frameDidChange() }
 		}
 		self.wantsLayer = true
-		var layersByName: [String: CALayer] = [:]
 		let __scaling__ = CALayer()
 		__scaling__.bounds = CGRect(x: 0, y: 0, width: 320, height: 480)
 		__scaling__.position = CGPoint(x: 160.2, y: 240.0)
 		__scaling__.masksToBounds = true
 		self.layer?.addSublayer(__scaling__)
-		layersByName["__scaling__"] = __scaling__
+		self.layersByName["__scaling__"] = __scaling__
 
 		let hero = CALayer()
 		hero.name = "hero"
@@ -127,7 +126,7 @@ class GalleryView: NSView, CAAnimationDelegate {
 		hero.opacity = 1.00
 		hero.transform = CATransform3DMakeScale(1.00, 2.01, 1.0)
 		__scaling__.addSublayer(hero)
-		layersByName["hero"] = hero
+		self.layersByName["hero"] = hero
 
 		let quoteAndBreak = CALayer()
 		quoteAndBreak.name = "quote \" and \\\nbreak"
@@ -136,14 +135,14 @@ class GalleryView: NSView, CAAnimationDelegate {
 		quoteAndBreak.position = CGPoint(x: 60.000, y: 40.000)
 		quoteAndBreak.transform = CATransform3DMakeRotation(0.500, 0, 0, 1)
 		__scaling__.addSublayer(quoteAndBreak)
-		layersByName["quote \" and \\\nbreak"] = quoteAndBreak
+		self.layersByName["quote \" and \\\nbreak"] = quoteAndBreak
 
 		let group = CALayer()
 		group.name = "group"
 		group.bounds = CGRect(x: 0, y: 0, width: 100.0, height: 80.0)
 		group.position = CGPoint(x: 150.500, y: 200.250)
 		__scaling__.addSublayer(group)
-		layersByName["group"] = group
+		self.layersByName["group"] = group
 
 		let badgeLayer = CALayer()
 		badgeLayer.name = "badge_layer"
@@ -155,7 +154,7 @@ class GalleryView: NSView, CAAnimationDelegate {
 		badgeLayer.opacity = 0.50
 		badgeLayer.transform = CATransform3DMakeRotation(6.033, 0, 0, 1)
 		group.addSublayer(badgeLayer)
-		layersByName["badge_layer"] = badgeLayer
+		self.layersByName["badge_layer"] = badgeLayer
 
 		let spark = CALayer()
 		spark.name = "spark"
@@ -165,7 +164,7 @@ class GalleryView: NSView, CAAnimationDelegate {
 		spark.position = CGPoint(x: 5.000, y: 5.000)
 		spark.transform = CATransform3DScale(CATransform3DMakeRotation(0.75, 0, 0, 1), 2.00, 0.50, 1.0)
 		badgeLayer.addSublayer(spark)
-		layersByName["spark"] = spark
+		self.layersByName["spark"] = spark
 
 		let glow = CALayer()
 		glow.name = "glow"
@@ -174,7 +173,7 @@ class GalleryView: NSView, CAAnimationDelegate {
 		glow.position = CGPoint(x: 9.000, y: 5.000)
 		glow.transform = CATransform3DMakeScale(1.50, 1.50, 1.0)
 		badgeLayer.addSublayer(glow)
-		layersByName["glow"] = glow
+		self.layersByName["glow"] = glow
 
 		let inner = CALayer()
 		inner.name = "inner"
@@ -182,7 +181,7 @@ class GalleryView: NSView, CAAnimationDelegate {
 		inner.position = CGPoint(x: 70.000, y: 30.000)
 		inner.transform = CATransform3DScale(CATransform3DMakeRotation(0.50, 0, 0, 1), -1.00, 1.00, 1.0)
 		group.addSublayer(inner)
-		layersByName["inner"] = inner
+		self.layersByName["inner"] = inner
 
 		let goButton = CALayer()
 		goButton.name = "go_button"
@@ -193,7 +192,7 @@ class GalleryView: NSView, CAAnimationDelegate {
 		goButton.opacity = 0.50
 		goButton.transform = CATransform3DMakeScale(0.50, 0.50, 1.0)
 		__scaling__.addSublayer(goButton)
-		layersByName["go_button"] = goButton
+		self.layersByName["go_button"] = goButton
 
 		let imgC = CALayer()
 		imgC.name = "imgC"
@@ -201,7 +200,7 @@ class GalleryView: NSView, CAAnimationDelegate {
 		imgC.contents = imgC2
 		imgC.position = CGPoint(x: 100.000, y: 300.000)
 		__scaling__.addSublayer(imgC)
-		layersByName["imgC"] = imgC
+		self.layersByName["imgC"] = imgC
 
 		let still = CALayer()
 		still.name = "still"
@@ -210,7 +209,7 @@ class GalleryView: NSView, CAAnimationDelegate {
 		still.contents = imgPhoto
 		still.position = CGPoint(x: -0.000, y: 2.000)
 		__scaling__.addSublayer(still)
-		layersByName["still"] = still
+		self.layersByName["still"] = still
 
 		let plain = CALayer()
 		plain.name = "plain"
@@ -218,9 +217,7 @@ class GalleryView: NSView, CAAnimationDelegate {
 		plain.position = CGPoint(x: 250.000, y: 400.000)
 		plain.transform = CATransform3DMakeScale(0.00, 1.00, 1.0)
 		__scaling__.addSublayer(plain)
-		layersByName["plain"] = plain
-
-		self.layersByName = layersByName
+		self.layersByName["plain"] = plain
 	}
 
 	// MARK: - fade_speed_150

@@ -61,12 +61,11 @@ class MinimalView: UIView {
 	// MARK: - Setup
 
 	func setupHierarchy() {
-		var viewsByName: [String: UIView] = [:]
 		let __scaling__ = UIView()
 		__scaling__.bounds = CGRect(x: 0, y: 0, width: 400, height: 300)
 		__scaling__.center = CGPoint(x: 200.0, y: 150.0)
 		self.addSubview(__scaling__)
-		viewsByName["__scaling__"] = __scaling__
+		self.viewsByName["__scaling__"] = __scaling__
 
 		let tile = UIImageView()
 		tile.bounds = CGRect(x: 0, y: 0, width: 96.0, height: 64.0)
@@ -75,9 +74,7 @@ class MinimalView: UIView {
 		tile.contentMode = .center
 		tile.layer.position = CGPoint(x: 200.000, y: 150.000)
 		__scaling__.addSubview(tile)
-		viewsByName["Tile"] = tile
-
-		self.viewsByName = viewsByName
+		self.viewsByName["Tile"] = tile
 	}
 
 	// MARK: - Images

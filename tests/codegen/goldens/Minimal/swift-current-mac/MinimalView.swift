@@ -67,12 +67,11 @@ class MinimalView: NSView {
 			MainActor.assumeIsolated { self?.frameDidChange() }
 		}
 		self.wantsLayer = true
-		var layersByName: [String: CALayer] = [:]
 		let __scaling__ = CALayer()
 		__scaling__.bounds = CGRect(x: 0, y: 0, width: 400, height: 300)
 		__scaling__.position = CGPoint(x: 200.0, y: 150.0)
 		self.layer?.addSublayer(__scaling__)
-		layersByName["__scaling__"] = __scaling__
+		self.layersByName["__scaling__"] = __scaling__
 
 		let tile = CALayer()
 		tile.name = "Tile"
@@ -81,9 +80,7 @@ class MinimalView: NSView {
 		tile.contents = imgTile
 		tile.position = CGPoint(x: 200.000, y: 150.000)
 		__scaling__.addSublayer(tile)
-		layersByName["Tile"] = tile
-
-		self.layersByName = layersByName
+		self.layersByName["Tile"] = tile
 	}
 
 	// MARK: - Images

@@ -78,13 +78,11 @@ class TagsView: UIView, CAAnimationDelegate {
 	// MARK: - Setup
 
 	func setupHierarchy() {
-		var layersByName: [String: CALayer] = [:]
-		var viewsByName: [String: UIView] = [:]
 		let __scaling__ = UIView()
 		__scaling__.bounds = CGRect(x: 0, y: 0, width: 320, height: 480)
 		__scaling__.center = CGPoint(x: 160.0, y: 240.0)
 		self.addSubview(__scaling__)
-		viewsByName["__scaling__"] = __scaling__
+		self.viewsByName["__scaling__"] = __scaling__
 
 		let backdrop = UIImageView()
 		backdrop.bounds = CGRect(x: 0, y: 0, width: 60.0, height: 40.0)
@@ -95,7 +93,7 @@ class TagsView: UIView, CAAnimationDelegate {
 		backdrop.alpha = 0.30
 		backdrop.transform = CGAffineTransform(scaleX: 5.00, y: 11.00)
 		__scaling__.addSubview(backdrop)
-		viewsByName["backdrop"] = backdrop
+		self.viewsByName["backdrop"] = backdrop
 
 		let play = UIButton(type: .custom)
 		play.bounds = CGRect(x: 0, y: 0, width: 60.0, height: 40.0)
@@ -104,13 +102,13 @@ class TagsView: UIView, CAAnimationDelegate {
 		play.contentMode = .center
 		play.layer.position = CGPoint(x: 60.000, y: 60.000)
 		__scaling__.addSubview(play)
-		viewsByName["play"] = play
+		self.viewsByName["play"] = play
 
 		let menu = UIButton(type: .custom)
 		menu.bounds = CGRect(x: 0, y: 0, width: 140.0, height: 60.0)
 		menu.layer.position = CGPoint(x: 230.000, y: 60.000)
 		__scaling__.addSubview(menu)
-		viewsByName["menu"] = menu
+		self.viewsByName["menu"] = menu
 
 		let label = UIImageView()
 		label.bounds = CGRect(x: 0, y: 0, width: 60.0, height: 40.0)
@@ -119,7 +117,7 @@ class TagsView: UIView, CAAnimationDelegate {
 		label.contentMode = .center
 		label.layer.position = CGPoint(x: 40.000, y: 30.000)
 		menu.addSubview(label)
-		viewsByName["label"] = label
+		self.viewsByName["label"] = label
 
 		let menuGlyph = CALayer()
 		menuGlyph.name = "menu glyph"
@@ -128,14 +126,14 @@ class TagsView: UIView, CAAnimationDelegate {
 		menuGlyph.contents = imgGrüße?.cgImage
 		menuGlyph.position = CGPoint(x: 100.000, y: 30.000)
 		menu.layer.addSublayer(menuGlyph)
-		layersByName["menu glyph"] = menuGlyph
+		self.layersByName["menu glyph"] = menuGlyph
 
 		let ghost = CALayer()
 		ghost.name = "ghost"
 		ghost.bounds = CGRect(x: 0, y: 0, width: 200.0, height: 120.0)
 		ghost.position = CGPoint(x: 160.000, y: 160.000)
 		__scaling__.layer.addSublayer(ghost)
-		layersByName["ghost"] = ghost
+		self.layersByName["ghost"] = ghost
 
 		let closeButton = CALayer()
 		closeButton.name = "close_button"
@@ -143,7 +141,7 @@ class TagsView: UIView, CAAnimationDelegate {
 		closeButton.contents = imgRedBox?.cgImage
 		closeButton.position = CGPoint(x: 40.000, y: 30.000)
 		ghost.addSublayer(closeButton)
-		layersByName["close_button"] = closeButton
+		self.layersByName["close_button"] = closeButton
 
 		let ghostBody = CALayer()
 		ghostBody.name = "ghost body"
@@ -152,7 +150,7 @@ class TagsView: UIView, CAAnimationDelegate {
 		ghostBody.contents = img?.cgImage
 		ghostBody.position = CGPoint(x: 120.000, y: 60.000)
 		ghost.addSublayer(ghostBody)
-		layersByName["ghost body"] = ghostBody
+		self.layersByName["ghost body"] = ghostBody
 
 		let ghostCamRecordable = CALayer()
 		ghostCamRecordable.name = "ghost cam<recordable>"
@@ -160,13 +158,13 @@ class TagsView: UIView, CAAnimationDelegate {
 		ghostCamRecordable.contents = imgBlueBox?.cgImage
 		ghostCamRecordable.position = CGPoint(x: 150.000, y: 90.000)
 		ghost.addSublayer(ghostCamRecordable)
-		layersByName["ghost cam<recordable>"] = ghostCamRecordable
+		self.layersByName["ghost cam<recordable>"] = ghostCamRecordable
 
 		let clip = LFTRecordableView()
 		clip.bounds = CGRect(x: 0, y: 0, width: 240.0, height: 120.0)
 		clip.layer.position = CGPoint(x: 160.000, y: 290.000)
 		__scaling__.addSubview(clip)
-		viewsByName["clip"] = clip
+		self.viewsByName["clip"] = clip
 
 		let shot = LFTRecordableImageView()
 		shot.bounds = CGRect(x: 0, y: 0, width: 60.0, height: 40.0)
@@ -174,13 +172,13 @@ class TagsView: UIView, CAAnimationDelegate {
 		shot.contentMode = .center
 		shot.layer.position = CGPoint(x: 50.000, y: 40.000)
 		clip.addSubview(shot)
-		viewsByName["shot"] = shot
+		self.viewsByName["shot"] = shot
 
 		let inner = UIButton(type: .custom)
 		inner.bounds = CGRect(x: 0, y: 0, width: 120.0, height: 80.0)
 		inner.layer.position = CGPoint(x: 160.000, y: 60.000)
 		clip.addSubview(inner)
-		viewsByName["inner"] = inner
+		self.viewsByName["inner"] = inner
 
 		let inner2 = UIButton(type: .custom)
 		inner2.bounds = CGRect(x: 0, y: 0, width: 60.0, height: 40.0)
@@ -188,7 +186,7 @@ class TagsView: UIView, CAAnimationDelegate {
 		inner2.contentMode = .center
 		inner2.layer.position = CGPoint(x: 30.000, y: 20.000)
 		inner.addSubview(inner2)
-		viewsByName["inner"] = inner2
+		self.viewsByName["inner"] = inner2
 
 		let innerDeep = CALayer()
 		innerDeep.name = "inner deep"
@@ -196,7 +194,7 @@ class TagsView: UIView, CAAnimationDelegate {
 		innerDeep.contents = img?.cgImage
 		innerDeep.position = CGPoint(x: 80.000, y: 50.000)
 		inner.layer.addSublayer(innerDeep)
-		layersByName["inner deep"] = innerDeep
+		self.layersByName["inner deep"] = innerDeep
 
 		let walkCycle = UIImageView()
 		walkCycle.bounds = CGRect(x: 0, y: 0, width: 60.0, height: 40.0)
@@ -204,7 +202,7 @@ class TagsView: UIView, CAAnimationDelegate {
 		walkCycle.contentMode = .center
 		walkCycle.layer.position = CGPoint(x: 50.000, y: 400.000)
 		__scaling__.addSubview(walkCycle)
-		viewsByName["walk cycle"] = walkCycle
+		self.viewsByName["walk cycle"] = walkCycle
 
 		let walkCycle2 = UIImageView()
 		walkCycle2.bounds = CGRect(x: 0, y: 0, width: 60.0, height: 40.0)
@@ -212,7 +210,7 @@ class TagsView: UIView, CAAnimationDelegate {
 		walkCycle2.contentMode = .center
 		walkCycle2.layer.position = CGPoint(x: 120.000, y: 400.000)
 		__scaling__.addSubview(walkCycle2)
-		viewsByName["walk-cycle"] = walkCycle2
+		self.viewsByName["walk-cycle"] = walkCycle2
 
 		let walkCycle22 = UIImageView()
 		walkCycle22.bounds = CGRect(x: 0, y: 0, width: 60.0, height: 40.0)
@@ -220,7 +218,7 @@ class TagsView: UIView, CAAnimationDelegate {
 		walkCycle22.contentMode = .center
 		walkCycle22.layer.position = CGPoint(x: 190.000, y: 400.000)
 		__scaling__.addSubview(walkCycle22)
-		viewsByName["Walk Cycle"] = walkCycle22
+		self.viewsByName["Walk Cycle"] = walkCycle22
 
 		let `var` = UIImageView()
 		`var`.bounds = CGRect(x: 0, y: 0, width: 60.0, height: 40.0)
@@ -228,7 +226,7 @@ class TagsView: UIView, CAAnimationDelegate {
 		`var`.contentMode = .center
 		`var`.layer.position = CGPoint(x: 260.000, y: 400.000)
 		__scaling__.addSubview(`var`)
-		viewsByName["---"] = `var`
+		self.viewsByName["---"] = `var`
 
 		let var2 = UIImageView()
 		var2.bounds = CGRect(x: 0, y: 0, width: 60.0, height: 40.0)
@@ -236,7 +234,7 @@ class TagsView: UIView, CAAnimationDelegate {
 		var2.contentMode = .center
 		var2.layer.position = CGPoint(x: 290.000, y: 400.000)
 		__scaling__.addSubview(var2)
-		viewsByName["..."] = var2
+		self.viewsByName["..."] = var2
 
 		let grüße = UIImageView()
 		grüße.bounds = CGRect(x: 0, y: 0, width: 60.0, height: 40.0)
@@ -244,7 +242,7 @@ class TagsView: UIView, CAAnimationDelegate {
 		grüße.contentMode = .center
 		grüße.layer.position = CGPoint(x: 50.000, y: 450.000)
 		__scaling__.addSubview(grüße)
-		viewsByName["Grüße"] = grüße
+		self.viewsByName["Grüße"] = grüße
 
 		let _2Up = UIImageView()
 		_2Up.bounds = CGRect(x: 0, y: 0, width: 60.0, height: 40.0)
@@ -252,7 +250,7 @@ class TagsView: UIView, CAAnimationDelegate {
 		_2Up.contentMode = .center
 		_2Up.layer.position = CGPoint(x: 120.000, y: 450.000)
 		__scaling__.addSubview(_2Up)
-		viewsByName["2 up"] = _2Up
+		self.viewsByName["2 up"] = _2Up
 
 		let `default` = UIImageView()
 		`default`.bounds = CGRect(x: 0, y: 0, width: 60.0, height: 40.0)
@@ -260,7 +258,7 @@ class TagsView: UIView, CAAnimationDelegate {
 		`default`.contentMode = .center
 		`default`.layer.position = CGPoint(x: 190.000, y: 450.000)
 		__scaling__.addSubview(`default`)
-		viewsByName["default"] = `default`
+		self.viewsByName["default"] = `default`
 
 		let heroPng = UIImageView()
 		heroPng.bounds = CGRect(x: 0, y: 0, width: 60.0, height: 40.0)
@@ -268,10 +266,7 @@ class TagsView: UIView, CAAnimationDelegate {
 		heroPng.contentMode = .center
 		heroPng.layer.position = CGPoint(x: 260.000, y: 450.000)
 		__scaling__.addSubview(heroPng)
-		viewsByName["hero.png"] = heroPng
-
-		self.layersByName = layersByName
-		self.viewsByName = viewsByName
+		self.viewsByName["hero.png"] = heroPng
 	}
 
 	// MARK: - ---

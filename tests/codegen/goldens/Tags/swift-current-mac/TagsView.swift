@@ -82,12 +82,11 @@ class TagsView: NSView, CAAnimationDelegate {
 			MainActor.assumeIsolated { self?.frameDidChange() }
 		}
 		self.wantsLayer = true
-		var layersByName: [String: CALayer] = [:]
 		let __scaling__ = CALayer()
 		__scaling__.bounds = CGRect(x: 0, y: 0, width: 320, height: 480)
 		__scaling__.position = CGPoint(x: 160.0, y: 240.0)
 		self.layer?.addSublayer(__scaling__)
-		layersByName["__scaling__"] = __scaling__
+		self.layersByName["__scaling__"] = __scaling__
 
 		let backdrop = CALayer()
 		backdrop.name = "backdrop"
@@ -98,7 +97,7 @@ class TagsView: NSView, CAAnimationDelegate {
 		backdrop.opacity = 0.30
 		backdrop.transform = CATransform3DMakeScale(5.00, 11.00, 1.0)
 		__scaling__.addSublayer(backdrop)
-		layersByName["backdrop"] = backdrop
+		self.layersByName["backdrop"] = backdrop
 
 		let playButton = CALayer()
 		playButton.name = "play_button"
@@ -107,14 +106,14 @@ class TagsView: NSView, CAAnimationDelegate {
 		playButton.contents = imgBlueBox
 		playButton.position = CGPoint(x: 60.000, y: 60.000)
 		__scaling__.addSublayer(playButton)
-		layersByName["play_button"] = playButton
+		self.layersByName["play_button"] = playButton
 
 		let menuButton = CALayer()
 		menuButton.name = "menu_button"
 		menuButton.bounds = CGRect(x: 0, y: 0, width: 140.0, height: 60.0)
 		menuButton.position = CGPoint(x: 230.000, y: 60.000)
 		__scaling__.addSublayer(menuButton)
-		layersByName["menu_button"] = menuButton
+		self.layersByName["menu_button"] = menuButton
 
 		let label = CALayer()
 		label.name = "label"
@@ -123,7 +122,7 @@ class TagsView: NSView, CAAnimationDelegate {
 		label.contents = img2UpGreen
 		label.position = CGPoint(x: 40.000, y: 30.000)
 		menuButton.addSublayer(label)
-		layersByName["label"] = label
+		self.layersByName["label"] = label
 
 		let menuGlyphLayer = CALayer()
 		menuGlyphLayer.name = "menu glyph_layer"
@@ -132,14 +131,14 @@ class TagsView: NSView, CAAnimationDelegate {
 		menuGlyphLayer.contents = imgGrüße
 		menuGlyphLayer.position = CGPoint(x: 100.000, y: 30.000)
 		menuButton.addSublayer(menuGlyphLayer)
-		layersByName["menu glyph_layer"] = menuGlyphLayer
+		self.layersByName["menu glyph_layer"] = menuGlyphLayer
 
 		let ghostLayer = CALayer()
 		ghostLayer.name = "ghost_layer"
 		ghostLayer.bounds = CGRect(x: 0, y: 0, width: 200.0, height: 120.0)
 		ghostLayer.position = CGPoint(x: 160.000, y: 160.000)
 		__scaling__.addSublayer(ghostLayer)
-		layersByName["ghost_layer"] = ghostLayer
+		self.layersByName["ghost_layer"] = ghostLayer
 
 		let closeButton = CALayer()
 		closeButton.name = "close_button"
@@ -147,7 +146,7 @@ class TagsView: NSView, CAAnimationDelegate {
 		closeButton.contents = imgRedBox
 		closeButton.position = CGPoint(x: 40.000, y: 30.000)
 		ghostLayer.addSublayer(closeButton)
-		layersByName["close_button"] = closeButton
+		self.layersByName["close_button"] = closeButton
 
 		let ghostBody = CALayer()
 		ghostBody.name = "ghost body"
@@ -156,7 +155,7 @@ class TagsView: NSView, CAAnimationDelegate {
 		ghostBody.contents = img
 		ghostBody.position = CGPoint(x: 120.000, y: 60.000)
 		ghostLayer.addSublayer(ghostBody)
-		layersByName["ghost body"] = ghostBody
+		self.layersByName["ghost body"] = ghostBody
 
 		let ghostCamRecordable = CALayer()
 		ghostCamRecordable.name = "ghost cam<recordable>"
@@ -164,14 +163,14 @@ class TagsView: NSView, CAAnimationDelegate {
 		ghostCamRecordable.contents = imgBlueBox
 		ghostCamRecordable.position = CGPoint(x: 150.000, y: 90.000)
 		ghostLayer.addSublayer(ghostCamRecordable)
-		layersByName["ghost cam<recordable>"] = ghostCamRecordable
+		self.layersByName["ghost cam<recordable>"] = ghostCamRecordable
 
 		let clipRecordable = CALayer()
 		clipRecordable.name = "clip<recordable>"
 		clipRecordable.bounds = CGRect(x: 0, y: 0, width: 240.0, height: 120.0)
 		clipRecordable.position = CGPoint(x: 160.000, y: 290.000)
 		__scaling__.addSublayer(clipRecordable)
-		layersByName["clip<recordable>"] = clipRecordable
+		self.layersByName["clip<recordable>"] = clipRecordable
 
 		let shotRecordable = CALayer()
 		shotRecordable.name = "shot<recordable>"
@@ -179,14 +178,14 @@ class TagsView: NSView, CAAnimationDelegate {
 		shotRecordable.contents = img2UpGreen
 		shotRecordable.position = CGPoint(x: 50.000, y: 40.000)
 		clipRecordable.addSublayer(shotRecordable)
-		layersByName["shot<recordable>"] = shotRecordable
+		self.layersByName["shot<recordable>"] = shotRecordable
 
 		let innerRecordable = CALayer()
 		innerRecordable.name = "inner<recordable>"
 		innerRecordable.bounds = CGRect(x: 0, y: 0, width: 120.0, height: 80.0)
 		innerRecordable.position = CGPoint(x: 160.000, y: 60.000)
 		clipRecordable.addSublayer(innerRecordable)
-		layersByName["inner<recordable>"] = innerRecordable
+		self.layersByName["inner<recordable>"] = innerRecordable
 
 		let innerButton = CALayer()
 		innerButton.name = "inner_button"
@@ -194,7 +193,7 @@ class TagsView: NSView, CAAnimationDelegate {
 		innerButton.contents = imgGrüße
 		innerButton.position = CGPoint(x: 30.000, y: 20.000)
 		innerRecordable.addSublayer(innerButton)
-		layersByName["inner_button"] = innerButton
+		self.layersByName["inner_button"] = innerButton
 
 		let innerDeepLayer = CALayer()
 		innerDeepLayer.name = "inner deep_layer"
@@ -202,7 +201,7 @@ class TagsView: NSView, CAAnimationDelegate {
 		innerDeepLayer.contents = img
 		innerDeepLayer.position = CGPoint(x: 80.000, y: 50.000)
 		innerRecordable.addSublayer(innerDeepLayer)
-		layersByName["inner deep_layer"] = innerDeepLayer
+		self.layersByName["inner deep_layer"] = innerDeepLayer
 
 		let walkCycle = CALayer()
 		walkCycle.name = "walk cycle"
@@ -210,7 +209,7 @@ class TagsView: NSView, CAAnimationDelegate {
 		walkCycle.contents = imgRedBox
 		walkCycle.position = CGPoint(x: 50.000, y: 400.000)
 		__scaling__.addSublayer(walkCycle)
-		layersByName["walk cycle"] = walkCycle
+		self.layersByName["walk cycle"] = walkCycle
 
 		let walkCycle2 = CALayer()
 		walkCycle2.name = "walk-cycle"
@@ -218,7 +217,7 @@ class TagsView: NSView, CAAnimationDelegate {
 		walkCycle2.contents = imgBlueBox
 		walkCycle2.position = CGPoint(x: 120.000, y: 400.000)
 		__scaling__.addSublayer(walkCycle2)
-		layersByName["walk-cycle"] = walkCycle2
+		self.layersByName["walk-cycle"] = walkCycle2
 
 		let walkCycle22 = CALayer()
 		walkCycle22.name = "Walk Cycle"
@@ -226,7 +225,7 @@ class TagsView: NSView, CAAnimationDelegate {
 		walkCycle22.contents = img2UpGreen
 		walkCycle22.position = CGPoint(x: 190.000, y: 400.000)
 		__scaling__.addSublayer(walkCycle22)
-		layersByName["Walk Cycle"] = walkCycle22
+		self.layersByName["Walk Cycle"] = walkCycle22
 
 		let `var` = CALayer()
 		`var`.name = "---"
@@ -234,7 +233,7 @@ class TagsView: NSView, CAAnimationDelegate {
 		`var`.contents = img
 		`var`.position = CGPoint(x: 260.000, y: 400.000)
 		__scaling__.addSublayer(`var`)
-		layersByName["---"] = `var`
+		self.layersByName["---"] = `var`
 
 		let var2 = CALayer()
 		var2.name = "..."
@@ -242,7 +241,7 @@ class TagsView: NSView, CAAnimationDelegate {
 		var2.contents = img
 		var2.position = CGPoint(x: 290.000, y: 400.000)
 		__scaling__.addSublayer(var2)
-		layersByName["..."] = var2
+		self.layersByName["..."] = var2
 
 		let grüße = CALayer()
 		grüße.name = "Grüße"
@@ -250,7 +249,7 @@ class TagsView: NSView, CAAnimationDelegate {
 		grüße.contents = imgGrüße
 		grüße.position = CGPoint(x: 50.000, y: 450.000)
 		__scaling__.addSublayer(grüße)
-		layersByName["Grüße"] = grüße
+		self.layersByName["Grüße"] = grüße
 
 		let _2Up = CALayer()
 		_2Up.name = "2 up"
@@ -258,7 +257,7 @@ class TagsView: NSView, CAAnimationDelegate {
 		_2Up.contents = img2UpGreen
 		_2Up.position = CGPoint(x: 120.000, y: 450.000)
 		__scaling__.addSublayer(_2Up)
-		layersByName["2 up"] = _2Up
+		self.layersByName["2 up"] = _2Up
 
 		let `default` = CALayer()
 		`default`.name = "default"
@@ -266,7 +265,7 @@ class TagsView: NSView, CAAnimationDelegate {
 		`default`.contents = imgBlueBox
 		`default`.position = CGPoint(x: 190.000, y: 450.000)
 		__scaling__.addSublayer(`default`)
-		layersByName["default"] = `default`
+		self.layersByName["default"] = `default`
 
 		let heroPng = CALayer()
 		heroPng.name = "hero.png"
@@ -274,9 +273,7 @@ class TagsView: NSView, CAAnimationDelegate {
 		heroPng.contents = imgRedBox
 		heroPng.position = CGPoint(x: 260.000, y: 450.000)
 		__scaling__.addSublayer(heroPng)
-		layersByName["hero.png"] = heroPng
-
-		self.layersByName = layersByName
+		self.layersByName["hero.png"] = heroPng
 	}
 
 	// MARK: - ---
