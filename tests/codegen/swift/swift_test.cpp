@@ -225,7 +225,7 @@ TEST_P(RandomSwiftExports, Compile) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Platforms, RandomSwiftExports, testing::Bool(),
-                         [](const auto& info) { return info.param ? "mac" : "ios"; });
+                         [](const auto& platform) { return platform.param ? "mac" : "ios"; });
 
 // In seconds: a list that is not cut into parts takes minutes.
 TEST_F(SwiftExports, TenThousandKeyframesCompileInSeconds) {
