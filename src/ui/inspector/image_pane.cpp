@@ -171,6 +171,9 @@ void ImagePane::browse() {
     const QStringList files = controller().ports().openPanel.chooseFiles(
         {u"Choose an image:"_s, PCImage::suppertedFileTypes(), false});
     if (files.isEmpty()) { return; }
+    UndoManager& undoManager = controller().project()->undoManager();
+    undoManager.endEvent();
+    const UndoGesture step(undoManager);
     const auto sets = controller().addImagesToProject(files);
     if (!sets.empty()) { choose(sets.front()->name()); }
 }
