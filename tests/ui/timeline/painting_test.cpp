@@ -330,6 +330,32 @@ TEST(TimelinePainting, RulersMarkSegmentsHalvesAndQuarters) {
     EXPECT_LT(end.alongColumn(112.5, grey).to, 0);  // no tick after the last time
 }
 
+TEST(TimelinePainting, RulersStayReadableWhereSegmentsAreNarrow) {
+    struct Case {
+        float zoom;
+        double label;  // from one to the next
+        double tick;
+    };
+    // Segments of 20 s.
+    const Case cases[] = {{0.0005F, 100, 10}, {0.0001F, 100, 0}, {0.000001F, 100, 0}};
+    ControllerScene scene;
+    PCProjectTimeManager& time = scene.controller.timeManager();
+    const QColor fill(0x40, 0x40, 0x40);
+    const QColor grey = Appearance::current().workbench().lightGrey;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.zoom);
+        time.setZoomInPointsPerMillisecond(c.zoom);
+        for (const double scroll : {0.0, 37.0}) {
+            const Painted ruler({300, 42}, [&](QPainter& painter) {
+                paintRuler(painter, time, 300, scroll, INT32_MAX, fill);
+            });
+            EXPECT_GT(ruler.alongColumn(c.label - scroll + 0.3, grey).to, 40);
+            EXPECT_LT(ruler.alongColumn(c.label - scroll + 5, grey).to, 0);
+            EXPECT_EQ(ruler.alongColumn(c.label - scroll + 10.3, grey).to > 0, c.tick == 10);
+        }
+    }
+}
+
 TEST(TimelinePainting, PlayheadAndMarqueeKeepTheirMeasures) {
     const WorkbenchColors& colors = Appearance::current().workbench();
     const QString label = playheadLabel(1234);
