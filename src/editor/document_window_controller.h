@@ -152,13 +152,13 @@ class PCDocumentWindowController : public DocumentContext,
     PCElementSelectionManager m_selection;
     PCKeyframeManager m_keyframes;
     PCProjectTimeManager m_time;
+    TimelineOutline m_timelineOutline;
     Playback m_playback;
     KeyframeCommands m_keyframeCommands;
     EventAnchorPoint m_anchorPoint;
     CanvasViewport m_viewport;
     CanvasScene m_scene;
     CanvasInteraction m_interaction;
-    TimelineOutline m_timelineOutline;
     TimelineViewport m_timelineViewport;
     TimelineInteraction m_timelineInteraction;
     NudgeSeries m_nudges;

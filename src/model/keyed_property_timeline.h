@@ -247,6 +247,9 @@ class PCKeyedPropertyTimeline final : public Archivable,
     /// identifier, or comes in with a new one. Returns the keyframes written. No two records are of
     /// one time.
     Keyframes writeKeyframes(const std::vector<KeyframeRecord>& records);
+    /// duplicateKeyframe() of each; one that has no later time, or is another timeline's, gets
+    /// none. Returns pairs of a source and its copy.
+    std::vector<std::pair<KeyframePtr, KeyframePtr>> duplicateKeyframes(const Keyframes& keyframes);
     /// For what registers nothing itself, before it: key-all marks, removeAllKeyframes().
     void registerUndoOfContents();
 
@@ -341,6 +344,7 @@ class PCKeyedPropertyTimeline final : public Archivable,
     float setupNumber() const;
     const PropertyValue* otherValueAt(int32_t timeInMS) const;
     KeyframePtr handleAt(size_t index) const;
+    KeyframeRecord recordOfDuplicate(const PCPropertyKeyframe& keyframe) const;
     void attach(PCPropertyKeyframe& handle, size_t index);
     void detach(PCPropertyKeyframe& handle);
     void renumberHandles(size_t from);

@@ -319,13 +319,19 @@ void PCKeyedPropertyTimeline::stopRepeatingIfInVain() {
     setRepeatBehavior(PCRepeatBehaviorNever);
 }
 
+KeyframeRecord PCKeyedPropertyTimeline::recordOfDuplicate(
+    const PCPropertyKeyframe& keyframe) const {
+    KeyframeRecord record = newKeyframeRecord(keyframe.timeInMS() + 1);
+    record.value = keyframe.propertyValue();
+    record.instantTransition = keyframe.instantTransition();
+    return record;
+}
+
 PCKeyedPropertyTimeline::KeyframePtr PCKeyedPropertyTimeline::duplicateKeyframe(
     const KeyframePtr& keyframe) {
     if (keyframe->timeInMS() == INT32_MAX) { return nullptr; }
-    KeyframeRecord record = newKeyframeRecord(keyframe->timeInMS() + 1);
-    record.value = keyframe->propertyValue();
-    record.instantTransition = keyframe->instantTransition();
-    KeyframePtr copy = PCPropertyKeyframe::initWithRecord(shared_from_this(), record);
+    KeyframePtr copy =
+        PCPropertyKeyframe::initWithRecord(shared_from_this(), recordOfDuplicate(*keyframe));
     putIn(copy, packedKeyframes().indexAtOrBefore(keyframe->timeInMS()) + 1);
     return copy;
 }

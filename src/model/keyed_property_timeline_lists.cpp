@@ -1,6 +1,7 @@
 // Edits of many keyframes of a timeline at once: the lists are walked once, whatever their number.
 
 #include <algorithm>
+#include <numeric>
 
 #include "base/errors.h"
 #include "model/edit_context.h"
@@ -15,9 +16,8 @@ void PCKeyedPropertyTimeline::setTimes(const std::vector<KeyframeTime>& times) {
         if (time.keyframe->m_owner == this) { keyframes.push_back(time.keyframe); }
     }
     if (keyframes.empty()) { return; }
-    registerUndo([self = shared_from_this(), former = placementsOf(keyframes)] {
-        self->place(former);
-    });
+    registerUndo(
+        [self = shared_from_this(), former = placementsOf(keyframes)] { self->place(former); });
     for (const KeyframeTime& time : times) {
         if (time.keyframe->m_owner == this) { m_times[time.keyframe->m_index] = time.timeInMS; }
     }
@@ -42,6 +42,28 @@ void PCKeyedPropertyTimeline::deleteKeyframes(const Keyframes& keyframes) {
     arrange(staying);
     didChange();
     stopRepeatingIfInVain();
+}
+
+std::vector<std::pair<PCKeyedPropertyTimeline::KeyframePtr, PCKeyedPropertyTimeline::KeyframePtr>>
+PCKeyedPropertyTimeline::duplicateKeyframes(const Keyframes& keyframes) {
+    std::vector<std::pair<KeyframePtr, KeyframePtr>> pairs;
+    pairs.reserve(keyframes.size());
+    for (const KeyframePtr& keyframe : keyframes) {
+        if (keyframe->m_owner != this || keyframe->timeInMS() == INT32_MAX) { continue; }
+        if (pairs.empty()) { registerUndoOfContents(); }
+        appendRecord(recordOfDuplicate(*keyframe));
+        pairs.emplace_back(keyframe, handleAt(m_keys.size() - 1));
+    }
+    if (pairs.empty()) { return pairs; }
+    std::vector<size_t> order(m_keys.size());
+    std::iota(order.begin(), order.end(), size_t{0});
+    const auto firstCopy = order.end() - static_cast<ptrdiff_t>(pairs.size());
+    std::rotate(order.begin(), firstCopy, order.end());  // before others of their times
+    std::stable_sort(order.begin(), order.end(),
+                     [this](size_t a, size_t b) { return m_times[a] < m_times[b]; });
+    arrange(order);
+    didChange();
+    return pairs;
 }
 
 PCKeyedPropertyTimeline::Keyframes PCKeyedPropertyTimeline::writeKeyframes(

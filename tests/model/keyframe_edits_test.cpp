@@ -204,6 +204,19 @@ TEST_F(KeyframeEdits, DuplicatesTakeTheInstantFlagOnly) {
     EXPECT_EQ(timeline->duplicateKeyframe(at(INT32_MAX)), nullptr);
 }
 
+TEST_F(KeyframeEdits, ManyDuplicatesAreAsSingleOnes) {
+    key({100, 101, 200, INT32_MAX});
+    at(100)->setInstantTransition(true);
+    const auto pairs = timeline->duplicateKeyframes({at(200), at(100), at(INT32_MAX)});
+    ASSERT_EQ(pairs.size(), 2U);
+    EXPECT_EQ(pairs[1].first, at(100));
+    EXPECT_EQ(pairs[1].second->timeInMS(), 101);
+    EXPECT_EQ(pairs[1].second->index(), 1U);  // before the one that was there
+    EXPECT_TRUE(pairs[1].second->instantTransition());
+    EXPECT_EQ(pairs[0].second, at(201));
+    EXPECT_EQ(timeline->keyframesCount(), 6U);
+}
+
 TEST_F(KeyframeEdits, ALoopNeedsSomethingToLoopOver) {
     struct Case {
         std::vector<int32_t> keys;

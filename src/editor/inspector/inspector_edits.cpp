@@ -108,8 +108,8 @@ void InspectorEdits::add(InspectorField field, double delta, const EditTarget& t
             return PCRotationCalculator::updateElements(elements, target.additive, -radians(delta),
                                                         target.when, anchor);
         case InspectorField::Opacity:
-            return PCOpacityCalculator::updateElementsWithDelta(
-                elements, target.additive, delta / 100, target.when, anchor);
+            return PCOpacityCalculator::updateElementsWithDelta(elements, target.additive,
+                                                                delta / 100, target.when, anchor);
     }
 }
 
@@ -229,6 +229,13 @@ void InspectorEdits::setImage(const QString& name) {
         const EditTime when = target().when;
         if (when.isSetup()) { return element->setImageName(name); }
         element->setImageContents(name, when.timeInMS());
+    });
+}
+
+void InspectorEdits::setImportedImage(const std::function<QString()>& import) {
+    asStep(u"Image"_s, [&] {
+        const QString name = import();
+        if (!name.isEmpty()) { setImage(name); }
     });
 }
 

@@ -51,6 +51,9 @@ class InspectorEdits {
     /// Gives the first selected element the image set of that name; nothing for a group. Throws
     /// InputError, and changes nothing, when its artwork is damaged.
     void setImage(const QString& name);
+    /// The same for an image that comes into the project only now, as one step. `import` brings it
+    /// in and returns its name; empty when none came.
+    void setImportedImage(const std::function<QString()>& import);
 
     /// Changes the order of children at the playhead: `child` goes to where now the row `row` is,
     /// counted from the front, or behind all for a row that is not there. Returns whether anything

@@ -4,8 +4,8 @@
 #include <span>
 #include <vector>
 
+#include "base/typed_number.h"
 #include "editor/canvas/element_selection_manager.h"
-#include "editor/inspector/typed_number.h"
 #include "model/properties/property_type.h"
 
 namespace tweenery {

@@ -127,11 +127,11 @@ InspectorValues inspectorValues(const PCProject& project,
 QString textAtRest(InspectorField field, std::optional<double> value) {
     if (!value) { return {}; }
     const bool isWhole = field != InspectorField::Rotation && field != InspectorField::Opacity;
-    return numberText(isWhole ? wholeTowardZero(*value) : *value);
+    return typedNumberText(isWhole ? wholeTowardZero(*value) : *value);
 }
 
 QString textInUse(std::optional<double> value) {
-    return value ? numberText(*value) : QString();
+    return value ? typedNumberText(*value) : QString();
 }
 
 }  // namespace tweenery

@@ -31,12 +31,15 @@ void KeyframeGesture::duplicate() {
     m_originals = m_scene.keyframes.selectedKeyframes();
     const TimelineKeyframe pressed = m_leader;
     PCKeyframeManager::KeyframeSet copies;
-    for (const TimelineKeyframe& original : m_originals) {
-        if (!original->isInTimeline()) { continue; }
-        const TimelineKeyframe copy = original->timeline()->duplicateKeyframe(original);
-        if (!copy) { continue; }
-        copies.insert(copy);
-        if (original == pressed) { m_leader = copy; }
+    for (const auto& [timeline, start] : draggedTracks(m_scene.keyframes)) {
+        PCKeyedPropertyTimeline::Keyframes originals;
+        for (const auto& [keyframe, timeInMS] : start) {
+            originals.push_back(keyframe);
+        }
+        for (const auto& [original, copy] : timeline->duplicateKeyframes(originals)) {
+            copies.insert(copy);
+            if (original == pressed) { m_leader = copy; }
+        }
     }
     m_scene.keyframes.selectKeyframes(copies);
 }

@@ -1,10 +1,9 @@
 #include "editor/timeline/keyframe_value_text.h"
 
 #include <algorithm>
-#include <cmath>
 #include <numbers>
 
-#include "base/number_text.h"
+#include "base/typed_number.h"
 #include "model/edit_context.h"
 #include "model/images/image_set_manager.h"
 
@@ -13,8 +12,8 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 namespace {
 
-// How a number is shown.
 struct ShownUnit {
+    NumberUnit unit = NumberUnit::Points;
     double factor = 1;  // of the value
     QString text;
 };
@@ -24,20 +23,18 @@ ShownUnit shownUnit(PCPropertyType type) {
         case PCPropertyTypeOpacity:
         case PCPropertyTypeScaleX:
         case PCPropertyTypeScaleY:
-            return {100, u"%"_s};
+            return {NumberUnit::Percent, 100, u"%"_s};
         case PCPropertyTypeZRotation:
-            return {180 / std::numbers::pi, u"°"_s};
+            return {NumberUnit::Degrees, 180 / std::numbers::pi, u"°"_s};
         default:
             return {};
     }
 }
 
-QString withoutZeros(QString number) {
-    while (number.endsWith(u'0')) {
-        number.chop(1);
-    }
-    if (number.endsWith(u'.')) { number.chop(1); }
-    return number == u"-0"_s ? u"0"_s : number;
+TypedKeyframeValue typedImage(const QString& name, const PCKeyedPropertyTimeline& timeline) {
+    EditContext* project = timeline.project();
+    if (project && project->imageSetManager().imageSetExistsWithName(name)) { return {name, {}}; }
+    return {{}, u"The project has no image “%1”."_s.arg(name)};
 }
 
 }  // namespace
@@ -49,27 +46,24 @@ QString textOfKeyframeValue(const PCPropertyKeyframe& keyframe) {
     if (const auto* name = std::get_if<QString>(&value)) { return *name; }
     const auto* number = std::get_if<float>(&value);
     if (!number) { return {}; }
-    const ShownUnit unit = shownUnit(timeline->propertyType());
-    const std::string shown = fixedText(static_cast<double>(*number) * unit.factor, 2);
-    return withoutZeros(QString::fromStdString(shown)) + unit.text;
+    const ShownUnit shown = shownUnit(timeline->propertyType());
+    return typedNumberText(static_cast<double>(*number) * shown.factor) + shown.text;
 }
 
-std::optional<PropertyValue> keyframeValueFromText(const QString& text,
-                                                   const PCKeyedPropertyTimeline& timeline) {
-    const PCPropertyType type = timeline.propertyType();
-    EditContext* project = timeline.project();
-    if (isStringProperty(type)) {
-        if (!project || !project->imageSetManager().imageSetExistsWithName(text)) { return {}; }
-        return text;
-    }
-    if (!isFloatProperty(type)) { return {}; }
-    const ShownUnit unit = shownUnit(type);
-    QString number = text.trimmed().replace(u',', u'.');
-    if (!unit.text.isEmpty() && number.endsWith(unit.text)) { number.chop(1); }
-    bool isNumber = false;
-    const auto value = static_cast<float>(number.trimmed().toDouble(&isNumber) / unit.factor);
-    if (!isNumber || !std::isfinite(value)) { return {}; }
-    return type == PCPropertyTypeOpacity ? std::clamp(value, 0.0F, 1.0F) : value;
+TypedKeyframeValue typedKeyframeValue(const QString& text, const PCPropertyKeyframe& keyframe) {
+    const auto timeline = keyframe.timeline();
+    if (!timeline) { return {{}, u"The keyframe is no longer there."_s}; }
+    const PropertyValue present = timeline->valueOfKeyframe(keyframe);
+    if (std::holds_alternative<QString>(present)) { return typedImage(text, *timeline); }
+    const auto* number = std::get_if<float>(&present);
+    if (!number) { return {{}, u"This value is not typed."_s}; }
+    const PCPropertyType type = timeline->propertyType();
+    const ShownUnit shown = shownUnit(type);
+    const TypedNumber typed =
+        typedNumber(text, shown.unit, static_cast<double>(*number) * shown.factor);
+    if (!typed.number) { return {{}, typed.reason}; }
+    const auto value = static_cast<float>(*typed.number / shown.factor);
+    return {type == PCPropertyTypeOpacity ? std::clamp(value, 0.0F, 1.0F) : value, {}};
 }
 
 }  // namespace tweenery

@@ -12,10 +12,14 @@ namespace tweenery {
 /// of children and for master keyframes, whose value nobody types.
 QString textOfKeyframeValue(const PCPropertyKeyframe& keyframe);
 
-/// The value that `text` stands for, absolute, radians for degrees; the unit may be left out, a
-/// comma counts as a point. Opacity is brought into 0 to 100 %. Nothing for text that is no value
-/// of the property, such as an image that the project has not.
-std::optional<PropertyValue> keyframeValueFromText(const QString& text,
-                                                   const PCKeyedPropertyTimeline& timeline);
+/// What a text means as the value of a keyframe: a value, or why it is none.
+struct TypedKeyframeValue {
+    std::optional<PropertyValue> value;  // absolute, radians for degrees
+    QString reason;                      // a sentence for the user; empty with a value
+};
+
+/// Reads numbers as typedNumber() does, where the present value is the keyframe's. Opacity is
+/// brought into 0 to 100 %; an image is one that the project has.
+TypedKeyframeValue typedKeyframeValue(const QString& text, const PCPropertyKeyframe& keyframe);
 
 }  // namespace tweenery

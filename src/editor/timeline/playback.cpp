@@ -4,7 +4,7 @@
 
 #include "base/errors.h"
 #include "editor/layers/attached_animation.h"
-#include "editor/timeline/last_keyframe_time.h"
+#include "editor/timeline/timeline_outline.h"
 #include "model/project.h"
 
 using namespace Qt::StringLiterals;
@@ -12,11 +12,12 @@ using namespace Qt::StringLiterals;
 namespace tweenery {
 
 Playback::Playback(const std::shared_ptr<PCProject>& project, PCProjectTimeManager& timeManager,
-                   PCElementSelectionManager& selectionManager,
+                   PCElementSelectionManager& selectionManager, const TimelineOutline& outline,
                    std::shared_ptr<ProjectLayers> layers)
     : m_project(project),
       m_timeManager(timeManager),
       m_selectionManager(selectionManager),
+      m_outline(outline),
       m_layers(std::move(layers)) {
     m_subscriptions = {m_timeManager.addPlayheadTimeListener(this),
                        m_timeManager.addPlaybackStateListener(this),
@@ -167,7 +168,7 @@ void Playback::clearLoopRange() {
 
 int32_t Playback::lastKeyframeTime() const {
     const auto project = m_project.lock();
-    return project ? lastKeyframeTimeInMS(*project) : -1;
+    return project && !project->isSetupMode() ? m_outline.lastKeyframeTimeInMS() : -1;
 }
 
 std::optional<PlaybackBounds> Playback::bounds() const {

@@ -14,6 +14,7 @@
 namespace tweenery {
 
 class PCProject;
+class TimelineOutline;
 
 /// A stretch of time that is played over and over, in milliseconds.
 struct LoopRange {
@@ -35,10 +36,11 @@ class Playback : public PCProjectTimeManagerPlayheadListener,
                  public PCProjectTimeManagerPlaybackStateListener,
                  public PCAnimationsManagerChangeListener {
  public:
-    /// The managers must outlive it; the project is not kept alive. `layers` is null without a
-    /// screen.
+    /// The managers and the outline must outlive it; the project is not kept alive. `layers` is
+    /// null without a screen.
     Playback(const std::shared_ptr<PCProject>& project, PCProjectTimeManager& timeManager,
-             PCElementSelectionManager& selectionManager, std::shared_ptr<ProjectLayers> layers);
+             PCElementSelectionManager& selectionManager, const TimelineOutline& outline,
+             std::shared_ptr<ProjectLayers> layers);
     ~Playback() override;
     Playback(const Playback&) = delete;
     Playback& operator=(const Playback&) = delete;
@@ -86,6 +88,7 @@ class Playback : public PCProjectTimeManagerPlayheadListener,
     std::weak_ptr<PCProject> m_project;
     PCProjectTimeManager& m_timeManager;
     PCElementSelectionManager& m_selectionManager;
+    const TimelineOutline& m_outline;
     std::shared_ptr<ProjectLayers> m_layers;
     PCElement::Elements m_selectionBeforePlayback;
     PCElement::Elements m_animatedElements;  // whose layers carry animations

@@ -157,8 +157,12 @@ void ImagePane::openChooser() {
 }
 
 void ImagePane::choose(const QString& imageName) {
+    apply([&] { edits().setImage(imageName); });
+}
+
+void ImagePane::apply(const std::function<void()>& edit) {
     try {
-        edits().setImage(imageName);
+        edit();
     } catch (const InputError& error) {
         controller().tellFailure(u"The Image Cannot Be Used"_s,
                                  u"“%1” %2."_s.arg(error.entry(), error.reason()));
@@ -171,8 +175,11 @@ void ImagePane::browse() {
     const QStringList files = controller().ports().openPanel.chooseFiles(
         {u"Choose an image:"_s, PCImage::suppertedFileTypes(), false});
     if (files.isEmpty()) { return; }
-    const auto sets = controller().addImagesToProject(files);
-    if (!sets.empty()) { choose(sets.front()->name()); }
+    const auto import = [&] {
+        const auto sets = controller().addImagesToProject(files);
+        return sets.empty() ? QString() : sets.front()->name();
+    };
+    apply([&] { edits().setImportedImage(import); });
 }
 
 }  // namespace tweenery

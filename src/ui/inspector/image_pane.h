@@ -54,6 +54,7 @@ class ImagePane : public PropertyPane {
 
     void openChooser();
     void choose(const QString& imageName);
+    void apply(const std::function<void()>& edit);
     void browse();
     QRect nameRect() const;
 };

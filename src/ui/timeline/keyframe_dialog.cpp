@@ -41,8 +41,9 @@ QString applyToKeyframe(KeyframeCommands& commands, const KeyframeCommands::Keyf
     if (!timeline) { return u"The keyframe is no longer there."_s; }
     std::optional<PropertyValue> value;
     if (texts.size() > 1 && texts[1] != valueBefore) {
-        value = keyframeValueFromText(texts[1], *timeline);
-        if (!value) { return u"“%1” is no value of %2."_s.arg(texts[1], nameOfRow(*timeline)); }
+        const TypedKeyframeValue typed = typedKeyframeValue(texts[1], *keyframe);
+        if (!typed.value) { return typed.reason; }
+        value = typed.value;
     }
     return commands.setTimeAndValue(keyframe, *time, value);
 }

@@ -18,6 +18,8 @@ constexpr double kRulerHeight = sizes::timelineHeader;
 constexpr int kLabelSize = 12;
 constexpr double kLabelLeft = 2;  // from its tick
 constexpr double kLabelRoom = 90;
+constexpr double kLeastLabelDistance = 60;
+constexpr double kLeastTickDistance = 5;
 constexpr double kTick = 2;
 constexpr double kBar = 2;
 constexpr double kBarMiddle = 0.5;  // from its time
@@ -39,6 +41,29 @@ void paintTick(QPainter& painter, double x, double share, const QColor& color) {
                      color);
 }
 
+// How many segments there are from one label to the next: 1, 2 or 5 times a power of ten.
+int64_t segmentsPerLabel(double segmentWidth) {
+    const double least = kLeastLabelDistance / std::max(segmentWidth, 1e-12);
+    for (int64_t decade = 1;; decade *= 10) {
+        for (const int64_t count : {decade, 2 * decade, 5 * decade}) {
+            if (static_cast<double>(count) >= least) { return count; }
+        }
+    }
+}
+
+// What stands between two labels.
+struct Ticks {
+    int count = 0;        // into how many parts they divide it
+    double distance = 0;  // in points
+};
+
+Ticks ticksBetweenLabels(const PCProjectTimeManager& time, int64_t segments) {
+    const double segment = time.segmentWidthInPoints();
+    if (segments == 1) { return {time.numberOfSubsegments(), time.subsegmentWidthInPoints()}; }
+    if (segment < kLeastTickDistance) { return {}; }
+    return {static_cast<int>(segments), segment};
+}
+
 QFont labelFont() {
     return regularFont(kPlayheadLabelSize);
 }
@@ -50,24 +75,28 @@ void paintRuler(QPainter& painter, const PCProjectTimeManager& time, double widt
     const WorkbenchColors& colors = Appearance::current().workbench();
     painter.fillRect(alignedToDevice(painter, {0, 0, width, kRulerHeight}), fill);
     const int32_t atLeft = time.msFromPointValue(scrollOffset);
+    const int64_t segments = segmentsPerLabel(time.segmentWidthInPoints());
+    const int64_t step = segments * time.segmentWidthInMS();
     int64_t start = time.segmentStartInMSNotAfterTimeInMS(atLeft);
-    double x = time.pointValueFromMS(static_cast<int32_t>(start)) - scrollOffset;
-    const int count = time.numberOfSubsegments();
-    const double part = time.subsegmentWidthInPoints();
+    start -= (start % step + step) % step;
+    const Ticks ticks = ticksBetweenLabels(time, segments);
+    const double labelDistance = static_cast<double>(segments) * time.segmentWidthInPoints();
+    double x = static_cast<double>(start) * time.zoomInPointsPerMillisecond() - scrollOffset;
     painter.setFont(regularFont(kLabelSize));
     painter.setPen(colors.headerInk);
-    for (; x < width && start <= maxTimeInMS; x += time.segmentWidthInPoints()) {
+    for (; x < width && start <= maxTimeInMS; x += labelDistance) {
         if (start >= 0) {
             paintTick(painter, x, 1, colors.lightGrey);
             drawTabularText(
                 painter, {x + kLabelLeft, 0, kLabelRoom, kRulerHeight},
                 Qt::AlignLeft | Qt::AlignBottom,
                 PCProjectTimeManager::displayStringForTimeInMS(static_cast<int32_t>(start)));
-            for (int i = 1; i < count && start < maxTimeInMS; ++i) {
-                paintTick(painter, x + i * part, tickShare(i, count), colors.lightGrey);
+            for (int i = 1; i < ticks.count && start < maxTimeInMS; ++i) {
+                paintTick(painter, x + i * ticks.distance, tickShare(i, ticks.count),
+                          colors.lightGrey);
             }
         }
-        start += time.segmentWidthInMS();
+        start += step;
     }
 }
 

@@ -5,7 +5,7 @@
 #include <QPainter>
 
 #include "editor/timeline/easing_choice.h"
-#include "ui/timeline/easing_popover.h"
+#include "ui/timeline/easing_chooser.h"
 #include "ui/timeline/pane_divider.h"
 #include "ui/timeline/rows_view.h"
 #include "ui/timeline/timeline_accessible.h"
@@ -166,7 +166,7 @@ void TimelinePane::showFill() {
 
 bool TimelinePane::hasKeyboard() const {
     const QWidget* focus = QApplication::focusWidget();
-    return focus && isAncestorOf(focus);
+    return focus && (isAncestorOf(focus) || (m_popover && m_popover->isAncestorOf(focus)));
 }
 
 void TimelinePane::takeFocus() {
@@ -212,14 +212,14 @@ void TimelinePane::mouseMoveEvent(QMouseEvent* event) {
 
 void TimelinePane::leaveEvent(QEvent*) {
     m_controller.timelineInteraction().leave();
-    if (isEditingText(QApplication::focusWidget())) { return; }
+    if (m_popover || isEditingText(QApplication::focusWidget())) { return; }
     giveFocusBack();
 }
 
 void TimelinePane::hideEvent(QHideEvent* event) {
     m_controller.timelineInteraction().leave();
+    closeEasings();
     giveFocusBack();
-    if (m_popover) { m_popover->close(); }
     QWidget::hideEvent(event);
 }
 
@@ -290,29 +290,46 @@ void TimelinePane::showDefaultEasing() {
     m_header->showEasing(QString::fromLatin1(choice.darkIcon), QString::fromLatin1(choice.label));
 }
 
-EasingPopover& TimelinePane::makePopover() {
-    if (!m_popover) {
-        m_popover = new EasingPopover(window());
-        connect(m_popover, &EasingPopover::closed, this,
-                [this] { m_controller.timelineInteraction().closeEasingPopover(); });
-    }
-    return *m_popover;
+void TimelinePane::openEasings(EasingChooser* easings, QWidget& owner, const QRect& anchor,
+                               Popover::Side side) {
+    closeEasings();
+    m_easings = easings;
+    m_easingsOwner = &owner;
+    m_popover = new Popover(easings, window());
+    m_popover->setAccessibleName(u"Easing"_s);
+    m_popover->setTakesKeyboard(false);
+    connect(m_popover, &Popover::closed, this, &TimelinePane::easingsDidClose);
+    m_popover->popUp(owner, anchor, side);
+    if (FocusRing::keyboardIsInUse()) { easings->takeFocus(); }
+}
+
+bool TimelinePane::easingsBelongTo(const QWidget* owner) const {
+    return m_popover && m_easingsOwner == owner;
+}
+
+void TimelinePane::closeEasings() {
+    if (m_popover) { m_popover->dismiss(); }
+}
+
+// The pointer may have left meanwhile.
+void TimelinePane::easingsDidClose() {
+    const bool wereOfTweens = easingsBelongTo(m_tracks);
+    m_popover = nullptr;
+    m_easings = nullptr;
+    if (wereOfTweens) { m_controller.timelineInteraction().closeEasingPopover(); }
+    if (!underMouse()) { giveFocusBack(); }
 }
 
 void TimelinePane::toggleDefaultEasing() {
-    EasingPopover& popover = makePopover();
     QWidget* button = m_header->easingButton();
-    if (popover.isOpen() && popover.opener() == button) { return popover.close(); }
-    popover.close();
-    const QPoint middle(button->width() / 2, button->height());
-    popover.open({m_controller.project()->preferences().defaultEasingMode(),
-                  Appearance::current().workbench().green,
-                  [this](PCEasingMode mode) {
-                      m_controller.keyframeCommands().setDefaultEasing(mode);
-                      showDefaultEasing();
-                  },
-                  button},
-                 button->mapTo(window(), middle), false);
+    if (easingsBelongTo(button)) { return closeEasings(); }
+    const auto choose = [this](PCEasingMode mode) {
+        m_controller.keyframeCommands().setDefaultEasing(mode);
+        showDefaultEasing();
+    };
+    openEasings(new EasingChooser({m_controller.project()->preferences().defaultEasingMode(),
+                                   Appearance::current().workbench().green, choose}),
+                *button, button->rect(), Popover::Side::Below);
 }
 
 void TimelinePane::overlayDidChange() {
@@ -323,19 +340,17 @@ void TimelinePane::overlayDidChange() {
 void TimelinePane::updateTweenPopover() {
     TimelineInteraction& interaction = m_controller.timelineInteraction();
     const auto tip = interaction.easingPopover();
-    const bool isOpen = m_popover && m_popover->isOpen() && m_popover->opener() == m_tracks;
-    if (!tip) {
-        if (isOpen) { m_popover->close(); }
-        return;
-    }
+    const bool isOpen = easingsBelongTo(m_tracks);
+    if (!tip) { return isOpen ? closeEasings() : void(); }
     const ShownEasing easing = interaction.shownEasing();
-    if (isOpen) { return m_popover->showMode(easing.mode); }
+    if (isOpen) { return m_easings->showMode(easing.mode); }
     const QColor color =
         easing.property ? propertyColor(*easing.property) : Appearance::current().workbench().green;
-    makePopover().open(
-        {easing.mode, color, [&interaction](PCEasingMode mode) { interaction.chooseEasing(mode); },
-         m_tracks, true},
-        m_tracks->mapTo(window(), tip->toPoint()), true);
+    auto* easings = new EasingChooser({easing.mode, color, [&interaction](PCEasingMode mode) {
+                                           interaction.chooseEasing(mode);
+                                       }});
+    connect(easings, &EasingChooser::modifierPressed, this, &TimelinePane::closeEasings);
+    openEasings(easings, *m_tracks, QRect(tip->toPoint(), QSize(0, 0)), Popover::Side::Above);
 }
 
 }  // namespace tweenery

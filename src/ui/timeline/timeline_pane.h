@@ -6,10 +6,11 @@
 
 #include "editor/document_window_controller.h"
 #include "editor/timeline/timeline_mark.h"
-#include "ui/timeline/easing_popover.h"
+#include "ui/widgets/popover.h"
 
 namespace tweenery {
 
+class EasingChooser;
 class RowsView;
 class TimelineHeader;
 class TracksScroller;
@@ -28,7 +29,8 @@ class TimelinePane : public QWidget, private PCProjectTimeManagerPlayheadListene
 
     RowsView& rows() { return *m_rows; }
     TracksView& tracks() { return *m_tracks; }
-    EasingPopover* popover() { return m_popover; }
+    /// The easings to choose from; null while they do not show.
+    Popover* popover() { return m_popover; }
     /// The controller says that playhead, skim bar, marquee or popover look different.
     void overlayDidChange();
     /// The easing of new keyframes may be another one.
@@ -59,7 +61,9 @@ class TimelinePane : public QWidget, private PCProjectTimeManagerPlayheadListene
     TracksScroller* m_across;
     TracksScroller* m_down;
     QWidget* m_divider;
-    QPointer<EasingPopover> m_popover;  // a child of the window
+    QPointer<Popover> m_popover;        // a child of the window
+    QPointer<EasingChooser> m_easings;  // in it
+    QPointer<QWidget> m_easingsOwner;
     int m_outlineWidth;
     QPoint m_pointer;  // on the screen
     bool m_isRestored = false;
@@ -79,7 +83,11 @@ class TimelinePane : public QWidget, private PCProjectTimeManagerPlayheadListene
     void giveFocusBack();
     void focusDidChange(QWidget* focus);
     void showFill();
-    EasingPopover& makePopover();
+    void openEasings(EasingChooser* easings, QWidget& owner, const QRect& anchor,
+                     Popover::Side side);
+    void closeEasings();
+    void easingsDidClose();
+    bool easingsBelongTo(const QWidget* owner) const;
     void toggleDefaultEasing();
     void updateTweenPopover();
     bool moveMark(const QKeyEvent& event);

@@ -1,6 +1,7 @@
 #include "ui/widgets/popover.h"
 
 #include <QApplication>
+#include <QGraphicsOpacityEffect>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -56,6 +57,12 @@ Popover::Popover(QWidget* content, QWidget* window) : QWidget(window), m_content
     setAttribute(Qt::WA_NoMousePropagation);
     setCursor(Qt::ArrowCursor);
     setAccessibleRole(*this, QAccessible::Dialog);
+    connect(&m_fade, &QVariantAnimation::valueChanged, this, [this](const QVariant& opacity) {
+        if (auto* effect = qobject_cast<QGraphicsOpacityEffect*>(graphicsEffect())) {
+            effect->setOpacity(opacity.toDouble());
+        }
+    });
+    connect(&m_fade, &QVariantAnimation::finished, this, &Popover::endFade);
     hide();
 }
 
@@ -82,13 +89,12 @@ void Popover::popUp(QWidget& owner, const QRect& anchor, Side preferred) {
     place();
     show();
     raise();
+    fade(0, 1);
     qApp->installEventFilter(this);
     connect(&owner, &QObject::destroyed, this, &Popover::vanish);
-    if (!isAncestorOf(QApplication::focusWidget()) && !focusNextPrevChild(true)) {
-        setFocus(Qt::PopupFocusReason);
-    }
-    connect(qApp, &QApplication::focusChanged, this,
-            [this](QWidget*, QWidget* focus) { focusMoved(focus); });
+    const bool wantsFocus = m_takesKeyboard && !isAncestorOf(QApplication::focusWidget());
+    if (wantsFocus && !focusNextPrevChild(true)) { setFocus(Qt::PopupFocusReason); }
+    connect(qApp, &QApplication::focusChanged, this, &Popover::focusMoved);
 }
 
 void Popover::place() {
@@ -122,9 +128,12 @@ void Popover::place() {
 
 // Closing.
 
+bool Popover::holds(const QWidget* widget) const {
+    return widget && (widget == this || isAncestorOf(widget));
+}
+
 void Popover::dismiss() {
-    const QWidget* focus = QApplication::focusWidget();
-    const bool hasFocus = focus && (focus == this || isAncestorOf(focus));
+    const bool hasFocus = holds(QApplication::focusWidget());
     if (m_isOpen && hasFocus && m_focusBefore && m_focusBefore->isVisible()) {
         m_focusBefore->setFocus(Qt::PopupFocusReason);
     }
@@ -136,13 +145,35 @@ void Popover::vanish() {
     m_isOpen = false;
     qApp->removeEventFilter(this);
     qApp->disconnect(this);
-    hide();
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    if (holds(QApplication::focusWidget())) { QApplication::focusWidget()->clearFocus(); }
+    setEnabled(false);
     Q_EMIT closed();
-    deleteLater();
+    fade(1, 0);
 }
 
-void Popover::focusMoved(QWidget* focus) {
-    if (focus && focus != this && !isAncestorOf(focus) && focus->window() == window()) { vanish(); }
+void Popover::focusMoved(QWidget* former, QWidget* focus) {
+    const bool isElsewhere = focus && !holds(focus) && focus->window() == window();
+    if (isElsewhere && (m_takesKeyboard || holds(former))) { vanish(); }
+}
+
+// Fading.
+
+void Popover::fade(double from, double to) {
+    m_fade.stop();
+    m_fade.setStartValue(from);
+    m_fade.setEndValue(to);
+    m_fade.setDuration(static_cast<int>(Appearance::current().duration(motion::fade).count()));
+    if (m_fade.duration() == 0) { return endFade(); }
+    setGraphicsEffect(new QGraphicsOpacityEffect(this));
+    m_fade.start();
+}
+
+void Popover::endFade() {
+    setGraphicsEffect(nullptr);
+    if (m_isOpen) { return; }
+    hide();
+    deleteLater();
 }
 
 bool Popover::anchorMovesWith(const QObject* object) const {
@@ -153,17 +184,23 @@ bool Popover::anchorMovesWith(const QObject* object) const {
 // True for a press that is not to go on.
 bool Popover::takesPress(const QPoint& globalPosition) {
     if (panelRect().contains(mapFromGlobal(globalPosition))) { return false; }
-    const bool isOnAnchor = m_owner && m_anchor.contains(m_owner->mapFromGlobal(globalPosition));
+    const bool isOnOwner =
+        m_owner && m_owner->rect().contains(m_owner->mapFromGlobal(globalPosition));
     dismiss();
-    return isOnAnchor;
+    return isOnOwner;
 }
 
 bool Popover::eventFilter(QObject* object, QEvent* event) {
+    const bool isOnWindow = object == static_cast<QObject*>(window()->windowHandle());
     switch (event->type()) {
+        case QEvent::KeyPress:
+            if (!isOnWindow || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape) { break; }
+            dismiss();
+            return true;
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonDblClick:
             // On its way to the window, before any widget takes the keyboard by it.
-            return object == static_cast<QObject*>(window()->windowHandle()) &&
+            return isOnWindow &&
                    takesPress(static_cast<QMouseEvent*>(event)->globalPosition().toPoint());
         case QEvent::Move:
         case QEvent::Resize:
@@ -189,9 +226,7 @@ bool Popover::eventFilter(QObject* object, QEvent* event) {
 // Keys.
 
 void Popover::keyPressEvent(QKeyEvent* event) {
-    // No key goes on to the window, whose commands it would run.
-    if (event->key() == Qt::Key_Escape) { dismiss(); }
-    event->accept();
+    event->accept();  // or the window ran its commands
 }
 
 bool Popover::focusNextPrevChild(bool next) {

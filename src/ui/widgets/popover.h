@@ -1,15 +1,16 @@
 #pragma once
 
 #include <QPointer>
+#include <QVariantAnimation>
 #include <QWidget>
 
 namespace tweenery {
 
 /// A framed panel over a window, with an arrow at what it belongs to. It is a child of the window
 /// and keeps the keyboard while it shows. Escape closes it, and so does whatever makes it
-/// pointless: a press outside, the keyboard going elsewhere, the window losing it, its anchor
-/// moving or vanishing. A press on the anchor does nothing but close it, any other press goes on to
-/// what lies there. Closed, it deletes itself.
+/// pointless: a press outside, the keyboard going elsewhere, the window losing it, its owner
+/// moving or vanishing. A press on the owner does nothing but close it, any other press goes on to
+/// what lies there. Closed, it takes no part any more, fades and deletes itself.
 class Popover : public QWidget {
     Q_OBJECT
 
@@ -22,8 +23,11 @@ class Popover : public QWidget {
     ~Popover() override;
 
     QWidget* content() const { return m_content; }
-    /// Shows it at `anchor`, a rectangle of `owner`, which lies in the window: on the side that is
-    /// preferred, or on the other one where that has more room and this one too little.
+    /// False: the keyboard stays where it is when the popover opens; Escape closes it all the same.
+    void setTakesKeyboard(bool takes) { m_takesKeyboard = takes; }
+    /// Shows it at `anchor`, a rectangle of `owner`, which lies in the window, perhaps an empty
+    /// one: on the side that is preferred, or on the other one where that has more room and this
+    /// one too little.
     void popUp(QWidget& owner, const QRect& anchor, Side preferred);
     /// Lays it out anew, after the content asks for another size.
     void place();
@@ -50,13 +54,18 @@ class Popover : public QWidget {
     Side m_preferred = Side::Below;
     Side m_side = Side::Below;
     int m_arrowX = 0;  // of its tip
+    bool m_takesKeyboard = true;
     bool m_isOpen = false;
+    QVariantAnimation m_fade;
 
     QRect anchorInWindow() const;
     bool anchorMovesWith(const QObject* object) const;
     bool takesPress(const QPoint& globalPosition);
     void vanish();
-    void focusMoved(QWidget* focus);
+    void focusMoved(QWidget* former, QWidget* focus);
+    bool holds(const QWidget* widget) const;
+    void fade(double from, double to);
+    void endFade();
 };
 
 }  // namespace tweenery

@@ -203,7 +203,8 @@ TEST(InspectorEdits, AdditiveModeAndScaleLockGoThroughTheCalculators) {
     const auto xs = [&scene] {
         QStringList texts;
         for (const char* name : {"A", "B", "C"}) {
-            texts << numberText(named(*scene.project, QString::fromLatin1(name))->position().x());
+            texts << typedNumberText(
+                named(*scene.project, QString::fromLatin1(name))->position().x());
         }
         return texts.join(u' ').toStdString();
     };

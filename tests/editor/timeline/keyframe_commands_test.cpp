@@ -553,6 +553,9 @@ TEST(KeyframeCommands, TypedValues) {
                                {"B r 0:0", "57.3°", "90°", "0:0.5707964"},
                                {"B o 0:1", "50%", "150", "0:2"},
                                {"B h 0:1 0:1", "200%", "400", "0:1 0:2"},
+                               {"B x 0:10", "10", "50% + 2 * 3", "0:11"},
+                               {"B r 0:0", "57.3°", "45 + 45 deg", "0:0.5707964"},
+                               {"B w 0:1", "200%", "3 pt", nullptr},
                                {"B y 0:0", "0", "ten", nullptr},
                                {"B y 0:0", "0", "1e99", nullptr}}) {
         SCOPED_TRACE(c.row);
@@ -561,7 +564,7 @@ TEST(KeyframeCommands, TypedValues) {
         const auto timeline = scene.timelineOf(row);
         const auto last = timeline->existingKeyframeAtKeyframeIndex(timeline->keyframesCount() - 1);
         EXPECT_EQ(textOfKeyframeValue(*last).toStdString(), c.shown);
-        const auto value = keyframeValueFromText(QString::fromUtf8(c.typed), *timeline);
+        const auto value = typedKeyframeValue(QString::fromUtf8(c.typed), *last).value;
         ASSERT_EQ(value.has_value(), c.stored != nullptr);
         if (!value) { continue; }
         EXPECT_TRUE(scene.commands.setTimeAndValue(last, 0, value).isNull());

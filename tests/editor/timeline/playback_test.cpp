@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "editor/editor_scene.h"
+#include "editor/timeline/timeline_outline.h"
 #include "support/model_recorders.h"
 #include "support/scripted_clock.h"
 
@@ -21,6 +22,8 @@ class PlaybackTest : public testing::Test, protected EditorScene {
     ScriptedClock clock;
     RecordingLog log;
     PCProjectTimeManager time{clock, log};
+    PCKeyframeManager keyframes{project};
+    TimelineOutline outline{*project, selection, keyframes};
     std::optional<Playback> playback;
     PCElement::Ptr back;
     PCElement::Ptr front;
@@ -35,7 +38,7 @@ class PlaybackTest : public testing::Test, protected EditorScene {
         canvas->setChildrenZPositions(idsOf({back, front}), 0);
         canvas->setChildrenZPositions(idsOf({front, back}), 1000);
         time.prepareToAnimateLayer(layer(canvas));
-        playback.emplace(project, time, selection, layers);
+        playback.emplace(project, time, selection, outline, layers);
     }
     void TearDown() override { playback.reset(); }
     static QStringList idsOf(const PCElement::Elements& elements) {
@@ -269,7 +272,7 @@ TEST_F(PlaybackTest, NeedsNoLayersAndNoAnimation) {
     playback.reset();
     project->setViewLayerFactory(nullptr);
     PCProjectTimeManager bareTime(clock, log);
-    Playback barePlayback(project, bareTime, selection, nullptr);
+    Playback barePlayback(project, bareTime, selection, outline, nullptr);
     barePlayback.togglePlayPause();
     EXPECT_TRUE(bareTime.isPlayingBack());
     project->animationsManager().setSelectedAnimation(nullptr);

@@ -440,6 +440,10 @@ TEST(ImageChooser, BrowseOffersPngAndJpegAndAppliesTheFile) {
             EXPECT_TRUE(scene.panel.shown[0].fileTypes.contains(type)) << qPrintable(type);
         }
         EXPECT_EQ(scene.element("A")->imageName(), isCancelled ? u"square.png"_s : u"new.png"_s);
+        if (isCancelled) { continue; }
+        scene.project().undo();
+        EXPECT_EQ(scene.element("A")->imageName(), u"square.png"_s);
+        EXPECT_FALSE(scene.project().imageSetManager().imageSetExistsWithName(u"new.png"_s));
     }
 }
 

@@ -44,7 +44,7 @@ TEST(TimelinePane, TheEasingOfNewKeyframesIsChosenInAPopover) {
     auto* opener = scene.button(scene.pane(), "Easing");
     scene.clickOn(opener);
     ASSERT_TRUE(scene.popoverIsOpen());
-    EasingPopover& popover = *scene.pane().popover();
+    Popover& popover = *scene.pane().popover();
     EXPECT_TRUE(scene.window->rect().contains(popover.geometry().center()));
     for (const auto& [name, mode] : {std::pair{"ease out", PCEasingModeEaseOut},
                                      {"instant", easingModeInstant},

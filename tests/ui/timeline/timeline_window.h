@@ -6,7 +6,6 @@
 #include <algorithm>
 
 #include "support/model_builder.h"
-#include "ui/timeline/easing_popover.h"
 #include "ui/timeline/rows_view.h"
 #include "ui/timeline/timeline_accessible.h"
 #include "ui/timeline/timeline_pane.h"
@@ -104,7 +103,7 @@ class TimelineWindow : public WindowScene {
         }
         QCoreApplication::processEvents();
     }
-    bool popoverIsOpen() { return pane().popover() && pane().popover()->isOpen(); }
+    bool popoverIsOpen() { return pane().popover() && pane().popover()->isVisible(); }
 
  private:
     static constexpr int kZoom = 7;

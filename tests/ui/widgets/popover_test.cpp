@@ -8,6 +8,8 @@
 #include <QWindow>
 #include <functional>
 
+#include "ui/widgets/appearance.h"
+
 namespace tweenery::test {
 namespace {
 
@@ -39,6 +41,7 @@ struct PopoverScene {
     int closings = 0;
 
     explicit PopoverScene(QSize size = {200, 120}) {
+        Appearance::current().setReducesMotion(true);
         window.resize(600, 400);
         pane.setGeometry(0, 0, 600, 200);
         anchor.setGeometry(250, 20, 100, 30);
@@ -128,6 +131,37 @@ TEST(Popover, KeepsTheKeyboardWhileItShows) {
     EXPECT_EQ(window.focusWidget(), &scene.content->second);
     scene.key(Qt::Key_Escape);
     EXPECT_EQ(window.focusWidget(), &scene.anchor);
+}
+
+TEST(Popover, MayLeaveTheKeyboardWhereItIs) {
+    PopoverScene scene;
+    scene.popover->dismiss();
+    scene.popover = new Popover(new Content({200, 120}), &scene.window);
+    scene.popover->setTakesKeyboard(false);
+    QSignalSpy closings(scene.popover, &Popover::closed);
+    scene.popover->popUp(scene.anchor, scene.anchor.rect(), Popover::Side::Below);
+    EXPECT_EQ(scene.window.focusWidget(), &scene.anchor);
+    scene.other.setFocus();
+    EXPECT_EQ(closings.size(), 0);
+    scene.key(Qt::Key_Escape);
+    EXPECT_EQ(closings.size(), 1);
+}
+
+TEST(Popover, NothingWaitsWhileItFades) {
+    PopoverScene scene;
+    scene.popover->dismiss();
+    Appearance::current().setReducesMotion(false);
+    scene.popover = new Popover(new Content({200, 120}), &scene.window);
+    QSignalSpy closings(scene.popover, &Popover::closed);
+    scene.popover->popUp(scene.pane, QRect(60, 10, 10, 10), Popover::Side::Below);
+    EXPECT_TRUE(scene.popover->graphicsEffect());
+    scene.popover->dismiss();
+    EXPECT_EQ(closings.size(), 1);
+    EXPECT_EQ(scene.window.focusWidget(), &scene.anchor);
+    QSignalSpy clicks(&scene.anchor, &QPushButton::clicked);
+    scene.click({300, 35});
+    EXPECT_EQ(clicks.size(), 1);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !scene.popover; }));
 }
 
 TEST(Popover, StaysInTheWindow) {

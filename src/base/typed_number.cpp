@@ -1,4 +1,4 @@
-#include "editor/inspector/typed_number.h"
+#include "base/typed_number.h"
 
 #include <cmath>
 
@@ -142,9 +142,8 @@ class Reader {
             ++m_place;
         }
         bool isNumber = false;
-        const double value = m_text.sliced(start, m_place - start)
-                                 .replace(u',', u'.')
-                                 .toDouble(&isNumber);
+        const double value =
+            m_text.sliced(start, m_place - start).replace(u',', u'.').toDouble(&isNumber);
         if (!isNumber) {
             fail(notANumber());
             return 0;
@@ -181,7 +180,7 @@ TypedNumber typedNumber(const QString& text, NumberUnit unit, std::optional<doub
     return Reader(text, unit, present).read();
 }
 
-QString numberText(double number) {
+QString typedNumberText(double number) {
     QString text = QString::fromStdString(fixedText(toTwoDecimals(number), 2));
     while (text.endsWith(u'0')) {
         text.chop(1);

@@ -1,4 +1,4 @@
-#include "editor/inspector/typed_number.h"
+#include "base/typed_number.h"
 
 #include <gtest/gtest.h>
 
@@ -89,7 +89,7 @@ TEST(TypedNumber, IsShownWithoutUselessDecimals) {
                                                     {20.0, "20"},  {1.005, "1"},     {-0.001, "0"},
                                                     {0.07, "0.07"}};
     for (const auto& [number, text] : cases) {
-        EXPECT_EQ(numberText(number).toStdString(), text);
+        EXPECT_EQ(typedNumberText(number).toStdString(), text);
     }
 }
 

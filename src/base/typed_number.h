@@ -20,6 +20,6 @@ struct TypedNumber {
 TypedNumber typedNumber(const QString& text, NumberUnit unit, std::optional<double> present);
 
 /// At most two decimals, without those that are zero.
-QString numberText(double number);
+QString typedNumberText(double number);
 
 }  // namespace tweenery
