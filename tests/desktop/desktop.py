@@ -149,16 +149,32 @@ class Control:
         for child in self.children:
             yield from child.walk(shown)
 
-    def look_for(self, name, role=None, shown=True):
-        """All below of that name: a text, or a compiled pattern. `role` is a name or several."""
+    def matching(self, name, role, shown):
         roles = {role} if isinstance(role, str) else role
         matches = name.fullmatch if isinstance(name, re.Pattern) else name.__eq__
-        return [control for control in self.walk(shown)
-                if matches(control.name) and (not roles or control.role in roles)]
+        return (control for control in self.walk(shown)
+                if matches(control.name) and (not roles or control.role in roles))
+
+    def look_for(self, name, role=None, shown=True):
+        """All below of that name: a text, or a compiled pattern. `role` is a name or several."""
+        return list(self.matching(name, role, shown))
 
     def find(self, name, role=None):
         """The first one that shows; waits for it."""
-        return wait_for(lambda: self.look_for(name, role), f"{role or 'control'} {name!r}")[0]
+        return wait_for(lambda: next(self.matching(name, role, True), None),
+                        f"{role or 'control'} {name!r}")
+
+    def child(self, name):
+        """Of that name, right below, whether it shows or not; waits for it."""
+        return wait_for(lambda: next((c for c in self.children if c.name == name), None),
+                        f"{name!r} in {self.name!r}")
+
+    def act(self, name):
+        """One of its actions."""
+        actions = [Atspi.Action.get_action_name(self.accessible, i)
+                   for i in range(Atspi.Action.get_n_actions(self.accessible))]
+        check(name in actions, f"{self.name!r} cannot {name!r}, only {actions}")
+        Atspi.Action.do_action(self.accessible, actions.index(name))
 
     def click(self, button=1, times=1, keys=()):
         click(self.middle, button, times, keys)
@@ -200,7 +216,7 @@ def press(*keys):
 
 
 def type_text(text):
-    xdotool("type", "--delay", 15, text)
+    xdotool("type", "--delay", 15, "--", text)
 
 
 class Program:

@@ -5,55 +5,21 @@ A day with the document window: artwork comes in, is grouped, renamed, moved and
 and redone, stored; the program is killed and brings the work back. What the package then holds is what
 tweenc reads from it."""
 
-import json
 import re
-import struct
-import subprocess
 import sys
-import time
-import zlib
 from pathlib import Path
 
-from desktop import (SKIPPED, Atspi, Desktop, check, drag, inside_session_bus, missing_programs, press, stop_on_signals, type_text, wait_for, xdotool)
+from desktop import Atspi, check, drag, press, type_text, wait_for, xdotool
+from session import Session, main, write_picture
 
 CONTAINERS = {"filler", "panel", "separator", "menu bar", "popup menu", "scroll pane", "viewport",
               "scroll bar", "split pane", "label", "table cell", "status bar", "layered pane"}
 FAR = 1000  # ms, of the second keyframe
-WIDE = 700  # points, of the canvas when the window fills the screen
 PHOTOGRAPH = Path("window_test.png")
-UNTITLED = re.compile("Untitled.*")
 
 
-def write_picture(path, width, height, color):
-    """A PNG of one colour."""
-
-    def chunk(kind, data):
-        return (struct.pack(">I", len(data)) + kind + data +
-                struct.pack(">I", zlib.crc32(kind + data)))
-
-    rows = (b"\0" + bytes(color) * width) * height
-    path.write_bytes(b"\x89PNG\r\n\x1a\n" +
-                     chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)) +
-                     chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b""))
-
-
-class Session:
-    """The program's window, and what a user does in it."""
-
-    def __init__(self, desktop, tweenery, tweenc):
-        self.folder = desktop.folder / "work"
-        self.folder.mkdir()
-        self.desktop = desktop
-        self.program = desktop.program(tweenery)
-        self.tweenc = tweenc
-        self.window = None
-
-    def open(self, *projects, title=UNTITLED):
-        self.program.start(*projects)
-        self.window = self.program.window(title)
-        self.canvas = self.window.find("Canvas", "canvas")
-
-    # What there is.
+class WindowSession(Session):
+    """What the day looks at, and does."""
 
     def on_canvas(self):
         """The names of the elements on the canvas, groups with what they hold."""
@@ -64,44 +30,11 @@ class Session:
 
         return [told(c) for c in self.canvas.children if c.role != "push button"]
 
-    def elements(self):
-        """All on the canvas."""
-        return [c for c in list(self.canvas.walk())[1:] if c.role != "push button"]
-
     def rows(self):
         """Of the list of elements, top down."""
         cells = self.window.find("Elements", "tree").children
         names = [c.name for c in cells if c.is_showing and c.role != "table column header"]
         return [name for name in names if name and not name.startswith(("Visible, ", "Locked, "))]
-
-    def element(self, name):
-        return self.canvas.find(name, ("image", "panel", "icon", "graphic", "grouping"))
-
-    def place(self, name):
-        return self.element(name).box[:2]
-
-    def animations(self):
-        return [c.name for c in self.window.find("Animations", ("list", "tree")).children]
-
-    # What a user does.
-
-    def choose(self, menu, item):
-        self.window.find(menu, "menu item").click()
-        self.window.find(item, "menu item").click()
-
-    def import_pictures(self, files):
-        self.choose("File", "Import Images…")
-        dialog = self.program.dialog(re.compile(".*"))
-        field = dialog.find(re.compile("File name:?"), "text")
-        field.click(times=3)
-        type_text(" ".join(f'"{file}"' for file in files))
-        press("Return")
-
-    def select(self, name):
-        """This one alone, by its row."""
-        self.window.find("Elements", "tree").find(name, "table cell").click()
-        wait_for(lambda: [c.name for c in self.elements() if c.is_selected] == [name],
-                 f"{name} to be selected")
 
     def rename(self, old, new):
         self.select(old)
@@ -121,22 +54,6 @@ class Session:
         drag((x, y), (x + dx, y + dy))
         wait_for(lambda: self.place(name) != before, f"{name} to move")
 
-    def put_playhead(self, time):
-        playhead = self.window.find("Playhead", "slider")
-        playhead.value = time
-        wait_for(lambda: playhead.value == time, f"the playhead at {time} ms")
-
-    def ask_tweenc(self, verb, project):
-        run = subprocess.run([self.tweenc, verb, "--json", str(project)], check=True,
-                             capture_output=True)
-        return json.loads(run.stdout)[0]["result"]
-
-    def describe(self, project):
-        return self.ask_tweenc("describe", project)["description"]
-
-    def info(self, project):
-        return self.ask_tweenc("info", project)
-
     # The day.
 
     def check_names(self):
@@ -154,10 +71,6 @@ class Session:
         write_picture(pictures[0], 300, 200, (200, 40, 40))
         write_picture(pictures[1], 200, 120, (40, 90, 200))
         self.import_pictures(pictures)
-        question = self.program.dialog("This image does not have an @2x suffix")
-        question.find("Don't show again.", "check box").click()
-        question.find("This is 1x Version", "push button").click()
-        wait_for(lambda: sorted(self.on_canvas()) == ["cloud", "kite"], "both pictures")
         self.rename("kite", "dragon")
         self.move("dragon", -150, -100)
         self.move("cloud", 120, 60)
@@ -205,19 +118,6 @@ class Session:
         wait_for(lambda: (self.on_canvas(), self.rows(), self.animations()) == before,
                  f"everything again, which was {before}")
 
-    def save_as(self, item, name):
-        """Under a name in the folder of this session; returns the package."""
-        self.choose("File", item)
-        dialog = self.program.dialog(re.compile(item.replace("…", "") + ".*|Save Project As"))
-        field = dialog.find("Name", "text")
-        field.click(times=3)
-        press("ctrl+a")
-        type_text(str(self.folder / name))
-        press("Return")
-        package = self.folder / (name + ".tweenery")
-        wait_for(lambda: (package / "version").exists(), f"{name} on disk")
-        return package
-
     def crash_in_a_drag(self, project):
         """What was stored stays, and what the drag did is not in it."""
         before, place = self.describe(project), self.place("cloud")
@@ -228,14 +128,6 @@ class Session:
         self.program.kill()
         xdotool("mouseup", 1)
         check(self.describe(project) == before, "a drag that did not end was stored")
-
-
-def open_wide(session):
-    session.open()
-    press("F11")
-    wait_for(lambda: session.canvas.box[2] > WIDE, "the whole screen")
-    press("ctrl+0")
-    session.check_names()
 
 
 def undo_and_store(session):
@@ -272,49 +164,22 @@ def end_well(session, project):
 
 
 def a_day(session):
-    began = time.monotonic()
-
-    def done(what):
-        print(f"{time.monotonic() - began:5.1f} s  {what}", flush=True)
-
-    open_wide(session)
-    done("opened")
+    session.open_wide()
+    session.check_names()
+    session.tell("opened")
     session.build()
-    done("imported, renamed, grouped")
+    session.tell("imported, renamed, grouped")
     session.animate()
     session.play()
-    done("animated and played")
+    session.tell("animated and played")
     project = undo_and_store(session)
-    done("undone, redone, stored")
+    session.tell("undone, redone, stored")
     crash_after_edits(session, project)
     session.crash_in_a_drag(project)
-    done("killed twice")
+    session.tell("killed twice")
     end_well(session, project)
-    done("ended")
-
-
-def run(desktop, tweenery, tweenc):
-    session = Session(desktop, tweenery, tweenc)
-    try:
-        a_day(session)
-    except BaseException:
-        desktop.photograph(PHOTOGRAPH)
-        print(session.program.log.read_text(errors="replace"), file=sys.stderr)
-        raise
-    finally:
-        session.program.kill()
-
-
-def main():
-    if missing_programs():
-        print("not installed:", ", ".join(missing_programs()))
-        return SKIPPED
-    inside_session_bus()
-    stop_on_signals()
-    with Desktop() as desktop:
-        run(desktop, *sys.argv[1:])
-    return 0
+    session.tell("ended")
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(main(WindowSession, a_day, PHOTOGRAPH))
