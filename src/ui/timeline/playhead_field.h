@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QPointer>
+
 #include "editor/document_window_controller.h"
 #include "ui/widgets/text_field.h"
 
